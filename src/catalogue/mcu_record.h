@@ -1,5 +1,5 @@
-// One model of the KVR range, as the rest of the program reads it: memory ranges and the flags that choose the variant of
-// the protocol. A new model is one new row of the tables beside this file.
+// One model of the KVR range, as the rest of the program reads it: memory ranges and the flags that choose the variant
+// of the protocol. A new model is one new row of the tables beside this file.
 #pragma once
 
 #include <cstdint>
@@ -10,23 +10,23 @@
 namespace kvr::catalogue {
 
 struct McuRecord {
-  int family = 0;             // 0..18; 14 is unused
-  int row = 0;                // place inside the family's table, 0..140; tables may leave gaps
-  std::string_view code;      // what the chip reports, upper-case hexadecimal; 4 digits, 2 in families 0 and 1
-  std::string_view altCode;   // a second code of the same model, or empty (family 4 only)
-  std::string_view name;      // such as "Ivy-HF0S"; several rows may bear one name, the first is meant
-  std::int32_t apStart = 0;   // application area, first byte; always 0
-  std::int32_t apEnd = 0;     // application area, last byte
-  std::int32_t dataStart = 0; // Data Memory (EEPROM) area as the loaders see it
-  std::int32_t dataEnd = 0;   // less than dataStart + 100: no usable Data Memory
-  std::int32_t bootStart = 0; // boot block as listed
-  std::int32_t bootEnd = 0;   // last byte of the boot block: the top of everything a code file may reach
-  bool apUpToIsp = false;     // families 1, 2, 11, 12, 13: the application ends right under the ISP area
-  bool listed = true;         // shown in the device tree
-  bool extSession = false;    // the later session: status bytes in replies, extra closing frames
+  int family = 0;              // 0..18; 14 is unused
+  int row = 0;                 // place inside the family's table, 0..140; tables may leave gaps
+  std::string_view code;       // what the chip reports, upper-case hexadecimal; 4 digits, 2 in families 0 and 1
+  std::string_view altCode;    // a second code of the same model, or empty (family 4 only)
+  std::string_view name;       // such as "Ivy-HF0S"; several rows may bear one name, the first is meant
+  std::int32_t apStart = 0;    // application area, first byte; always 0
+  std::int32_t apEnd = 0;      // application area, last byte
+  std::int32_t dataStart = 0;  // Data Memory (EEPROM) area as the loaders see it
+  std::int32_t dataEnd = 0;    // less than dataStart + 100: no usable Data Memory
+  std::int32_t bootStart = 0;  // boot block as listed
+  std::int32_t bootEnd = 0;    // last byte of the boot block: the top of everything a code file may reach
+  bool apUpToIsp = false;      // families 1, 2, 11, 12, 13: the application ends right under the ISP area
+  bool listed = true;          // shown in the device tree
+  bool extSession = false;     // the later session: status bytes in replies, extra closing frames
   bool parityUsed = false;
   bool parityEven = false;
-  bool frame2 = false;        // two-byte frame checksum
+  bool frame2 = false;  // two-byte frame checksum
   bool noOptions = false;
   bool topBlockFree = false;  // the last block below the boot area is usable
   bool noDataFile = false;    // no separate Data Memory file is offered
@@ -39,7 +39,8 @@ std::span<const McuRecord> allRows();
 const McuRecord* findByName(std::string_view name);
 
 // The row that a code reported by a chip stands for. Two characters are looked up in family 1 only; any other code by
-// `code` or `altCode` in families 2 and up, first hit in family order. Blanks around the code are ignored. Null: unknown.
+// `code` or `altCode` in families 2 and up, first hit in family order. Blanks around the code are ignored. Null:
+// unknown.
 const McuRecord* findModelByCode(std::string_view code);
 
 // "Alder" .. "Rowan"; empty for a number without a family.
@@ -67,7 +68,7 @@ char voltageClass(const McuRecord& record);
 struct IspRange {
   std::int32_t ispStart = 0;  // first byte of the ISP area
   std::int32_t apStart = 0;
-  std::int32_t top = 0;       // last address that the application may use
+  std::int32_t top = 0;  // last address that the application may use
 };
 IspRange computeIspRange(const McuRecord& record);
 

@@ -1,0 +1,244 @@
+// The rules that the rows obey. A row that breaks one is named.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cctype>
+#include <charconv>
+#include <map>
+#include <set>
+#include <string>
+
+#include "catalogue/mcu_record.h"
+
+namespace kvr::catalogue {
+namespace {
+
+bool isSeriesRow(const McuRecord& r) {
+  return r.name.ends_with("Series");
+}
+
+int codeOf(const McuRecord& r) {
+  int value = -1;
+  std::from_chars(r.code.data(), r.code.data() + r.code.size(), value, 16);
+  return value;
+}
+
+// The letter of the variant; 0 for none.
+char variantOf(const McuRecord& r) {
+  std::string_view name = r.name;
+  if (isSelfWriting(r)) name.remove_suffix(1);
+  // Pages are hexadecimal: a letter is a variant only behind at least two digits, three for 64 KB.
+  const std::size_t digits = r.apEnd == 65535 ? 3 : 2;
+  const auto rest = name.substr(name.find('-') + 2 + digits);
+  return rest.empty() ? '\0' : rest.front();
+}
+
+int sizeInKb(const McuRecord& r) {
+  return (r.apEnd + 8) / 1024;
+}
+
+std::string upperHex(int value) {
+  std::array<char, 8> digits{};
+  auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value, 16).ptr;
+  std::string text(digits.data(), end);
+  for (char& c : text) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  return text.size() < 2 ? "0" + text : text;
+}
+
+TEST(CatalogueRows, AreAllThereInTableOrder) {
+  ASSERT_EQ(allRows().size(), 808u);
+  std::map<int, int> counts;
+  std::set<std::string_view> names;
+  const McuRecord* last = nullptr;
+  for (const McuRecord& r : allRows()) {
+    ++counts[r.family];
+    names.insert(r.name);
+    if (last != nullptr) {
+      EXPECT_LT(std::pair(last->family, last->row), std::pair(r.family, r.row)) << r.name;
+    }
+    last = &r;
+  }
+  EXPECT_EQ(names.size(), 780u);
+  const std::map<int, int> expected = {{0, 4},   {1, 5},   {2, 34},  {3, 24},  {4, 74},   {5, 52},
+                                       {6, 36},  {7, 136}, {8, 64},  {9, 32},  {10, 112}, {11, 18},
+                                       {12, 34}, {13, 20}, {15, 29}, {16, 28}, {17, 74},  {18, 32}};
+  EXPECT_EQ(counts, expected);
+}
+
+TEST(CatalogueRows, LeaveGapsInTheNumbersOfPineAndQuinceOnly) {
+  std::map<int, std::set<int>> numbers;
+  for (const McuRecord& r : allRows()) numbers[r.family].insert(r.row);
+  for (const auto& [family, rows] : numbers) {
+    const bool gaps = *rows.rbegin() + 1 != static_cast<int>(rows.size()) || *rows.begin() != 0;
+    EXPECT_EQ(gaps, family == 15 || family == 16) << seriesName(family);
+  }
+  for (const int gap : {4, 5, 11, 17, 23, 29}) EXPECT_FALSE(numbers[15].contains(gap)) << gap;
+  for (const int gap : {1, 5, 6, 12, 17, 18, 24, 30}) EXPECT_FALSE(numbers[16].contains(gap)) << gap;
+  EXPECT_EQ(*numbers[15].rbegin(), 34);
+  EXPECT_EQ(*numbers[16].rbegin(), 35);
+}
+
+TEST(CatalogueRows, BearNamesThatTellSeriesVoltageSizeAndVariant) {
+  for (const McuRecord& r : allRows()) {
+    EXPECT_TRUE(voltageClass(r) == 'H' || voltageClass(r) == 'L') << r.name;
+    std::string name = std::string(seriesName(r.family)) + '-' + voltageClass(r);
+    if (isSeriesRow(r)) {
+      EXPECT_EQ(r.name, name + " Series");
+      continue;
+    }
+    name += upperHex((r.apEnd + 1) / 256);
+    const char variant = variantOf(r);
+    if (variant != 0) {
+      EXPECT_NE(std::string_view("ACDEGKPRSUVXYZ").find(variant), std::string_view::npos) << r.name;
+      name += variant;
+    }
+    EXPECT_EQ(r.name, name + (isSelfWriting(r) ? "i" : ""));
+  }
+}
+
+TEST(CatalogueRows, CarryTheFlagsOfTheirGeneration) {
+  for (const McuRecord& r : allRows()) {
+    const bool later = (r.family >= 5 && r.family <= 11) || (r.family >= 15 && r.family <= 17);
+    for (const bool flag : {r.extSession, r.parityUsed, r.parityEven, r.frame2}) EXPECT_EQ(flag, later) << r.name;
+    EXPECT_EQ(r.noOptions, r.topBlockFree) << r.name;
+    if (isSelfWriting(r) && r.family != 17) {
+      EXPECT_TRUE(r.noDataFile) << r.name;
+    }
+    if (r.apUpToIsp) {
+      EXPECT_TRUE(r.family == 1 || r.family == 4 || r.family == 11) << r.name;
+    }
+  }
+}
+
+TEST(CatalogueRows, HoldOrderedAreas) {
+  for (const McuRecord& r : allRows()) {
+    EXPECT_EQ(r.apStart, 0) << r.name;
+    EXPECT_LT(r.apEnd, r.bootEnd) << r.name;
+    EXPECT_LT(r.bootStart, r.bootEnd) << r.name;
+    EXPECT_EQ(r.bootEnd % 512, 511) << r.name;
+    EXPECT_EQ(r.bootStart % 512, 0) << r.name;
+    if (r.family <= 1) continue;  // no Data Memory: both ends bear the application's last address
+    EXPECT_GT(r.dataStart, r.family == 10 && r.dataEnd == r.apEnd ? r.dataEnd : r.apEnd) << r.name;
+    EXPECT_EQ(r.dataStart % 512, 0) << r.name;
+    // From Gum on nothing of the application or of its data reaches into the boot block.
+    const bool second = r.family >= 5 && !isLateFamily(r.family);
+    if (second) {
+      EXPECT_LT(std::max(r.apEnd, r.dataEnd), r.bootStart) << r.name;
+    }
+    if (second && hasDataFile(r)) {
+      EXPECT_EQ(r.dataEnd + 1, r.bootStart) << r.name;
+    }
+  }
+}
+
+TEST(CatalogueRows, GiveTheWholeTopToModelsWithoutOptions) {
+  int count = 0;
+  for (const McuRecord& r : allRows()) {
+    if (!r.noOptions) continue;
+    ++count;
+    EXPECT_EQ(r.dataEnd + 1, r.bootStart) << r.name;
+    EXPECT_EQ(r.bootStart % 1024, 0) << r.name;
+  }
+  // Gum 30 KB, Hazel 5 and 6, Ivy 62, Juniper 14, Kauri 5 and 6, Larch 62, Sumac 14.
+  EXPECT_EQ(count, 4 + 12 + 8 + 4 + 8 + 4 + 2);
+}
+
+// What the low byte of a code adds to the size, by variant, for H models; L models add 0x80 unless told otherwise.
+struct CodeRule {
+  int family;
+  int high;
+  int lowVoltageAdds;
+  std::map<char, int> bases;
+};
+
+TEST(CatalogueRows, HaveCodesThatCountTheSize) {
+  const CodeRule rules[] = {
+      {3, 0xF2, 0x20, {{'A', 0x10}, {0, 0x00}}},
+      {4, 0xE0, 0x80, {{'A', 0x60}, {0, 0x00}}},
+      {5, 0xE6, 0x80, {{'A', 0x60}, {0, 0x00}}},
+      {6, 0xE1, 0x80, {{'A', 0x60}, {'P', 0x20}, {0, 0x00}}},
+      {8, 0xD2, 0x80, {{'Y', 0x60}, {'X', 0x40}, {0, 0x00}}},
+      {15, 0xF2, 0x40, {{'E', 0x90}, {0, 0x80}}},
+      {16, 0xF3, 0x40, {{'G', 0x90}, {0, 0x80}}},
+      {17, 0xD4, 0x80, {{'A', 0x40}, {'C', 0x30}, {'Y', 0x20}, {'E', 0x10}, {0, 0x00}}},
+  };
+  const std::map<std::pair<int, char>, int> selfWriting = {
+      // bases of i models
+      {{8, 'Y'}, 0x70}, {{8, 'X'}, 0x70}, {{8, 0}, 0x30}, {{15, 'E'}, 0xB0}, {{16, 'G'}, 0xB0}, {{17, 'A'}, 0x50}};
+  for (const CodeRule& rule : rules) {
+    for (const McuRecord& r : allRows()) {
+      if (r.family != rule.family || isSeriesRow(r) || (r.family == 4 && r.row >= 46)) continue;
+      const int base = isSelfWriting(r) ? selfWriting.at({r.family, variantOf(r)}) : rule.bases.at(variantOf(r));
+      const int kb = r.apEnd == 24574 ? 24 : sizeInKb(r);
+      EXPECT_EQ(codeOf(r), rule.high * 256 + base + kb + (voltageClass(r) == 'L' ? rule.lowVoltageAdds : 0)) << r.name;
+    }
+  }
+}
+
+TEST(CatalogueRows, OfIvyAndLarchCountPagesOfTwoKilobytesInTheirCodes) {
+  const std::map<char, int> ivy = {{'S', 3}, {'A', 2}, {'C', 1}, {'X', 0}, {0, 0}};
+  const std::map<char, int> larch = {{'Y', 3}, {'X', 2}, {0, 0}};
+  for (const McuRecord& r : allRows()) {
+    if (r.family != 7 && r.family != 10) continue;
+    const int kb = sizeInKb(r);
+    EXPECT_EQ(codeOf(r) >> 8, r.family == 7 ? 0xD1 : 0xD3) << r.name;
+    EXPECT_EQ(codeOf(r) & 0x1F, kb == 62 ? 0x1F : kb / 2 - (isSelfWriting(r) ? 1 : 0)) << r.name;
+    EXPECT_EQ((codeOf(r) >> 5) & 3, (r.family == 7 ? ivy : larch).at(variantOf(r))) << r.name;
+    EXPECT_EQ((codeOf(r) & 0x80) != 0, voltageClass(r) == 'L') << r.name;
+  }
+}
+
+TEST(CatalogueRows, ShareCodesOnlyWhereOneChipBearsSeveralNames) {
+  std::map<std::string_view, std::set<int>> families;
+  std::map<std::string_view, int> counts;
+  for (const McuRecord& r : allRows()) {
+    families[r.code].insert(r.family);
+    ++counts[r.code];
+    EXPECT_EQ(r.code.size(), r.family <= 1 ? 2u : 4u) << r.name;
+    if (!r.altCode.empty()) {
+      EXPECT_TRUE(r.family == 4 && r.altCode.starts_with("F3") && r.row < 44) << r.name;
+    }
+  }
+  for (const auto& [code, owners] : families) {
+    if (owners.size() > 1) {
+      EXPECT_EQ(owners, (std::set<int>{11, 18})) << code;
+    }
+    const int first = *owners.begin();
+    const bool mayRepeat = first == 0 || first == 2 || first == 11 || code == "56" || code == "E01E";
+    if (!mayRepeat) {
+      EXPECT_EQ(counts[code], 1) << code;
+    }
+  }
+}
+
+TEST(CatalogueRows, OfFirRepeatThePartsUnderTheirOlderCodes) {
+  std::map<std::string_view, const McuRecord*> byAltCode;
+  int older = 0;
+  for (const McuRecord& r : allRows()) {
+    if (r.family != 4) continue;
+    if (!r.altCode.empty()) byAltCode[r.altCode] = &r;
+    if (r.row < 44) {
+      EXPECT_EQ(r.listed, r.apEnd < 16383) << r.name;
+    }
+    if (r.row < 46) continue;
+    ++older;
+    ASSERT_TRUE(byAltCode.contains(r.code)) << r.name;
+    const McuRecord& part = *byAltCode[r.code];
+    EXPECT_EQ(r.name, part.name);
+    EXPECT_TRUE(r.apEnd == part.apEnd && r.dataStart == part.dataStart && r.dataEnd == part.dataEnd) << r.name;
+    EXPECT_FALSE(r.listed || r.apUpToIsp || !r.altCode.empty()) << r.name;
+  }
+  EXPECT_EQ(older, 28);
+  EXPECT_EQ(byAltCode.size(), 28u);
+}
+
+TEST(CatalogueRows, HideOnlyWhatNobodyPicks) {
+  for (const McuRecord& r : allRows()) {
+    const bool halfKilobyte = r.family == 3 && r.apEnd == 511;
+    const bool unofferedFir = r.family == 4 && (r.row >= 46 || (r.apEnd >= 16383 && !isSeriesRow(r)));
+    EXPECT_EQ(r.listed, !halfKilobyte && !unofferedFir) << r.name << " row " << r.row;
+  }
+}
+
+}  // namespace
+}  // namespace kvr::catalogue
