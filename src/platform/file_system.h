@@ -1,0 +1,41 @@
+// Files as the program needs them: whole. Errors are values with words for a person.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace kvr::platform {
+
+using Bytes = std::vector<std::uint8_t>;
+
+struct FileResult {
+  bool ok = true;
+  std::string error;  // such as "disk full"
+  explicit operator bool() const { return ok; }
+};
+
+class FileSystem {
+ public:
+  virtual ~FileSystem() = default;
+  // The whole file, at most `limit` bytes of it (0: no limit). Nothing: it cannot be read (absent, a folder, denied).
+  virtual std::optional<Bytes> read(const std::string& path, std::size_t limit = 0) const = 0;
+  // Replaces the file whole, or leaves the old one as it was: never half of either.
+  [[nodiscard]] virtual FileResult replace(const std::string& path, std::span<const std::uint8_t> bytes) = 0;
+  // Adds to the end of a file (made when absent) and brings it to the disk.
+  [[nodiscard]] virtual FileResult append(const std::string& path, std::span<const std::uint8_t> bytes) = 0;
+  virtual bool fileExists(const std::string& path) const = 0;
+  virtual bool folderExists(const std::string& path) const = 0;
+  [[nodiscard]] virtual FileResult makeFolder(const std::string& path) = 0;
+  // A text that changes whenever the file's content may have changed (time of last change, size, identity); nothing when
+  // the file is absent.
+  virtual std::optional<std::string> stamp(const std::string& path) const = 0;
+  // Local date and time of the file's last change, "yyyy-mm-dd hh:mm:ss"; empty when the file is absent.
+  virtual std::string changedAt(const std::string& path) const = 0;
+  // The folder for what the program keeps beside itself: its own when it can be written, else the user's documents.
+  virtual std::string programFolder() const = 0;
+};
+
+}  // namespace kvr::platform

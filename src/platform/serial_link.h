@@ -1,0 +1,62 @@
+// What the program needs of a serial port. One port object serves four masters in turn (see engine/port_lease.h).
+//
+// Port mode, in every implementation: binary, NUL bytes kept, no end-of-file handling, no flow control, receive event at
+// one waiting byte, no transmit event. `close` and a change of settings first let go out what was written (drained, at most
+// one second), since a chip must get whole frames.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace kvr::platform {
+
+// Why a port could not be opened, in a form that code can compare; `text` is for a person.
+struct PortError {
+  enum class Kind { None, NoSuchDevice, Denied, Busy, BadSettings, Vanished, Other };
+  Kind kind = Kind::None;
+  std::string text;  // such as "/dev/ttyUSB0: permission denied, join group dialout"
+  explicit operator bool() const { return kind != Kind::None; }
+};
+
+class SerialLink {
+ public:
+  virtual ~SerialLink() = default;
+
+  virtual void setPortNumber(int number) = 0;  // COM port 1..16
+  virtual int portNumber() const = 0;
+
+  // "9600,n,8,1": baud, parity letter (n, e, o), data bits, stop bits (1, 1.5, 2). Set while closed it takes effect at the
+  // next open; set while open, at once. An error: the text is no such thing, or the open port refuses it.
+  virtual PortError setSettings(const std::string& text) = 0;
+  virtual std::string settings() const = 0;  // the text last set
+
+  virtual PortError open() = 0;  // opening an open port is an error of kind Busy
+  virtual void close() = 0;      // closing a closed port does nothing
+  virtual bool isOpen() const = 0;
+
+  virtual void write(std::span<const std::uint8_t> bytes) = 0;  // queues; on a closed port the bytes are lost
+  virtual std::size_t outBytesPending() const = 0;              // written and not yet gone out
+  virtual std::size_t inBytesPending() const = 0;
+  virtual std::vector<std::uint8_t> readBytes(std::size_t maxCount) = 0;  // 0: all that wait
+  virtual void clearOut() = 0;
+  virtual void clearIn() = 0;  // also takes back a receive event that has not been handled yet
+
+  virtual void setDtr(bool on) = 0;  // modem lines; both on after an open
+  virtual void setRts(bool on) = 0;
+
+  // Raised from the event loop while at least one byte waits and it was not raised for that byte before. A handler that
+  // leaves bytes unread is called again when more arrive. Closing takes an unhandled event back.
+  void onReceive(std::function<void()> handler) { receive_ = std::move(handler); }
+  // The open port went away (an adapter pulled out); the port is already closed when this is called.
+  void onVanished(std::function<void(const PortError&)> handler) { vanished_ = std::move(handler); }
+
+ protected:
+  std::function<void()> receive_;
+  std::function<void(const PortError&)> vanished_;
+};
+
+}  // namespace kvr::platform

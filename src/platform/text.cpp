@@ -1,0 +1,99 @@
+#include "platform/text.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+
+namespace kvr::platform {
+namespace {
+
+bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+
+std::size_t digitsFrom(std::string_view text, std::size_t at) {
+  std::size_t end = at;
+  while (end < text.size() && text[end] >= '0' && text[end] <= '9') ++end;
+  return end;
+}
+
+}  // namespace
+
+std::string trim(std::string_view text) {
+  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+  return std::string(text);
+}
+
+std::string upper(std::string_view text) {
+  std::string result(text);
+  for (char& c : result)
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  return result;
+}
+
+double valueOf(std::string_view text) {
+  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+  double sign = 1;
+  if (!text.empty() && (text.front() == '+' || text.front() == '-')) {
+    if (text.front() == '-') sign = -1;
+    text.remove_prefix(1);
+  }
+  std::size_t end = digitsFrom(text, 0);
+  std::size_t digits = end;
+  if (end < text.size() && text[end] == '.') {
+    const std::size_t fraction = digitsFrom(text, end + 1);
+    digits += fraction - end - 1;
+    end = fraction;
+  }
+  if (digits == 0) return 0;
+  if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
+    std::size_t exponent = end + 1;
+    if (exponent < text.size() && (text[exponent] == '+' || text[exponent] == '-')) ++exponent;
+    if (digitsFrom(text, exponent) > exponent) end = digitsFrom(text, exponent);
+  }
+  std::string number(text.substr(0, end));
+  if (number.front() == '.') number.insert(0, "0");
+  double value = 0;
+  const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
+  if (result.ec == std::errc::result_out_of_range) value = number.find("E-") == std::string::npos ? HUGE_VAL : 0;
+  return sign * value;
+}
+
+int wholeOf(std::string_view text) {
+  return static_cast<int>(std::clamp(std::trunc(valueOf(text)), -2147483648.0, 2147483647.0));
+}
+
+std::string numberText(double value) {
+  char text[64];
+  std::snprintf(text, sizeof text, "%.15G", value);
+  return text;
+}
+
+std::uint32_t hexOf(std::string_view text) {
+  std::uint32_t value = 0;
+  for (const char c : text) {
+    if (!std::isxdigit(static_cast<unsigned char>(c))) break;
+    const int digit = c <= '9' ? c - '0' : (c | 0x20) - 'a' + 10;
+    value = value << 4 | static_cast<std::uint32_t>(digit);
+  }
+  return value;
+}
+
+std::string hexText(std::uint32_t value, int digits) {
+  char text[40];
+  std::snprintf(text, sizeof text, "%0*X", digits, value);
+  return text;
+}
+
+std::string padLeft(std::string_view text, int count, char fill) {
+  const auto wanted = static_cast<std::size_t>(count);
+  if (text.size() >= wanted) return std::string(text.substr(text.size() - wanted));
+  return std::string(wanted - text.size(), fill) + std::string(text);
+}
+
+std::int64_t roundEven(double value) { return static_cast<std::int64_t>(std::nearbyint(value)); }
+
+std::int64_t floorOf(double value) { return static_cast<std::int64_t>(std::floor(value)); }
+
+}  // namespace kvr::platform

@@ -1,0 +1,102 @@
+#include "platform/virtual/virtual_world.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace kvr::platform {
+
+std::optional<std::string> MemoryStore::get(const std::string& section, const std::string& key) const {
+  const auto found = values.find({section, key});
+  if (found == values.end()) return std::nullopt;
+  return found->second;
+}
+
+void MemoryStore::set(const std::string& section, const std::string& key, const std::string& value) {
+  values[{section, key}] = value;
+  ++writes;
+}
+
+std::optional<Bytes> MemoryFiles::read(const std::string& path, std::size_t limit) const {
+  const auto found = files.find(path);
+  if (found == files.end()) return std::nullopt;
+  const Bytes& all = found->second.bytes;
+  if (limit == 0 || all.size() <= limit) return all;
+  return Bytes(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(limit));
+}
+
+FileResult MemoryFiles::replace(const std::string& path, std::span<const std::uint8_t> bytes) {
+  if (diskFull) return {false, "disk full"};
+  put(path, Bytes(bytes.begin(), bytes.end()));
+  return {};
+}
+
+FileResult MemoryFiles::append(const std::string& path, std::span<const std::uint8_t> bytes) {
+  if (diskFull) return {false, "disk full"};
+  File& file = files[path];
+  file.bytes.insert(file.bytes.end(), bytes.begin(), bytes.end());
+  file.version = ++versions_;
+  return {};
+}
+
+FileResult MemoryFiles::makeFolder(const std::string& path) {
+  if (diskFull) return {false, "disk full"};
+  folders.insert(path);
+  return {};
+}
+
+std::optional<std::string> MemoryFiles::stamp(const std::string& path) const {
+  const auto found = files.find(path);
+  if (found == files.end()) return std::nullopt;
+  return std::to_string(found->second.version) + "/" + std::to_string(found->second.bytes.size());
+}
+
+std::string MemoryFiles::changedAt(const std::string& path) const {
+  return fileExists(path) ? "2030-01-01 12:00:00" : std::string();
+}
+
+void MemoryFiles::put(const std::string& path, const Bytes& bytes) { files[path] = {bytes, ++versions_}; }
+
+void ScriptedDialogs::message(const std::string& title, const std::string& text, BoxIcon icon) {
+  shown.push_back({"message", title, text, icon == BoxIcon::Warning});
+  think();
+}
+
+bool ScriptedDialogs::askYesNo(const std::string& title, const std::string& text) {
+  shown.push_back({"yesno", title, text, false});
+  think();
+  if (yesNo.empty()) return false;
+  const bool answer = yesNo.front();
+  yesNo.pop_front();
+  return answer;
+}
+
+void ScriptedDialogs::help(const std::string& title, const std::string& text) {
+  shown.push_back({"help", title, text, false});
+}
+
+std::string ScriptedDialogs::openFile(const FileQuestion& question) {
+  shown.push_back({"open", question.title, question.initialFolder + "|" + question.fileName, false});
+  think();
+  if (paths.empty()) return {};
+  const std::string path = paths.front();
+  paths.pop_front();
+  return path;
+}
+
+std::string ScriptedDialogs::saveFile(const FileQuestion& question) {
+  const std::string path = openFile(question);
+  shown.back().kind = "save";
+  return path;
+}
+
+std::string VirtualClock::timeOfDay() const {
+  const auto seconds = 12 * 3600 + std::chrono::duration_cast<std::chrono::seconds>(loop_.now()).count();
+  char text[16];
+  std::snprintf(text, sizeof text, "%02d:%02d:%02d", static_cast<int>(seconds / 3600 % 24),
+                static_cast<int>(seconds / 60 % 60), static_cast<int>(seconds % 60));
+  return text;
+}
+
+std::string VirtualClock::dateTime() const { return "2030-01-01 " + timeOfDay(); }
+
+}  // namespace kvr::platform

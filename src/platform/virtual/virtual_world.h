@@ -1,0 +1,99 @@
+// The rest of the virtual world's platform: a store and files in memory, a person who answers from a script, a clock that
+// follows the simulated time.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/dialogs.h"
+#include "platform/event_loop.h"
+#include "platform/file_system.h"
+#include "platform/settings_store.h"
+#include "platform/wall_clock.h"
+
+namespace kvr::platform {
+
+class MemoryStore : public SettingsStore {
+ public:
+  std::optional<std::string> get(const std::string& section, const std::string& key) const override;
+  void set(const std::string& section, const std::string& key, const std::string& value) override;
+  bool flush() override { return ++flushes, true; }
+  std::map<std::pair<std::string, std::string>, std::string> values;
+  int writes = 0;
+  int flushes = 0;
+};
+
+class MemoryFiles : public FileSystem {
+ public:
+  std::optional<Bytes> read(const std::string& path, std::size_t limit = 0) const override;
+  [[nodiscard]] FileResult replace(const std::string& path, std::span<const std::uint8_t> bytes) override;
+  [[nodiscard]] FileResult append(const std::string& path, std::span<const std::uint8_t> bytes) override;
+  bool fileExists(const std::string& path) const override { return files.count(path) > 0; }
+  bool folderExists(const std::string& path) const override { return folders.count(path) > 0; }
+  [[nodiscard]] FileResult makeFolder(const std::string& path) override;
+  std::optional<std::string> stamp(const std::string& path) const override;
+  std::string changedAt(const std::string& path) const override;
+  std::string programFolder() const override { return "/program"; }
+
+  void put(const std::string& path, const Bytes& bytes);
+  void put(const std::string& path, const std::string& text) { put(path, Bytes(text.begin(), text.end())); }
+
+  struct File {
+    Bytes bytes;
+    int version = 0;
+  };
+  std::map<std::string, File> files;
+  std::set<std::string> folders{"/program"};
+  bool diskFull = false;  // every write fails and leaves what stood
+
+ private:
+  int versions_ = 0;
+};
+
+// Answers come from the script, each after its time; what no script foresees is answered No or with an empty path at once.
+// Everything that was shown is kept.
+class ScriptedDialogs : public Dialogs {
+ public:
+  explicit ScriptedDialogs(EventLoop& loop) : loop_(loop) {}
+  void message(const std::string& title, const std::string& text, BoxIcon icon) override;
+  bool askYesNo(const std::string& title, const std::string& text) override;
+  void help(const std::string& title, const std::string& text) override;
+  std::string openFile(const FileQuestion& question) override;
+  std::string saveFile(const FileQuestion& question) override;
+  void beep() override { beeps.push_back(loop_.now()); }
+  void setBusy(bool on) override { busy = on; }
+
+  struct Shown {
+    std::string kind;  // "message", "yesno", "help", "open", "save"
+    std::string title;
+    std::string text;
+    bool warning = false;
+  };
+  std::vector<Shown> shown;
+  std::vector<Instant> beeps;
+  std::deque<bool> yesNo;         // answers to come
+  std::deque<std::string> paths;  // answers of file dialogs to come
+  Millis thinking{0};             // how long the person takes for each answer
+  bool busy = false;
+
+ private:
+  void think() { delay(loop_, thinking); }
+  EventLoop& loop_;
+};
+
+// Noon of a fixed day at simulated time zero.
+class VirtualClock : public WallClock {
+ public:
+  explicit VirtualClock(const EventLoop& loop) : loop_(loop) {}
+  std::string timeOfDay() const override;
+  std::string dateTime() const override;
+
+ private:
+  const EventLoop& loop_;
+};
+
+}  // namespace kvr::platform

@@ -1,0 +1,15 @@
+// The date and the time of day, local.
+#pragma once
+
+#include <string>
+
+namespace kvr::platform {
+
+class WallClock {
+ public:
+  virtual ~WallClock() = default;
+  virtual std::string timeOfDay() const = 0;  // "hh:mm:ss"
+  virtual std::string dateTime() const = 0;   // "yyyy-mm-dd hh:mm:ss"
+};
+
+}  // namespace kvr::platform

@@ -1,0 +1,126 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "platform/controls.h"
+#include "platform/text.h"
+#include "platform/virtual/virtual_world.h"
+#include "platform/virtual/virtual_loop.h"
+
+namespace kvr::platform {
+namespace {
+
+TEST(EventOrder, PortsComeBeforeTimersAndTimersBeforeGestures) {
+  VirtualLoop loop;
+  std::string order;
+  Timer late(loop, [&] { order += "2"; });
+  Timer early(loop, [&] { order += "1"; });
+  Timer sameTime(loop, [&] { order += "3"; });
+  PortEvent bytes(loop, [&] { order += "b"; });
+  late.start(Millis(5));
+  early.start(Millis(3));
+  sameTime.start(Millis(5));
+  loop.post([&] { order += "g"; });
+  loop.runOnce();
+  loop.after(Millis(5), [&] { order += "p"; bytes.raise(); });
+  while (order.size() < 6) loop.runOnce();
+  EXPECT_EQ(order, "g123pb");
+}
+
+TEST(EventOrder, AnEventTakenBackNeverArrives) {
+  VirtualLoop loop;
+  int count = 0;
+  PortEvent bytes(loop, [&] { ++count; });
+  bytes.raise();
+  bytes.raise();
+  bytes.withdraw();
+  EXPECT_FALSE(loop.dispatchReady());
+  bytes.raise();
+  bytes.raise();
+  EXPECT_TRUE(loop.dispatchReady());
+  EXPECT_EQ(count, 1);
+}
+
+TEST(EventOrder, AnInnerDelayDoesNotEndTheOuterOne) {
+  VirtualLoop loop;
+  Timer trigger(loop, [&] { delay(loop, Millis(10)); });
+  trigger.start(Millis(1));
+  delay(loop, Millis(100));
+  EXPECT_EQ(loop.now(), Millis(100));
+}
+
+TEST(EventOrder, AWaitForWhatCanNeverComeFails) {
+  VirtualLoop loop;
+  EXPECT_THROW(loop.runOnce(), StalledWorld);
+  EXPECT_FALSE(loop.runUntil([] { return false; }, Millis(1000)));
+}
+
+TEST(EventOrder, APeriodicTimerKeepsItsBeatAndCanStopItself) {
+  VirtualLoop loop;
+  int ticks = 0;
+  Timer beat(loop, {}, Timer::Kind::Periodic);
+  beat.onTick([&] {
+    if (++ticks == 3) beat.stop();
+  });
+  beat.start(Millis(35));
+  loop.runFor(Millis(1000));
+  EXPECT_EQ(ticks, 3);
+  EXPECT_EQ(loop.now(), Millis(1000));
+}
+
+TEST(Controls, AGestureNeedsAnEnabledControlAndCodeRunsNoHandler) {
+  int clicks = 0;
+  int changes = 0;
+  CheckBox box("cheTL");
+  box.onClick = [&] { ++clicks; };
+  box.changed.connect([&] { ++changes; });
+  box.setValue(true);
+  EXPECT_EQ(clicks, 0);
+  box.setEnabled(false);
+  box.userSet(false);
+  EXPECT_TRUE(box.value());
+  box.setEnabled(true);
+  box.userSet(false);
+  EXPECT_EQ(clicks, 1);
+  EXPECT_EQ(changes, 4);
+}
+
+TEST(Controls, OptionButtonsOfAGroupExcludeEachOther) {
+  OptionGroup group;
+  ControlArray<OptionButton, 3> buttons("Option3");
+  for (std::size_t i = 0; i < 3; ++i) group.add(buttons[i]);
+  buttons[0].setValue(true);
+  buttons[2].setProperty("Value", "True");
+  EXPECT_FALSE(buttons[0].value());
+  EXPECT_EQ(buttons[2].property("Value"), "True");
+}
+
+TEST(Controls, AListKeepsItsStateForAnIndexThatDoesNotFit) {
+  ComboBox box("combCommPort");
+  box.setItems({"COM1", "COM2"});
+  box.setListIndex(1);
+  box.setListIndex(40);
+  box.setText("COM9");
+  EXPECT_EQ(box.listIndex(), 1);
+  EXPECT_EQ(box.text(), "COM2");
+}
+
+TEST(Text, NumbersReadAsFarAsTheyGo) {
+  EXPECT_EQ(valueOf("  -12.5e1x"), -125);
+  EXPECT_EQ(valueOf(".5"), 0.5);
+  EXPECT_EQ(valueOf("6.3"), 6.3);
+  EXPECT_EQ(valueOf("12e"), 12);
+  EXPECT_EQ(valueOf("abc"), 0);
+  EXPECT_EQ(valueOf("-"), 0);
+  EXPECT_EQ(wholeOf("99999999999"), 2147483647);
+  EXPECT_EQ(numberText(11059200 / 1e6), "11.0592");
+  EXPECT_EQ(numberText(0), "0");
+  EXPECT_EQ(hexOf("FFFFx"), 0xFFFFu);
+  EXPECT_EQ(padLeft("1", 4), "0001");
+  EXPECT_EQ(padLeft("12345", 4), "2345");
+  EXPECT_EQ(roundEven(2.5), 2);
+  EXPECT_EQ(floorOf(-0.5), -1);
+}
+
+}  // namespace
+}  // namespace kvr::platform
