@@ -1,0 +1,50 @@
+// Frames as the boot firmware sees them. On the wire: 46 B9, direction, length (two bytes), command, payload, sum, 16.
+// The length counts from the direction byte through the end byte.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "sim/device.h"
+
+namespace sim {
+
+using Bytes = std::vector<std::uint8_t>;
+
+struct HostFrame {
+  Bytes wire;  // from 46 through 16
+  bool sumGood = false;
+  bool endGood = false;
+  bool damaged = false;  // a byte of it was tampered with on the way
+  int command() const { return wire[5]; }
+  int length() const { return wire[3] * 256 + wire[4]; }
+  // Bytes between command and sum.
+  std::span<const std::uint8_t> payload(bool wideSum) const;
+};
+
+// Puts frames together from single bytes; a silence longer than the gap drops what was begun.
+class FrameReader {
+ public:
+  FrameReader(bool wideSum, Micros gap) : wideSum_(wideSum), gap_(gap) {}
+  void reset() { bytes_.clear(), damaged_ = false; }
+  bool begun() const { return bytes_.size() > 2; }
+  // The frame that this byte completes, if it does.
+  const HostFrame* take(Micros at, const Heard& heard);
+
+ private:
+  void keepStart();
+  void finish();
+
+  bool wideSum_;
+  Micros gap_;
+  Micros lastAt_ = 0;
+  bool damaged_ = false;
+  Bytes bytes_;
+  HostFrame frame_;
+};
+
+// A reply with its start pair; `payload` begins behind the command byte.
+Bytes buildReply(std::uint8_t command, std::span<const std::uint8_t> payload, bool wideSum);
+
+}  // namespace sim

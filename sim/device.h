@@ -1,0 +1,70 @@
+// What sits at the far end of a serial line, as the wire sees it. Simulated time is a count of microseconds from an
+// arbitrary start; nothing here knows a real clock.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+
+namespace sim {
+
+using Micros = std::int64_t;
+
+constexpr Micros kMillisecond = 1000;
+constexpr Micros kSecond = 1000 * kMillisecond;
+
+// How one end has set its UART.
+struct Line {
+  int baud = 9600;
+  char parity = 'n';  // 'n', 'e' or 'o'
+  int dataBits = 8;   // 5..8
+  double stopBits = 1;
+
+  double byteMicros() const { return (1 + dataBits + (parity == 'n' ? 0 : 1) + stopBits) * 1e6 / baud; }
+  bool operator==(const Line&) const = default;
+};
+
+// True when one end can read what the other sends: a UART samples in the middle of a bit, so a few percent of rate
+// pass.
+bool canRead(const Line& listener, const Line& speaker);
+
+enum class Damage {
+  none,
+  byWire,    // lost, flipped or moved on the way: nobody's mistake
+  wrongLine  // the two ends are set differently, so `byte` is nonsense
+};
+
+// One byte as it reaches the listener.
+struct Heard {
+  std::uint8_t byte = 0;   // what the UART hands over
+  std::uint8_t meant = 0;  // what the speaker sent: only for judging the speaker, never to act upon
+  Damage damage = Damage::none;
+  Line line;  // how the speaker is set (a listener that measures bits learns it from this)
+};
+
+class Device {
+ public:
+  virtual ~Device() = default;
+
+  // What its UART is set to now; nothing when it measures whatever comes and so garbles nothing.
+  virtual std::optional<Line> line() const = 0;
+
+  // A byte has arrived in full at `end`. Never called with a time before an earlier call's.
+  virtual void hear(Micros end, const Heard& heard) = 0;
+
+  // When it next does something by itself; nothing when it only waits for bytes.
+  virtual std::optional<Micros> nextDue() const = 0;
+
+  // Does all that is due up to and including `now`.
+  virtual void advanceTo(Micros now) = 0;
+
+  // The wire has tampered with the conversation in either direction: what the host does next may look odd through
+  // nobody's mistake.
+  virtual void disturbed(Micros at) { (void)at; }
+
+  // Set by the wire: the device starts to send these bytes at `start`, with its present line settings.
+  std::function<void(Micros start, const Line& as, std::span<const std::uint8_t> bytes)> say;
+};
+
+}  // namespace sim
