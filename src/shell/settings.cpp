@@ -1,0 +1,246 @@
+#include "shell/settings.h"
+
+#include <cstdlib>
+
+#include "platform/text.h"
+
+namespace kvr::shell {
+namespace {
+
+using platform::ComboBox;
+using platform::Control;
+using platform::OptionButton;
+using platform::Tree;
+
+constexpr const char* kModelKey = "DeviceProducts";
+constexpr const char* kLockKey = "安全锁";
+
+// A text that is a number from end to end; a box keeps its state for anything else.
+bool isNumber(const std::string& text) {
+  const std::string trimmed = platform::trim(text);
+  char* end = nullptr;
+  std::strtod(trimmed.c_str(), &end);
+  return !trimmed.empty() && *end == '\0';
+}
+
+std::optional<bool> truthOf(const std::string& text) {
+  const std::string word = platform::upper(platform::trim(text));
+  if (word == "TRUE" || word == "FALSE") return word == "TRUE";
+  return isNumber(word) ? std::optional(platform::valueOf(word) != 0) : std::nullopt;
+}
+
+const char* propertyOf(SettingKind kind) {
+  switch (kind) {
+    case SettingKind::Index:
+      return "ListIndex";
+    case SettingKind::Number:
+    case SettingKind::Text:
+      return "Text";
+    default:
+      return "Value";
+  }
+}
+
+// Counts a load; changes of controls meanwhile are not a person's.
+class Muting {
+ public:
+  explicit Muting(int& depth) : depth_(depth) { ++depth_; }
+  ~Muting() { --depth_; }
+  Muting(const Muting&) = delete;
+  Muting& operator=(const Muting&) = delete;
+
+ private:
+  int& depth_;
+};
+
+}  // namespace
+
+Settings::Settings(platform::EventLoop& loop, platform::SettingsStore& store, const platform::ControlRegistry& registry)
+    : registry_(registry), keys_(store), timer3_(loop, [this] { timer3(); }) {}
+
+void Settings::connect() {
+  const auto watch = [this](Control* control) {
+    if (control) control->changed.connect([this] { requestSave(); });
+  };
+  for (const SettingBinding& binding : settingBindings()) {
+    watch(registry_.find(binding.control, binding.index));
+    if (!binding.other.empty()) watch(registry_.find(binding.other, binding.otherIndex));
+  }
+  watch(registry_.find("TreeViewDevice"));
+  for (const char* lock : {"Option0", "Option1", "Option2"}) watch(registry_.find(lock, 0));
+}
+
+void Settings::requestSave() {
+  if (loading_ == 0 && !timer3_.isActive()) timer3_.start(kSaveDelay);
+}
+
+void Settings::savePending() {
+  if (!timer3_.isActive()) return;
+  timer3_.stop();
+  timer3();
+}
+
+void Settings::timer3() {
+  saveMainSettings();
+  if (hooks.pinsShown) hooks.pinsShown();
+}
+
+void Settings::loadModel() {
+  auto* tree = registry_.findAs<Tree>("TreeViewDevice");
+  if (!tree) return;
+  const std::string stored = keys_.read(kModelKey, std::string(kFirstModel));
+  tree->selectKey(stored);
+  // A series node is no model to start with.
+  if (tree->selectedKey() != stored || stored.empty() || stored.starts_with("Family")) {
+    tree->selectKey(std::string(kFirstModel));
+  }
+  if (hooks.modelSelected) hooks.modelSelected();
+}
+
+void Settings::loadMainSettings() {
+  const Muting muting(loading_);
+  loadModel();
+  if (hooks.fillBaudLists) hooks.fillBaudLists();
+  load(SettingGroup::Main);
+  if (auto* port = registry_.findAs<ComboBox>("combCommPort"); port && port->listIndex() == -1) port->setListIndex(0);
+  if (auto* pin = registry_.findAs<ComboBox>("comb_WDT"); pin && pin->text().empty()) pin->setListIndex(0);
+}
+
+void Settings::loadDemoSettings() {
+  load(SettingGroup::Demo);
+}
+void Settings::loadUserCodeSettings() {
+  load(SettingGroup::UserCode);
+}
+void Settings::loadToolSettings() {
+  load(SettingGroup::Tool);
+}
+
+void Settings::startDone() {
+  for (const SettingBinding& binding : settingBindings()) {
+    if (const auto value = valueOf(binding)) keys_.hold(binding.key, *value);
+  }
+  if (const auto* tree = registry_.findAs<Tree>("TreeViewDevice")) keys_.hold(kModelKey, tree->selectedKey());
+  keys_.hold(kLockKey, lockNumber());
+}
+
+void Settings::load(SettingGroup group) {
+  const Muting muting(loading_);
+  for (const SettingBinding& binding : settingBindings()) {
+    if (binding.group == group && binding.read) loadOne(binding);
+  }
+}
+
+void Settings::loadOne(const SettingBinding& binding) {
+  Control* control = registry_.find(binding.control, binding.index);
+  if (!control) return;
+  const std::string stored = keys_.read(binding.key, binding.fallback);
+  switch (binding.kind) {
+    case SettingKind::Index:
+    case SettingKind::Number:
+      if (isNumber(stored)) control->setProperty(propertyOf(binding.kind), platform::trim(stored));
+      break;
+    case SettingKind::Pair:
+      if (const auto truth = truthOf(stored)) choose(binding, *truth);
+      break;
+    case SettingKind::YesNo:
+      choose(binding, stored == "True");
+      break;
+    default:
+      control->setProperty(propertyOf(binding.kind), stored);
+  }
+  if (const auto shown = valueOf(binding)) keys_.hold(binding.key, *shown);
+}
+
+void Settings::choose(const SettingBinding& binding, bool first) {
+  Control* button =
+      first ? registry_.find(binding.control, binding.index) : registry_.find(binding.other, binding.otherIndex);
+  if (button) button->setProperty("Value", "True");
+}
+
+std::optional<std::string> Settings::valueOf(const SettingBinding& binding) const {
+  const Control* control = registry_.find(binding.control, binding.index);
+  return control ? std::optional(control->property(propertyOf(binding.kind))) : std::nullopt;
+}
+
+void Settings::save(SettingGroup group) {
+  for (const SettingBinding& binding : settingBindings()) {
+    if (binding.group != group) continue;
+    if (const auto value = valueOf(binding)) keys_.write(binding.key, *value);
+  }
+}
+
+// Three bits of the option panel, for whoever reads the store from outside; nothing here reads them.
+std::string Settings::lockNumber() const {
+  const auto on = [this](const char* name) {
+    const auto* button = registry_.findAs<OptionButton>(name, 0);
+    return button && button->value();
+  };
+  return std::to_string(4 * on("Option0") + 2 * on("Option1") + on("Option2"));
+}
+
+void Settings::saveModelAndLock() {
+  if (const auto* tree = registry_.findAs<Tree>("TreeViewDevice")) keys_.write(kModelKey, tree->selectedKey());
+  keys_.write(kLockKey, lockNumber());
+  keys_.write("fillbyte", "00");
+}
+
+void Settings::saveMainSettings() {
+  saveModelAndLock();
+  save(SettingGroup::Main);
+  if (hooks.rangeShown) hooks.rangeShown();
+  save(SettingGroup::UserCode);
+  save(SettingGroup::Demo);
+  save(SettingGroup::Tool);
+  keys_.flush();
+}
+
+void Settings::saveDemoSettings() {
+  save(SettingGroup::Demo);
+  keys_.flush();
+}
+
+void Settings::saveUserCodeSettings() {
+  save(SettingGroup::UserCode);
+  keys_.flush();
+}
+
+void Settings::saveToolSettings() {
+  save(SettingGroup::Tool);
+  keys_.flush();
+}
+
+void Settings::saveCounter() {
+  if (const Control* box = registry_.find("txtWrite_OK_Count")) keys_.write("Write_OK_Count", box->property("Text"));
+  keys_.flush();
+}
+
+int Settings::number(const std::string& key, int fallback) const {
+  const std::string stored = keys_.read(key, {});
+  return isNumber(stored) ? platform::wholeOf(stored) : fallback;
+}
+
+WindowPlace Settings::windowPlace() const {
+  const WindowPlace usual;
+  return {number("MainLeft", usual.left), number("MainTop", usual.top), number("MainWidth", usual.width),
+          number("MainHeight", usual.height)};
+}
+
+void Settings::saveWindowPlace(const WindowPlace& place) {
+  keys_.write("MainLeft", std::to_string(place.left));
+  keys_.write("MainTop", std::to_string(place.top));
+  keys_.write("MainWidth", std::to_string(place.width));
+  keys_.write("MainHeight", std::to_string(place.height));
+  keys_.flush();
+}
+
+int Settings::frame24Width() const {
+  return number("Frame24_Width", 2000);
+}
+
+void Settings::saveFrame24Width(int twips) {
+  keys_.write("Frame24_Width", std::to_string(twips));
+  keys_.flush();
+}
+
+}  // namespace kvr::shell

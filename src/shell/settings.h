@@ -1,0 +1,87 @@
+// Restores the window's choices at a start and saves them half a second after any change.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/controls.h"
+#include "platform/event_loop.h"
+#include "platform/settings_store.h"
+#include "shell/changed_keys.h"
+#include "shell/settings_table.h"
+
+namespace kvr::shell {
+
+// Place and size of the window in twips (15 to a pixel of a plain screen).
+struct WindowPlace {
+  int left = 0;
+  int top = 0;
+  int width = 12000;
+  int height = 9045;
+  bool operator==(const WindowPlace&) const = default;
+};
+
+class Settings {
+ public:
+  static constexpr std::string_view kFirstModel = "Hazel-H04";
+  static constexpr platform::Millis kSaveDelay{500};
+
+  // What happens around loading and saving; a member that is not connected does nothing.
+  struct Hooks {
+    std::function<void()> modelSelected;  // TreeViewDevice_Click: a node of the tree has been selected
+    std::function<void()> fillBaudLists;
+    std::function<void()> rangeShown;  // computeIspRange for the selected model
+    std::function<void()> pinsShown;   // opt_485_pin_Click and opt_External_WDT_Click, after a timed save
+  };
+
+  // The registry must hold all bound controls by the time of the first load; one that is missing is passed over.
+  Settings(platform::EventLoop& loop, platform::SettingsStore& store, const platform::ControlRegistry& registry);
+  Hooks hooks;
+
+  // From now on a change of a bound control, or of the selected model, asks for a save.
+  void connect();
+
+  void loadMainSettings();
+  void loadDemoSettings();
+  void loadUserCodeSettings();
+  void loadToolSettings();
+  // Ends the loading: what the controls show now counts as not changed by this window.
+  void startDone();
+
+  void saveMainSettings();  // the main group, the ranges, then the three other groups
+  void saveDemoSettings();
+  void saveUserCodeSettings();
+  void saveToolSettings();
+  void saveCounter();  // `Write_OK_Count` alone, on the disk at once: after each good download
+
+  // Starts `Timer3` when it is not running. Nothing while settings load.
+  void requestSave();
+  // Saves at once what a running `Timer3` would save: before the window goes.
+  void savePending();
+
+  WindowPlace windowPlace() const;
+  void saveWindowPlace(const WindowPlace& place);
+  int frame24Width() const;  // `Frame24_Width`, twips, as stored
+  void saveFrame24Width(int twips);
+
+ private:
+  void timer3();
+  void load(SettingGroup group);
+  void save(SettingGroup group);
+  void loadOne(const SettingBinding& binding);
+  void choose(const SettingBinding& binding, bool first);
+  std::optional<std::string> valueOf(const SettingBinding& binding) const;
+  void loadModel();
+  void saveModelAndLock();
+  std::string lockNumber() const;
+  int number(const std::string& key, int fallback) const;
+
+  const platform::ControlRegistry& registry_;
+  ChangedKeys keys_;
+  platform::Timer timer3_;
+  int loading_ = 0;
+};
+
+}  // namespace kvr::shell
