@@ -1,0 +1,87 @@
+// The images of the target's two memories, as the loaders fill them and the programming steps send them.
+//
+// A byte's index is its address in the file: the code image counts from code address 0, the data image from the start of
+// the Data Memory. What no file wrote reads 0, and so does every address beyond the buffer's end.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/controls.h"
+
+namespace kvr::images {
+
+inline constexpr std::int32_t kNoRangeStart = 0x10FFFF;  // `rangeStart` of a buffer that no file has been merged into
+inline constexpr std::int32_t kCodeBufferSize = 0x12001;
+inline constexpr std::int32_t kEepromBufferSize = 0x10001;
+
+// Where the last file and all merged files lie. Addresses are inclusive.
+struct ImageBounds {
+  std::int32_t fileStart = 0;
+  std::int32_t fileEnd = 1023;
+  std::int32_t rangeStart = 0;  // lowest `fileStart` of the files merged; kNoRangeStart: none
+  std::int32_t rangeEnd = 1023;
+  bool operator==(const ImageBounds&) const = default;
+
+  void mergeFile();                                          // the range takes in the last file
+  void takeIn(std::int32_t first, std::int32_t last);        // the range takes in these addresses
+};
+
+// A file's bytes laid out by address, ready to be put over a buffer. All three have the same length.
+struct FileLayer {
+  std::vector<std::uint8_t> bytes;
+  std::vector<std::uint8_t> written;  // 1 where the file has a byte
+};
+
+class ImageBuffer : public ImageBounds {
+ public:
+  ImageBuffer(std::string kind, std::int32_t size);
+  ImageBuffer(const ImageBuffer&) = delete;
+  ImageBuffer& operator=(const ImageBuffer&) = delete;
+
+  std::string fileKind;          // "AP_FILE" or "Data_File"
+  std::int32_t sum = 0;          // sum of the last file's data bytes
+  std::int32_t startOffset = 0;  // address at which the last file was placed
+  bool clearFirst = true;        // the last load cleared the buffer before
+  bool loaded = false;           // a load has ended; of the data image: there is data to program
+
+  bool isCode() const { return fileKind == "AP_FILE"; }
+  ImageBounds& bounds() { return *this; }
+  const ImageBounds& bounds() const { return *this; }
+
+  std::int32_t size() const { return static_cast<std::int32_t>(bytes_.size()); }
+  std::span<const std::uint8_t> bytes() const { return bytes_; }
+  std::uint8_t at(std::int32_t address) const;
+  bool fileWrote(std::int32_t address) const { return marked(address, kFromFile); }     // some file put this byte here
+  bool changedSinceLoad(std::int32_t address) const { return marked(address, kEdited); }  // by hand or by a counter
+
+  // Each of these tells the observers once. Addresses outside the buffer are passed over.
+  void fill(std::uint8_t value);                                        // every byte; forgets all marks
+  void lay(const FileLayer& file);                                      // a file's bytes over what is there
+  void blank(std::int32_t first, std::int32_t last);                    // zeros that no file wrote
+  void edit(std::int32_t address, std::span<const std::uint8_t> bytes);  // marked as changed since the load
+  void put(std::int32_t address, std::span<const std::uint8_t> bytes);   // as a file would
+  void touch() const { changed.emit(); }                                // bounds or flags were set directly
+
+  platform::Signal changed;  // bytes, marks, bounds or flags
+
+ private:
+  enum Mark : std::uint8_t { kFromFile = 1, kEdited = 2 };
+  bool marked(std::int32_t address, Mark mark) const;
+  std::pair<std::size_t, std::size_t> clip(std::int64_t first, std::int64_t count) const;
+  std::vector<std::uint8_t> bytes_;
+  std::vector<std::uint8_t> marks_;
+};
+
+// Both images and what is known of them together. Lives as long as the window.
+struct ImageState {
+  ImageBuffer CodeBuffer{"AP_FILE", kCodeBufferSize};
+  ImageBuffer EepromBuffer{"Data_File", kEepromBufferSize};
+  bool imageValid = false;   // a loaded image exists (one flag for both)
+  std::string lastFileName;  // the path of the last file asked for
+};
+
+}  // namespace kvr::images

@@ -1,0 +1,58 @@
+// The two serial number counters of the window: boxes, image, settings.
+//
+// A box that is on promises that every chip carries its own number. So a run starts with `armForRun` and goes on after a
+// success only when `advanceAfterSuccess` says so: a chip without its number must not leave.
+#pragma once
+
+#include "catalogue/selected_model.h"
+#include "images/auto_increment.h"
+#include "images/buffer_views.h"
+#include "images/image_panel.h"
+#include "platform/world.h"
+
+namespace kvr::images {
+
+class SerialCounters {
+ public:
+  SerialCounters(platform::World& world, const catalogue::SelectedModel& selected, ImagePanel& panel, ImageState& state,
+                 BufferViews& views);
+
+  AutoIncrement code;
+  AutoIncrement data;
+
+  // Handlers of the check boxes; also run by code to bring a counter in line with its box.
+  void cheAuto_Increase_Click();
+  void cheData_Auto_Increase_Click();
+
+  void readAutoControls();                              // both records from their controls
+  [[nodiscard]] bool checkAutoRange(AutoIncrement&);    // message box and false when the field does not fit; arms it
+  [[nodiscard]] bool writeAutoValue(AutoIncrement&);    // message box and false when `next` cannot be written
+  void advanceIncrement(AutoIncrement&);                // the following value into the box, if armed
+  void showAutoField(AutoIncrement&);
+  void loadAutoSettings();
+  void saveAutoSettings();
+
+  // Start of a run: a box that is on but not armed yet is clicked (settings, value, range). False: a box is on and its field
+  // could not be armed or written; the message box has been shown and the run must end there.
+  [[nodiscard]] bool armForRun();
+  // After a chip was programmed and verified, code first: next value into box, image, view and settings. False: the next value
+  // cannot be written (message box shown); a repeat must end.
+  [[nodiscard]] bool advanceAfterSuccess();
+
+  void forgetArmed() { code.armed = data.armed = false; }
+  // Boxes and buttons of an instance can be used or not; a counter that is on keeps its boxes closed.
+  void enableControls(bool codeOn, bool dataOn);
+
+ private:
+  struct Side;
+  Side side(AutoIncrement& record);
+  bool click(Side side);
+  platform::World& world_;
+  const catalogue::SelectedModel& selected_;
+  ImagePanel& panel_;
+  ImageState& state_;
+  BufferViews& views_;
+  bool writeFailed_ = false;
+};
+
+}  // namespace kvr::images

@@ -1,0 +1,31 @@
+// Store: a range of the code image to a binary file. Compare: the code image against a dump of the chip's memory that the
+// terminal received.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <span>
+
+#include "images/image_panel.h"
+#include "platform/world.h"
+
+namespace kvr::images {
+
+class StoreCompare {
+ public:
+  StoreCompare(platform::World& world, ImagePanel& panel, ImageState& state, platform::TextBox& textMsg);
+
+  void comStoreFile_Click();
+  void comComp_Click();
+
+  // The terminal's ring from its index 0, whole; empty when nothing waits in it. Not connected: empty.
+  std::function<std::span<const std::uint8_t>()> receivedBytes;
+
+ private:
+  platform::World& world_;
+  ImagePanel& panel_;
+  ImageState& state_;
+  platform::TextBox& textMsg_;
+};
+
+}  // namespace kvr::images
