@@ -1,0 +1,43 @@
+// The controls of the download: the buttons that start and stop a run, the range of baud rates, the success counter, the
+// repeat delay, the beep choice and the verdict.
+#pragma once
+
+#include "platform/controls.h"
+
+namespace kvr::engine {
+
+// What the operator reads from two metres. Pass is set at one place only, the step that counts the success; Fail at
+// every other end of a run; neither is ever shown early.
+enum class VerdictKind { Idle, Waiting, Working, Pass, Fail };
+
+class Verdict {
+ public:
+  VerdictKind value() const { return value_; }
+  void set(VerdictKind value);
+  platform::Signal changed;
+
+ private:
+  VerdictKind value_ = VerdictKind::Idle;
+};
+
+struct DownloadPanel {
+  DownloadPanel();
+  void addTo(platform::ControlRegistry& registry);
+
+  platform::ControlArray<platform::Button, 2> comDownload{"comDownload"};  // 0: once; 1: repeats
+  platform::Button comStop_Download{"comStop_Download"};
+  platform::Button comReadChipLock{"comReadChipLock"};
+  platform::Button Command2{"Command2"};
+  platform::CheckBox cheTL{"cheTL"};  // fixed link; only Command2 ticks it
+  platform::ComboBox cobBaudMin{"cobBaudMin"};
+  platform::ComboBox cobBaudMax{"cobBaudMax"};
+  platform::TextBox txtWrite_OK_Count{"txtWrite_OK_Count"};
+  platform::Button comClear_OK_Count{"comClear_OK_Count"};
+  platform::ComboBox comDalay_ReDownLoad{"comDalay_ReDownLoad"};  // seconds between two rounds; takes free text
+  platform::OptionButton optBeepYes{"optBeepYes"};
+  platform::OptionButton optBeepNo{"optBeepNo"};
+  platform::OptionGroup beepGroup;
+  Verdict verdict;
+};
+
+}  // namespace kvr::engine
