@@ -1,0 +1,89 @@
+// The controls of the terminal page: port settings, receive pane, send areas.
+//
+// Captions are state here: "Open COM" / "Close COM", "Repeat Send" / "Stop Repeat", "Round Send" / "Stop Round" tell whether
+// the port is open and which automatic send runs. Use the constants below to compare.
+#pragma once
+
+#include "comtool/receive_pane.h"
+#include "platform/controls.h"
+
+namespace kvr::comtool {
+
+inline constexpr const char* kOpenCaption = "Open COM";
+inline constexpr const char* kCloseCaption = "Close COM";
+inline constexpr const char* kRepeatCaption = "Repeat Send";
+inline constexpr const char* kStopRepeatCaption = "Stop Repeat";
+inline constexpr const char* kRoundCaption = "Round Send";
+inline constexpr const char* kStopRoundCaption = "Stop Round";
+inline constexpr const char* kSampleSendText = "Hello from KVR-ISP";  // what `texSend` holds at the first start
+
+struct ToolPanel {
+  static constexpr std::size_t kPages = 3;     // pages that show the port's state: terminal, two monitor pages
+  static constexpr std::size_t kStrings = 25;  // strings of the round
+
+  ToolPanel();
+  void addTo(platform::ControlRegistry& registry);
+
+  platform::Frame fraDebug{"fraDebug"};  // the page
+
+  // Port settings.
+  platform::Frame frmCOM_Setings{"frmCOM_Setings"};
+  platform::ComboBox com_Debug_COM{"com_Debug_COM"};  // "COM1" .. "COM16"
+  platform::ComboBox com_Debug_Baud{"com_Debug_Baud"};
+  platform::ComboBox com_Debug_DataBits{"com_Debug_DataBits"};
+  platform::ComboBox com_Debug_ParityCheck{"com_Debug_ParityCheck"};
+  platform::ComboBox com_Debug_StopBits{"com_Debug_StopBits"};
+  platform::ControlArray<platform::Label, 5> labDebugPort{"labDebugPort"};  // before the five boxes, in their order
+  platform::CheckBox che_DTR{"che_DTR"};                                    // modem lines of the open port
+  platform::CheckBox che_RTS{"che_RTS"};
+
+  // Open and close; one element on each page, changed together. A lamp is on while the port is open.
+  platform::Frame frmOpenCloseCOM{"frmOpenCloseCOM"};
+  platform::ControlArray<platform::Button, kPages> comOpenCOM{"comOpenCOM"};
+  platform::ControlArray<platform::Lamp, kPages> imgOpen{"imgOpen"};
+  platform::ControlArray<platform::Button, kPages> comDebugClear{"comDebugClear"};  // 1, 2: the monitor's lists
+  platform::ControlArray<platform::Button, kPages> comDebugHelp{"comDebugHelp"};
+  platform::CheckBox che_AutoOpenPort{"che_AutoOpenPort"};  // the terminal takes the port at the end of a download
+
+  // Receive area.
+  platform::Frame frmReceive{"frmReceive"};
+  ReceivePane texReceive{"texReceive"};
+  platform::ControlArray<platform::OptionButton, 2> optReceiveHex{"optReceiveHex"};  // 0: text, 1: hexadecimal
+  platform::Label labReceiveCount{"labReceiveCount"};
+  platform::Label labSendCount{"labSendCount"};
+  platform::Button comClearCount{"comClearCount"};
+  platform::ComboBox comb_TimeStamp{"comb_TimeStamp"};  // off, per line, per burst
+  platform::CheckBox che_AutoScroll{"che_AutoScroll"};  // the pane follows what comes in
+  platform::CheckBox che_KeepNewest{"che_KeepNewest"};  // at the display limit the oldest text goes
+  platform::Button comSaveReceive{"comSaveReceive"};
+  platform::TextBox texFind{"texFind"};
+  platform::Button comFindNext{"comFindNext"};
+  platform::Button comFindPrevious{"comFindPrevious"};
+  platform::Label labFind{"labFind"};  // "Not found" and the like
+
+  // Single string.
+  platform::Frame frmSend{"frmSend"};
+  platform::TextBox texSend{"texSend"};
+  platform::ControlArray<platform::OptionButton, 2> optHexSend{"optHexSend"};  // 0: text, 1: hexadecimal
+  platform::ComboBox comb_LineEnd{"comb_LineEnd"};                             // added to every text that is sent
+  platform::Button comDebugSend{"comDebugSend"};
+  platform::Button comClearSend{"comClearSend"};
+  platform::Button comAutoSend{"comAutoSend"};
+  platform::TextBox texSendCycle{"texSendCycle"};  // milliseconds
+  platform::ControlArray<platform::Label, 2> labSendCycle{"labSendCycle"};  // before and behind the box
+
+  // The list of strings.
+  platform::Frame Frame24{"Frame24"};
+  platform::ControlArray<platform::TextBox, kStrings> texSpreadSend{"texSpreadSend"};
+  platform::ControlArray<platform::Button, kStrings> comSpreadSendCom{"comSpreadSendCom"};  // caption: its number
+  platform::ControlArray<platform::CheckBox, kStrings> cheSpreadHex{"cheSpreadHex"};
+  platform::Button comSpreadAutoSend{"comSpreadAutoSend"};
+  platform::TextBox texSpreadSendCycle{"texSpreadSendCycle"};  // milliseconds
+  platform::ControlArray<platform::Label, 2> labSpreadSendCycle{"labSpreadSendCycle"};  // before and behind the box
+
+ private:
+  platform::OptionGroup receiveForm_;
+  platform::OptionGroup sendForm_;
+};
+
+}  // namespace kvr::comtool
