@@ -69,10 +69,10 @@ class Chip : public Device {
   int firmware() const { return firmware_; }
 
  private:
-  friend class ChipRc;
   struct Planned {
     Micros at = 0;
     std::function<void(Micros)> act;
+    bool survivesPower = false;  // what the chip had in mind is forgotten when its power changes
   };
 
   // chip.cpp: power, hearing, time
@@ -95,6 +95,7 @@ class Chip : public Device {
   void beginMeasuredStep(Micros at);
   void sendStatus(Micros at, std::uint8_t command);
   std::array<std::uint16_t, 8> countsAt(int baud);
+  std::uint8_t filler();
 
   // chip_identity.cpp
   Bytes statusPayload();
@@ -103,7 +104,7 @@ class Chip : public Device {
   bool laterOrder() const;
   bool lateH() const;
 
-  // chip_frames of the session
+  // chip_session.cpp
   void checkGeneric(Micros at, const HostFrame& frame, int argument, bool identityCounts);
   void onPing(Micros at, const HostFrame& frame);
   void onStatusRead(Micros at, const HostFrame& frame);
@@ -115,6 +116,8 @@ class Chip : public Device {
   std::optional<Line> lineFor(int high, int low) const;
   void checkBaudPayload(Micros at, std::span<const std::uint8_t> p, bool test);
   Micros baudDelay(bool test) const;
+  std::pair<int, int> waitClassRange() const;
+  void checkTimes(Micros at, std::span<const std::uint8_t> p, bool test);
 
   // chip_program.cpp
   void onErase(Micros at, const HostFrame& frame);
@@ -137,6 +140,9 @@ class Chip : public Device {
   // chip_rc.cpp
   void onMeasure(Micros at, const HostFrame& frame);
   void onRcBaud(Micros at, const HostFrame& frame);
+  void hearMeasurePulse(Micros at);
+  void judgePulseCount(Micros at);
+  int measuredCount(int code, int fine);
 
   bool isFamily(std::initializer_list<int> families) const;
   bool firstGenerationDivider() const { return isFamily({0, 1, 2, 11, 12, 13}); }
@@ -165,7 +171,6 @@ class Chip : public Device {
   bool fixedLink_ = false;
   Micros busyUntil_ = -1;
   bool disturbed_ = false;
-  int powerCycle_ = 0;  // what was planned before the last power change never happens
 
   int syncHeard_ = 0;
   int pulsesHeard_ = 0;
@@ -175,6 +180,14 @@ class Chip : public Device {
   std::array<std::uint16_t, 8> counts_{};
   double sessionClock_ = 0;  // as it was when the status frame went out
   Bytes wrongLineRun_;       // what the host meant while it could not be understood
+  bool fresh_ = false;       // no good frame has come since the status frame: the host may not have got it
+  struct Point {
+    std::uint8_t code = 0, fine = 0;
+  };
+  std::vector<Point> measuring_;              // points still to be answered
+  int measurePulses_ = 0;                     // heard since the measure frame
+  int measureRound_ = 0;                      // 1 and 2 while pulses are counted
+  std::uint8_t bootCode_ = 0, bootFine_ = 0;  // families 15, 16: what the oscillator is set to now
 
   int reload_ = 0;  // of the last change, in counts
   bool changed_ = false, erased_ = false, programming_ = false, finished_ = false, optionsTaken_ = false;

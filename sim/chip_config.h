@@ -26,6 +26,7 @@ struct ChipTimes {
   Micros testReply = 160 * kMillisecond;  // gives the host time to change its speed before the answer
   Micros changeReply = 130 * kMillisecond;
   Micros firstGenerationReply = 40 * kMillisecond;  // the same two for family 1, which is quicker
+  Micros rcChangeReply = 30 * kMillisecond;         // families 15 and 16
   Micros frameGap = 30 * kMillisecond;              // a silence this long inside a frame makes the chip drop it
   Micros listen = 0;     // boot firmware gives up and starts the application; 0: waits without end
   Micros rcMeasure = 0;  // settling time of the oscillator at each measured point
@@ -65,7 +66,7 @@ struct ChipFaults {
 // The internal oscillator of families 15 and 16; see rc_oscillator.h. Chips made with the same seed are alike.
 struct RcSetting {
   std::uint64_t seed = 0;     // 0: the chip's own seed
-  double spread = 0.25;       // the whole chip runs up to this much too slow or too fast
+  double spread = 0.08;       // the whole chip runs up to this much too slow or too fast
   double slopeSpread = 0.05;  // each band's slope differs up to this much from the typical one
   double gap = 0.0;  // share of a band's height that lies between it and the next, unreachable; negative: they overlap
   double noise = 0.00002;  // of one measurement, as a share
@@ -101,6 +102,5 @@ ChipConfig configFor(const McuRecord& row, double clockHz = 11059200, std::uint6
 // "block:times:silent"; shortStatus, directStatus, shortDataReplies are taken too). False: no such fault or a bad
 // value.
 [[nodiscard]] bool setChipFault(ChipConfig& config, std::string_view name, std::string_view value);
-std::vector<std::string_view> chipFaultNames();
 
 }  // namespace sim

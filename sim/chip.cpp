@@ -1,0 +1,206 @@
+#include "sim/chip.h"
+
+#include <algorithm>
+
+namespace sim {
+
+namespace {
+
+OptionBytes factoryOptions(const McuRecord& row) {
+  OptionBytes options;
+  options.fill(0xFF);
+  if (row.family == 0) options[0] = 0x40;
+  if (row.family == 2 || kvr::catalogue::isLateFamily(row.family)) options[1] = 253;
+  if (row.family >= 3 && row.family <= 6) options[8] = 247;
+  if (kvr::catalogue::familyClassOf(row.family) == 4) options[3] = 88, options[4] = 128;
+  return options;
+}
+
+}  // namespace
+
+std::string_view nameOf(ChipState state) {
+  constexpr std::string_view kNames[] = {"off", "syncing", "greeted", "session", "application"};
+  return kNames[static_cast<int>(state)];
+}
+
+std::int64_t bootStartOf(const McuRecord& row, int reservedCode) {
+  if (row.family != 1 && row.family != 2 && !kvr::catalogue::isLateFamily(row.family)) return row.bootStart;
+  const bool big = row.name == "Cedar-L50D" || row.name == "Cedar-H50D";
+  const int reserved = big ? 2048 : 1024 + 512 * reservedCode;
+  return row.bootEnd + 1 - reserved;
+}
+
+Chip::Chip(ChipConfig config)
+    : config_(std::move(config)),
+      letter_(config_.letter ? config_.letter : usualLetter(*config_.row)),
+      firmware_(config_.firmware ? config_.firmware : usualFirmware(*config_.row)),
+      noise_(config_.seed * 0x9E3779B97F4A7C15U + 1),
+      flash_(static_cast<std::size_t>(config_.row->bootEnd) + 1,
+             static_cast<std::size_t>(bootStartOf(*config_.row, config_.reservedCode)), config_.seed),
+      options_(config_.options.value_or(factoryOptions(*config_.row))),
+      oscillator_(config_.rc, config_.seed),
+      reader_(config_.row->frame2, config_.times.frameGap) {
+  if (config_.faults.oldFirmware) firmware_ = letter_ <= 'C' ? 0x39 : 0x49;
+  if (config_.faults.wrongModelCode && row().family == 0) letter_ = 'C';
+  bootCode_ = options_[3];
+  bootFine_ = options_[4];
+  for (int i = 0; i < 7; ++i) factoryId_.push_back(filler());
+  statusTail_ = {0, 0, 0, filler(), filler(), filler(), filler()};
+  for (const BlockFailure& failure : config_.faults.failsBlocks) failuresLeft_[failure.block] = failure.times;
+}
+
+std::uint8_t Chip::filler() {
+  noise_ = noise_ * 6364136223846793005U + 1442695040888963407U;
+  return static_cast<std::uint8_t>(noise_ >> 40);
+}
+
+bool Chip::isFamily(std::initializer_list<int> families) const {
+  return std::find(families.begin(), families.end(), row().family) != families.end();
+}
+
+// --- Time and power ---
+
+void Chip::later(Micros at, std::function<void(Micros)> act) {
+  planned_.push_back({at, std::move(act), false});
+}
+
+std::optional<Micros> Chip::nextDue() const {
+  if (planned_.empty()) return std::nullopt;
+  return std::min_element(planned_.begin(), planned_.end(), [](const auto& a, const auto& b) { return a.at < b.at; })
+      ->at;
+}
+
+void Chip::advanceTo(Micros now) {
+  for (auto due = nextDue(); due && *due <= now; due = nextDue()) {
+    const auto next = std::find_if(planned_.begin(), planned_.end(), [&](const Planned& p) { return p.at == *due; });
+    const Planned plan = std::move(*next);
+    planned_.erase(next);
+    plan.act(plan.at);
+  }
+}
+
+void Chip::powerOn(Micros at) {
+  planned_.push_back({at, [this](Micros when) { startBoot(when); }, true});
+}
+
+void Chip::powerOff(Micros at) {
+  planned_.push_back({at,
+                      [this](Micros when) {
+                        std::erase_if(planned_, [](const Planned& p) { return !p.survivesPower; });
+                        enter(ChipState::off, when, "power off");
+                      },
+                      true});
+}
+
+void Chip::startBoot(Micros at) {
+  std::erase_if(planned_, [](const Planned& p) { return !p.survivesPower; });
+  enter(ChipState::syncing, at, "power on");
+  fixedLink_ = disturbed_ = fresh_ = pulsesAwaited_ = false;
+  changed_ = erased_ = programming_ = finished_ = optionsTaken_ = false;
+  busyUntil_ = at;
+  syncHeard_ = pulsesHeard_ = measureRound_ = 0;
+  testedHigh_ = testedLow_ = -1;
+  lastBlock_ = blockStart_ = -1;
+  reload_ = 0;
+  measuring_.clear();
+  bootCode_ = options_[3];
+  bootFine_ = options_[4];
+  reader_.reset();
+  if (config_.times.listen > 0)
+    later(at + config_.times.listen, [this](Micros when) {
+      if (state_ == ChipState::syncing) leaveBoot(when, "nobody called");
+    });
+}
+
+void Chip::leaveBoot(Micros at, const std::string& why) {
+  enter(ChipState::application, at, why);
+  bootCode_ = options_[3];
+  bootFine_ = options_[4];
+}
+
+void Chip::enter(ChipState state, Micros at, const std::string& why) {
+  state_ = state;
+  journal_.note(at, std::string(nameOf(state)) + ": " + why);
+}
+
+void Chip::disturbed(Micros at) {
+  disturbed_ = true;
+  journal_.note(at, "the wire disturbs the conversation");
+}
+
+double Chip::clockHz() const {
+  return rcFamily() ? oscillator_.frequency(bootCode_, bootFine_) : config_.clockHz;
+}
+
+double Chip::applicationClockHz() const {
+  return rcFamily() ? oscillator_.frequency(options_[3], options_[4]) : config_.clockHz;
+}
+
+// --- Hearing ---
+
+std::optional<Line> Chip::line() const {
+  if (state_ == ChipState::greeted || state_ == ChipState::session) return line_;
+  return std::nullopt;
+}
+
+void Chip::hear(Micros end, const Heard& heard) {
+  advanceTo(end);
+  if (state_ == ChipState::off || state_ == ChipState::application) return;
+  if (heard.damage == Damage::wrongLine) return judgeWrongLine(end, heard);
+  if (measureRound_ > 0 && heard.byte == 0x7F && !reader_.begun()) return hearMeasurePulse(end);
+  if (end <= busyUntil_) return;
+  if (state_ != ChipState::session) return hearSync(end, heard);
+  if (!reader_.begun() && heard.byte == 0x7F && fresh_ && !pulseFamily()) return hearSync(end, heard);
+  if (const HostFrame* frame = reader_.take(end, heard)) hearFrame(end, *frame);
+}
+
+void Chip::judgeWrongLine(Micros at, const Heard& heard) {
+  if (at - lastSync_ > config_.times.frameGap) wrongLineRun_.clear();
+  lastSync_ = at;
+  wrongLineRun_.push_back(heard.meant);
+  const std::size_t size = wrongLineRun_.size();
+  const bool frame = size >= 3 && wrongLineRun_[size - 3] == 0x46 && wrongLineRun_[size - 2] == 0xB9 &&
+                     wrongLineRun_[size - 1] == 0x6A;
+  if (frame)
+    judgeFair(false, at,
+              "a frame at " + std::to_string(heard.line.baud) + "," + heard.line.parity + " while I listen at " +
+                  std::to_string(line_.baud) + "," + line_.parity);
+}
+
+void Chip::hearFrame(Micros at, const HostFrame& frame) {
+  if (!frame.endGood || !frame.sumGood) {
+    journal_.note(at, "a frame with a bad sum or end, dropped");
+    if (!frame.damaged) judge(false, at, "frame with a bad length, sum or end");
+    return;
+  }
+  wrongLineRun_.clear();
+  dispatch(at, frame);
+  disturbed_ = false;
+  fresh_ = false;
+}
+
+void Chip::judge(bool good, Micros at, const std::string& text) {
+  if (!good) journal_.violation(at, text);
+}
+
+void Chip::judgeFair(bool good, Micros at, const std::string& text) {
+  if (!disturbed_) return judge(good, at, text);
+  if (!good) journal_.note(at, "excused after a disturbance: " + text);
+}
+
+// --- Speaking ---
+
+Micros Chip::reply(Micros at, std::uint8_t command, std::span<const std::uint8_t> payload) {
+  const Bytes wire = buildReply(command, payload, row().frame2);
+  const Micros end = at + static_cast<Micros>(line_.byteMicros() * static_cast<double>(wire.size()));
+  busyUntil_ = std::max(busyUntil_, end);
+  if (say) say(at, line_, wire);
+  return end;
+}
+
+void Chip::busy(Micros from, Micros to, const std::string& what) {
+  busyUntil_ = std::max(busyUntil_, to);
+  if (to > from) journal_.stated(from, to, what);
+}
+
+}  // namespace sim

@@ -1,0 +1,79 @@
+#include "sim/chip_frames.h"
+
+#include <algorithm>
+
+namespace sim {
+
+namespace {
+
+constexpr std::uint8_t kHead[3] = {0x46, 0xB9, 0x6A};
+constexpr int kShortest = 6;
+
+int sumOf(std::span<const std::uint8_t> bytes) {
+  int sum = 0;
+  for (const std::uint8_t byte : bytes) sum += byte;
+  return sum;
+}
+
+// The long option frame of the families from 7 on carries two bytes of sum whatever the family's other frames do.
+bool isWideWhateverTheFamily(const Bytes& wire) {
+  return wire[5] == 0x8D && wire[4] == 27;
+}
+
+}  // namespace
+
+std::span<const std::uint8_t> HostFrame::payload(bool wideSum) const {
+  const std::size_t tail = (wideSum || isWideWhateverTheFamily(wire) ? 2 : 1) + 1;
+  if (wire.size() < 6 + tail) return {};
+  return std::span(wire).subspan(6, wire.size() - 6 - tail);
+}
+
+void FrameReader::keepStart() {
+  while (!bytes_.empty()) {
+    const std::size_t known = std::min<std::size_t>(bytes_.size(), 3);
+    if (std::equal(bytes_.begin(), bytes_.begin() + static_cast<std::ptrdiff_t>(known), kHead)) return;
+    bytes_.erase(bytes_.begin());
+  }
+  damaged_ = false;
+}
+
+const HostFrame* FrameReader::take(Micros at, const Heard& heard) {
+  if (!bytes_.empty() && at - lastAt_ > gap_) reset();
+  lastAt_ = at;
+  bytes_.push_back(heard.byte);
+  damaged_ = damaged_ || heard.damage != Damage::none;
+  if (bytes_.size() <= 3) keepStart();
+  if (bytes_.size() < 5) return nullptr;
+  const std::size_t length = bytes_[3] * 256U + bytes_[4];
+  const bool senseless = length < kShortest || length > 255;
+  if (!senseless && bytes_.size() < length + 2) return nullptr;
+  finish();
+  if (senseless) frame_.wire.resize(8, 0), frame_.endGood = frame_.sumGood = false;
+  return &frame_;
+}
+
+void FrameReader::finish() {
+  frame_.wire = std::move(bytes_);
+  frame_.damaged = damaged_;
+  reset();
+  const std::size_t size = frame_.wire.size();
+  const bool wide = size > 8 && (wideSum_ || isWideWhateverTheFamily(frame_.wire));
+  const std::size_t sumAt = size - (wide ? 3 : 2);
+  const int sum = sumOf(std::span(frame_.wire).subspan(2, sumAt - 2));
+  frame_.endGood = frame_.wire.back() == 0x16;
+  frame_.sumGood = wide ? frame_.wire[sumAt] == ((sum >> 8) & 255) && frame_.wire[sumAt + 1] == (sum & 255)
+                        : frame_.wire[sumAt] == (sum & 255);
+}
+
+Bytes buildReply(std::uint8_t command, std::span<const std::uint8_t> payload, bool wideSum) {
+  const int length = static_cast<int>(payload.size()) + (wideSum ? 7 : 6);
+  Bytes wire = {0x46, 0xB9, 0x68, 0, static_cast<std::uint8_t>(length), command};
+  wire.insert(wire.end(), payload.begin(), payload.end());
+  const int sum = sumOf(std::span(wire).subspan(2));
+  if (wideSum) wire.push_back(static_cast<std::uint8_t>(sum >> 8));
+  wire.push_back(static_cast<std::uint8_t>(sum));
+  wire.push_back(0x16);
+  return wire;
+}
+
+}  // namespace sim

@@ -1,0 +1,144 @@
+// Erase, data blocks and the frame that closes programming.
+#include <algorithm>
+
+#include "sim/chip.h"
+
+namespace sim {
+
+namespace {
+
+std::int64_t number(std::span<const std::uint8_t> bytes) {
+  std::int64_t value = 0;
+  for (const std::uint8_t byte : bytes) value = value * 256 + byte;
+  return value;
+}
+
+}  // namespace
+
+void Chip::checkErase(Micros at, const HostFrame& frame) {
+  const auto p = frame.payload(row().frame2);
+  const bool longForm = letter_ == 'G' || version10() >= 57;
+  const std::size_t countdown = rcFamily() ? 34 : 115;
+  if (p.size() != (longForm ? 18 + countdown : 7))
+    return judge(false, at, "erase: length " + std::to_string(frame.length()));
+  const auto range = p.subspan(1, 6);
+  const std::int64_t first = number(range.first(3)), last = number(range.last(3));
+  if (letter_ < 'D') {
+    judge(std::all_of(range.begin(), range.end(), [](int b) { return b == 0x33; }), at, "erase: range bytes not 0x33");
+    judge(p[0] > 0, at, "erase: no sectors");
+  } else {
+    judge(p[0] == 0xFF, at, "erase: sector count " + std::to_string(p[0]));
+    judge(first <= last, at, "erase: first above last");
+    judge(last <= std::max<std::int64_t>(bootStart(), row().dataStart), at, "erase: last " + std::to_string(last));
+  }
+  for (std::size_t i = 7; longForm && i < 18; ++i) judge(p[i] == 0, at, "erase: filling not zero");
+  for (std::size_t i = 18; i < p.size(); ++i) judge(p[i] == ((0x80 - (i - 18)) & 255), at, "erase: countdown");
+}
+
+int Chip::doErase(const HostFrame& frame) {
+  const auto p = frame.payload(row().frame2);
+  if (letter_ < 'D') return flash_.erase(0, p[0] == 0xFF ? bootStart() - 1 : p[0] * 512 - 1);
+  const std::int64_t last = number(p.subspan(4, 3));
+  int sectors = flash_.erase(row().apStart, row().apEnd);
+  if (last > row().dataStart) sectors += flash_.erase(row().dataStart, last);
+  return sectors;
+}
+
+void Chip::onErase(Micros at, const HostFrame& frame) {
+  checkErase(at, frame);
+  if (frame.payload(row().frame2).size() < 7) return;
+  judgeFair(changed_ || fixedLink_, at, "erase before the baud change");
+  if (config_.faults.silentErase) return;
+  const int sectors = doErase(frame);
+  ++erases_;
+  erased_ = true;
+  programming_ = finished_ = optionsTaken_ = false;
+  lastBlock_ = blockStart_ = -1;
+  const Micros done = at + config_.times.turnaround + sectors * config_.times.eraseSector;
+  busy(at, done, "erases " + std::to_string(sectors) + " sectors");
+  journal_.note(at, "erases " + std::to_string(sectors) + " sectors");
+  const bool tellsId = row().extSession && version10() >= 63;
+  const std::uint8_t command = !row().extSession ? 0x84 : config_.faults.wrongEraseReply ? 0x01 : 0x00;
+  later(done, [this, tellsId, command](Micros when) { reply(when, command, tellsId ? factoryId_ : Bytes{}); });
+}
+
+bool Chip::checkData(Micros at, const HostFrame& frame) {
+  const auto p = frame.payload(row().frame2);
+  const auto wrong = [&](const std::string& text) {
+    judge(false, at, "data frame: " + text);
+    return false;
+  };
+  if (p.size() < 7) return wrong("length " + std::to_string(frame.length()));
+  const std::int64_t address = number(p.first(4)), count = number(p.subspan(4, 2));
+  if (count + 6 != static_cast<std::int64_t>(p.size())) return wrong("count " + std::to_string(count));
+  if (address + count > bootStart()) return wrong("into the boot block, at " + std::to_string(address));
+  const int unit = kvr::catalogue::blockSizeOf(row().family);
+  const int largest = rcFamily() && !fixedLink_ ? 64 : 128;
+  judge(count <= largest, at, "data frame: " + std::to_string(count) + " bytes");
+  judge(address / unit == (address + count - 1) / unit, at,
+        "data frame: crosses a block at " + std::to_string(address));
+  judge(erased_ || version10() <= 2, at, "data frame: nothing was erased");
+  judge(!finished_ && !optionsTaken_, at, "data frame: after the end of programming");
+  const std::int64_t block = address / unit;
+  if (frame.command() == 0x30)
+    judgeFair(address == blockStart_, at, "repeated frame at " + std::to_string(address) + " begins no known block");
+  else
+    judgeFair(block >= lastBlock_, at, "data frame: order, block " + std::to_string(block));
+  return true;
+}
+
+bool Chip::failsNow(int block, std::int64_t address) {
+  const auto left = failuresLeft_.find(block);
+  if (address != blockStart_ || left == failuresLeft_.end() || left->second <= 0) return false;
+  --left->second;
+  return true;
+}
+
+void Chip::answerData(Micros at, int sum) {
+  const std::uint8_t echo = static_cast<std::uint8_t>(sum);
+  if (row().extSession) {
+    reply(at, 0x00, std::span(&echo, 1));
+  } else {
+    reply(at, 0x80, std::span(&echo, config_.shortDataReplies ? 0 : 1));
+  }
+}
+
+void Chip::onData(Micros at, const HostFrame& frame) {
+  if (!checkData(at, frame)) return;
+  const auto p = frame.payload(row().frame2);
+  const std::int64_t address = number(p.first(4));
+  const auto data = p.subspan(6);
+  const int unit = kvr::catalogue::blockSizeOf(row().family);
+  const int block = static_cast<int>(address / unit);
+  if (frame.command() == 0x30 || block != lastBlock_) blockStart_ = address;
+  lastBlock_ = block;
+  programming_ = true;
+  int sum = 0;
+  for (const std::uint8_t byte : data) sum += byte;
+  if (failsNow(block, address)) {
+    journal_.note(at, "block " + std::to_string(block) + " fails");
+    const auto& all = config_.faults.failsBlocks;
+    const auto it = std::find_if(all.begin(), all.end(), [&](const BlockFailure& f) { return f.block == block; });
+    if (!it->silently) answerData(at + config_.times.turnaround, sum ^ 0xFF);
+    return;
+  }
+  flash_.write(static_cast<std::size_t>(address), data);
+  ++dataFrames_;
+  if ((address + static_cast<std::int64_t>(data.size())) % unit == 0) ++blocksDone_;
+  if (config_.faults.diesAfterBlocks >= 0 && blocksDone_ >= config_.faults.diesAfterBlocks) return powerOff(at);
+  const Micros done = at + config_.times.turnaround + static_cast<Micros>(data.size()) * config_.times.programByte;
+  busy(at, done, "programs");
+  later(done, [this, sum](Micros when) { answerData(when, sum); });
+}
+
+void Chip::onFinish(Micros at, const HostFrame& frame) {
+  checkGeneric(at, frame, 0, true);
+  judge(row().extSession, at, "finish frame outside the later session");
+  judge(!row().noOptions, at, "finish frame to a chip without options");
+  judgeFair(programming_, at, "finish frame before any data");
+  finished_ = true;
+  if (config_.faults.dropsFinishReply) return;
+  reply(at + config_.times.turnaround, config_.faults.wrongFinishReply ? 0x00 : 0x8D, {});
+}
+
+}  // namespace sim
