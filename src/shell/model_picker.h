@@ -1,0 +1,50 @@
+// Choosing the model: the tree over the model box, and applying a name, which brings everything that hangs on the model in
+// line. The same applying runs for a picked model, a stored one and one that a project file names.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "catalogue/selected_model.h"
+#include "platform/world.h"
+#include "shell/main_panel.h"
+
+namespace kvr::shell {
+
+class ModelPicker {
+ public:
+  // What else follows a model, in other rooms. One that is not connected does nothing.
+  struct Hooks {
+    std::function<void()> clearBuffers;               // both images, fill 0; a valid image is forgotten
+    std::function<void(bool)> setDataFileControls;    // the Data Memory file's controls
+    std::function<void()> switchDataIncrementOff;
+    std::function<void(const catalogue::IspRange&)> showRange;
+    std::function<void()> refreshMonitor;             // the register lists of the family
+    std::function<void()> clearTargetReport;
+    std::function<void()> showFamilyPanel;
+    std::function<void()> cancelRcTrim;
+    std::function<void()> requestSave;
+  };
+
+  ModelPicker(platform::World world, MainPanel& panel, catalogue::SelectedModel& model);
+  Hooks hooks;
+
+  void buildDeviceTree();
+  void showDeviceTree();
+  void hideDeviceTree();
+  void treeClicked();  // a node was picked; series nodes only open and close
+
+  // Applies the name that stands in `txtDevice`. Empty: no row bears it, the person was told, nothing else has changed.
+  std::string applyDevice();
+  // The same without a message box, for callers that word the failure themselves.
+  bool tryApply(const std::string& name);
+
+ private:
+  void apply(const catalogue::McuRecord& record);
+  void captionTabs();
+  platform::World world_;
+  MainPanel& panel_;
+  catalogue::SelectedModel& model_;
+};
+
+}  // namespace kvr::shell
