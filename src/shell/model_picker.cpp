@@ -1,5 +1,7 @@
 #include "shell/model_picker.h"
 
+#include <algorithm>
+
 #include "catalogue/device_tree.h"
 
 namespace kvr::shell {
@@ -75,7 +77,10 @@ bool ModelPicker::tryApply(const std::string& name) {
 
 void ModelPicker::apply(const catalogue::McuRecord& record) {
   model_ = catalogue::describeModel(record);
-  panel_.TreeViewDevice.selectKey(model_.name());
+  // A model without a node leaves the tree where it was: the stored choice stays one that can be picked again.
+  const auto& nodes = panel_.TreeViewDevice.nodes();
+  if (std::any_of(nodes.begin(), nodes.end(), [&](const auto& node) { return node.key == record.name; }))
+    panel_.TreeViewDevice.selectKey(model_.name());
   call(hooks.showRange, model_.range);
   call(hooks.setDataFileControls, false);
   call(hooks.switchDataIncrementOff);

@@ -1,0 +1,31 @@
+// The batch log of a production line: one line of CSV for every run, on the disk before the verdict is shown.
+#pragma once
+
+#include <string>
+
+#include "platform/file_system.h"
+
+namespace kvr::shell {
+
+struct BatchEntry {
+  std::string time;     // local, "yyyy-mm-dd hh:mm:ss"
+  std::string model;
+  std::string verdict;  // "PASS" or "FAIL"
+  std::string failure;  // the words of the failure, empty after a success
+  std::string codeSum;  // as the check sum boxes show them
+  std::string dataSum;
+  std::string firmware;  // version and letter, such as "6.3Q"
+  std::string serial;    // the number that went into this chip; empty without auto-increment
+  std::string factoryId; // 14 hexadecimal digits, when the chip told it
+  int seconds = 0;
+};
+
+// The entry as one line with its line end; fields with commas, quotes or line breaks are quoted.
+std::string csvLine(const BatchEntry& entry);
+std::string csvHeader();
+
+// Appends the entry, behind a header line when the file is new. An error leaves the file as it was.
+[[nodiscard]] platform::FileResult appendToBatchLog(platform::FileSystem& files, const std::string& path,
+                                                    const BatchEntry& entry);
+
+}  // namespace kvr::shell
