@@ -1,0 +1,37 @@
+// The code as it will stand in a target chip: both images put together by the chip's addresses, as far as the chip takes
+// them. Lives for one session with a board.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "catalogue/mcu_record.h"
+#include "offline/board_inputs.h"
+
+namespace kvr::offline {
+
+// Addresses first..last, both included; empty when last is below first.
+struct Span {
+  int first = 0;
+  int last = -1;
+  bool operator==(const Span&) const = default;
+};
+
+struct FileBuffer {
+  static constexpr std::size_t kSize = 65537;
+  int first = 0;
+  int last = 0;  // what the board takes for the end of code and data
+  std::vector<std::uint8_t> bytes = std::vector<std::uint8_t>(kSize);
+  // The parts of it that the operator loaded, and how many loaded bytes found no place in it.
+  Span code;
+  Span data;
+  int cut = 0;
+};
+
+// The highest code address that a board can give a chip of this model, when no data image is in use. Families 0, 1, 2, 11,
+// 12, 13 have none: 65536.
+int boardCodeLimit(const catalogue::McuRecord& record);
+
+FileBuffer prepareFileBuffer(const catalogue::McuRecord& record, const ImageView& code, const ImageView& data);
+
+}  // namespace kvr::offline
