@@ -86,14 +86,18 @@ void TargetLink::clearReceiveState() {
 
 void TargetLink::write(std::span<const std::uint8_t> bytes) { lease_.link().write(bytes); }
 
-void TargetLink::sendCommandFrame(std::uint8_t command, Millis timeout, std::uint8_t argument) {
+void TargetLink::sendFrame(std::span<const std::uint8_t> frame, Millis timeout) {
   clearReceiveState();
   replyExpired = false;
   rx.frameBad = false;
   rx.frame2 = model_.record.frame2;
   replyTimer_.start(timeout);
+  write(frame);
+}
+
+void TargetLink::sendCommandFrame(std::uint8_t command, Millis timeout, std::uint8_t argument) {
   const SumForm form = rx.boardCrcMode ? SumForm::BoardCrc : sumFormOf(model_.record);
-  write(buildGenericFrame(model_.record, command, argument, reportedCode, form));
+  sendFrame(buildGenericFrame(model_.record, command, argument, reportedCode, form), timeout);
 }
 
 bool TargetLink::waitReply() {

@@ -70,6 +70,8 @@ class TargetLink {
   void write(std::span<const std::uint8_t> bytes);
   // The generic short frame: clears the receive state, starts the reply limit, writes. Then `waitReply()`.
   void sendCommandFrame(std::uint8_t command, Millis timeout, std::uint8_t argument);
+  // The same for a frame that is built already: a block of data for a board.
+  void sendFrame(std::span<const std::uint8_t> frame, Millis timeout);
   bool waitReply();  // until frameOk, frameBad, replyExpired or stopRequested; true: frameOk
   // The fixed link's short frame, 82 (end of session) or 8A (sync). False: another command, or no port; nothing was sent.
   [[nodiscard]] bool sendFixedLinkFrame(std::uint8_t command);
