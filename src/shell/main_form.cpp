@@ -1,0 +1,83 @@
+#include "shell/main_form.h"
+
+namespace kvr::shell {
+
+MainForm::MainForm(platform::World services)
+    : world(services),
+      images(world, model, main.textMsg),
+      shared{main.textMsg, main.combCommPort, main.imgOpen_sys, main.ProgressBar1, main.labKbyte},
+      lease(world.loop, world.link),
+      link(world, lease, model, download, shared),
+      picker(world, main, model),
+      settings(world.loop, world.store, registry),
+      timerUnload_(world.loop, [this] { timerUnload(); }) {
+  registerControls();
+  connectRooms();
+  connectButtons();
+}
+
+void MainForm::registerControls() {
+  main.addTo(registry);
+  download.addTo(registry);
+  options.addTo(registry);
+  tool.addTo(registry);
+  monitor.addTo(registry);
+  offline.addTo(registry);
+  userpath.addTo(registry);
+  images.panel.addTo(registry);
+}
+
+void MainForm::connectRooms() {
+  picker.hooks = {
+      .clearBuffers = [this] { images.loader.clearBuffers(); },
+      .setDataFileControls = [this](bool on) { images.setDataFileControls(on); },
+      .switchDataIncrementOff = [this] { images.panel.cheData_Auto_Increase.setValue(false); },
+      .showRange = [this](const catalogue::IspRange&) { images.showModel(); },
+      .requestSave = [this] { settings.requestSave(); },
+  };
+  settings.hooks.modelSelected = [this] { picker.treeClicked(); };
+  settings.hooks.rangeShown = [this] { images.showModel(); };
+  lock.changed.connect([this] { applyLock(); });
+}
+
+void MainForm::connectButtons() {
+  main.comMastWindow.onClick = [this] { shrinkOrResume(); };
+  download.comClear_OK_Count.onClick = [this] {
+    download.txtWrite_OK_Count.setText("0");
+    settings.saveCounter();
+  };
+}
+
+// Every room enables its own controls; these are the main form's.
+void MainForm::applyLock() {
+  const bool free = lock.free();
+  main.txtDevice.setEnabled(free);
+  main.Command3.setEnabled(free);
+  main.TreeViewDevice.setEnabled(free);
+  if (!free) picker.hideDeviceTree();
+  main.comMastWindow.setEnabled(free);
+  images.applyLock(lock.state());
+  if (lock.busy()) main.textMsg.setFocus();
+}
+
+void MainForm::shrinkOrResume() {
+  const bool shrink = !shrunk();
+  main.comMastWindow.setCaption(shrink ? "Resume" : "Shrink");
+  download.comClear_OK_Count.setVisible(!shrink);
+  download.txtWrite_OK_Count.setVisible(!shrink);
+  shrinkChanged.emit();
+}
+
+void MainForm::openDropped(const std::string& path) {
+  if (activity.busy() || !images.panel.comLoadFile.enabled()) return;
+  images.loader.open(path, images.state.CodeBuffer);
+}
+
+void MainForm::splitterMoved(int tabWidthTwips) {
+  main.tabWidth = std::max(tabWidthTwips, 100);
+  settings.saveFrame24Width(main.tabWidth);
+}
+
+void MainForm::saveWindowPlace(const WindowPlace& place) { settings.saveWindowPlace(place); }
+
+}  // namespace kvr::shell

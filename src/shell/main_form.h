@@ -1,0 +1,94 @@
+// The main form: the composition root without a toolkit. It builds every room, connects their callbacks, and carries the
+// window's own behaviour: start, tabs, shrinking, the two-step close. A window binds widgets to its panels; tests drive the
+// panels directly.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "catalogue/selected_model.h"
+#include "comtool/tool_panel.h"
+#include "engine/activity.h"
+#include "engine/download_panel.h"
+#include "engine/port_lease.h"
+#include "engine/target_link.h"
+#include "images/image_room.h"
+#include "monitor/monitor_panel.h"
+#include "offline/offline_panel.h"
+#include "options/option_panel.h"
+#include "options/ui_lock.h"
+#include "platform/world.h"
+#include "shell/main_panel.h"
+#include "shell/model_picker.h"
+#include "shell/settings.h"
+#include "userpath/userpath_panel.h"
+
+namespace kvr::shell {
+
+class MainForm {
+ public:
+  static constexpr const char* kCaption = "KVR-ISP.EXE  Version:4.88";
+
+  explicit MainForm(platform::World services);
+  MainForm(const MainForm&) = delete;
+  MainForm& operator=(const MainForm&) = delete;
+
+  // The start, in its order; once, before anything else.
+  void load();
+
+  // A request to close. True: not yet; the run under way was asked to end and `onUnload` comes when it has. False: go now.
+  bool queryUnload();
+  // The last step: the port is closed. Nothing runs any more when this is called.
+  void unload();
+  std::function<void()> onUnload;  // the window is to go now
+
+  // A file was dropped onto the window or handed over by the desktop. Nothing happens while a sequence runs.
+  void openDropped(const std::string& path);
+
+  // Width of the terminal's string pane after the splitter was moved, twips; saved.
+  void splitterMoved(int tabWidthTwips);
+
+  WindowPlace windowPlace() const { return settings.windowPlace(); }
+  void saveWindowPlace(const WindowPlace& place);
+
+  // --- State, in the order in which it is built. ---
+  platform::World world;
+  platform::ControlRegistry registry;
+  catalogue::SelectedModel model;
+  options::UiLock lock;
+  engine::Activity activity;
+
+  // --- Panels and rooms. ---
+  MainPanel main;
+  engine::DownloadPanel download;
+  options::OptionPanel options;
+  comtool::ToolPanel tool;
+  monitor::MonitorPanel monitor;
+  offline::OfflinePanel offline;
+  userpath::UserPathPanel userpath;
+  images::ImageRoom images;
+
+  engine::SharedControls shared;
+  engine::PortLease lease;
+  engine::TargetLink link;
+  ModelPicker picker;
+  Settings settings;
+
+  // The window is narrowed to its working pages ("Resume" brings the left column back).
+  bool shrunk() const { return main.comMastWindow.caption() == "Resume"; }
+  platform::Signal shrinkChanged;
+
+ private:
+  void registerControls();
+  void connectRooms();
+  void connectButtons();
+  void applyLock();
+  void shrinkOrResume();
+  void timerUnload();
+
+  bool firstClose_ = false;
+  bool unloaded_ = false;
+  platform::Timer timerUnload_;
+};
+
+}  // namespace kvr::shell
