@@ -50,6 +50,8 @@ class EventLoop {
   virtual void sleepUntil(std::optional<Instant> due) = 0;
   // Something was queued or a timer was armed; a world that idles in another loop wakes up here.
   virtual void scheduleChanged() {}
+  // Handles the first thing that is ready. False: nothing was.
+  bool dispatchOne();
 
  private:
   friend class Timer;
@@ -60,7 +62,6 @@ class EventLoop {
     Timer* timer;
     bool operator<(const Entry& other) const { return std::pair(due, order) < std::pair(other.due, other.order); }
   };
-  bool dispatchOne();
   std::set<Entry> timers_;
   std::deque<PortEvent*> portEvents_;
   std::deque<std::function<void()>> gestures_;

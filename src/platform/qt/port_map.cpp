@@ -1,0 +1,54 @@
+#include "platform/qt/port_map.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace kvr::platform {
+namespace {
+
+void give(PortMap& map, int index, const FoundDevice& device) {
+  map[static_cast<std::size_t>(index)] = {device.path, device.description, device.identity, true};
+}
+
+// The first number that nothing holds; numbers that belong to an absent adapter only when nothing else is left.
+std::optional<int> freeNumber(const PortMap& map, const std::map<int, std::string>& named,
+                              const std::map<int, std::string>& remembered) {
+  for (const bool spare : {true, false})
+    for (int i = 0; i < kPortCount; ++i)
+      if (map[static_cast<std::size_t>(i)].device.empty() && !named.count(i + 1) && (!spare || !remembered.count(i + 1)))
+        return i;
+  return std::nullopt;
+}
+
+}  // namespace
+
+PortMap assignPorts(const std::map<int, std::string>& named, std::vector<FoundDevice> found,
+                    const std::map<int, std::string>& remembered) {
+  PortMap map;
+  for (const auto& [number, path] : named) {
+    if (number < 1 || number > kPortCount || path.empty()) continue;
+    PortEntry& entry = map[static_cast<std::size_t>(number - 1)];
+    entry.device = path;
+    const auto same = std::find_if(found.begin(), found.end(), [&](const FoundDevice& f) { return f.path == path; });
+    if (same == found.end()) continue;
+    entry.description = same->description;
+    found.erase(same);
+  }
+  std::stable_sort(found.begin(), found.end(), [](const FoundDevice& a, const FoundDevice& b) {
+    return a.usb != b.usb ? a.usb : a.path < b.path;
+  });
+  std::vector<FoundDevice> rest;
+  for (const auto& device : found) {
+    const auto known = std::find_if(remembered.begin(), remembered.end(), [&](const auto& pair) {
+      return pair.second == device.identity && pair.first >= 1 && pair.first <= kPortCount &&
+             map[static_cast<std::size_t>(pair.first - 1)].device.empty();
+    });
+    if (known == remembered.end()) rest.push_back(device);
+    else give(map, known->first - 1, device);
+  }
+  for (const auto& device : rest)
+    if (const auto index = freeNumber(map, named, remembered)) give(map, *index, device);
+  return map;
+}
+
+}  // namespace kvr::platform

@@ -1,0 +1,35 @@
+// Which device each of the port numbers COM1 to COM16 stands for. A pure function of what the settings say, what was
+// found on the machine and what earlier days remember.
+#pragma once
+
+#include <array>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace kvr::platform {
+
+inline constexpr int kPortCount = 16;
+
+struct FoundDevice {
+  std::string path;         // "/dev/ttyUSB0"
+  std::string identity;     // of the adapter, the same at every plugging: "1a86:7523:5&2" or the path
+  std::string description;  // for a person
+  bool usb = false;
+};
+
+struct PortEntry {
+  std::string device;       // empty: the number has none
+  std::string description;  // for a person
+  std::string identity;     // what to remember for this number; empty for a number named by the settings
+  bool present = false;     // the device is there now
+};
+
+using PortMap = std::array<PortEntry, kPortCount>;  // COM1 at index 0
+
+// Numbers with an entry in `named` keep it. A device that has had a number before gets it again; the others take the free
+// numbers, USB adapters first, sparing the numbers of adapters that are remembered and away as long as others are free.
+PortMap assignPorts(const std::map<int, std::string>& named, std::vector<FoundDevice> found,
+                    const std::map<int, std::string>& remembered);
+
+}  // namespace kvr::platform

@@ -1,0 +1,44 @@
+// Questions as windows of their own. They are opened, never executed: the waiting is done by the program's own loop, so
+// bytes and timers go on meanwhile. A dialog whose window is closed, or which `closeAll` ends, answers No or nothing.
+#pragma once
+
+#include <QDialog>
+#include <QPointer>
+#include <QWidget>
+#include <vector>
+
+#include "platform/dialogs.h"
+#include "platform/event_loop.h"
+
+namespace kvr::platform {
+
+class QtDialogs : public Dialogs {
+ public:
+  explicit QtDialogs(EventLoop& loop) : loop_(loop) {}
+  ~QtDialogs() override { closeAll(); }
+  void setParent(QWidget* window) { window_ = window; }
+  // Ends every open question; the window is going to close.
+  void closeAll();
+
+  void message(const std::string& title, const std::string& text, BoxIcon icon = BoxIcon::Information) override;
+  bool askYesNo(const std::string& title, const std::string& text) override;
+  void help(const std::string& title, const std::string& text) override;
+  std::string openFile(const FileQuestion& question) override;
+  std::string saveFile(const FileQuestion& question) override;
+  void beep() override;
+  void setBusy(bool busy) override;
+
+ private:
+  int run(QDialog& dialog);  // QDialog's result
+  std::string askFile(const FileQuestion& question, bool save);
+  EventLoop& loop_;
+  QPointer<QWidget> window_;
+  std::vector<QDialog*> open_;
+  int closings_ = 0;
+  bool busy_ = false;
+};
+
+// "(*.hex, *.bin)|*.hex;*.bin|All Files (*.*)|*.*" in Qt's form, one filter an element.
+QStringList nameFiltersOf(const std::string& filter);
+
+}  // namespace kvr::platform

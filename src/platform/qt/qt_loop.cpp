@@ -1,0 +1,80 @@
+#include "platform/qt/qt_loop.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <algorithm>
+
+namespace kvr::platform {
+namespace {
+
+constexpr int kWakeEvent = QEvent::User + 71;
+// Qt sleeps for more events only while some timer is armed to wake it.
+constexpr std::chrono::milliseconds kLongestSleep{60'000};
+// Handlers run in a row before Qt gets its turn for painting and input.
+constexpr int kDispatchBurst = 64;
+
+}  // namespace
+
+QtLoop::QtLoop() {
+  wake_.setSingleShot(true);
+  wake_.setTimerType(Qt::PreciseTimer);  // a coarse one comes up to a twentieth late
+  QObject::connect(&wake_, &QTimer::timeout, this, [this] { postWake(); });
+}
+
+Instant QtLoop::now() const {
+  return std::chrono::duration_cast<Instant>(std::chrono::steady_clock::now().time_since_epoch());
+}
+
+void QtLoop::whenIdle(std::function<void()> action) {
+  idleActions_.push_back(std::move(action));
+  postWake();
+}
+
+void QtLoop::sleepUntil(std::optional<Instant> due) {
+  ++depth_;  // what Qt delivers during the sleep is only queued; this turn's caller dispatches it
+  armWake(due);
+  asleep_ = true;
+  QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+  asleep_ = false;
+  --depth_;
+  if (depth_ == 0) postWake();
+}
+
+void QtLoop::armWake(std::optional<Instant> due) {
+  using std::chrono::milliseconds;
+  milliseconds sleep = kLongestSleep;
+  if (due) sleep = std::clamp(std::chrono::ceil<milliseconds>(*due - now()), milliseconds(0), kLongestSleep);
+  wake_.start(sleep);
+}
+
+// Qt may go on to sleep after it has delivered what was queued here; the posted event keeps it awake.
+void QtLoop::scheduleChanged() {
+  if (depth_ == 0 || asleep_) postWake();
+}
+
+void QtLoop::postWake() {
+  if (wakePosted_) return;
+  wakePosted_ = true;
+  QCoreApplication::postEvent(this, new QEvent(static_cast<QEvent::Type>(kWakeEvent)));
+}
+
+bool QtLoop::event(QEvent* event) {
+  if (event->type() != kWakeEvent) return QObject::event(event);
+  wakePosted_ = false;
+  if (depth_ == 0) dispatchIdle();
+  return true;
+}
+
+void QtLoop::dispatchIdle() {
+  ++depth_;
+  int count = 0;
+  while (count < kDispatchBurst && dispatchOne()) ++count;
+  --depth_;
+  if (count == kDispatchBurst) return postWake();
+  armWake(nextTimer());
+  const auto actions = std::move(idleActions_);
+  idleActions_.clear();
+  for (const auto& action : actions) action();
+}
+
+}  // namespace kvr::platform

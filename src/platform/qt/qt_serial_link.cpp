@@ -1,0 +1,182 @@
+#include "platform/qt/qt_serial_link.h"
+
+#include <QElapsedTimer>
+#include <QThread>
+#include <algorithm>
+
+#include "platform/qt/serial_device.h"
+
+namespace kvr::platform {
+namespace {
+
+constexpr int kDrainLimitMs = 1000;
+
+PortError notOpened(const std::string& device, const QSerialPort& port) {
+  using Kind = PortError::Kind;
+  const std::string words = port.errorString().toStdString();
+  // The system has just let this program in, so a refusal now is the lock of another program.
+  if (port.error() == QSerialPort::PermissionError && words.find("creating") == std::string::npos)
+    return {Kind::Busy, device + ": busy"};
+  if (port.error() == QSerialPort::PermissionError)
+    return {Kind::Denied, device + ": permission denied (no right to write to the folder of port locks)"};
+  if (port.error() == QSerialPort::DeviceNotFoundError) return {Kind::NoSuchDevice, device + ": no such device"};
+  return {Kind::Other, device + ": " + words};
+}
+
+}  // namespace
+
+QtSerialLink::QtSerialLink(EventLoop& loop, std::function<std::string(int)> deviceOf)
+    : received_(loop, [this] { if (receive_ && isOpen()) receive_(); }),
+      goneEvent_(loop, [this] {
+        const PortError error{PortError::Kind::Vanished, device_ + ": the port has vanished"};
+        if (onStatus) onStatus(error);
+        if (SerialLink::vanished_) SerialLink::vanished_(error);
+      }),
+      deviceOf_(std::move(deviceOf)) {
+  QObject::connect(&port_, &QSerialPort::readyRead, &port_, [this] { received_.raise(); });
+  QObject::connect(&port_, &QSerialPort::errorOccurred, &port_,
+                   [this](QSerialPort::SerialPortError error) { onPortError(error); });
+}
+
+QtSerialLink::~QtSerialLink() {
+  port_.disconnect();
+  close();
+}
+
+PortError QtSerialLink::setSettings(const std::string& text) {
+  const auto line = lineSettingsOf(text);
+  if (!line) return {PortError::Kind::BadSettings, "\"" + text + "\": no such line setting"};
+  settings_ = text;
+  line_ = *line;
+  if (!isOpen() || *line == applied_) return {};
+  drain();
+  return apply(*line);
+}
+
+PortError QtSerialLink::open() {
+  if (isOpen()) return {PortError::Kind::Busy, device_ + ": already open"};
+  dropPort();
+  const std::string device = deviceOf_(number_);
+  PortError error;
+  if (device.empty()) error = {PortError::Kind::NoSuchDevice, "COM" + std::to_string(number_) + ": no such device"};
+  else error = openDevice(device);
+  if (onStatus) onStatus(error);
+  return error;
+}
+
+PortError QtSerialLink::openDevice(const std::string& device) {
+  DeviceGuard guard(device);
+  if (guard.error()) return guard.error();
+  guard.prepare();
+  device_ = device;
+  gone_ = false;
+  goneEvent_.withdraw();
+  port_.setPortName(QString::fromStdString(device));
+  port_.setFlowControl(QSerialPort::NoFlowControl);
+  // Parity follows after the open: a pseudo-terminal answers an open that asks for it with an error.
+  applied_ = line_;
+  applied_.parity = QSerialPort::NoParity;
+  port_.setParity(QSerialPort::NoParity);
+  port_.setDataBits(line_.dataBits);
+  port_.setStopBits(line_.stopBits);
+  port_.setBaudRate(line_.baud);
+  if (!port_.open(QIODevice::ReadWrite)) {
+    const PortError error = notOpened(device, port_);
+    dropPort();
+    return error;
+  }
+  const PortError error = apply(line_);
+  if (error) dropPort();
+  else port_.clear();
+  return error;
+}
+
+PortError QtSerialLink::apply(const LineSettings& line) {
+  if (line.dataBits != applied_.dataBits) port_.setDataBits(line.dataBits);
+  if (line.stopBits != applied_.stopBits) port_.setStopBits(line.stopBits);
+  if (line.parity != applied_.parity) port_.setParity(line.parity);  // refused by a pseudo-terminal, which has none
+  const bool ok = line.baud == applied_.baud || port_.setBaudRate(line.baud);
+  applied_ = line;
+  if (ok || deviceGone(port_.handle())) return {};
+  return {PortError::Kind::BadSettings, device_ + ": " + std::to_string(line.baud) + " baud refused"};
+}
+
+void QtSerialLink::close() {
+  if (isOpen()) drain();
+  dropPort();
+}
+
+void QtSerialLink::dropPort() {
+  received_.withdraw();
+  if (port_.isOpen()) port_.close();
+}
+
+// The wait is for the wire alone and shorter than a blink in the common case; a chip must get whole frames.
+void QtSerialLink::drain() {
+  QElapsedTimer time;
+  time.start();
+  while (port_.bytesToWrite() > 0 && time.elapsed() < kDrainLimitMs)
+    if (!port_.waitForBytesWritten(static_cast<int>(kDrainLimitMs - time.elapsed()))) return;
+  const auto handle = static_cast<std::intptr_t>(port_.handle());
+  std::size_t left = bytesInDriver(handle);
+  while (left > 0 && time.elapsed() < kDrainLimitMs) {
+    const auto wireMs = static_cast<unsigned long>(left * 11'000 / static_cast<unsigned>(applied_.baud));
+    QThread::msleep(std::clamp(wireMs, 1UL, 100UL));
+    left = bytesInDriver(handle);
+  }
+  if (left == 0) drainDevice(handle);
+}
+
+void QtSerialLink::write(std::span<const std::uint8_t> bytes) {
+  if (!isOpen() || bytes.empty()) return;
+  port_.write(reinterpret_cast<const char*>(bytes.data()), static_cast<qint64>(bytes.size()));
+  port_.flush();
+}
+
+std::size_t QtSerialLink::outBytesPending() const {
+  if (!isOpen()) return 0;
+  return static_cast<std::size_t>(port_.bytesToWrite()) + bytesInDriver(static_cast<std::intptr_t>(port_.handle()));
+}
+
+std::size_t QtSerialLink::inBytesPending() const {
+  return isOpen() ? static_cast<std::size_t>(port_.bytesAvailable()) : 0;
+}
+
+std::vector<std::uint8_t> QtSerialLink::readBytes(std::size_t maxCount) {
+  if (!isOpen()) return {};
+  const QByteArray bytes = maxCount == 0 ? port_.readAll() : port_.read(static_cast<qint64>(maxCount));
+  return {bytes.begin(), bytes.end()};
+}
+
+void QtSerialLink::clearOut() {
+  if (isOpen()) port_.clear(QSerialPort::Output);
+}
+
+void QtSerialLink::clearIn() {
+  if (isOpen()) port_.clear(QSerialPort::Input);
+  received_.withdraw();
+}
+
+void QtSerialLink::setDtr(bool on) {
+  if (isOpen()) port_.setDataTerminalReady(on);
+}
+
+void QtSerialLink::setRts(bool on) {
+  if (isOpen()) port_.setRequestToSend(on);
+}
+
+// Called inside Qt's own slots: only notes. A device that is gone would report without end while its port stays open, so
+// the port is closed at the next turn of Qt's loop, before anybody hears of it.
+void QtSerialLink::onPortError(QSerialPort::SerialPortError error) {
+  if (error == QSerialPort::NoError || gone_ || !port_.isOpen()) return;
+  if (error == QSerialPort::TimeoutError || error == QSerialPort::UnsupportedOperationError) return;
+  if (!deviceGone(static_cast<std::intptr_t>(port_.handle()))) return;
+  gone_ = true;
+  QMetaObject::invokeMethod(&port_, [this] {
+    if (!gone_) return;
+    dropPort();
+    goneEvent_.raise();
+  }, Qt::QueuedConnection);
+}
+
+}  // namespace kvr::platform

@@ -1,0 +1,57 @@
+// The serial port of the real machine, over QtSerialPort. Which device a port number stands for is asked at every open.
+#pragma once
+
+#include <QSerialPort>
+#include <functional>
+#include <memory>
+
+#include "platform/event_loop.h"
+#include "platform/qt/line_settings.h"
+#include "platform/serial_link.h"
+
+namespace kvr::platform {
+
+class QtSerialLink : public SerialLink {
+ public:
+  // `deviceOf` gives the device path of a port number; empty: the number has none.
+  QtSerialLink(EventLoop& loop, std::function<std::string(int)> deviceOf);
+  ~QtSerialLink() override;
+
+  void setPortNumber(int number) override { number_ = number; }
+  int portNumber() const override { return number_; }
+  PortError setSettings(const std::string& text) override;
+  std::string settings() const override { return settings_; }
+  PortError open() override;
+  void close() override;
+  bool isOpen() const override { return port_.isOpen() && !gone_; }
+  void write(std::span<const std::uint8_t> bytes) override;
+  std::size_t outBytesPending() const override;
+  std::size_t inBytesPending() const override;
+  std::vector<std::uint8_t> readBytes(std::size_t maxCount) override;
+  void clearOut() override;
+  void clearIn() override;
+  void setDtr(bool on) override;
+  void setRts(bool on) override;
+
+  // Every outcome of an open, and a device that vanished, for the line under the port box; None: the port is open.
+  std::function<void(const PortError&)> onStatus;
+
+ private:
+  PortError openDevice(const std::string& device);
+  PortError apply(const LineSettings& line);
+  void drain();
+  void dropPort();
+  void onPortError(QSerialPort::SerialPortError error);
+  QSerialPort port_;
+  PortEvent received_;
+  PortEvent goneEvent_;
+  std::function<std::string(int)> deviceOf_;
+  std::string device_;
+  std::string settings_ = "9600,n,8,1";
+  LineSettings line_;
+  LineSettings applied_;
+  int number_ = 1;
+  bool gone_ = false;
+};
+
+}  // namespace kvr::platform

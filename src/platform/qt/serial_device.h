@@ -1,0 +1,39 @@
+// What QtSerialPort does not do about a serial device: telling why it cannot be opened, keeping DTR still over a close,
+// asking how much has really gone out, the adapter's quick mode. Systems that lack one of these answer neutrally.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "platform/serial_link.h"
+
+namespace kvr::platform {
+
+// Holds the device open for a moment, so that its settings outlive the change from one opening to the next.
+class DeviceGuard {
+ public:
+  explicit DeviceGuard(const std::string& device);
+  ~DeviceGuard();
+  DeviceGuard(const DeviceGuard&) = delete;
+  DeviceGuard& operator=(const DeviceGuard&) = delete;
+  // Why the system refused the device: absent, denied, busy; None: it did not.
+  const PortError& error() const { return error_; }
+  // No drop of DTR and RTS when the port closes (a target that listens to them would be reset at every change of the
+  // baud), and the adapter's low-latency mode where its driver has one.
+  void prepare();
+
+ private:
+  int handle_ = -1;
+  PortError error_;
+};
+
+// Bytes that the system has taken and not yet sent.
+std::size_t bytesInDriver(std::intptr_t handle);
+// Waits until the last byte has left the device; only when nothing is left in the driver.
+void drainDevice(std::intptr_t handle);
+// The device behind the handle is gone.
+bool deviceGone(std::intptr_t handle);
+// The adapter passes received bytes on at once instead of collecting them for some 16 ms.
+void requestLowLatency(std::intptr_t handle);
+
+}  // namespace kvr::platform
