@@ -21,6 +21,10 @@ std::optional<Instant> EventLoop::nextTimer() const {
   return timers_.begin()->due;
 }
 
+bool EventLoop::somethingReady() const {
+  return !portEvents_.empty() || !gestures_.empty() || (!timers_.empty() && timers_.begin()->due <= now());
+}
+
 void EventLoop::post(std::function<void()> gesture) {
   gestures_.push_back(std::move(gesture));
   scheduleChanged();

@@ -52,6 +52,7 @@ class EventLoop {
   virtual void scheduleChanged() {}
   // Handles the first thing that is ready. False: nothing was.
   bool dispatchOne();
+  bool somethingReady() const;
 
  private:
   friend class Timer;

@@ -37,7 +37,7 @@ void QtLoop::sleepUntil(std::optional<Instant> due) {
   QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
   asleep_ = false;
   --depth_;
-  if (depth_ == 0) postWake();
+  if (depth_ == 0 && somethingReady()) postWake();
 }
 
 void QtLoop::armWake(std::optional<Instant> due) {

@@ -30,6 +30,7 @@ void QtStore::reopen() {
   settings_ = std::make_unique<QSettings>(QString::fromStdString(path_), QSettings::IniFormat);
   settings_->setFallbacksEnabled(false);
   settings_->setAtomicSyncRequired(true);
+  settings_->allKeys();  // sections are read when first asked for; only then does the status count
   for (const auto& [key, value] : pending_) settings_->setValue(key, value);
 }
 

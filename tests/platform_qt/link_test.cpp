@@ -1,0 +1,157 @@
+#include <gtest/gtest.h>
+#include <asm/termbits.h>
+#include <sys/ioctl.h>
+#include <sys/resource.h>
+
+#include <QFile>
+#include <numeric>
+
+#include "platform/qt/line_settings.h"
+#include "platform/qt/qt_loop.h"
+#include "platform/qt/qt_serial_link.h"
+#include "tests/support/far_end.h"
+
+namespace kvr::platform {
+namespace {
+
+using Kind = PortError::Kind;
+
+class QtLinkTest : public ::testing::Test {
+ protected:
+  bool waitFor(const std::function<bool()>& done, Millis limit = Millis(2000)) {
+    Timer timer(loop);
+    timer.start(limit);
+    while (!done() && timer.isActive()) loop.runOnce();
+    return done();
+  }
+  // What the kernel holds as the line's output rate.
+  unsigned rate() const {
+    QFile file(QString::fromStdString(far.device()));
+    termios2 state{};
+    if (!file.open(QIODevice::ReadWrite | QIODevice::Unbuffered) || ::ioctl(file.handle(), TCGETS2, &state) != 0) return 0;
+    return state.c_ospeed;
+  }
+  QtLoop loop;
+  support::FarEnd far;
+  std::string device = far.device();
+  QtSerialLink link{loop, [this](int number) { return number == 1 ? device : std::string(); }};
+};
+
+TEST_F(QtLinkTest, CarriesEveryByteBothWays) {
+  std::vector<std::uint8_t> bytes(1000);
+  std::iota(bytes.begin(), bytes.end(), std::uint8_t(0));
+  std::vector<std::uint8_t> got;
+  link.onReceive([&] { for (const auto byte : link.readBytes(0)) got.push_back(byte); });
+  link.setSettings("115200,e,8,1");
+  ASSERT_FALSE(link.open());
+  EXPECT_TRUE(link.isOpen());
+  EXPECT_EQ(link.open().kind, Kind::Busy);
+  link.write(bytes);
+  EXPECT_EQ(far.receive(bytes.size()), bytes);
+  EXPECT_EQ(link.outBytesPending(), 0u);
+  far.send(bytes);
+  EXPECT_TRUE(waitFor([&] { return got.size() >= bytes.size(); }));
+  EXPECT_EQ(got, bytes);
+}
+
+TEST_F(QtLinkTest, AClearTakesBackBytesAndTheirEvent) {
+  int events = 0;
+  link.onReceive([&] { ++events; });
+  ASSERT_FALSE(link.open());
+  far.send({1, 2, 3});
+  loop.runOnce();  // Qt reads; the event may be queued now or with the next turn
+  link.clearIn();
+  EXPECT_EQ(link.inBytesPending(), 0u);
+  far.send({4, 5});
+  EXPECT_TRUE(waitFor([&] { return link.inBytesPending() >= 2; }));
+  EXPECT_EQ(link.readBytes(1), (std::vector<std::uint8_t>{4}));
+  EXPECT_EQ(link.readBytes(0), (std::vector<std::uint8_t>{5}));
+}
+
+TEST_F(QtLinkTest, FollowsEveryChangeOfRateAndParityWhileOpen) {
+  ASSERT_FALSE(link.open());
+  for (const char* text : {"1200,e,8,1", "14400,e,8,1", "28800,n,8,1", "115200,n,8,1", "256000,e,8,1", "12345,n,7,2",
+                           "9600,e,8,1", "9600,n,8,1", "9600,e,8,1", "9600,o,5,1.5"}) {
+    EXPECT_FALSE(link.setSettings(text)) << text << link.setSettings(text).text;
+    EXPECT_EQ(rate(), static_cast<unsigned>(std::stoi(text))) << text;
+  }
+  EXPECT_EQ(link.setSettings("fast").kind, Kind::BadSettings);
+  EXPECT_EQ(link.setSettings("9600,n,4,1").kind, Kind::BadSettings);
+  EXPECT_EQ(link.settings(), "9600,o,5,1.5");
+  link.close();
+  EXPECT_FALSE(link.open());
+  link.write(std::vector<std::uint8_t>{0x55});
+  EXPECT_EQ(far.receive(1), (std::vector<std::uint8_t>{0x55}));
+}
+
+TEST_F(QtLinkTest, EveryWrittenByteIsOutWhenTheCloseReturns) {
+  ASSERT_FALSE(link.open());
+  link.write(std::vector<std::uint8_t>(500, 0xA5));
+  link.close();
+  EXPECT_FALSE(link.isOpen());
+  EXPECT_EQ(far.receive(500).size(), 500u);
+  link.write(std::vector<std::uint8_t>{1});  // lost, as told
+  EXPECT_EQ(link.outBytesPending(), 0u);
+}
+
+TEST_F(QtLinkTest, SaysWhyAPortCannotBeOpened) {
+  std::vector<Kind> told;
+  link.onStatus = [&](const PortError& error) { told.push_back(error.kind); };
+  link.setPortNumber(2);
+  EXPECT_EQ(link.open().text, "COM2: no such device");
+  link.setPortNumber(1);
+  device = "/dev/ttyNOTHERE";
+  EXPECT_EQ(link.open().text, "/dev/ttyNOTHERE: no such device");
+  device = "/dev/null";
+  EXPECT_EQ(link.open().kind, Kind::NoSuchDevice);
+  device = far.device();
+  QtSerialLink other(loop, [this](int) { return far.device(); });
+  ASSERT_FALSE(other.open());
+  EXPECT_EQ(link.open().text, far.device() + ": busy");
+  other.close();
+  EXPECT_FALSE(link.open());
+  EXPECT_EQ(told, (std::vector<Kind>{Kind::NoSuchDevice, Kind::NoSuchDevice, Kind::NoSuchDevice, Kind::Busy, Kind::None}));
+}
+
+TEST_F(QtLinkTest, AVanishedDeviceIsReportedOnceWithThePortClosedAndTheCoreAsleep) {
+  std::vector<bool> openWhenTold;
+  link.onVanished([&](const PortError& error) {
+    EXPECT_EQ(error.kind, Kind::Vanished);
+    openWhenTold.push_back(link.isOpen());
+  });
+  ASSERT_FALSE(link.open());
+  delay(loop, Millis(20));
+  far.hangUp();
+  EXPECT_TRUE(waitFor([&] { return !openWhenTold.empty(); }, Millis(1000)));
+  rusage before{}, after{};
+  getrusage(RUSAGE_SELF, &before);
+  delay(loop, Millis(400));
+  getrusage(RUSAGE_SELF, &after);
+  EXPECT_EQ(openWhenTold, std::vector<bool>{false});
+  EXPECT_LT((after.ru_utime.tv_sec - before.ru_utime.tv_sec) * 1'000'000 + after.ru_utime.tv_usec - before.ru_utime.tv_usec,
+            20'000);
+  link.write(std::vector<std::uint8_t>{1});
+  EXPECT_EQ(link.open().kind, Kind::NoSuchDevice);
+}
+
+TEST_F(QtLinkTest, AChipThatAnswersInTheMiddleOfASequenceIsHeard) {
+  bool heard = false;
+  link.onReceive([&] { heard = true; });
+  ASSERT_FALSE(link.open());
+  bool ended = false;
+  loop.post([&] {  // a sequence, as a press of a button starts it
+    link.write(std::vector<std::uint8_t>{0x7F});
+    far.receive(1);
+    far.send({0x46});
+    waitFor([&] { return heard; });
+    link.readBytes(0);
+    heard = false;
+    far.send({0xB9});
+    ended = waitFor([&] { return heard; });
+  });
+  loop.runOnce();
+  EXPECT_TRUE(ended);
+}
+
+}  // namespace
+}  // namespace kvr::platform

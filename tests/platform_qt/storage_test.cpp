@@ -1,0 +1,97 @@
+#include <QFile>
+#include <QTemporaryDir>
+
+#include "platform/qt/qt_files.h"
+#include "platform/qt/qt_store.h"
+#include "tests/platform/storage_contract.h"
+
+namespace kvr::platform {
+namespace {
+
+struct Disk {
+  SettingsStore& store() { return store_; }
+  FileSystem& files() { return files_; }
+  std::string folder() const { return folder_.path().toStdString(); }
+  QTemporaryDir folder_;
+  QtStore store_{folder_.path().toStdString() + "/settings.ini"};
+  QtFiles files_;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Qt, StorageContract, Disk);
+
+class QtStoreTest : public ::testing::Test {
+ protected:
+  void put(const QByteArray& bytes) {
+    QFile file(QString::fromStdString(path));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+  }
+  QByteArray content(const std::string& name) {
+    QFile file(QString::fromStdString(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("absent");
+  }
+  QTemporaryDir folder;
+  std::string path = folder.path().toStdString() + "/settings.ini";
+};
+
+TEST_F(QtStoreTest, ReadsWhatAHandWroteAndWhatAnEarlierRunLeft) {
+  put("[Ports]\nCOM1=/dev/pts/7\nCOM2=/dev/serial/by-id/usb-A, B\n[Settings]\nCOM_port=3\n");
+  {
+    QtStore store(path);
+    EXPECT_EQ(store.get("Ports", "COM1"), "/dev/pts/7");
+    EXPECT_EQ(store.get("Ports", "COM2"), "/dev/serial/by-id/usb-A, B");
+    store.set("Settings", "texSendText", "x");
+    EXPECT_TRUE(store.flush());
+  }
+  QtStore again(path);
+  EXPECT_EQ(again.get("Settings", "COM_port"), "3");
+  EXPECT_EQ(again.get("Settings", "texSendText"), "x");
+}
+
+TEST_F(QtStoreTest, KeysThatAnotherProgramWroteSurvive) {
+  QtStore store(path);
+  store.set("Settings", "Write_OK_Count", "5");
+  ASSERT_TRUE(store.flush());
+  put("[Settings]\nWrite_OK_Count=5\nDebugBaud=7\n");
+  store.set("Settings", "COM_port", "1");
+  ASSERT_TRUE(store.flush());
+  const QByteArray text = content(path);
+  EXPECT_TRUE(text.contains("DebugBaud=7")) << text.toStdString();
+  EXPECT_TRUE(text.contains("COM_port=1"));
+}
+
+TEST_F(QtStoreTest, AForeignFileReadsEmptyAndStandsUntilTheFirstSave) {
+  const QByteArray foreign("\x7f\x45LF no settings at all\n]]][[=\n=\n");
+  put(foreign);
+  QtStore store(path);
+  EXPECT_FALSE(store.get("Settings", "COM_port"));
+  EXPECT_TRUE(store.flush());
+  EXPECT_EQ(content(path), foreign);
+  store.set("Settings", "COM_port", "2");
+  EXPECT_TRUE(store.flush());
+  EXPECT_EQ(QtStore(path).get("Settings", "COM_port"), "2");
+  EXPECT_EQ(content(path + ".broken"), foreign);
+}
+
+TEST_F(QtStoreTest, AStoreThatCannotBeWrittenSaysSoAndSavesLater) {
+  const std::string deep = folder.path().toStdString() + "/blocked/settings.ini";
+  QFile blocker(folder.path() + QStringLiteral("/blocked"));
+  ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+  QtStore store(deep);
+  store.set("Settings", "COM_port", "2");
+  EXPECT_FALSE(store.flush());
+  EXPECT_EQ(store.get("Settings", "COM_port"), "2");
+  blocker.remove();
+  EXPECT_TRUE(store.flush());
+  EXPECT_EQ(QtStore(deep).get("Settings", "COM_port"), "2");
+}
+
+TEST(QtFiles, SaysInWordsWhyAFileCannotBeWrittenAndLeavesTheOldOne) {
+  QTemporaryDir folder;
+  QtFiles files;
+  EXPECT_EQ(files.append("/dev/full", Bytes(100, 1)).error, "disk full");
+  EXPECT_EQ(files.replace(folder.path().toStdString(), Bytes{1}).error, "it is a folder");
+  EXPECT_EQ(files.replace(folder.path().toStdString() + "/absent/a", Bytes{1}).error, "no such folder");
+}
+
+}  // namespace
+}  // namespace kvr::platform
