@@ -23,8 +23,8 @@ constexpr int kQueryRounds = 4;
 std::string waitedText(platform::Instant waited) {
   const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(waited).count();
   std::array<char, 48> text{};
-  std::snprintf(text.data(), text.size(), "\nWaiting for the board: %02lld:%02lld", static_cast<long long>(seconds / 60),
-                static_cast<long long>(seconds % 60));
+  std::snprintf(text.data(), text.size(), "\nWaiting for the board: %02lld:%02lld",
+                static_cast<long long>(seconds / 60), static_cast<long long>(seconds % 60));
   return text.data();
 }
 

@@ -9,7 +9,9 @@ namespace kvr::offline {
 namespace {
 
 // A version whose own memory takes no more than the first stage.
-bool smallVersion(int version) { return version == 15 || version >= 17; }
+bool smallVersion(int version) {
+  return version == 15 || version >= 17;
+}
 
 int addressesAbove(const Span& span, std::int64_t last) {
   return static_cast<int>(std::max<std::int64_t>(0, span.last - std::max<std::int64_t>(last, span.first - 1)));
@@ -17,11 +19,17 @@ int addressesAbove(const Span& span, std::int64_t last) {
 
 }  // namespace
 
-int BoardFacts::version() const { return platform::wholeOf(firmwareVersion); }
+int BoardFacts::version() const {
+  return platform::wholeOf(firmwareVersion);
+}
 
-bool BoardFacts::singleStage() const { return smallVersion(version()) && !secondBank; }
+bool BoardFacts::singleStage() const {
+  return smallVersion(version()) && !secondBank;
+}
 
-int BoardFacts::firstStageLast() const { return version() >= 17 ? 63487 : 62463; }
+int BoardFacts::firstStageLast() const {
+  return version() >= 17 ? 63487 : 62463;
+}
 
 int BoardFacts::lastHeldCode() const {
   if (secondBank) return 63487;

@@ -20,12 +20,15 @@ constexpr std::int64_t kLargestRange = 63487;
 constexpr int kOptionsAt = 48;
 constexpr int kOptionsSize = 16;
 
-std::uint8_t flag(bool on) { return on ? 0xFF : 0x00; }
+std::uint8_t flag(bool on) {
+  return on ? 0xFF : 0x00;
+}
 
 void putCode(Header header, std::size_t at, std::string_view code) {
   if (code.empty()) return;
   header[at] = static_cast<std::uint8_t>(platform::hexOf(code.substr(0, 2)));
-  header[at + 1] = static_cast<std::uint8_t>(platform::hexOf(code.substr(code.size() - std::min<std::size_t>(code.size(), 2))));
+  header[at + 1] =
+      static_cast<std::uint8_t>(platform::hexOf(code.substr(code.size() - std::min<std::size_t>(code.size(), 2))));
 }
 
 void putIdentity(const BoardInputs& inputs, Header header) {
@@ -122,24 +125,35 @@ void putRanges(const McuRecord& record, const FileBuffer& file, Header header) {
 int modelLimit(const McuRecord& record) {
   const bool top = record.topBlockFree;
   switch (record.family) {
-    case 1: return 63488;
+    case 1:
+      return 63488;
     case 2:
     case 11:
-    case 13: return 62464;
-    case 3: return 5120;
-    case 4: return 28672;
-    case 5: return top ? 30720 : 28672;
+    case 13:
+      return 62464;
+    case 3:
+      return 5120;
+    case 4:
+      return 28672;
+    case 5:
+      return top ? 30720 : 28672;
     case 6:
-    case 9: return top ? 6144 : 5120;
+    case 9:
+      return top ? 6144 : 5120;
     case 7:
-    case 10: return top ? 63488 : 62464;
+    case 10:
+      return top ? 63488 : 62464;
     case 8:
     case 15:
     case 16:
-    case 17: return top ? 14336 : 13312;
-    case 12: return record.code.starts_with("F1") ? 62464 : 13312;
-    case 18: return 61440;
-    default: return 0;
+    case 17:
+      return top ? 14336 : 13312;
+    case 12:
+      return record.code.starts_with("F1") ? 62464 : 13312;
+    case 18:
+      return 61440;
+    default:
+      return 0;
   }
 }
 

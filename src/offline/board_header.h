@@ -1,5 +1,5 @@
-// The 256-byte header of a board's memory image: the model's data, the option bytes, what the board holds of the code and
-// where the chip's areas lie. Numbers are big-endian, but for the CRC at the end.
+// The 256-byte header of a board's memory image: the model's data, the option bytes, what the board holds of the code
+// and where the chip's areas lie. Numbers are big-endian, but for the CRC at the end.
 //
 //   0    31  model name            64   3  main code: first board address      152  4*8  areas A to D
 //   32   2   code                  67   3  main code: last board address       184  4*9  ranges E to H

@@ -24,7 +24,9 @@ void writeOnes(std::span<std::uint8_t> area, int count) {
 
 }  // namespace
 
-void BoardImage::clear() { std::ranges::fill(area(kClearedFrom, kClearedTo - kClearedFrom + 1), std::uint8_t{0}); }
+void BoardImage::clear() {
+  std::ranges::fill(area(kClearedFrom, kClearedTo - kClearedFrom + 1), std::uint8_t{0});
+}
 
 void BoardImage::writeLimit(std::int64_t limit) {
   writeOnes(area(kLimitHighAt, 256), static_cast<int>(limit / kLimitUnit));

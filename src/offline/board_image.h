@@ -1,5 +1,5 @@
-// The 64 KB memory image of an off-line board, addressed as the board addresses it. Numbers are big-endian, CRCs low byte
-// first.
+// The 64 KB memory image of an off-line board, addressed as the board addresses it. Numbers are big-endian, CRCs low
+// byte first.
 //
 //   2000h  8192   code from 44032 on, for boards without a second memory bank
 //   4000h  44032  code from 0 on

@@ -14,26 +14,42 @@ void copyImage(const ImageView& from, int last, int to, FileBuffer& file) {
   if (count > 0) std::copy_n(from.bytes.begin(), count, file.bytes.begin() + to);
 }
 
-bool firstGeneration(int family) { return family <= 2 || catalogue::isLateFamily(family); }
+bool firstGeneration(int family) {
+  return family <= 2 || catalogue::isLateFamily(family);
+}
 
 }  // namespace
+
+void FileBuffer::blank(std::int64_t start, std::int64_t count) {
+  const std::int64_t end = std::clamp<std::int64_t>(start + count, 0, kSize);
+  const std::int64_t begin = std::clamp<std::int64_t>(start, 0, end);
+  std::fill(bytes.begin() + begin, bytes.begin() + end, std::uint8_t{0xFF});
+}
 
 int boardCodeLimit(const catalogue::McuRecord& record) {
   const bool top = record.topBlockFree;
   switch (record.family) {
-    case 3: return 24063;
-    case 4: return record.apEnd >= 15360 ? 28671 : 24063;
-    case 5: return top ? 30719 : 28671;
+    case 3:
+      return 24063;
+    case 4:
+      return record.apEnd >= 15360 ? 28671 : 24063;
+    case 5:
+      return top ? 30719 : 28671;
     case 6:
-    case 9: return top ? 6143 : 5119;
+    case 9:
+      return top ? 6143 : 5119;
     case 7:
-    case 10: return top ? 63487 : 62463;
+    case 10:
+      return top ? 63487 : 62463;
     case 8:
     case 15:
     case 16:
-    case 17: return top ? 14335 : 13311;
-    case 18: return 0;
-    default: return kNoLimit;
+    case 17:
+      return top ? 14335 : 13311;
+    case 18:
+      return 0;
+    default:
+      return kNoLimit;
   }
 }
 

@@ -1,5 +1,5 @@
-// The code as it will stand in a target chip: both images put together by the chip's addresses, as far as the chip takes
-// them. Lives for one session with a board.
+// The code as it will stand in a target chip: both images put together by the chip's addresses, as far as the chip
+// takes them. Lives for one session with a board.
 #pragma once
 
 #include <cstdint>
@@ -26,10 +26,13 @@ struct FileBuffer {
   Span code;
   Span data;
   int cut = 0;
+
+  // Sets `count` bytes from `start` on to FFh, as far as they lie inside.
+  void blank(std::int64_t start, std::int64_t count);
 };
 
-// The highest code address that a board can give a chip of this model, when no data image is in use. Families 0, 1, 2, 11,
-// 12, 13 have none: 65536.
+// The highest code address that a board can give a chip of this model, when no data image is in use. Families 0, 1, 2,
+// 11, 12, 13 have none: 65536.
 int boardCodeLimit(const catalogue::McuRecord& record);
 
 FileBuffer prepareFileBuffer(const catalogue::McuRecord& record, const ImageView& code, const ImageView& data);

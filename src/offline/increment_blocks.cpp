@@ -1,5 +1,7 @@
 #include "offline/increment_blocks.h"
 
+#include <algorithm>
+
 #include "offline/byte_fields.h"
 #include "platform/text.h"
 
@@ -8,19 +10,20 @@ namespace {
 
 constexpr int kPage = 128;
 constexpr double kLargestValue = 2147483648.0;
+constexpr double kExact = 9007199254740992.0;  // whole numbers up to here are exact
 
-int nextPage(int address) {
-  const int page = address >= 0 ? address / kPage : (address - kPage + 1) / kPage;
+std::int64_t nextPage(std::int64_t address) {
+  const std::int64_t page = address >= 0 ? address / kPage : (address - kPage + 1) / kPage;
   return (page + 1) * kPage;
 }
 
 }  // namespace
 
 IncrementBlock makeIncrementBlock(const IncrementField& field, int base) {
-  const int start = field.last - field.length + 1;
-  const int boundary = nextPage(start);
+  const std::int64_t start = field.last - field.length + 1;
+  const std::int64_t boundary = nextPage(start);
   const bool split = field.last >= boundary;
-  const int run2 = split ? field.last - boundary + 1 : 0;
+  const std::int64_t run2 = split ? field.last - boundary + 1 : 0;
 
   IncrementBlock block;
   block.start = start + base;
@@ -36,7 +39,7 @@ IncrementBlock makeIncrementBlock(const IncrementField& field, int base) {
 
 std::array<std::uint8_t, 4> nextValueBytes(const IncrementField& field) {
   std::array<std::uint8_t, 4> bytes{};
-  putBig(bytes, 0, 4, static_cast<std::int64_t>(platform::valueOf(field.next)));
+  putBig(bytes, 0, 4, static_cast<std::int64_t>(std::clamp(platform::valueOf(field.next), -kExact, kExact)));
   return bytes;
 }
 

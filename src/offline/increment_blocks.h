@@ -8,8 +8,8 @@
 //   9  1  the step
 //   10 1  FFh; with the value on, its form: 0 HEX, 1 BCD, 2 ASCII
 //
-// A chip is programmed in pages of 128 bytes, so a value that crosses a multiple of 128 is stored in two runs. Numbers that
-// do not fit their field wrap to its low bytes.
+// A chip is programmed in pages of 128 bytes, so a value that crosses a multiple of 128 is stored in two runs. Numbers
+// that do not fit their field wrap to its low bytes.
 #pragma once
 
 #include <array>
@@ -23,7 +23,7 @@ namespace kvr::offline {
 
 struct IncrementBlock {
   std::array<std::uint8_t, 16> bytes{};
-  int start = 0;  // the value's first byte in the chip's code space; may be negative
+  std::int64_t start = 0;  // the value's first byte in the chip's code space; may be negative
 };
 
 // `base` is where the value's memory begins in the chip's code space.

@@ -32,7 +32,8 @@ void captionLine(platform::ControlArray<platform::Label, N>& labels, std::size_t
 }  // namespace
 
 UserPathPanel::UserPathPanel() {
-  const std::vector<std::string> demoBauds{"115200", "57600", "38400", "28800", "19200", "14400", "9600", "4800", "2400"};
+  const std::vector<std::string> demoBauds{"115200", "57600", "38400", "28800", "19200",
+                                           "14400",  "9600",  "4800",  "2400"};
   fillLine(demoLine(), demoBauds, kEvenParity);
   fillLine(demoCommandLine(), demoBauds, kEvenParity);
   fillLine(userCodeLine(),
