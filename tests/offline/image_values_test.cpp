@@ -1,0 +1,374 @@
+// The parts of a board's memory image as values: limit, serial values, code fit, header, CRC table, coverage.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <bit>
+#include <numeric>
+#include <string>
+#include <vector>
+
+#include "engine/board_crc.h"
+#include "offline/board_facts.h"
+#include "offline/board_frames.h"
+#include "offline/board_header.h"
+#include "offline/download_limit.h"
+#include "offline/increment_blocks.h"
+
+namespace {
+
+using namespace kvr::offline;
+using kvr::catalogue::McuRecord;
+using Bytes = std::vector<std::uint8_t>;
+
+const McuRecord& model(const char* name) {
+  const McuRecord* record = kvr::catalogue::findByName(name);
+  if (!record) throw std::runtime_error(name);
+  return *record;
+}
+
+int onesIn(std::span<const std::uint8_t> bytes) {
+  return std::accumulate(bytes.begin(), bytes.end(), 0, [](int sum, std::uint8_t b) { return sum + std::popcount(b); });
+}
+
+std::int64_t big(std::span<const std::uint8_t> bytes, int at, int size) {
+  std::int64_t value = 0;
+  for (int i = 0; i < size; ++i) value = value << 8 | bytes[at + i];
+  return value;
+}
+
+std::uint16_t crcBitByBit(std::span<const std::uint8_t> bytes) {
+  std::uint16_t crc = 0xFFFF;
+  for (const std::uint8_t byte : bytes) {
+    crc ^= byte;
+    for (int i = 0; i < 8; ++i) crc = static_cast<std::uint16_t>(crc & 1 ? crc >> 1 ^ 0xA001 : crc >> 1);
+  }
+  return crc;
+}
+
+Bytes noise(std::size_t size) {
+  Bytes bytes(size);
+  std::uint32_t state = 12345;
+  for (std::uint8_t& byte : bytes) byte = static_cast<std::uint8_t>((state = state * 1664525 + 1013904223) >> 24);
+  return bytes;
+}
+
+TEST(DownloadLimit, CountsOnesInTwoUnitsAndNothingElse) {
+  struct {
+    int chips;
+    int highOnes;
+    int lowOnes;
+  } const rows[] = {{1, 0, 1}, {2047, 0, 2047}, {2048, 1, 0}, {2049, 1, 1}, {1000000, 488, 576}};
+  for (const auto& row : rows) {
+    BoardImage image;
+    image.writeLimit(row.chips);
+    EXPECT_EQ(onesIn(image.area(kLimitHighAt, 256)), row.highOnes) << row.chips;
+    EXPECT_EQ(onesIn(image.area(kLimitLowAt, 256)), row.lowOnes) << row.chips;
+    EXPECT_EQ(onesIn(image.bytes()), row.highOnes + row.lowOnes) << row.chips;
+  }
+  BoardImage image;
+  image.writeLimit(2051);
+  EXPECT_EQ(image.bytes()[kLimitHighAt], 0x01);
+  EXPECT_EQ(image.bytes()[kLimitLowAt], 0x07) << "packed from the lowest bit on";
+  image.clear();
+  EXPECT_EQ(onesIn(image.bytes()), 0);
+}
+
+TEST(DownloadLimit, IsRefusedOutsideOneToAMillion) {
+  struct {
+    const char* text;
+    std::int64_t chips;
+    const char* words;
+  } const rows[] = {{"1", 1, ""},
+                    {" 250", 250, ""},
+                    {"0.6", 1, ""},
+                    {"2.5", 2, ""},
+                    {"1000000", 1000000, ""},
+                    {"0", 0, "too small"},
+                    {"0.5", 0, "too small"},
+                    {"", 0, "too small"},
+                    {"-7", -1, "too small"},
+                    {"many", 0, "too small"}};
+  for (const auto& row : rows) {
+    const DownloadLimit limit = readDownloadLimit(row.text);
+    EXPECT_EQ(limit.chips, row.chips) << row.text;
+    EXPECT_EQ(limit.refusal, *row.words ? "The number of MCU is too small." : "") << row.text;
+  }
+  for (const char* text : {"1000001", "9e99"})
+    EXPECT_EQ(readDownloadLimit(text).refusal,
+              "The number of MCU should be less than or equal to 1000000 on an off-line progam board.");
+}
+
+TEST(IncrementBlock, SplitsAValueThatCrossesAPage) {
+  struct {
+    int last;
+    int length;
+    int base;
+    Bytes head;  // offsets 0 to 10
+  } const rows[] = {
+      {0x0081, 4, 0, {1, 0, 0, 0x7E, 2, 0, 0, 0x80, 2, 3, 1}},
+      {0x007F, 2, 0, {1, 0, 0, 0x7E, 2, 0, 0, 0x7F, 0, 3, 1}},
+      {0x0080, 1, 0, {1, 0, 0, 0x80, 1, 0, 0, 0x80, 0, 3, 1}},
+      {0xFFFF, 8, 0, {1, 0, 0xFF, 0xF8, 8, 0, 0xFF, 0xFF, 0, 3, 1}},
+      {0x0101, 4, 0xF000, {1, 0, 0xF0, 0xFE, 2, 0, 0xF1, 0x00, 2, 3, 1}},
+      {0x0001, 4, 0, {1, 0xFF, 0xFF, 0xFE, 2, 0, 0, 0x00, 2, 3, 1}},
+  };
+  for (const auto& row : rows) {
+    const IncrementField field{
+        .enabled = true, .last = row.last, .length = row.length, .next = "7", .step = 259, .radix = 1};
+    const IncrementBlock block = makeIncrementBlock(field, row.base);
+    EXPECT_EQ(Bytes(block.bytes.begin(), block.bytes.begin() + 11), row.head) << row.last;
+    EXPECT_EQ(block.start, row.last - row.length + 1 + row.base);
+  }
+  const IncrementBlock off = makeIncrementBlock({.enabled = false, .last = 5, .length = 2, .step = 1, .radix = 2}, 0);
+  EXPECT_EQ(off.bytes[0], 0);
+  EXPECT_EQ(off.bytes[10], 0xFF) << "a value that is off has no form";
+}
+
+TEST(IncrementBlock, RefusesABatchThatOutgrowsItsValues) {
+  const auto overflows = [](const char* next, std::int64_t step, std::int64_t limit) {
+    return incrementOverflows({.enabled = true, .next = next, .step = step}, limit);
+  };
+  EXPECT_FALSE(overflows("2147483647", 1, 1));
+  EXPECT_TRUE(overflows("2147483647", 1, 2));
+  EXPECT_TRUE(overflows("2147483647", 2, 1));
+  EXPECT_FALSE(overflows("0", 2147, 1000000));
+  EXPECT_TRUE(overflows("0", 2148, 1000000));
+  EXPECT_TRUE(overflows("0", 2147483647, 1000000));
+  EXPECT_EQ(nextValueBytes({.next = "305419896"}), (std::array<std::uint8_t, 4>{0x12, 0x34, 0x56, 0x78}));
+  (void)nextValueBytes({.next = "-1e300"});  // must not trap
+}
+
+TEST(FileBuffer, TakesTheCodeAsFarAsTheFamilyAllows) {
+  const Bytes code = noise(0x12001);
+  struct {
+    const char* name;
+    int rangeEnd;
+    int last;
+  } const rows[] = {{"Cedar-H20R", 100, 1023},  {"Cedar-H20R", 60000, 60000}, {"Elm-H04", 60000, 24063},
+                    {"Hazel-H04", 60000, 5119}, {"Ivy-HF0S", 65000, 62463},   {"Juniper-H08Y", 65000, 13311},
+                    {"Fir-H20A", 65000, 24063}};
+  for (const auto& row : rows) {
+    const FileBuffer file = prepareFileBuffer(model(row.name), {code, 0, row.rangeEnd, true}, {});
+    EXPECT_EQ(file.last, row.last) << row.name;
+    EXPECT_TRUE(std::equal(code.begin(), code.begin() + file.last + 1, file.bytes.begin())) << row.name;
+    EXPECT_EQ(onesIn(std::span(file.bytes).subspan(file.last + 1)), 0) << row.name;
+    EXPECT_EQ(file.cut, std::max(0, row.rangeEnd - file.last)) << row.name;
+  }
+}
+
+TEST(FileBuffer, PutsTheDataImageWhereTheChipHasItsDataMemory) {
+  const Bytes code = noise(0x12001);
+  const Bytes data(0x10001, 0x5A);
+  const McuRecord& hazel = model("Hazel-H04");
+  const FileBuffer both = prepareFileBuffer(hazel, {code, 0, 700, true}, {data, 0, 511, true});
+  EXPECT_EQ(both.first, 0);
+  EXPECT_EQ(both.last, hazel.apEnd + 511);
+  EXPECT_TRUE(std::equal(code.begin(), code.begin() + hazel.apEnd + 1, both.bytes.begin()));
+  EXPECT_EQ(std::ranges::count(both.bytes, 0x5A) - std::ranges::count(std::span(code).first(hazel.apEnd + 1), 0x5A),
+            512);
+  EXPECT_EQ(both.data, (Span{hazel.dataStart, hazel.dataStart + 511}));
+
+  const FileBuffer emptyData = prepareFileBuffer(hazel, {code, 0, 9000, true}, {data, 0, 0, true});
+  EXPECT_EQ(emptyData.last, 9000) << "no limit";
+  const McuRecord& cedar = model("Cedar-H20R");
+  EXPECT_EQ(prepareFileBuffer(cedar, {code, 0, 2000, true}, {data, 0, 511, true}).last, 2000)
+      << "this family's boards take the code only";
+}
+
+TEST(CodeFit, HoldsTheBoardToTheModel) {
+  FileBuffer file;
+  file.last = 60 * 1024 - 1;
+  const McuRecord& ivy = model("Ivy-HF0S");
+  const CodeFit whole = fitCode(ivy, 65536, file);
+  EXPECT_EQ(whole.codeLast, 61439);
+  EXPECT_EQ(whole.message, "");
+  const CodeFit small = fitCode(ivy, 43 * 1024, file);
+  EXPECT_EQ(small.codeLast, 44031);
+  EXPECT_EQ(small.message,
+            "The maximum size of downloading code and data is 43K, The exceeding part won't be downloaded.");
+  EXPECT_EQ(fitCode(model("Hazel-H04"), 65536, file).codeLast, 5119);
+}
+
+// The limits by family and by whether the last block is free.
+TEST(CodeFit, KnowsTheLimitOfEveryListedModel) {
+  const std::vector<std::pair<int, int>> limits{
+      {0, 0},         {63488, 63488}, {62464, 62464}, {5120, 5120},   {28672, 28672}, {28672, 30720}, {5120, 6144},
+      {62464, 63488}, {13312, 14336}, {5120, 6144},   {62464, 63488}, {62464, 62464}, {-1, -1},       {62464, 62464},
+      {0, 0},         {13312, 14336}, {13312, 14336}, {13312, 14336}, {61440, 61440}};
+  for (const McuRecord& record : kvr::catalogue::allRows()) {
+    const auto [without, with] = limits[record.family];
+    const int expected = record.family == 12   ? (record.code.starts_with("F1") ? 62464 : 13312)
+                         : record.topBlockFree ? with
+                                               : without;
+    EXPECT_EQ(modelLimit(record), expected) << record.name;
+  }
+}
+
+BoardInputs inputsFor(const McuRecord& record) {
+  BoardInputs inputs;
+  inputs.record = &record;
+  inputs.device = std::string(record.name);
+  inputs.sorter = {true, false, false};
+  for (int i = 0; i < 17; ++i) inputs.options[i] = static_cast<std::uint8_t>(0xA0 + i);
+  return inputs;
+}
+
+Bytes headerFor(const McuRecord& record, int codeLast) {
+  FileBuffer file;
+  file.last = codeLast;
+  Bytes header(kHeaderSize);
+  fillBoardHeader(inputsFor(record), file, fitCode(record, 65536, file), header);
+  return header;
+}
+
+TEST(Header, NamesTheModelAndEndsInItsCrc) {
+  const McuRecord& ivy = model("Ivy-HF0S");
+  const Bytes header = headerFor(ivy, 60 * 1024 - 1);
+  EXPECT_EQ(std::string(header.begin(), header.begin() + 8), "Ivy-HF0S");
+  EXPECT_EQ(big(header, 8, 24), 0);
+  EXPECT_EQ(big(header, 32, 2), 0xD17E);
+  EXPECT_EQ(big(header, 34, 2), 0);
+  EXPECT_EQ(Bytes(header.begin() + 36, header.begin() + 48),
+            (Bytes{0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 40, header[43], 1, 0, 0, 0}));
+  EXPECT_EQ(big(header, 64, 3), 0x4000);
+  EXPECT_EQ(big(header, 67, 3), 60415) << "the main area ends there, the code does not";
+  EXPECT_EQ(big(header, 73, 3), 44031);
+  EXPECT_EQ(big(header, 88, 3), 0x2000);
+  EXPECT_EQ(big(header, 97, 3), 52223);
+  EXPECT_EQ(big(header, 112, 3), 61439);
+  EXPECT_EQ(header[120], 0xF3);
+  EXPECT_EQ(header[254] | header[255] << 8, crcBitByBit(std::span(header).first(254)));
+}
+
+TEST(Header, PlacesTheOptionBytesOfEachFamily) {
+  struct {
+    const char* name;
+    Bytes options;
+  } const rows[] = {
+      {"Birch-L40A", Bytes(16, 0xFF)},
+      {"Cedar-H20R", {255, 0xA1, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255}},
+      {"Oak-H10A", {255, 0xA1, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255}},
+      {"Elm-H04", {0xA2, 0xA3, 0xA8, 0xAA, 0xAB, 0xA0, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255}},
+      {"Hazel-H04A", {0xA2, 0xA3, 0xA8, 0xAA, 0xAB, 0xA0, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255}},
+      {"Ivy-HF0S", {0xA0, 0xA1, 0xA2, 0xA3, 255, 255, 255, 255, 0xA8, 0xA9, 255, 255, 255, 255, 255, 255}},
+      {"Quince-H07G", {0xA0, 0xA1, 0xA2, 0xA3, 255, 255, 255, 255, 0xA8, 0xA9, 255, 255, 255, 255, 255, 255}},
+  };
+  for (const auto& row : rows) {
+    const Bytes header = headerFor(model(row.name), 1023);
+    EXPECT_EQ(Bytes(header.begin() + 48, header.begin() + 64), row.options) << row.name;
+  }
+}
+
+// Areas as first, last, pages; ranges as three numbers.
+TEST(Header, LaysOutTheAreasOfTheChip) {
+  using Numbers = std::vector<std::int64_t>;
+  struct {
+    const char* name;
+    int codeLast;
+    Numbers areas;   // A to D
+    Numbers ranges;  // E to H
+  } const rows[] = {
+      {"Elm-H04",
+       1023,
+       {0, 1023, 2, 1024, 4095, 6, 4096, 5119, 2, 5120, 8191, 6},
+       {0, 4095, 5119, 0, 0, 0, 1024, 4095, 5119, 0, 0, 0}},
+      {"Birch-L40A",
+       9999,
+       {0, 16383, 32, 0, 0, 0, 0, 0, 0, 57344, 65535, 16},
+       {0, 16383, 16383, 0, 0, 0, 10000, 16382, 16383, 0, 0, 0}},
+      {"Fir-H20A",
+       20000,
+       {0, 8191, 16, 0, 0, 0, 8192, 18943, 21, 28672, 32255, 7},
+       {0, 8191, 18943, 0, 0, 0, 20001, 20000, 20000, 20000, 20000, 20000}},
+      {"Quince-H07G",
+       2047,
+       {0, 2040, 4, 0, 0, 0, 2048, 5119, 6, 5120, 8191, 6},
+       {0, 2040, 5119, 0, 0, 0, 2048, 2047, 5119, 0, 0, 0}},
+      {"Birch-LFCA",
+       1023,
+       {0, 63488, 124, 0, 0, 0, 0, 0, 0, 57344, 65535, 16},
+       {0, 63487, 63487, 0, 0, 0, 1024, 63487, 63487, 0, 0, 0}},
+  };
+  for (const auto& row : rows) {
+    const Bytes header = headerFor(model(row.name), row.codeLast);
+    Numbers areas;
+    Numbers ranges;
+    for (int at = 152; at < 184; at += 8)
+      for (const auto& [offset, size] : {std::pair(0, 3), {3, 3}, {6, 2}})
+        areas.push_back(big(header, at + offset, size));
+    for (int at = 184; at < 220; at += 3) ranges.push_back(big(header, at, 3));
+    EXPECT_EQ(areas, row.areas) << row.name;
+    EXPECT_EQ(ranges, row.ranges) << row.name;
+    EXPECT_EQ(big(header, 150, 2), 0x0200);
+  }
+  EXPECT_EQ(big(headerFor(model("Fir-H20A"), 1023), 34, 2), 0xF318);
+  EXPECT_EQ(big(headerFor(model("Birch-L40A"), 1023), 32, 2), 0x5454) << "a short code stands twice";
+}
+
+TEST(BoardImage, HoldsTheCodeWithACrcForEachPage) {
+  FileBuffer file;
+  const Bytes code = noise(FileBuffer::kSize);
+  file.bytes = code;
+  BoardImage image;
+  image.area(0xF400, 4)[0] = 0x77;  // left by an earlier session
+  image.area(0x1FFF, 1)[0] = 0x66;
+  image.area(0xF3FF, 1)[0] = 0x55;
+  image.clear();
+  image.writeCrcTable(file);
+  image.placeCode(file);
+  const auto bytes = image.bytes();
+  EXPECT_TRUE(std::equal(code.begin(), code.begin() + 44032, bytes.begin() + 0x4000));
+  EXPECT_TRUE(std::equal(code.begin() + 44032, code.begin() + 52224, bytes.begin() + 0x2000));
+  for (const int k : {0, 1, 343, 511})
+    EXPECT_EQ(bytes[0xF000 + 2 * k] | bytes[0xF001 + 2 * k] << 8, crcBitByBit(std::span(code).subspan(128 * k, 128)));
+  EXPECT_EQ(bytes[0xF400], 0x77);
+  EXPECT_EQ(bytes[0x1FFF], 0x66);
+  image.openIncrementAreas();
+  EXPECT_EQ(onesIn(image.area(0xED40, 32)), 256);
+  EXPECT_EQ(onesIn(image.area(0xF400, 512)), 4096);
+  EXPECT_EQ(onesIn(image.area(0xED00, 64)) + onesIn(image.area(0xED60, 32)), 0);
+  image.placeSecondBank(file);
+  EXPECT_TRUE(std::equal(code.begin() + 44032, code.begin() + 63488, bytes.begin() + 0x4000));
+  EXPECT_EQ(bytes[35840], code[35840 - 0x4000]) << "beyond the second bank's share the old code stands";
+}
+
+TEST(BoardFacts, TellsWhatABoardCannotHold) {
+  FileBuffer file;
+  file.code = {0, 61439};
+  file.last = 61439;
+  struct {
+    const char* version;
+    bool secondBank;
+    int codeLast;
+    int leftOut;
+  } const rows[] = {
+      {"15", false, 61439, 17408}, {"17", false, 61439, 17408}, {"20", false, 61439, 17408}, {"16", false, 61439, 9216},
+      {"12", false, 61439, 9216},  {"1A", false, 61439, 9216},  {"15", true, 61439, 0},      {"17", true, 61439, 0},
+      {"16", true, 61439, 0},      {"17", true, 44031, 17408},  {"17", false, 9999, 51440},
+  };
+  for (const auto& row : rows) {
+    const BoardFacts board{row.version, 65536, row.secondBank};
+    EXPECT_EQ(bytesLeftOut(file, row.codeLast, board), row.leftOut) << row.version << row.secondBank;
+  }
+  file.code = {0, 1000};
+  file.data = {1024, 2047};
+  file.cut = 5;
+  EXPECT_EQ(bytesLeftOut(file, 2046, {"17", 65536, true}), 6) << "cut code and the last data byte";
+  EXPECT_EQ(bytesLeftOut(file, 500, {"17", 65536, true}), 5 + 500 + 1024);
+  EXPECT_EQ(leftOutText(0), "");
+  EXPECT_EQ(leftOutText(9216), "9216 bytes of the code and data will not be programmed.");
+}
+
+TEST(BoardFrames, CarryTheBoardsCrc) {
+  EXPECT_EQ(crcBitByBit(std::span(kWakeFrame).subspan(2, 16)), kWakeFrame[18] | kWakeFrame[19] << 8);
+  const Bytes digits{'1', '2', '3', '4', '5', '6', '7', '8', '9'};
+  EXPECT_EQ(kvr::engine::boardCrc(digits), 0x4B37);
+  const Bytes frame = buildBoardWriteFrame(std::array<std::uint8_t, 3>{0xAB, 0xCD, 0xEF}, 0xF7E1, true);
+  Bytes expected{0x46, 0xB9, 0x6A, 0, 16, 0x30, 0, 0, 0xF7, 0xE1, 0, 3, 0xAB, 0xCD, 0xEF};
+  const std::uint16_t crc = crcBitByBit(std::span(expected).subspan(2));
+  expected.insert(expected.end(), {static_cast<std::uint8_t>(crc), static_cast<std::uint8_t>(crc >> 8), 0x16});
+  EXPECT_EQ(frame, expected);
+  EXPECT_EQ(buildBoardWriteFrame(digits, 0, false)[5], 0x00);
+}
+
+}  // namespace
