@@ -1,0 +1,145 @@
+#include "sim/wire.h"
+
+#include <gtest/gtest.h>
+
+namespace sim {
+namespace {
+
+// Hears, and says back what it is told to.
+class Listener : public Device {
+ public:
+  std::optional<Line> line() const override { return settings; }
+  void hear(Micros end, const Heard& heard) override {
+    ends.push_back(end);
+    bytes.push_back(heard.byte);
+    damaged = damaged || heard.damage != Damage::none;
+    if (heard.byte == 0x16) say(end, settings, answer);
+  }
+  std::optional<Micros> nextDue() const override { return std::nullopt; }
+  void advanceTo(Micros) override {}
+  void disturbed(Micros) override { ++disturbances; }
+
+  Line settings{9600, 'e'};
+  std::vector<std::uint8_t> answer = std::vector<std::uint8_t>(3, 7);
+  std::vector<Micros> ends;
+  std::vector<std::uint8_t> bytes;
+  bool damaged = false;
+  int disturbances = 0;
+};
+
+using Bytes = std::vector<std::uint8_t>;
+
+TEST(Wire, CarriesBytesBothWaysInTheirTrueTime) {
+  Listener listener;
+  Wire wire;
+  wire.connect(&listener);
+  wire.open({9600, 'e'}, 0);
+  wire.write(Bytes{9, 9}, 0);
+  wire.write(Bytes{0x16}, 100);  // has to wait for its turn
+  EXPECT_EQ(wire.pendingOut(2000), 2);
+  EXPECT_EQ(wire.drainedAt(), 3438);  // three bytes of 11 bits
+  EXPECT_EQ(wire.available(3438 + 1145), 0);
+  EXPECT_EQ(listener.ends, (std::vector<Micros>{1146, 2292, 3438}));
+  EXPECT_EQ(wire.nextDue(), 3438 + 1146);
+  EXPECT_EQ(wire.take(3438 + 3438, 2), (Bytes{7, 7}));
+  EXPECT_EQ(wire.take(3438 + 3438), Bytes{7});
+  EXPECT_EQ(wire.nextDue(), std::nullopt);
+  EXPECT_FALSE(listener.damaged);
+}
+
+TEST(Wire, GarblesWhatTheEndsDisagreeOn) {
+  for (const Line& line : {Line{9600, 'n'}, Line{9600, 'o'}, Line{9100, 'e'}, Line{19200, 'e'}}) {
+    Listener listener;
+    Wire wire;
+    wire.connect(&listener);
+    wire.open(line, 0);
+    wire.write(Bytes{1, 2, 3, 4, 5, 6}, 0);
+    wire.advanceTo(kSecond);
+    EXPECT_TRUE(listener.damaged);
+    EXPECT_NE(listener.bytes, (Bytes{1, 2, 3, 4, 5, 6}));
+  }
+  EXPECT_TRUE(canRead({9600, 'e'}, {9984, 'e'}));  // four percent are read
+}
+
+TEST(Wire, DropsWhatHasNotBegunWhenThePortIsClosedAndWhatComesWhileItIs) {
+  Listener listener;
+  Wire wire;
+  wire.connect(&listener);
+  wire.open({9600, 'e'}, 0);
+  wire.write(Bytes{1, 2, 0x16}, 0);
+  wire.close(1500);
+  wire.advanceTo(kSecond);
+  EXPECT_EQ(listener.bytes, (Bytes{1, 2}));
+  wire.open({9600, 'e'}, kSecond);
+  wire.write(Bytes{0x16}, kSecond);
+  wire.close(kSecond + 1200);
+  EXPECT_EQ(wire.available(2 * kSecond), 0);
+  wire.unplug(2 * kSecond);
+  EXPECT_FALSE(wire.open({9600, 'e'}, 2 * kSecond));
+}
+
+TEST(Wire, DoesToAUnitWhatThePlanSaysAndTellsTheDevice) {
+  const auto heardWith = [](Fault fault, Listener& listener) {
+    fault.unit = 1;
+    WireConfig config;
+    config.faults = {fault};
+    Wire wire(config);
+    wire.connect(&listener);
+    wire.open({9600, 'e'}, 0);
+    for (const Bytes& unit : {Bytes{1}, Bytes{2, 3, 4}, Bytes{5}}) wire.write(unit, 0);
+    wire.advanceTo(kSecond);
+    EXPECT_EQ(listener.disturbances, 1);
+    EXPECT_EQ(wire.log().size(), 3U);
+    EXPECT_TRUE(wire.log()[1].faulted);
+    return listener.bytes;
+  };
+  using enum FaultKind;
+  constexpr Direction out = Direction::hostToDevice;
+  Listener lost, flipped, dropped, doubled, late, cut;
+  EXPECT_EQ(heardWith({out, 0, lose}, lost), (Bytes{1, 5}));
+  EXPECT_EQ(heardWith({out, 0, flip, 1, 0x80}, flipped), (Bytes{1, 2, 0x83, 4, 5}));
+  EXPECT_EQ(heardWith({out, 0, dropByte, 2}, dropped), (Bytes{1, 2, 3, 5}));
+  EXPECT_EQ(heardWith({out, 0, twice}, doubled), (Bytes{1, 2, 3, 4, 2, 3, 4, 5}));
+  EXPECT_EQ(heardWith({out, 0, delay, 0, 0, 50 * kMillisecond}, late), (Bytes{1, 2, 3, 4, 5}));
+  EXPECT_EQ(late.ends[1], 2292 + 50 * kMillisecond);
+  EXPECT_EQ(heardWith({out, 0, FaultKind::split, 2, 0, 7 * kMillisecond}, cut), (Bytes{1, 2, 3, 4, 5}));
+  EXPECT_NEAR(static_cast<double>(cut.ends[3] - cut.ends[2]), 8146, 2);
+}
+
+TEST(Wire, HandsBytesOverInTheAdaptersPortions) {
+  Listener listener;
+  listener.answer.assign(70, 7);
+  WireConfig config;
+  config.adapterLatency = 16 * kMillisecond;
+  Wire wire(config);
+  wire.connect(&listener);
+  listener.settings = {115200, 'n'};
+  wire.open(listener.settings, 0);
+  wire.write(Bytes{0x16}, 0);
+  EXPECT_EQ(wire.available(87 + 62 * 87 - 100), 0);
+  EXPECT_EQ(wire.available(87 + 62 * 87 + 10), 62);
+  EXPECT_EQ(wire.available(20 * kMillisecond), 62);
+  EXPECT_EQ(wire.available(22 * kMillisecond), 70);
+}
+
+TEST(Wire, HitsAtMostOneUnitOfAnExchangeAtRandom) {
+  Listener listener;
+  listener.settings = {115200, 'n'};
+  WireConfig config;
+  config.random = RandomFaults{1.0, 1, 1, {FaultKind::flip}};
+  Wire wire(config);
+  wire.connect(&listener);
+  wire.open(listener.settings, 0);
+  int hit = 0;
+  for (Micros now = 0; now < 100 * kMillisecond; now += kMillisecond) {
+    const int before = wire.faultsDone();
+    wire.write(Bytes{0x16}, now);
+    wire.advanceTo(now + kMillisecond);
+    hit = std::max(hit, wire.faultsDone() - before);
+  }
+  EXPECT_EQ(hit, 1);
+  EXPECT_EQ(wire.faultsDone(), 100);
+}
+
+}  // namespace
+}  // namespace sim
