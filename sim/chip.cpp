@@ -148,7 +148,7 @@ void Chip::hear(Micros end, const Heard& heard) {
   if (state_ == ChipState::off || state_ == ChipState::application) return;
   if (heard.damage == Damage::wrongLine) return judgeWrongLine(end, heard);
   if (measureRound_ > 0 && heard.byte == 0x7F && !reader_.begun()) return hearMeasurePulse(end);
-  if (end <= busyUntil_) return;
+  if (end < busyUntil_) return;
   if (state_ != ChipState::session) return hearSync(end, heard);
   if (!reader_.begun() && heard.byte == 0x7F && fresh_ && !pulseFamily()) return hearSync(end, heard);
   if (const HostFrame* frame = reader_.take(end, heard)) hearFrame(end, *frame);
@@ -192,9 +192,8 @@ void Chip::judgeFair(bool good, Micros at, const std::string& text) {
 
 Micros Chip::reply(Micros at, std::uint8_t command, std::span<const std::uint8_t> payload) {
   const Bytes wire = buildReply(command, payload, row().frame2);
-  const Micros end = at + static_cast<Micros>(line_.byteMicros() * static_cast<double>(wire.size()));
+  const Micros end = say ? say(at, line_, wire) : at;
   busyUntil_ = std::max(busyUntil_, end);
-  if (say) say(at, line_, wire);
   return end;
 }
 

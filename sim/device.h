@@ -63,8 +63,9 @@ class Device {
   // nobody's mistake.
   virtual void disturbed(Micros at) { (void)at; }
 
-  // Set by the wire: the device starts to send these bytes at `start`, with its present line settings.
-  std::function<void(Micros start, const Line& as, std::span<const std::uint8_t> bytes)> say;
+  // Set by the wire: the device starts to send these bytes at `start`, with these line settings. Returns when the last
+  // bit will have left.
+  std::function<Micros(Micros start, const Line& as, std::span<const std::uint8_t> bytes)> say;
 };
 
 }  // namespace sim

@@ -32,7 +32,7 @@ void Wire::connect(Device* device) {
   toHost_.freeAt = 0;
   if (!device_) return;
   device_->say = [this](Micros start, const Line& as, std::span<const std::uint8_t> bytes) {
-    carry(Direction::deviceToHost, bytes, as, start);
+    return carry(Direction::deviceToHost, bytes, as, start);
   };
 }
 
@@ -52,6 +52,12 @@ void Wire::close(Micros now) {
   open_ = false;
 }
 
+void Wire::hangUp(Micros now) {
+  advanceTo(now);
+  clearIn(now);
+  open_ = false;
+}
+
 void Wire::write(std::span<const std::uint8_t> bytes, Micros now) {
   if (!open_ || bytes.empty()) return;
   advanceTo(now);
@@ -60,7 +66,7 @@ void Wire::write(std::span<const std::uint8_t> bytes, Micros now) {
 
 int Wire::pendingOut(Micros now) const {
   const double left = toDevice_.freeAt - static_cast<double>(now);
-  return left <= 0 ? 0 : static_cast<int>(std::ceil(left / hostLine_.byteMicros() - 1e-6));
+  return left <= 0 ? 0 : static_cast<int>(std::ceil(left / byteTime(hostLine_) - 1e-6));
 }
 
 Micros Wire::drainedAt() const {
@@ -69,11 +75,11 @@ Micros Wire::drainedAt() const {
 
 void Wire::clearOut(Micros now) {
   advanceTo(now);
-  const double bitTime = hostLine_.byteMicros();
+  const double oneByte = byteTime(hostLine_);
   double last = static_cast<double>(now);
   for (Burst& burst : toDevice_.bursts) {
     const auto notBegun = [&](const Item& item) {
-      return static_cast<double>(item.end) - bitTime > static_cast<double>(now);
+      return static_cast<double>(item.end) - oneByte > static_cast<double>(now);
     };
     std::erase_if(burst.items, notBegun);
     if (!burst.items.empty()) last = std::max(last, static_cast<double>(burst.items.back().end));

@@ -19,6 +19,7 @@ struct WireConfig {
   Micros adapterLatency =
       0;  // a USB adapter hands bytes over after this time or when `adapterChunk` have come; 0: at once
   int adapterChunk = 62;
+  double byteTimeScale = 1;  // 0: bytes take no time at all, only what the device itself takes is left
   bool keepLog = true;
   std::vector<Fault> faults;  // an explicit plan
   std::optional<RandomFaults> random;
@@ -40,6 +41,10 @@ class Wire {
   bool open(const Line& line, Micros now);
   // Bytes that have not begun to leave are lost: a host that wants them out waits for `drainedAt()` first.
   void close(Micros now);
+  // The host's settings turn out to have been these for a while: what is still to arrive is read with them.
+  void assumeHostLine(const Line& line) { hostLine_ = line; }
+  // Stops listening; what was written still leaves. For a port whose closing cannot be held up until all is sent.
+  void hangUp(Micros now);
   bool isOpen() const { return open_; }
   const Line& hostLine() const { return hostLine_; }
 
@@ -63,6 +68,7 @@ class Wire {
   void plug();
   bool plugged() const { return plugged_; }
   const std::vector<Unit>& log() const { return log_; }
+  std::size_t unitsCarried() const { return static_cast<std::size_t>(toDevice_.units + toHost_.units); }
   int faultsDone() const { return faultsDone_; }
 
  private:
@@ -84,7 +90,8 @@ class Wire {
     int units = 0;      // counted so far
   };
 
-  void carry(Direction direction, std::span<const std::uint8_t> bytes, const Line& line, Micros from);
+  double byteTime(const Line& line) const { return line.byteMicros() * config_.byteTimeScale; }
+  Micros carry(Direction direction, std::span<const std::uint8_t> bytes, const Line& line, Micros from);
   const Fault* plannedFault(Direction direction, int unit) const;
   std::optional<Fault> chooseFault(Direction direction, int unit, std::size_t size);
   Burst layOut(std::span<const std::uint8_t> bytes, const Line& line, double start, const std::optional<Fault>& fault);

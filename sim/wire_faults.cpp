@@ -55,7 +55,7 @@ Wire::Burst Wire::layOut(std::span<const std::uint8_t> bytes, const Line& line, 
   Burst burst{line, {}, 0, start};
   double at = start;
   const auto put = [&](std::uint8_t byte, std::uint8_t meant, Damage damage) {
-    at += line.byteMicros();
+    at += byteTime(line);
     burst.items.push_back({whole(at), byte, meant, damage});
   };
   if (is(FaultKind::delay)) at += static_cast<double>(fault->micros);
@@ -76,14 +76,14 @@ Wire::Burst Wire::layOut(std::span<const std::uint8_t> bytes, const Line& line, 
   return burst;
 }
 
-void Wire::carry(Direction direction, std::span<const std::uint8_t> bytes, const Line& line, Micros from) {
+Micros Wire::carry(Direction direction, std::span<const std::uint8_t> bytes, const Line& line, Micros from) {
   Lane& lane = direction == Direction::hostToDevice ? toDevice_ : toHost_;
   if (direction == Direction::hostToDevice) ++exchange_;
   const double start = std::max(static_cast<double>(from), lane.freeAt);
   const int unit = lane.units++;
   const auto fault = chooseFault(direction, unit, bytes.size());
   Burst burst = layOut(bytes, line, start, fault);
-  const double trueEnd = start + line.byteMicros() * static_cast<double>(bytes.size());
+  const double trueEnd = start + byteTime(line) * static_cast<double>(bytes.size());
   lane.freeAt = burst.items.empty() ? trueEnd : std::max(trueEnd, static_cast<double>(burst.items.back().end));
   if (!fault && !burst.items.empty()) lane.freeAt = trueEnd;
   if (config_.keepLog)
@@ -95,9 +95,10 @@ void Wire::carry(Direction direction, std::span<const std::uint8_t> bytes, const
                     {bytes.begin(), bytes.end()},
                     fault.has_value()});
   if (!burst.items.empty()) lane.bursts.push_back(std::move(burst));
-  if (!fault) return;
+  if (!fault) return whole(trueEnd);
   ++faultsDone_;
   if (device_) device_->disturbed(static_cast<Micros>(start));
+  return whole(trueEnd);
 }
 
 }  // namespace sim

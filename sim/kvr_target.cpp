@@ -1,0 +1,219 @@
+// A simulated target behind a pseudo-terminal, for the real program to talk to. This file is the only one of the
+// simulator that knows an operating system.
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <stdlib.h>
+#include <sys/inotify.h>
+#include <sys/ioctl.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <asm/termbits.h>  // termios2: rates that have no name of their own
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "sim/target.h"
+
+namespace {
+
+volatile sig_atomic_t endAsked = 0;
+volatile sig_atomic_t cycleAsked = 0;
+
+void onEnd(int) {
+  endAsked = 1;
+}
+void onCycle(int) {
+  cycleAsked = 1;
+}
+
+sim::Micros clockNow() {
+  timespec now{};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return static_cast<sim::Micros>(now.tv_sec) * sim::kSecond + now.tv_nsec / 1000;
+}
+
+// The pair of terminals. The slave is kept open here as well, so that the pair lives on while no host has it open; who
+// else opens and closes it is learnt from the file system.
+class Terminal {
+ public:
+  bool open() {
+    master_ = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    if (master_ < 0 || grantpt(master_) != 0 || unlockpt(master_) != 0) return false;
+    name_ = ptsname(master_);
+    slave_ = ::open(name_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    watch_ = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    if (slave_ < 0 || watch_ < 0) return false;
+    makeRaw();
+    return inotify_add_watch(watch_, name_.c_str(), IN_OPEN | IN_CLOSE) >= 0;
+  }
+  ~Terminal() {
+    for (const int fd : {master_, slave_, watch_})
+      if (fd >= 0) ::close(fd);
+  }
+
+  const std::string& name() const { return name_; }
+  int master() const { return master_; }
+  int watch() const { return watch_; }
+
+  int baud() const {
+    termios2 settings{};
+    if (ioctl(slave_, TCGETS2, &settings) != 0 || settings.c_ospeed == 0) return 9600;
+    return static_cast<int>(settings.c_ospeed);
+  }
+  // How many times the host has closed the terminal and opened it since the last call; `isOpen` afterwards.
+  int closings() {
+    alignas(inotify_event) char buffer[4096];
+    int closed = 0;
+    for (ssize_t got = read(watch_, buffer, sizeof buffer); got > 0; got = read(watch_, buffer, sizeof buffer))
+      for (ssize_t at = 0; at < got;) {
+        inotify_event event{};
+        std::memcpy(&event, buffer + at, sizeof event);
+        opened_ += (event.mask & IN_OPEN) ? 1 : -1;
+        closed += (event.mask & IN_OPEN) ? 0 : 1;
+        at += static_cast<ssize_t>(sizeof event + event.len);
+      }
+    return closed;
+  }
+  bool isOpen() const { return opened_ > 0; }
+  // What was said to a host that is gone is not kept for the next one.
+  void forget() const { ioctl(slave_, TCFLSH, TCIFLUSH); }
+
+  std::vector<std::uint8_t> take() const {
+    std::vector<std::uint8_t> bytes(65536);
+    const ssize_t got = read(master_, bytes.data(), bytes.size());
+    bytes.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
+    return bytes;
+  }
+  void give(const std::vector<std::uint8_t>& bytes) const {
+    for (std::size_t done = 0; done < bytes.size();) {
+      const ssize_t put = write(master_, bytes.data() + done, bytes.size() - done);
+      if (put <= 0) return;  // nobody reads: a real line would lose it too
+      done += static_cast<std::size_t>(put);
+    }
+  }
+
+ private:
+  void makeRaw() const {
+    termios2 settings{};
+    ioctl(slave_, TCGETS2, &settings);
+    settings.c_iflag = settings.c_oflag = settings.c_lflag = 0;
+    settings.c_cflag = CS8 | CREAD | CLOCAL | B9600;
+    ioctl(slave_, TCSETS2, &settings);
+  }
+
+  int master_ = -1, slave_ = -1, watch_ = -1;
+  int opened_ = 0;
+  std::string name_;
+};
+
+// Written beside and renamed, so that a reader finds the old report or the new one, never half of one.
+bool writeReport(const std::string& path, const std::string& text) {
+  const std::string beside = path + ".new";
+  std::FILE* file = std::fopen(beside.c_str(), "w");
+  if (!file) return false;
+  const bool whole = std::fwrite(text.data(), 1, text.size(), file) == text.size();
+  return (std::fclose(file) == 0) && whole && std::rename(beside.c_str(), path.c_str()) == 0;
+}
+
+void followHost(Terminal& terminal, sim::Target& target, sim::Micros now) {
+  const bool wasOpen = target.wire().isOpen();
+  const int closings = terminal.closings();
+  if (closings > 0 && wasOpen) {
+    target.wire().hangUp(now);
+    if (!terminal.isOpen()) terminal.forget();
+  }
+  if (!terminal.isOpen()) return;
+  const int baud = terminal.baud();
+  // The settings were changed some time after the opening, which wakes nobody.
+  const sim::Line line{baud, target.current().parityOf(baud, 0)};
+  target.wire().assumeHostLine(line);
+  if (!target.wire().isOpen()) target.wire().open(line, now);
+}
+
+void hearHost(Terminal& terminal, sim::Target& target, sim::Micros now) {
+  const auto bytes = terminal.take();
+  if (bytes.empty()) return;
+  const int baud = terminal.baud();
+  const sim::Line line{baud, target.current().parityOf(baud, bytes.front())};
+  target.wire().assumeHostLine(line);
+  target.wire().open(line, now);
+  target.wire().write(bytes, now);
+}
+
+void sleepUntilSomethingHappens(const Terminal& terminal, const sim::Target& target, const sigset_t& whileAsleep) {
+  pollfd fds[] = {{terminal.master(), POLLIN, 0}, {terminal.watch(), POLLIN, 0}};
+  timespec limit{};
+  const auto due = target.nextDue();
+  if (due) {
+    const sim::Micros left = std::max<sim::Micros>(0, *due - clockNow());
+    limit.tv_sec = left / sim::kSecond;
+    limit.tv_nsec = left % sim::kSecond * 1000;
+  }
+  ppoll(fds, 2, due ? &limit : nullptr, &whileAsleep);
+}
+
+void run(Terminal& terminal, sim::Target& target, const std::string& jsonPath, const sigset_t& whileAsleep) {
+  while (!endAsked && !target.ended()) {
+    const sim::Micros now = clockNow();
+    if (cycleAsked) {
+      cycleAsked = 0;
+      target.powerCycle(now);
+    }
+    hearHost(terminal, target, now);
+    followHost(terminal, target, now);
+    target.advanceTo(now);
+    terminal.give(target.wire().take(now));
+    if (target.takeReportDue() && !jsonPath.empty()) writeReport(jsonPath, target.report());
+    sleepUntilSomethingHappens(terminal, target, whileAsleep);
+  }
+}
+
+sigset_t catchSignals() {
+  struct sigaction action {};
+  action.sa_handler = onEnd;
+  sigaction(SIGTERM, &action, nullptr);
+  sigaction(SIGINT, &action, nullptr);
+  action.sa_handler = onCycle;
+  sigaction(SIGUSR1, &action, nullptr);
+  sigset_t blocked, before;
+  sigemptyset(&blocked);
+  for (const int number : {SIGTERM, SIGINT, SIGUSR1}) sigaddset(&blocked, number);
+  sigprocmask(SIG_BLOCK, &blocked, &before);  // they come only while asleep, so none is overlooked
+  return before;
+}
+
+int fail(const std::string& why) {
+  std::fprintf(stderr, "kvr-target: %s\n", why.c_str());
+  return 2;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const sim::ParsedOptions parsed = sim::parseTargetOptions({argv + 1, argv + argc});
+  if (parsed.options.help) return std::fputs(sim::targetUsage().c_str(), stdout), 0;
+  if (!parsed.error.empty()) return fail(parsed.error);
+  const sim::TargetOptions& options = parsed.options;
+  sim::Target target(options, clockNow());
+  if (!target.error().empty()) return fail(target.error());
+  Terminal terminal;
+  if (!terminal.open()) return fail(std::string("no pseudo-terminal: ") + std::strerror(errno));
+  const sigset_t whileAsleep = catchSignals();
+  if (!options.linkPath.empty()) {
+    unlink(options.linkPath.c_str());
+    if (symlink(terminal.name().c_str(), options.linkPath.c_str()) != 0)
+      return fail("cannot make " + options.linkPath + ": " + std::strerror(errno));
+  }
+  std::printf("%s\n", terminal.name().c_str());
+  std::fflush(stdout);
+  run(terminal, target, options.jsonPath, whileAsleep);
+  if (!options.jsonPath.empty() && !writeReport(options.jsonPath, target.report()))
+    return fail("cannot write " + options.jsonPath);
+  if (!options.linkPath.empty()) unlink(options.linkPath.c_str());
+  return 0;
+}

@@ -1,0 +1,42 @@
+// What kvr-target is told on its command line.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "sim/chip_config.h"
+#include "sim/device.h"
+
+namespace sim {
+
+struct TargetOptions {
+  std::string device = "chip";  // chip, board or demo
+  std::string model = "Ivy-H20S";
+  char letter = 0;
+  int firmware = 0;
+  double clockHz = 11059200;
+  std::uint64_t seed = 1;
+  bool paced = false;
+  double powerOnSeconds = 0;      // after the start and after each power cycle
+  double powerCycleSeconds = -1;  // so long after a chip was released or fell silent; below 0: never
+  int chips = 1;                  // a fresh one at each power cycle
+  bool once = false;              // ends when the last chip has been released
+  std::vector<std::pair<std::string, std::string>> faults;
+  std::string application;           // what a released chip runs: "", echo, chatter, monitor or trigger
+  std::string trigger = "11 22 33";  // bytes that make it reset into the boot firmware, hexadecimal
+  Line applicationLine{115200, 'n'};
+  std::string jsonPath;
+  std::string linkPath;
+  bool help = false;
+};
+
+struct ParsedOptions {
+  TargetOptions options;
+  std::string error;  // empty when all was understood
+};
+
+ParsedOptions parseTargetOptions(const std::vector<std::string_view>& arguments);
+std::string targetUsage();
+
+}  // namespace sim
