@@ -1,0 +1,138 @@
+#include "options/compose_options.h"
+
+#include <array>
+
+#include "options/option_table.h"
+
+namespace kvr::options {
+namespace {
+
+constexpr std::uint8_t byteOf(int value) {
+  return static_cast<std::uint8_t>(value & 0xFF);
+}
+
+void putBit(OptionBytes& bytes, const BitPlace& place) {
+  auto& byte = bytes[static_cast<std::size_t>(place.byte)];
+  const int mask = 1 << place.bit;
+  byte = byteOf(place.chosen == 1 ? byte | mask : byte & ~mask);
+}
+
+// Replaces the bits of `mask` by those of `value`.
+void putField(std::uint8_t& byte, int mask, int value) {
+  byte = byteOf((byte & ~mask) | (value & mask));
+}
+
+// The place of `text` in `choices`; the last place when it is not there.
+template <std::size_t N>
+int placeOrLast(const std::array<std::string_view, N>& choices, std::string_view text) {
+  for (std::size_t i = 0; i < N; ++i)
+    if (choices[i] == text) return static_cast<int>(i);
+  return static_cast<int>(N) - 1;
+}
+
+int prescalerBits(std::string_view text) {
+  constexpr std::array<std::string_view, 8> kChoices = {"2", "4", "8", "16", "32", "64", "128", "256"};
+  return placeOrLast(kChoices, text);
+}
+
+int wakeUpBits(std::string_view text) {
+  constexpr std::array<std::string_view, 4> kChoices = {"4096", "8192", "16384", "32768"};
+  return placeOrLast(kChoices, text);
+}
+
+// The list runs from the highest threshold, which is value 4, downwards.
+int lowVoltageBits(int listIndex) {
+  const int n = listIndex + 3;
+  return n >= 0 && n <= 7 ? 7 - n : 5;
+}
+
+// Which byte holds the prescaler in its low three bits; -1: the family has no watchdog lines.
+int prescalerByte(int family) {
+  switch (panelSlotOf(family)) {
+    case 4:
+    case 5:
+      return 3;
+    case 6:
+    case 7:
+    case 8:
+    case 9:
+    case 10:
+      return 2;
+    case 15:
+      return 4;
+    default:
+      return -1;
+  }
+}
+
+void putFields(OptionBytes& bytes, const PanelValues& values, std::optional<RcTrim> trim) {
+  const int family = values.family;
+  if (const int byte = prescalerByte(family); byte >= 0)
+    putField(bytes[static_cast<std::size_t>(byte)], 0x07, prescalerBits(values.prescaler));
+  if (family == 9 || family == 10) putField(bytes[0], 0x30, wakeUpBits(values.wakeUpDelay) * 16);
+  if (family == 15 || family == 16) {
+    putField(bytes[1], 0x07, lowVoltageBits(values.lowVoltageIndex));
+    const auto registers = trim.value_or(RcTrim{.code = 88, .fine = 128});
+    bytes[3] = registers.code;
+    bytes[4] = registers.fine;
+  }
+  if (family == 17) {
+    bytes[3] = byteOf(values.trimBand * 64 + values.trimStep);
+    bytes[4] = byteOf(values.trimFine);
+  }
+}
+
+}  // namespace
+
+PanelValues defaultValues(int family) {
+  PanelValues values{.family = family};
+  for (const auto& row : optionRows(panelSlotOf(family))) {
+    if (row.place.known()) values.choices[std::string(row.key)] = row.text == "1" ? "True" : "False";
+    if (row.key == "WDT_Prescalar") values.prescaler = row.text;
+    if (row.key == "RC30K_Divder") values.wakeUpDelay = row.text;
+    if (row.key == "Low_Voltage_detector") values.lowVoltageIndex = 0;
+  }
+  return values;
+}
+
+OptionBytes defaultBytes(int family) {
+  OptionBytes bytes;
+  bytes.fill(255);
+  if (panelSlotOf(family) == 2) bytes[1] = 253;
+  if (family >= 3 && family <= 6) bytes[8] = 247;
+  return bytes;
+}
+
+WantedOptions composeOptions(const PanelValues& values, std::optional<RcTrim> trim) {
+  const int family = values.family;
+  WantedOptions wanted{.bytes = defaultBytes(family), .words = {}};
+  if (!values.noOptions) {
+    for (const auto& row : optionRows(panelSlotOf(family))) {
+      const auto chosen = values.choices.find(row.key);
+      if (row.place.known() && chosen != values.choices.end() && chosen->second == "True")
+        putBit(wanted.bytes, row.place);
+    }
+    putFields(wanted.bytes, values, trim);
+  }
+  wanted.words = {.doubleSpeed = wordOf(family, "Double_speed_YES", wanted.bytes),
+                  .clearUnusedAp = wordOf(family, "Clear_Unused_AP_YES", wanted.bytes)};
+  if (family >= 15 && family <= 17) {  // these chips keep the boot firmware's own choices in byte 12
+    wanted.bytes[12] = wanted.bytes[8];
+    wanted.bytes[8] = 255;
+  }
+  return wanted;
+}
+
+std::string wordOf(int family, std::string_view key, const OptionBytes& bytes) {
+  const auto* row = findRow(panelSlotOf(family), key);
+  if (row == nullptr || !row->place.known()) return {};
+  return holds(bytes, row->place) ? "1" : "0";
+}
+
+void refreshChoices(int family, OptionSet& set) {
+  if (family == 1) return;
+  set.wanted = defaultBytes(family);
+  set.reportedWords = {.doubleSpeed = wordOf(family, "Double_speed_YES", set.reported), .clearUnusedAp = {}};
+}
+
+}  // namespace kvr::options

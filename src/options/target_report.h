@@ -1,0 +1,37 @@
+// What a chip turned out to be, in words: lines for the message pane and texts for the labels beside the options. The
+// wording follows the letter of the chip's firmware, which settles its byte layout, and not the selected model.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "options/option_set.h"
+
+namespace kvr::options {
+
+struct ChipAnswer {
+  int selectedFamily = 0;      // of the model that the operator selected
+  bool reservedKnown = false;  // the chip said how much room its boot firmware takes
+  std::string modelName;       // empty: unknown
+  std::string versionText;     // "6.3", or empty
+  char letter = 0;             // stepping letter; 0: unknown
+  OptionBytes reported{};
+  // Three bytes of the status frame behind the firmware version, as the oldest layouts place them.
+  std::uint8_t status11 = 0;
+  std::uint8_t status12 = 0;
+  std::uint8_t status13 = 0;
+};
+
+struct TargetReport {
+  std::vector<std::string> lines;   // new lines of the message pane, in order
+  std::optional<bool> doubleSpeed;  // set: the chip's speed mode is now known to be this
+  bool clearStartPair = false;      // frames are no longer required to begin with the start pair
+  // Texts of `LabLock` from index 1 on; labels behind them are hidden. Not set: the labels stay as they are.
+  std::optional<std::vector<std::string>> labels;
+  bool operator==(const TargetReport&) const = default;
+};
+
+TargetReport describeTarget(const ChipAnswer& answer);
+
+}  // namespace kvr::options

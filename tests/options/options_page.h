@@ -1,0 +1,59 @@
+// An options page in the virtual world: the room, its panel and what the main form lends it.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+
+#include "catalogue/mcu_record.h"
+#include "options/option_table.h"
+#include "options/options_room.h"
+#include "platform/virtual/virtual_loop.h"
+#include "platform/virtual/virtual_world.h"
+
+namespace kvr::options {
+
+struct OptionsPage {
+  platform::VirtualLoop loop;
+  platform::ScriptedDialogs dialogs{loop};
+  OptionPanel panel;
+  catalogue::SelectedModel model;
+  UiLock lock;
+  platform::TextBox textMsg{"textMsg"};
+  platform::Frame step{"FrameX", 3};
+  OptionsRoom room{dialogs, panel, model, lock, textMsg, step};
+
+  void select(const std::string& name) {
+    const auto* record = catalogue::findByName(name);
+    ASSERT_NE(record, nullptr) << name;
+    select(*record);
+  }
+  void select(const catalogue::McuRecord& record) {
+    model = catalogue::describeModel(record);
+    room.showFamilyPanel();
+  }
+  std::span<const OptionRow> rows() const { return optionRows(panelSlotOf(model.record.family)); }
+  platform::Control& control(std::string_view key) {
+    const auto* row = findRow(panelSlotOf(model.record.family), key);
+    return *panel.find(row->control, row->index);
+  }
+  platform::OptionButton& button(std::string_view key) { return dynamic_cast<platform::OptionButton&>(control(key)); }
+};
+
+// One model with options of each family, small and large Rowan parts alike.
+inline std::vector<const catalogue::McuRecord*> modelsWithOptions() {
+  std::map<int, const catalogue::McuRecord*> first;
+  for (const auto& record : catalogue::allRows())
+    if (!record.noOptions && !record.name.empty())
+      first.try_emplace(record.family == 18 && record.apEnd > 16384 ? 99 : record.family, &record);
+  std::vector<const catalogue::McuRecord*> models;
+  for (const auto& [family, record] : first) models.push_back(record);
+  return models;
+}
+
+inline char letterOf(int family) {
+  return std::string("ABCDEGHIJKLMNO-QRSZ")[static_cast<std::size_t>(family)];
+}
+
+}  // namespace kvr::options

@@ -1,0 +1,296 @@
+#include "options_page.h"
+
+namespace kvr::options {
+namespace {
+
+constexpr std::string_view kWatchdogKeys[] = {"Idle_Run_WDT_YES", "Idle_Run_WDT_NO", "WDT_Prescalar"};
+
+bool neverTakesInput(const OptionRow& row, int family) {
+  return row.key.starts_with("Unchangeable_WDT") || (row.key.starts_with("EN810") && (family == 15 || family == 16));
+}
+
+// What the chip answers when it holds the wanted bytes, in words.
+std::vector<std::string> reportOf(const OptionsPage& page) {
+  const auto& record = page.model.record;
+  return describeTarget({.selectedFamily = record.family,
+                         .modelName = std::string(record.name),
+                         .letter = letterOf(record.family),
+                         .reported = page.room.set().wanted})
+      .lines;
+}
+
+TEST(OptionsPage, EveryChoiceGoesToItsBitAndComesBackAsItsLine) {
+  int reported = 0, keys = 0;
+  for (const auto* record : modelsWithOptions()) {
+    OptionsPage page;
+    page.select(*record);
+    for (std::size_t i = 0; i < page.rows().size(); ++i) {
+      const auto& row = page.rows()[i];
+      if (!row.place.known()) continue;
+      SCOPED_TRACE(std::string(record->name) + " " + std::string(row.key));
+      page.room.showFamilyPanel();
+      ASSERT_TRUE(page.room.setControlValue("Power_On_Run_WDT_YES", "1") || record->family < 3 ||
+                  panelSlotOf(record->family) == 2);
+      page.room.applyEnableRules();
+      if (neverTakesInput(row, record->family))
+        page.room.setControlValue(row.key, "True");
+      else
+        page.button(row.key).userChoose();
+      page.room.composeOptions();
+      auto bytes = page.room.set().wanted;
+      if (page.model.familyClass == 4) std::swap(bytes[8], bytes[12]);
+      EXPECT_EQ(wordOf(record->family, row.key, bytes), "1");
+      ++keys;
+      const auto text = reportText(panelSlotOf(record->family), i, catalogue::voltageClass(*record));
+      const auto lines = reportOf(page);
+      if (lines.size() <= 2) continue;  // this letter's report has no rows
+      EXPECT_EQ(std::count(lines.begin(), lines.end(), text), text.empty() ? 0 : 1) << text;
+      reported += text.empty() ? 0 : 1;
+    }
+  }
+  EXPECT_GT(keys, 250);
+  EXPECT_GT(reported, 170);
+}
+
+TEST(OptionsPage, TakesInputAsTheLockSaysAndLabelsStayOn) {
+  for (const auto* record : modelsWithOptions())
+    for (int state = 0; state <= 3; ++state) {
+      OptionsPage page;
+      page.select(*record);
+      page.lock.set(state);
+      for (const auto& row : page.rows()) {
+        const bool label = row.control == "LabOption";
+        const bool idle =
+            std::find(std::begin(kWatchdogKeys), std::end(kWatchdogKeys), row.key) != std::end(kWatchdogKeys);
+        if (!label && row.key == kClew) continue;  // a button's caption: its own row decides
+        const bool takesInput = label || (state == 0 && !neverTakesInput(row, record->family) && !idle);
+        EXPECT_EQ(page.panel.find(row.control, row.index)->enabled(), takesInput)
+            << record->name << " " << row.key << row.control << " state " << state;
+      }
+    }
+}
+
+TEST(OptionsPage, IdleChoiceAndPrescalerFollowTheAutomaticStartAndKeepTheirValues) {
+  OptionsPage page;
+  for (const char* name : {"Elm-H02A", "Quince-H03", "Rowan-H20"}) {
+    page.select(name);
+    page.button("Power_On_Run_WDT_YES").userChoose();
+    page.panel.comWDT_Prescalar[0].userPick(2);
+    for (const auto key : kWatchdogKeys) EXPECT_TRUE(page.control(key).enabled()) << name;
+    page.button("Power_On_Run_WDT_NO").userChoose();
+    EXPECT_FALSE(page.panel.comWDT_Prescalar[0].enabled());
+    EXPECT_FALSE(page.button("Idle_Run_WDT_YES").enabled());
+    EXPECT_EQ(page.panel.comWDT_Prescalar[0].text(), "8");
+  }
+}
+
+TEST(OptionsPage, AFreshSelectionThrowsChoicesAway) {
+  OptionsPage page;
+  page.select("Ivy-HF0S");
+  page.textMsg.setText("old words");
+  page.panel.LabLock[2].setVisible(true);
+  const auto fresh = page.room.readPanel().choices;
+  page.button("Half_Gain_YES").userChoose();
+  page.panel.comWDT_Prescalar[0].setListIndex(0);
+  page.room.showFamilyPanel();
+  EXPECT_EQ(page.room.readPanel().choices, fresh);
+  EXPECT_EQ(page.panel.comWDT_Prescalar[0].text(), "256");
+  EXPECT_EQ(page.textMsg.text(), "");
+  EXPECT_FALSE(page.panel.LabLock[2].visible());
+}
+
+TEST(OptionsPage, ClockAndResetPinKeepEachOtherPossible) {
+  OptionsPage page;
+  for (const char* name : {"Ivy-HF0S", "Larch-H20Y"}) {
+    page.select(name);
+    page.button("P4_7_As_RESET_NO").userChoose();
+    page.button("Interior_Oscillate").userChoose();
+    EXPECT_TRUE(page.room.chosen("P4_7_As_RESET_YES")) << name;
+    page.button("P4_7_As_RESET_NO").userChoose();
+    EXPECT_TRUE(page.room.chosen("Exterior_Oscillate")) << name;
+  }
+  page.select("Hazel-H04");  // the same buttons mean another thing: no tie
+  page.button("Interior_Oscillate").userChoose();
+  page.button("EN810_200mS_YES").userChoose();
+  EXPECT_TRUE(page.room.chosen("Interior_Oscillate"));
+}
+
+TEST(OptionsPage, ModelsWithoutOptionsShowWhatIsFixedAndIgnoreTheLock) {
+  int models = 0;
+  for (const auto& record : catalogue::allRows()) {
+    if (!record.noOptions) continue;
+    OptionsPage page;
+    page.select("Rowan-H40");
+    page.select(record);
+    const auto& groups = page.room.groups();
+    ASSERT_GE(groups.size(), 5u) << record.name;
+    for (const auto& group : groups)
+      EXPECT_TRUE(group.label->visible() && !group.label->caption().empty() && group.buttons.empty());
+    EXPECT_EQ(groups[0].label->caption(), "Next Power-Up-Reset, use External Crystal/Clock");
+    EXPECT_EQ(page.step.caption(), "Step4: Options");
+    for (int row = 0; row < OptionPanel::kRows; ++row)
+      for (const auto* button : page.panel.optionButtons(row)) EXPECT_FALSE(button->visible());
+    page.lock.set(UiLock::kLocked);
+    EXPECT_TRUE(groups[0].label->enabled());
+    ++models;
+  }
+  EXPECT_GT(models, 20);
+}
+
+TEST(OptionsPage, FixedValuesNameTheThresholdOfFamilyAndClass) {
+  const auto last = [](int family, std::string_view name, std::size_t fromEnd) {
+    const auto texts = fixedOptionTexts({.family = family, .name = name, .noOptions = true});
+    return std::string(texts[texts.size() - fromEnd]);
+  };
+  EXPECT_EQ(last(5, "Gum-H1E", 2), "Low Voltage Reset, when MCU-VCC < 3.7V");
+  EXPECT_EQ(last(8, "Juniper-L0E", 2), "Low Voltage Reset, when MCU-VCC < 2.4V");
+  EXPECT_EQ(last(17, "Sumac-H0E", 2), "Low Voltage Reset, when MCU-VCC < 4.3V");
+  EXPECT_EQ(last(17, "Sumac-L0E", 2), "Low Voltage Reset, when MCU-VCC < 2.5V");
+  EXPECT_EQ(last(10, "Larch-H3E", 1), "Low Voltage Reset, when MCU-VCC < 4.1V");
+  EXPECT_EQ(fixedOptionTexts({.family = 9, .name = "Kauri-H18", .noOptions = true})[1], "RESET/P3.6 is used as RESET");
+}
+
+TEST(OptionsPage, LaysOutEveryFamilyInReadingOrder) {
+  for (const auto* record : modelsWithOptions()) {
+    OptionsPage page;
+    int told = 0;
+    page.room.layoutChanged.connect([&] { ++told; });
+    page.select(*record);
+    EXPECT_EQ(told, 1);
+    int before = -1;
+    std::set<const platform::Control*> placed;
+    for (const auto& group : page.room.groups()) {
+      EXPECT_GT(group.row, before) << record->name;
+      EXPECT_EQ(group.block, group.row < 8 ? 0 : 1);
+      before = group.row;
+      placed.insert(group.buttons.begin(), group.buttons.end());
+      if (group.list != nullptr) placed.insert(group.list);
+    }
+    for (int row = 0; row < OptionPanel::kRows; ++row)
+      for (const auto* button : page.panel.optionButtons(row))
+        EXPECT_EQ(button->visible(), placed.count(button) == 1) << record->name;
+    EXPECT_EQ(page.panel.com_RC_frequency[5].visible(), page.model.dualClock) << record->name;
+    EXPECT_EQ(page.panel.com_RC_frequency[4].visible(), page.model.rcModelTiny);
+  }
+}
+
+TEST(OptionsPage, SmallRowanPartsHaveNoUnusedAreaToChooseAbout) {
+  OptionsPage page;
+  catalogue::McuRecord record{.family = 18, .name = "Rowan-H40", .apEnd = 16383};
+  page.select(record);
+  EXPECT_FALSE(page.button("Clear_Unused_AP_YES").visible());
+  EXPECT_FALSE(page.panel.Option12[2].visible());
+  EXPECT_EQ(page.room.groups().size(), 9u);
+  record.apEnd = 16384;
+  page.select(record);
+  EXPECT_TRUE(page.button("Clear_Unused_AP_YES").visible());
+  EXPECT_EQ(page.room.groups()[2].notes.size(), 1u);
+}
+
+TEST(OptionsPage, CaptionsAndListsFollowTheVoltageClass) {
+  OptionsPage page;
+  page.select("Ivy-LF0S");
+  EXPECT_EQ(page.button("LowU_Reset_YES").caption(), "<1.31V Voltage Reset");
+  EXPECT_EQ(page.button("LowU_Reset_NO").caption(), "Used as P4.6/LVD");
+  page.select("Ivy-HF0S");
+  EXPECT_EQ(page.button("LowU_Reset_YES").caption(), "<1.33V Voltage Reset");
+  page.select({.family = 9, .name = "Kauri-L04"});
+  EXPECT_EQ(page.button("LowU_Reset_NO").caption(), "< 2.1V");
+  page.select("Pine-H03");
+  EXPECT_EQ(page.panel.com_RC_frequency[4].text(), "4.05");
+  page.panel.com_RC_frequency[4].userPick(3);
+  page.select("Pine-L03");
+  EXPECT_EQ(page.panel.com_RC_frequency[4].text(), "2.61");
+}
+
+TEST(OptionsPage, ProjectValuesAreSetAndReadByKey) {
+  OptionsPage page;
+  page.select({.family = 10, .name = "Larch-H04Y"});
+  EXPECT_EQ(page.room.controlValue("RC30K_Divder"), "3");
+  EXPECT_EQ(page.room.controlValue("Exterior_Oscillate"), "True");
+  EXPECT_TRUE(page.room.setControlValue("RC30K_Divder", "1"));
+  EXPECT_TRUE(page.room.setControlValue("WDT_Prescalar", "99"));  // no such entry: the choice stays
+  EXPECT_TRUE(page.room.setControlValue("Interior_Oscillate", "True"));
+  EXPECT_FALSE(page.room.setControlValue("Double_speed_YES", "True"));
+  EXPECT_EQ(page.room.readPanel().wakeUpDelay, "8192");
+  EXPECT_EQ(page.room.readPanel().prescaler, "256");
+  EXPECT_EQ(page.room.controlValue("Exterior_Oscillate"), "False");
+  EXPECT_TRUE(page.room.chosen("P4_7_As_RESET_YES"));
+  EXPECT_EQ(page.room.controlValue("Clew"), "");
+  EXPECT_EQ(projectSlotOf(15), 7);
+  EXPECT_EQ(projectSlotOf(16), 10);
+  EXPECT_EQ(projectSlotOf(14), -1);
+}
+
+TEST(OptionsPage, FrequencyBoxHoldsItsLimits) {
+  OptionsPage page;
+  page.select("Pine-H03");
+  auto& box = page.panel.com_RC_frequency[5];
+  struct Case {
+    const char* typed;
+    const char* left;
+    int hz;
+    const char* words;
+  };
+  for (const auto& [typed, left, hz, words] :
+       {Case{"11,0592", "11,0592", 11059200, ""}, Case{"4.5", "4.5", 4500000, ""}, Case{"45", "45", 45000000, ""},
+        Case{"4,4999", "4.5000", 4500000, "4.5MHz"}, Case{"45.0001", "45.0000", 45000000, "45MHz"},
+        Case{"fast", "4.5000", 4500000, "4.5MHz"}}) {
+    page.dialogs.shown.clear();
+    page.dialogs.beeps.clear();
+    box.userType(typed);
+    box.userLeave();
+    EXPECT_EQ(box.text(), left);
+    EXPECT_EQ(page.room.wantedFrequencyHz(), hz) << typed;
+    const bool refused = *words != 0;
+    ASSERT_EQ(page.dialogs.shown.size(), refused ? 1u : 0u) << typed;
+    EXPECT_EQ(page.dialogs.beeps.size(), page.dialogs.shown.size());
+    if (refused) {
+      EXPECT_NE(page.dialogs.shown[0].text.find(words), std::string::npos);
+    }
+  }
+}
+
+TEST(OptionsPage, OnlyTheTrimmedFamiliesCanBeProgrammedAt24MHz) {
+  OptionsPage page;
+  page.select("Pine-H03");
+  EXPECT_EQ(page.room.baseFrequencyHz(), 12000000);
+  page.button("New_ISP_f_NO").userChoose();
+  EXPECT_EQ(page.room.baseFrequencyHz(), 24000000);
+  page.select({.family = 17, .name = "Sumac-H0A"});
+  page.button("P4_7_As_RESET_NO").userChoose();  // the same button
+  EXPECT_EQ(page.room.baseFrequencyHz(), 12000000);
+}
+
+TEST(OptionsPage, TheWatchdogPinIsOneChoiceOnTwoPages) {
+  OptionsPage page;
+  EXPECT_FALSE(page.room.externalWatchdogPin());
+  page.panel.opt_External_WDT[1].userChoose();
+  page.panel.comb_External_WDT.userPick(10);
+  EXPECT_TRUE(page.panel.opt_ISP_DEMO_WDT[1].value());
+  EXPECT_EQ(page.panel.comb_WDT.text(), "P1.2");
+  EXPECT_EQ(page.room.externalWatchdogPin(), 33);
+  page.panel.comb_WDT.setListIndex(-1);
+  EXPECT_EQ(page.room.externalWatchdogPin(), 255);
+  page.panel.opt_ISP_DEMO_WDT[0].userChoose();
+  EXPECT_TRUE(page.panel.opt_External_WDT[0].value());
+  EXPECT_FALSE(page.panel.comb_External_WDT.enabled());
+}
+
+TEST(UiLock, ARunNeverLosesTheOperatorsLock) {
+  UiLock lock;
+  for (const auto& [start, busy] : {std::pair{0, 1}, std::pair{2, 3}}) {
+    lock.set(start);
+    lock.toBusy();
+    lock.toBusy();
+    EXPECT_EQ(lock.state(), busy);
+    lock.toFree();
+    lock.toFree();
+    EXPECT_EQ(lock.state(), start);
+  }
+  lock.set(4);
+  EXPECT_EQ(lock.state(), 2);
+}
+
+}  // namespace
+}  // namespace kvr::options

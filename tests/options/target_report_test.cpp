@@ -1,0 +1,138 @@
+#include "options_page.h"
+
+namespace kvr::options {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+OptionBytes allOnes() {
+  OptionBytes bytes;
+  bytes.fill(255);
+  return bytes;
+}
+
+TEST(TargetReport, NamesWhatALarchChipHoldsInItsOwnWords) {
+  ChipAnswer answer{.selectedFamily = 10,
+                    .reservedKnown = true,
+                    .modelName = "Larch-L20X",
+                    .versionText = "6.6",
+                    .letter = 'L',
+                    .reported = allOnes()};
+  answer.reported[0] = 0x9E;  // reset pin free, wait 8192, low-voltage reset at the higher threshold
+  answer.reported[2] = 0xDA;  // watchdog starts, prescaler 8
+  const auto report = describeTarget(answer);
+  EXPECT_EQ(
+      report.lines,
+      (Lines{"MCU Type is: Larch-L20X", "MCU Firmware Version: 6.6L", "Next Power-Up-Reset, use External Crystal/Clock",
+             "RESET/P4.7 is used as P4.7", "Power-Up do not add extra Reset-Delay-Time",
+             "Oscillator Gain:                 High gain", "P1.0/P1.1 are not related to KVR ISP Programming",
+             "Next ISP Programming Code,don't erase EEPROM data", "Wait n clocks after MCU is waked up: 8192",
+             "Low Voltage Reset, when MCU-VCC < 2.4V", "WDT_CONTR be write-protected except CLR_WDT:NO",
+             "WDT is enabled automatically during power-up:YES", "Stop WatchDog Timer counting in Idle mode:  NO",
+             "Pre-scale time of WDT:               8"}));
+  ASSERT_TRUE(report.labels);
+  EXPECT_EQ(report.labels->size(), report.lines.size() - 1);
+  EXPECT_EQ(report.labels->front(), " MCU: Larch-L20X  Firmware Version: 6.6L");
+  EXPECT_FALSE(report.doubleSpeed);
+  EXPECT_FALSE(report.clearStartPair);
+}
+
+TEST(TargetReport, FollowsTheLettersLayoutNotTheSelectedModel) {
+  const auto line = [](char letter, const char* name, OptionBytes bytes, std::size_t fromEnd) {
+    const auto lines =
+        describeTarget({.selectedFamily = 7, .modelName = name, .letter = letter, .reported = bytes}).lines;
+    return lines.at(lines.size() - fromEnd);
+  };
+  auto bytes = allOnes();
+  bytes[2] = 0xF8;
+  bytes[3] = 0xF9;
+  for (const char letter : {'D', 'E', 'F', 'G', 'H'})
+    EXPECT_EQ(line(letter, "Fir-H40", bytes, 1), "Pre-scale time of WDT(did not start): 4") << letter;
+  for (const char letter : {'I', 'J', 'K', 'L', 'Q', 'R'})
+    EXPECT_EQ(line(letter, "Fir-H40", bytes, 1), "Pre-scale time of WDT(did not start): 2") << letter;
+  const std::string below = "Low Voltage Reset, when MCU-VCC ";
+  EXPECT_EQ(line('D', "Elm-H02", bytes, 5), below + "< 3.3V");
+  EXPECT_EQ(line('G', "Elm-L02", bytes, 5), below + "< 2.0V");
+  EXPECT_EQ(line('J', "Juniper-L02", bytes, 5), below + "< 2.0V");
+  EXPECT_EQ(line('J', "Juniper-H02", bytes, 5), below + "< 3.3V");
+  EXPECT_EQ(line('K', "Kauri-L02", bytes, 5), below + "< 2.1V");
+  EXPECT_EQ(line('K', "", bytes, 5), below + "< 2.1V");
+  EXPECT_EQ(line('H', "Hazel-L02", bytes, 5), "P1.2/RESET2 is used as P1.2/LVD");
+}
+
+TEST(TargetReport, ReadsTheMovedByteOfTrimmedChipsAndLeavesItInPlace) {
+  ChipAnswer answer{.modelName = "Quince-H03", .letter = 'R', .reported = allOnes()};
+  answer.reported[8] = 0;      // not what it seems
+  answer.reported[12] = 0xFE;  // download pins needed
+  answer.reported[1] = 0xFA;   // threshold value 2
+  const auto lines = describeTarget(answer).lines;
+  const auto has = [&](const char* text) { return std::count(lines.begin(), lines.end(), text); };
+  EXPECT_EQ(has("P3.2/P3.3 need = 0/0 when Programming"), 1);
+  EXPECT_EQ(has("Next ISP Programming Code,don't erase EEPROM data"), 1);
+  EXPECT_EQ(has("Low Voltage detector                 3.61V"), 1);
+  EXPECT_EQ(lines.size(), 13u);
+}
+
+TEST(TargetReport, OldestFirmwaresTellTheirSpeedInOneBit) {
+  ChipAnswer answer{.selectedFamily = 0, .letter = 'A', .reported = allOnes(), .status13 = 8};
+  EXPECT_EQ(describeTarget(answer).lines, (Lines{"MCU Firmware Version: A", "Double speed: Yes"}));
+  EXPECT_EQ(describeTarget(answer).doubleSpeed, true);
+  EXPECT_FALSE(describeTarget(answer).clearStartPair);
+  answer.status13 = 0xF7;
+  EXPECT_EQ(describeTarget(answer).lines.back(), "Double speed: No");
+  EXPECT_EQ(describeTarget(answer).doubleSpeed, false);
+  EXPECT_EQ(*describeTarget(answer).labels, (Lines{"", "", "Double speed (6 clock) / 双倍速: No"}));
+  answer.letter = 'B';
+  answer.selectedFamily = 1;
+  answer.versionText = "3.2";
+  EXPECT_EQ(describeTarget(answer).lines, (Lines{"MCU Firmware Version: 3.2B", "Double speed: Unknown"}));
+  EXPECT_EQ(describeTarget(answer).doubleSpeed, false);
+  EXPECT_TRUE(describeTarget(answer).clearStartPair);
+  EXPECT_EQ(describeTarget(answer).labels->at(1), "MCU Firmware Version: 3.2B");
+}
+
+TEST(TargetReport, LetterCGivesRowsInThePaneAndFixedWordsOnTheLabels) {
+  ChipAnswer answer{.selectedFamily = 2,
+                    .modelName = "Cedar-H20R",
+                    .versionText = "4.3",
+                    .letter = 'C',
+                    .reported = allOnes(),
+                    .status13 = 0xFE};
+  answer.reported[1] = 0xFC;
+  const auto report = describeTarget(answer);
+  EXPECT_EQ(report.lines[2], "Double speed:                     YES, 6T");
+  EXPECT_EQ(report.lines.size(), 9u);
+  EXPECT_FALSE(report.doubleSpeed);
+  ASSERT_EQ(report.labels->size(), 8u);
+  EXPECT_EQ(report.labels->at(2), "Double speed (6 clock) / 双倍速: Yes");
+  answer.letter = 'N';
+  EXPECT_EQ(describeTarget(answer).labels->size(), 8u);
+  EXPECT_EQ(describeTarget(answer).labels->at(1), report.lines[2]);
+}
+
+TEST(TargetReport, UnknownLettersGetModelAndVersionOnly) {
+  for (const char letter : {'M', 'O', 'P', 'S', 'Z', 'a'}) {
+    const auto report = describeTarget({.modelName = "Sumac-H02", .letter = letter, .reported = allOnes()});
+    EXPECT_EQ(report.lines, (Lines{"MCU Type is: Sumac-H02", std::string("MCU Firmware Version: ") + letter}));
+    EXPECT_FALSE(report.labels);
+  }
+}
+
+TEST(TargetReport, FillsTheLabelsAndHidesWhatAnEarlierReportLeft) {
+  OptionsPage page;
+  page.room.showReport({.lines = {"one", "two"}, .labels = Lines{"head", "a", "b", "c"}});
+  page.room.showReport({.lines = {"three"}, .labels = Lines{"head", "", "d"}});
+  EXPECT_EQ(page.textMsg.text(), "\none\ntwo\nthree");
+  EXPECT_TRUE(page.panel.LabLock[0].visible() && page.panel.LabLock[16].visible());
+  EXPECT_EQ(page.panel.LabLock[1].caption(), "head");
+  EXPECT_FALSE(page.panel.LabLock[2].visible());
+  EXPECT_EQ(page.panel.LabLock[3].caption(), "d");
+  EXPECT_FALSE(page.panel.LabLock[4].visible());
+  page.room.showReport({.lines = {}});
+  EXPECT_TRUE(page.panel.LabLock[3].visible());
+  page.room.clearLockLabels();
+  EXPECT_FALSE(page.panel.LabLock[0].visible());
+}
+
+}  // namespace
+}  // namespace kvr::options
