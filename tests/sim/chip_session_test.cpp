@@ -145,6 +145,22 @@ TEST(SimulatedChip, AnswersTheFixedLinkAndLeavesOnItsEndFrame) {
   EXPECT_EQ(hand.chip.violationText(), "");
 }
 
+TEST(SimulatedChip, OfEveryModelHasItsBootBlockAboveItsApplicationAndSaysWhoItIs) {
+  for (const McuRecord& row : kvr::catalogue::allRows()) {
+    EXPECT_LT(row.apEnd, bootStartOf(row)) << row.name;
+    ChipConfig config = configFor(row, 12000000);
+    config.directStatus = true;
+    Hand hand(config);
+    const Bytes status = hand.sync(20);
+    ASSERT_GT(status.size(), 27U) << row.name;
+    EXPECT_EQ(status[2], status.size()) << row.name;
+    EXPECT_EQ(status[23] * 256 + status[24],
+              std::stoi(std::string(row.code) + (row.code.size() == 2 ? "FF" : ""), nullptr, 16))
+        << row.name;
+    EXPECT_EQ(status.size() < 57 || (status[54] & 1) == 0, true) << row.name;
+  }
+}
+
 TEST(SimulatedChip, ExcusesWhatFollowsADisturbanceOfTheWire) {
   WireConfig wire;
   wire.faults = {{Direction::hostToDevice, -1, FaultKind::lose}};
