@@ -5,9 +5,11 @@ namespace kvr::shell {
 MainForm::MainForm(platform::World services)
     : world(services),
       images(world, model, main.textMsg),
+      optionsRoom(world.dialogs, options, model, lock, main.textMsg, main.FrameX[3]),
       shared{main.textMsg, main.combCommPort, main.imgOpen_sys, main.ProgressBar1, main.labKbyte},
       lease(world.loop, world.link),
       link(world, lease, model, download, shared),
+      offlineSession({link, activity, lock, optionsRoom.set(), images.state, images.panel, main.txtDevice}, offline),
       picker(world, main, model),
       settings(world.loop, world.store, registry),
       timerUnload_(world.loop, [this] { timerUnload(); }) {
@@ -33,8 +35,14 @@ void MainForm::connectRooms() {
       .setDataFileControls = [this](bool on) { images.setDataFileControls(on); },
       .switchDataIncrementOff = [this] { images.panel.cheData_Auto_Increase.setValue(false); },
       .showRange = [this](const catalogue::IspRange&) { images.showModel(); },
+      .clearTargetReport = [this] { optionsRoom.clearLockLabels(); },
+      .showFamilyPanel = [this] { optionsRoom.showFamilyPanel(); },
       .requestSave = [this] { settings.requestSave(); },
   };
+  link.baseFrequencyMHz = [this] { return optionsRoom.baseFrequencyHz() / 1000000; };
+  link.onPortStatus = [this](const std::string& why) { main.portStatus.setCaption(why); };
+  offlineSession.composeOptions = [this] { optionsRoom.composeOptions(); };
+  settings.hooks.pinsShown = [this] { optionsRoom.followPins(); };
   settings.hooks.modelSelected = [this] { picker.treeClicked(); };
   settings.hooks.rangeShown = [this] { images.showModel(); };
   lock.changed.connect([this] { applyLock(); });

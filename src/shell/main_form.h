@@ -15,7 +15,9 @@
 #include "images/image_room.h"
 #include "monitor/monitor_panel.h"
 #include "offline/offline_panel.h"
+#include "offline/offline_session.h"
 #include "options/option_panel.h"
+#include "options/options_room.h"
 #include "options/ui_lock.h"
 #include "platform/world.h"
 #include "shell/main_panel.h"
@@ -67,10 +69,12 @@ class MainForm {
   offline::OfflinePanel offline;
   userpath::UserPathPanel userpath;
   images::ImageRoom images;
+  options::OptionsRoom optionsRoom;
 
   engine::SharedControls shared;
   engine::PortLease lease;
   engine::TargetLink link;
+  offline::OfflineSession offlineSession;
   ModelPicker picker;
   Settings settings;
 
