@@ -127,6 +127,7 @@ void OptionsRoom::applyEnableRules() {
   for (const auto& row : optionRows(panelSlotOf(family())))
     if (auto* control = panel_.find(row.control, row.index)) control->setEnabled(enabledIn(row, lock_.state()));
   if (lock_.free()) applyWatchdogRule();
+  panel_.com_RC_frequency[5].setEnabled(!lock_.busy());  // its check asks the person, which a run cannot wait for
 }
 
 // Prescaler and idle choice matter only to a watchdog that the power-up starts.

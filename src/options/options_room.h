@@ -30,7 +30,8 @@ class OptionsRoom {
   void showFamilyPanel();
   const std::vector<PanelGroup>& groups() const { return groups_; }
   platform::Signal layoutChanged;  // `groups` are new
-  // Enables the panel's controls by the state of the lock. Runs by itself when the lock changes.
+  // Enables the panel's controls by the state of the lock. Runs by itself when the lock changes. The frequency box
+  // stays open in a locked state, since no project holds it, and closes while a run goes on.
   void applyEnableRules();
 
   // --- choices by key
@@ -60,7 +61,6 @@ class OptionsRoom {
   // The pin that feeds an external watchdog, as it travels: port + 16 * bit; 255 for a text that is no pin; empty when
   // there is none to feed.
   std::optional<std::uint8_t> externalWatchdogPin() const;
-  void followPins();  // the pin lists take input when their pins are in use
 
   // --- the chip's answer
   // Lines and labels only; what else a report says is the caller's to apply.
@@ -70,6 +70,7 @@ class OptionsRoom {
  private:
   void connectButtons();
   void connectPins();
+  void followPins();
   void tieClockAndReset(int clicked);
   void hideAll();
   void fillRows();

@@ -51,10 +51,12 @@ void OptionsRoom::connectPins() {
   };
   auto& panel = panel_;
   for (const std::size_t i : {0, 1}) {
-    watch(panel.opt_External_WDT[i], [&panel] { mirror(panel.opt_External_WDT, panel.opt_ISP_DEMO_WDT); });
-    watch(panel.opt_ISP_DEMO_WDT[i], [&panel] { mirror(panel.opt_ISP_DEMO_WDT, panel.opt_External_WDT); });
-    for (auto* pair : {&panel.opt_485_pin, &panel.opt_External_WDT, &panel.opt_ISP_DEMO_WDT})
-      (*pair)[i].onClick = [this] { followPins(); };
+    watch(panel.opt_485_pin[i], [this] { followPins(); });
+    watch(panel.opt_External_WDT[i], [this] {
+      mirror(panel_.opt_External_WDT, panel_.opt_ISP_DEMO_WDT);
+      followPins();
+    });
+    watch(panel.opt_ISP_DEMO_WDT[i], [this] { mirror(panel_.opt_ISP_DEMO_WDT, panel_.opt_External_WDT); });
   }
   watch(panel.comb_External_WDT, [&panel] { panel.comb_WDT.setListIndex(panel.comb_External_WDT.listIndex()); });
   watch(panel.comb_WDT, [&panel] { panel.comb_External_WDT.setListIndex(panel.comb_WDT.listIndex()); });

@@ -58,6 +58,7 @@ TEST(OptionsPage, TakesInputAsTheLockSaysAndLabelsStayOn) {
       OptionsPage page;
       page.select(*record);
       page.lock.set(state);
+      EXPECT_EQ(page.panel.com_RC_frequency[5].enabled(), state == 0 || state == 2);
       for (const auto& row : page.rows()) {
         const bool label = row.control == "LabOption";
         const bool idle =
