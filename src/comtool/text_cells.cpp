@@ -58,6 +58,13 @@ std::string_view headChars(std::string_view text, std::size_t count) {
   return text.substr(0, at);
 }
 
+std::string_view tailChars(std::string_view text, std::size_t count) {
+  std::size_t at = text.size();
+  while (count > 0 && at > 0)
+    if ((static_cast<std::uint8_t>(text[--at]) & 0xC0) != 0x80) --count;
+  return text.substr(at);
+}
+
 std::string utf8Of(char32_t value) {
   const auto tail = [&](int shift) { return static_cast<char>(0x80 | ((value >> shift) & 0x3F)); };
   if (value < 0x80) return {static_cast<char>(value)};

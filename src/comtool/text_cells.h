@@ -15,8 +15,9 @@ struct Utf8Char {
 // The character at the head of the text. A byte that begins no valid character counts as U+FFFD, one byte long.
 Utf8Char firstChar(std::string_view text);
 std::size_t countChars(std::string_view text);
-// The first `count` characters.
+// The first or the last `count` characters of valid text.
 std::string_view headChars(std::string_view text, std::size_t count);
+std::string_view tailChars(std::string_view text, std::size_t count);
 std::string utf8Of(char32_t value);
 
 // Columns: 0 for marks that combine with the character before them, 2 for wide East Asian characters and pictures, to the

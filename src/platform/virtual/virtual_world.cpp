@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "platform/text.h"
+
 namespace kvr::platform {
 
 std::optional<std::string> MemoryStore::get(const std::string& section, const std::string& key) const {
@@ -95,6 +97,11 @@ std::string VirtualClock::timeOfDay() const {
   std::snprintf(text, sizeof text, "%02d:%02d:%02d", static_cast<int>(seconds / 3600 % 24),
                 static_cast<int>(seconds / 60 % 60), static_cast<int>(seconds % 60));
   return text;
+}
+
+std::string VirtualClock::timeOfDayMillis() const {
+  const auto millis = std::chrono::duration_cast<Millis>(loop_.now()).count() % 1000;
+  return timeOfDay() + "." + padLeft(std::to_string(millis), 3);
 }
 
 std::string VirtualClock::dateTime() const { return "2030-01-01 " + timeOfDay(); }

@@ -90,6 +90,7 @@ class VirtualClock : public WallClock {
  public:
   explicit VirtualClock(const EventLoop& loop) : loop_(loop) {}
   std::string timeOfDay() const override;
+  std::string timeOfDayMillis() const override;
   std::string dateTime() const override;
 
  private:

@@ -1,0 +1,158 @@
+#include "monitor/sfr_monitor.h"
+
+#include <algorithm>
+
+#include "monitor/list_rows.h"
+#include "platform/text.h"
+
+namespace kvr::monitor {
+
+namespace {
+
+constexpr std::size_t kFirstSfr = 128;
+constexpr std::uint16_t kWindowSize = 512;
+constexpr std::size_t kXdataRows = 128;
+constexpr std::size_t kWindowRows = 64;
+
+template <std::size_t N>
+void store(std::array<Cell, N>& cells, std::span<const std::uint8_t> data, std::size_t first = 0) {
+  for (std::size_t i = 0; i < data.size() && first + i < N; ++i) cells[first + i] = data[i];
+}
+
+// One change of the whole list, so that a window draws it once.
+void showCells(platform::ListBox& list, std::span<const Cell> cells) {
+  std::vector<std::string> rows = list.rows();
+  for (std::size_t i = 0; i < rows.size() && (i + 1) * kCellsPerRow <= cells.size(); ++i)
+    rows[i] = withCells(std::move(rows[i]), cells.subspan(i * kCellsPerRow, kCellsPerRow));
+  list.setRows(std::move(rows));
+}
+
+}  // namespace
+
+SfrMonitor::SfrMonitor(platform::EventLoop& loop, MonitorPanel& panel, const catalogue::SelectedModel& model,
+                       options::UiLock& lock)
+    : panel_(panel), model_(model), lock_(lock), timerDebug_(loop, [this] { TimerDebug_Timer(); }) {
+  timerDebug_.setInterval(kFrameTimeout);
+  for (std::size_t i = 0; i < panel_.comDebugContinue.size(); ++i)
+    panel_.comDebugContinue[i].onClick = [this] { comDebugContinue_Click(); };
+  lockToken_ = lock_.changed.watch([this] { applyLock(); });
+  clearLists();
+}
+
+void SfrMonitor::applyLock() {
+  for (std::size_t i = 1; i < panel_.comDebugContinue.size(); ++i) panel_.comDebugContinue[i].setEnabled(lock_.free());
+}
+
+// The time limit runs from the last byte: as long as bytes come, the frame may still be under way.
+void SfrMonitor::monitorScan(std::span<const std::uint8_t> bytes) {
+  timerDebug_.stop();
+  retriesLeft_ = kMaxRequests;
+  for (const Frame& frame : search_.feed(bytes)) {
+    show(frame);
+    answer(Answer::Accepted);
+  }
+  if (search_.owesFrame()) timerDebug_.start();
+}
+
+void SfrMonitor::TimerDebug_Timer() {
+  if (retriesLeft_ <= 0) return;
+  timerDebug_.start();
+  search_.reset();
+  answer(Answer::SendAgain);
+  --retriesLeft_;
+}
+
+void SfrMonitor::answer(Answer answer) {
+  if (!panel_.che_disable_Debug_SFR_232.value() && write) write(answerBytes(answer));
+}
+
+void SfrMonitor::comDebugContinue_Click() {
+  if (openAndSend) openAndSend(answerBytes(Answer::Continue));
+}
+
+void SfrMonitor::fillSfrList() {
+  const auto table = registerTable(model_.record.family);
+  if (table.empty()) return;
+  listedFamily_ = model_.record.family;
+  std::vector<std::string> rows;
+  for (const auto& named : table) rows.push_back(registerRow(named));
+  panel_.lst_debug1.setSelected({});
+  panel_.lst_debug1.setRows(std::move(rows));
+}
+
+void SfrMonitor::clearLists() {
+  std::vector<std::string> names;
+  for (const auto& named : registerTable(listedFamily_)) names.push_back(registerRow(named));
+  panel_.lst_debug1.setSelected({});
+  panel_.lst_debug1.setRows(std::move(names));
+  panel_.lst_debug2.setRows(ramRows());
+  panel_.lst_debug3.setRows(xdataRows(0, kXdataRows));
+  fillWindowRows(windowAddress_);
+  sfrValues_.fill(kUnknown);
+  ramValues_.fill(kUnknown);
+  xdataValues_.fill(kUnknown);
+  xdataWindow_.fill(kUnknown);
+}
+
+void SfrMonitor::fillWindowRows(std::uint16_t address) {
+  windowAddress_ = address;
+  panel_.lst_debug4.setRows(xdataRows(address, kWindowRows));
+}
+
+void SfrMonitor::show(const Frame& frame) {
+  const auto record = readRecord(frame);
+  if (!record) return;
+  switch (record->type) {
+    case RecordType::Sfr:
+      return showSfrRecord(*record);
+    case RecordType::Ram:
+      return showRamRecord(*record);
+    case RecordType::Xdata:
+      return showXdataRecord(*record);
+    case RecordType::Window:
+      return showWindowRecord(*record);
+  }
+}
+
+void SfrMonitor::showSfrRecord(const DumpRecord& record) {
+  std::fill(sfrValues_.begin() + kFirstSfr, sfrValues_.end(), kUnknown);
+  store(sfrValues_, record.data, record.firstAddress);
+  for (const auto& named : record.registers) sfrValues_[named.address] = named.value;
+
+  std::vector<std::string> rows = panel_.lst_debug1.rows();
+  std::vector<bool> selected = panel_.lst_debug1.selected();
+  selected.resize(rows.size(), false);
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const Cell value = sfrValues_[platform::hexOf(rows[i].substr(0, 2)) & 0xFF];
+    if (value == kUnknown) continue;
+    const std::string before = valueOf(rows[i]);
+    rows[i] = withValue(std::move(rows[i]), static_cast<std::uint8_t>(value));
+    selected[i] = valueOf(rows[i]) != before;
+  }
+  panel_.lst_debug1.setRows(std::move(rows));
+  panel_.lst_debug1.setSelected(std::move(selected));
+}
+
+void SfrMonitor::showRamRecord(const DumpRecord& record) {
+  ramValues_.fill(kUnknown);
+  store(ramValues_, record.data);
+  ramValues_[1] = record.r1();
+  ramValues_[0] = record.r0();
+  showCells(panel_.lst_debug2, ramValues_);
+}
+
+void SfrMonitor::showXdataRecord(const DumpRecord& record) {
+  xdataValues_.fill(kUnknown);
+  store(xdataValues_, record.data);
+  showCells(panel_.lst_debug3, xdataValues_);
+}
+
+void SfrMonitor::showWindowRecord(const DumpRecord& record) {
+  xdataWindow_.fill(kUnknown);
+  store(xdataWindow_, record.data);
+  const auto address = static_cast<std::uint16_t>(record.windowAddress - record.windowAddress % kWindowSize);
+  if (address != windowAddress_) fillWindowRows(address);
+  showCells(panel_.lst_debug4, xdataWindow_);
+}
+
+}  // namespace kvr::monitor
