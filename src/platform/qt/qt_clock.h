@@ -7,6 +7,7 @@ namespace kvr::platform {
 class QtClock : public WallClock {
  public:
   std::string timeOfDay() const override;
+  std::string timeOfDayMillis() const override;
   std::string dateTime() const override;
 };
 

@@ -1,0 +1,184 @@
+#include <gtest/gtest.h>
+
+#include "tool_bench.h"
+
+namespace kvr::comtool {
+namespace {
+
+TEST(ToolPort, OpensWithThePagesSettingsAndShowsItOnAllThreePages) {
+  ToolBench b;
+  b.panel.com_Debug_COM.userPick(2);
+  b.panel.com_Debug_Baud.userPick(8);
+  b.panel.com_Debug_ParityCheck.userPick(0);
+  b.panel.comOpenCOM[1].press();
+  EXPECT_TRUE(b.link.opened);
+  EXPECT_EQ(b.link.number, 3);
+  EXPECT_EQ(b.link.current, "9600,E,8,1");
+  EXPECT_EQ(b.lease.holder(), engine::Master::Tool);
+  for (std::size_t i = 0; i < ToolPanel::kPages; ++i) {
+    EXPECT_EQ(b.panel.comOpenCOM[i].caption(), "Close COM");
+    EXPECT_TRUE(b.panel.imgOpen[i].on());
+  }
+  b.panel.comOpenCOM[2].press();
+  EXPECT_FALSE(b.link.opened);
+  EXPECT_EQ(b.lease.holder(), engine::Master::Engine);
+  EXPECT_EQ(b.panel.comOpenCOM[0].caption(), "Open COM");
+  EXPECT_FALSE(b.panel.imgOpen[0].on());
+}
+
+TEST(ToolPort, LightsTheMainLampOnlyForTheEnginesOwnPortAndPutsItOutAgain) {
+  ToolBench b;
+  b.open();
+  EXPECT_TRUE(b.imgOpen_sys.on());
+  b.panel.com_Debug_COM.userPick(1);
+  b.open();
+  EXPECT_FALSE(b.imgOpen_sys.on());
+  b.open();
+  EXPECT_TRUE(b.link.opened);
+  EXPECT_FALSE(b.imgOpen_sys.on());
+}
+
+TEST(ToolPort, TellsWhyAPortCannotBeOpenedAndEndsTheAutomaticSends) {
+  ToolBench b;
+  b.open();
+  b.panel.comAutoSend.press();
+  b.panel.texSpreadSend[0].setText("x");
+  b.panel.comSpreadAutoSend.press();
+  b.tool.imgOpen_Click();
+  b.link.openError = {platform::PortError::Kind::Denied, "COM1: permission denied"};
+  b.open();
+  ASSERT_EQ(b.dialogs.shown.size(), 1U);
+  EXPECT_EQ(b.lastMessage(), "COM1: permission denied");
+  EXPECT_TRUE(b.dialogs.shown[0].warning);
+  EXPECT_EQ(b.panel.comOpenCOM[0].caption(), "Open COM");
+  EXPECT_EQ(b.panel.comAutoSend.caption(), "Repeat Send");
+  EXPECT_EQ(b.panel.comSpreadAutoSend.caption(), "Round Send");
+  b.loop.runFor(Millis(5000));
+  EXPECT_EQ(b.dialogs.shown.size(), 1U);
+  EXPECT_TRUE(b.link.sent.empty());
+}
+
+TEST(ToolPort, RefusedSettingsLeaveThePortClosed) {
+  ToolBench b;
+  b.link.settingsError = {platform::PortError::Kind::BadSettings, "4 data bits are not possible"};
+  b.open();
+  EXPECT_EQ(b.lastMessage(), "4 data bits are not possible");
+  EXPECT_FALSE(b.link.opened);
+  EXPECT_FALSE(b.tool.isOpen());
+}
+
+TEST(ToolPort, AnUnpluggedAdapterClosesTheTerminalInWords) {
+  ToolBench b;
+  b.open();
+  b.panel.comAutoSend.press();
+  b.arriveAndShow("kept");
+  b.link.pullOut();
+  EXPECT_EQ(b.lastMessage(), "COM3: the adapter was pulled out");
+  EXPECT_FALSE(b.tool.isOpen());
+  EXPECT_FALSE(b.panel.imgOpen[2].on());
+  EXPECT_EQ(b.panel.comAutoSend.caption(), "Repeat Send");
+  EXPECT_EQ(b.lease.holder(), engine::Master::Engine);
+  EXPECT_EQ(b.shown(), "kept");
+}
+
+TEST(ToolPort, ANewBaudIsUsedAtOnceWhileOpenAndOpensNothingWhileClosed) {
+  ToolBench b;
+  b.panel.com_Debug_Baud.userPick(0);
+  EXPECT_EQ(b.link.opens, 0);
+  b.open();
+  EXPECT_EQ(b.link.current, "256000,N,8,1");
+  b.panel.com_Debug_Baud.userPick(11);
+  EXPECT_EQ(b.link.current, "1200,N,8,1");
+  EXPECT_EQ(b.link.opens, 2);
+  EXPECT_TRUE(b.tool.isOpen());
+  b.panel.com_Debug_StopBits.userPick(1);
+  EXPECT_EQ(b.link.current, "1200,N,8,1");
+}
+
+TEST(ToolPort, TheModemLinesFollowTheirBoxesAtTheOpenAndAfterIt) {
+  ToolBench b;
+  b.panel.che_DTR.userSet(false);
+  EXPECT_FALSE(b.link.dtr);
+  b.open();
+  EXPECT_FALSE(b.link.dtr);
+  EXPECT_TRUE(b.link.rts);
+  b.panel.che_DTR.userSet(true);
+  b.panel.che_RTS.userSet(false);
+  EXPECT_TRUE(b.link.dtr);
+  EXPECT_FALSE(b.link.rts);
+}
+
+TEST(ToolPort, ClosingByHandEndsTheAutomaticSends) {
+  ToolBench b;
+  b.open();
+  b.panel.comAutoSend.press();
+  b.panel.texSpreadSend[3].setText("x");
+  b.panel.comSpreadAutoSend.press();
+  b.panel.comOpenCOM[0].press();
+  EXPECT_EQ(b.panel.comAutoSend.caption(), "Repeat Send");
+  EXPECT_EQ(b.panel.comSpreadAutoSend.caption(), "Round Send");
+  b.loop.runFor(Millis(3000));
+  EXPECT_FALSE(b.link.opened);
+}
+
+TEST(ToolPort, TheMainLampStopsTheRunAndClosesTheTerminal) {
+  ToolBench b;
+  int stops = 0;
+  b.tool.stopRun = [&] { ++stops; };
+  b.imgOpen_sys.press();
+  EXPECT_EQ(stops, 0);
+  b.open();
+  b.imgOpen_sys.press();
+  EXPECT_EQ(stops, 1);
+  EXPECT_FALSE(b.tool.isOpen());
+}
+
+// What a download does: it takes the port, sets its own line, speaks, and gives the port back at its end.
+TEST(ToolPort, ARunTakesThePortInTheMiddleOfRepeatedSendsAndGivesItBack) {
+  ToolBench b;
+  b.panel.texSend.setText("T");
+  b.panel.texSendCycle.setText("100");
+  b.open();
+  b.panel.comAutoSend.press();
+  b.loop.runFor(Millis(250));
+  EXPECT_EQ(b.sentText(), "TT");
+  {
+    const auto running = b.activity.begin();
+    b.lock.toBusy();
+    EXPECT_FALSE(b.panel.comOpenCOM[0].enabled());
+    b.tool.imgOpen_Click();
+    EXPECT_FALSE(b.link.opened);
+    b.link.setPortNumber(1);
+    ASSERT_FALSE(b.link.setSettings("1200,e,8,1"));
+    ASSERT_FALSE(b.link.open());
+    b.loop.runFor(Millis(1000));
+    b.panel.comSpreadSendCom[0].press();
+    EXPECT_FALSE(b.panel.texReceive.userKey('k'));
+    EXPECT_EQ(b.sentText(), "TT");
+    EXPECT_EQ(b.link.current, "1200,e,8,1");
+    EXPECT_EQ(b.lease.holder(), engine::Master::Engine);
+    b.lock.toFree();
+    b.tool.imgNotOpen_Click();
+  }
+  EXPECT_EQ(b.lease.holder(), engine::Master::Tool);
+  EXPECT_EQ(b.link.current, "115200,N,8,1");
+  b.loop.runFor(Millis(100));
+  EXPECT_EQ(b.sentText(), "TTT");
+  EXPECT_EQ(b.panel.labSendCount.caption(), "Send counter:3");
+}
+
+TEST(ToolPort, TheOperatorsLockTakesTheOpenAndSendButtonsAway) {
+  ToolBench b;
+  b.lock.set(options::UiLock::kLocked);
+  EXPECT_FALSE(b.panel.comOpenCOM[2].enabled());
+  EXPECT_FALSE(b.panel.comDebugSend.enabled());
+  EXPECT_FALSE(b.panel.comDebugClear[1].enabled());
+  EXPECT_TRUE(b.panel.comDebugClear[0].enabled());
+  EXPECT_TRUE(b.panel.comDebugHelp[1].enabled());
+  b.lock.set(options::UiLock::kFree);
+  EXPECT_TRUE(b.panel.comAutoSend.enabled());
+  EXPECT_TRUE(b.panel.comOpenCOM[2].enabled());
+}
+
+}  // namespace
+}  // namespace kvr::comtool

@@ -1,0 +1,242 @@
+#include <gtest/gtest.h>
+
+#include "tool_bench.h"
+#include "comtool/hex_text.h"
+
+namespace kvr::comtool {
+namespace {
+
+Bytes everyByte() {
+  Bytes bytes(256);
+  std::iota(bytes.begin(), bytes.end(), std::uint8_t{0});
+  return bytes;
+}
+
+TEST(Receive, EveryByteValueAppearsInOrderWhereverTheReadsCutIt) {
+  const Bytes all = everyByte();
+  ToolBench whole;
+  whole.open();
+  whole.arriveAndShow(all);
+  ASSERT_EQ(whole.panel.texReceive.length(), 256U);
+  EXPECT_EQ(whole.shown().substr(0, 128), std::string(all.begin(), all.begin() + 128));
+  for (std::size_t cut = 0; cut <= all.size(); cut += 1) {
+    ToolBench text;
+    ToolBench hex;
+    hex.showHex();
+    for (ToolBench* b : {&text, &hex}) {
+      b->open();
+      b->arriveAndShow(Bytes(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(cut)));
+      b->arriveAndShow(Bytes(all.begin() + static_cast<std::ptrdiff_t>(cut), all.end()));
+      EXPECT_EQ(b->panel.labReceiveCount.caption(), "Receive counter:256");
+    }
+    ASSERT_EQ(text.shown(), whole.shown()) << cut;
+    ASSERT_EQ(hex.shown(), hexDump(all)) << cut;
+  }
+}
+
+TEST(Receive, ACharacterCutByTwoReadsIsPutTogether) {
+  const std::string word = "5\xC2\xB5s \xE6\xB8\xA9\xF0\x9F\x98\x80!";
+  for (std::size_t cut = 0; cut <= word.size(); ++cut) {
+    ToolBench b;
+    b.open();
+    b.arriveAndShow(word.substr(0, cut));
+    b.arriveAndShow(word.substr(cut));
+    ASSERT_EQ(b.shown(), word) << cut;
+  }
+}
+
+TEST(Receive, ACharacterThatNeverEndsShowsAfterAWhile) {
+  ToolBench b;
+  b.open();
+  b.arriveAndShow("a\xE6\xB8");
+  EXPECT_EQ(b.shown(), "a");
+  b.loop.runFor(Millis(600));
+  EXPECT_EQ(b.shown(), "a\xEF\xBF\xBD\xEF\xBF\xBD");
+  b.arriveAndShow("\xC3");
+  b.showHex();
+  b.arriveAndShow("A");
+  EXPECT_EQ(b.shown(), "a\xEF\xBF\xBD\xEF\xBF\xBD" "C3 41 ");
+}
+
+TEST(Receive, BytesShowWithinTheDisplayTimeOnALineThatNeverPauses) {
+  ToolBench b;
+  b.open();
+  for (int i = 0; i < 10; ++i) {
+    b.link.arrive(bytesOf("x"));
+    b.loop.runFor(Millis(20));
+  }
+  EXPECT_GE(b.panel.texReceive.length(), 6U);
+}
+
+TEST(Receive, AnOverflowingRingDropsOnlyTheNewestAndStillCounts) {
+  ToolBench b;
+  b.panel.che_KeepNewest.setValue(true);
+  b.open();
+  Bytes flood(RxRing::kCapacity, 'a');
+  flood.insert(flood.end(), 500, 'b');
+  b.arriveAndShow(flood);
+  EXPECT_EQ(b.panel.labReceiveCount.caption(), "Receive counter:245499");
+  EXPECT_EQ(b.shown().find('b'), std::string::npos);
+  EXPECT_TRUE(b.tool.isOpen());
+  b.arriveAndShow("c");
+  EXPECT_EQ(b.shown().substr(b.shown().size() - 2), "ac");
+}
+
+TEST(Receive, TheDisplayLimitCutsStopsTellsAndKeepsThePaneForTheReader) {
+  ToolBench b;
+  int stops = 0;
+  b.tool.stopRun = [&] { ++stops; };
+  b.open();
+  b.panel.comAutoSend.press();
+  b.arriveAndShow(Bytes(ReceiveArea::kDisplayLimit, 'a'));
+  EXPECT_TRUE(b.dialogs.shown.empty());
+  b.arriveAndShow("z");
+  EXPECT_EQ(b.lastMessage(), "The display text is too long, please click the Clear Receive button.");
+  EXPECT_EQ(stops, 1);
+  EXPECT_FALSE(b.link.opened);
+  EXPECT_EQ(b.panel.comAutoSend.caption(), "Repeat Send");
+  EXPECT_EQ(b.panel.texReceive.length(), ReceiveArea::kDisplayLimit);
+  EXPECT_EQ(b.panel.labReceiveCount.caption(), "Receive counter:230001");
+  b.panel.comDebugClear[0].press();
+  EXPECT_EQ(b.shown(), "");
+  EXPECT_EQ(b.panel.labReceiveCount.caption(), "Receive counter:230001");
+  b.open();
+  b.arriveAndShow("again");
+  EXPECT_EQ(b.shown(), "again");
+}
+
+TEST(Receive, InHexadecimalFormTheLimitIsReachedWithByte76667) {
+  ToolBench b;
+  b.showHex();
+  b.open();
+  b.arriveAndShow(Bytes(76666, 0x5A));
+  EXPECT_TRUE(b.tool.isOpen());
+  b.arriveAndShow(Bytes{0x00});
+  EXPECT_FALSE(b.tool.isOpen());
+  EXPECT_EQ(b.panel.texReceive.length(), 230000U);
+  EXPECT_EQ(b.shown().substr(229995), "5A 00");
+}
+
+TEST(Receive, TheLimitCountsCharactersAndNeverCutsOne) {
+  ToolBench b;
+  b.open();
+  std::string text(229999, 'a');
+  b.arriveAndShow(text + "\xC2\xB5\xC2\xB5");
+  EXPECT_EQ(b.shown(), text + "\xC2\xB5");
+}
+
+TEST(Receive, ARunThatHasTakenThePortIsNotStoppedByAFullPane) {
+  ToolBench b;
+  int stops = 0;
+  b.tool.stopRun = [&] { ++stops; };
+  b.open();
+  b.link.arrive(Bytes(240000, 'a'));
+  b.loop.runFor(Millis(20));
+  const auto running = b.activity.begin();
+  b.tool.imgOpen_Click();
+  b.loop.runFor(Millis(100));
+  EXPECT_EQ(stops, 0);
+  EXPECT_TRUE(b.dialogs.shown.empty());
+}
+
+TEST(Receive, KeepTheNewestLetsTheOldestGoAndThePortOpen) {
+  ToolBench b;
+  b.panel.che_KeepNewest.setValue(true);
+  b.open();
+  for (int i = 0; i < 40; ++i) b.arriveAndShow(Bytes(10000, static_cast<std::uint8_t>('A' + i % 26)));
+  EXPECT_TRUE(b.tool.isOpen());
+  EXPECT_LE(b.panel.texReceive.length(), ReceiveArea::kDisplayLimit);
+  EXPECT_GE(b.panel.texReceive.length(), ReceiveArea::kDisplayLimit - 1000);
+  EXPECT_EQ(b.shown().back(), 'A' + 39 % 26);
+}
+
+TEST(Receive, ClearEmptiesThePaneAndTheRingButNotTheCounters) {
+  ToolBench b;
+  int monitorCleared = 0;
+  b.tool.clearMonitor = [&] { ++monitorCleared; };
+  b.open();
+  b.link.arrive(bytesOf("abc"));
+  b.loop.runFor(Millis(15));
+  EXPECT_EQ(b.tool.rxRing().writeIndex(), 3U);
+  b.panel.comDebugClear[0].press();
+  EXPECT_EQ(b.tool.rxRing().writeIndex(), 0U);
+  b.loop.runFor(Millis(100));
+  EXPECT_EQ(b.shown(), "");
+  EXPECT_EQ(b.panel.labReceiveCount.caption(), "Receive counter:3");
+  EXPECT_EQ(monitorCleared, 0);
+  b.arriveAndShow("def");
+  b.panel.comDebugClear[2].press();
+  EXPECT_EQ(monitorCleared, 1);
+  EXPECT_EQ(b.shown(), "def");
+  EXPECT_EQ(b.tool.rxRing().readIndex(), 0U);
+  b.panel.comClearCount.press();
+  EXPECT_EQ(b.panel.labReceiveCount.caption(), "Receive counter:0");
+  EXPECT_EQ(b.panel.labSendCount.caption(), "Send counter:0");
+}
+
+TEST(Receive, HelpTakesThePlaceOfThePanesTextAndOtherPagesPointToIt) {
+  ToolBench b;
+  b.open();
+  b.arriveAndShow("zebra");
+  b.panel.comDebugHelp[0].press();
+  EXPECT_NE(b.shown().find("COM debug Tool guide\nSome simple functions will be ignored.\n"), std::string::npos);
+  EXPECT_EQ(b.shown().find("zebra"), std::string::npos);
+  b.panel.comDebugHelp[1].press();
+  EXPECT_EQ(b.lastMessage(), "Click COM Tool please, then click the Help button in the COM Tool area.");
+}
+
+TEST(Receive, StampsEveryLineOnceHoweverItArrives) {
+  ToolBench b;
+  b.panel.comb_TimeStamp.setListIndex(1);
+  b.open();
+  b.arriveAndShow("one\r");
+  b.arriveAndShow("\n\ntw");
+  b.arriveAndShow("o\n");
+  EXPECT_EQ(b.shown(), "[12:00:00.010] one\r\n\n[12:00:00.060] two\n");
+}
+
+TEST(Receive, StampsABurstOnALineOfItsOwn) {
+  ToolBench b;
+  b.panel.comb_TimeStamp.setListIndex(2);
+  b.open();
+  b.arriveAndShow("ab");
+  b.arriveAndShow("cd");
+  b.loop.runFor(Millis(400));
+  b.showHex();
+  b.arriveAndShow("e");
+  EXPECT_EQ(b.shown(), "[12:00:00.010] abcd\n[12:00:00.510] 65 ");
+}
+
+TEST(Receive, FindGoesRoundInBothDirectionsAndPausesTheScrolling) {
+  ToolBench b;
+  b.open();
+  b.arriveAndShow("Alpha beta\nALPHA gamma");
+  b.panel.texFind.setText("alpha");
+  std::vector<PaneText::Position> places;
+  b.panel.texReceive.revealRequest = [&](PaneText::Position at) { places.push_back(at); };
+  b.panel.comFindNext.press();
+  b.panel.comFindNext.press();
+  b.panel.comFindNext.press();
+  b.panel.comFindPrevious.press();
+  EXPECT_EQ(places, (std::vector<PaneText::Position>{0, 11, 0, 11}));
+  EXPECT_EQ(b.panel.texReceive.selectedText(), "ALPHA");
+  EXPECT_FALSE(b.panel.che_AutoScroll.value());
+  b.panel.texFind.setText("delta");
+  b.panel.comFindNext.press();
+  EXPECT_EQ(b.panel.labFind.caption(), "Not found");
+}
+
+TEST(Receive, SavesThePaneAsItCameAndTellsWhenItCannot) {
+  ToolBench b;
+  b.open();
+  b.arriveAndShow(std::string_view("a\0b\r\n\xC2\xB5", 7));
+  b.dialogs.paths = {"/log.txt", "/other.txt"};
+  b.panel.comSaveReceive.press();
+  EXPECT_EQ(b.files.read("/log.txt"), (Bytes{'a', 0, 'b', '\r', '\n', 0xC2, 0xB5}));
+  b.files.diskFull = true;
+  b.panel.comSaveReceive.press();
+  EXPECT_NE(b.lastMessage().find("The file cannot be written"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace kvr::comtool

@@ -1,0 +1,117 @@
+// The terminal with a port that a test plays: it lets bytes arrive and sees what was written, without the time of a wire.
+#pragma once
+
+#include <algorithm>
+#include <deque>
+#include <numeric>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "comtool/com_tool.h"
+#include "platform/virtual/virtual_loop.h"
+#include "platform/virtual/virtual_world.h"
+
+namespace kvr::comtool {
+
+using platform::Millis;
+using Bytes = std::vector<std::uint8_t>;
+
+inline Bytes bytesOf(std::string_view text) { return {text.begin(), text.end()}; }
+
+class PlayedLink : public platform::SerialLink {
+ public:
+  explicit PlayedLink(platform::EventLoop& loop) : event_(loop, [this] { receive_(); }) {}
+
+  void arrive(const Bytes& bytes) {
+    waiting.insert(waiting.end(), bytes.begin(), bytes.end());
+    event_.raise();
+  }
+  void pullOut() {
+    opened = false;
+    vanished_({platform::PortError::Kind::Vanished, "COM3: the adapter was pulled out"});
+  }
+
+  void setPortNumber(int to) override { number = to; }
+  int portNumber() const override { return number; }
+  platform::PortError setSettings(const std::string& text) override {
+    if (settingsError) return settingsError;
+    current = text;
+    return {};
+  }
+  std::string settings() const override { return current; }
+  platform::PortError open() override {
+    if (openError) return openError;
+    opened = dtr = rts = true;
+    ++opens;
+    return {};
+  }
+  void close() override {
+    opened = false;
+    waiting.clear();
+    event_.withdraw();
+  }
+  bool isOpen() const override { return opened; }
+  void write(std::span<const std::uint8_t> bytes) override {
+    if (opened) sent.insert(sent.end(), bytes.begin(), bytes.end());
+  }
+  std::size_t outBytesPending() const override { return pendingOut; }
+  std::size_t inBytesPending() const override { return waiting.size(); }
+  std::vector<std::uint8_t> readBytes(std::size_t maxCount) override {
+    const auto count = static_cast<std::ptrdiff_t>(maxCount == 0 ? waiting.size() : std::min(maxCount, waiting.size()));
+    Bytes bytes(waiting.begin(), waiting.begin() + count);
+    waiting.erase(waiting.begin(), waiting.begin() + count);
+    return bytes;
+  }
+  void clearOut() override {}
+  void clearIn() override { waiting.clear(); }
+  void setDtr(bool on) override { dtr = on; }
+  void setRts(bool on) override { rts = on; }
+
+  std::deque<std::uint8_t> waiting;
+  Bytes sent;
+  std::string current = "9600,n,8,1";
+  int number = 1;
+  int opens = 0;
+  bool opened = false, dtr = false, rts = false;
+  std::size_t pendingOut = 0;
+  platform::PortError openError, settingsError;
+
+ private:
+  platform::PortEvent event_;
+};
+
+struct ToolBench {
+  platform::VirtualLoop loop;
+  PlayedLink link{loop};
+  platform::ScriptedDialogs dialogs{loop};
+  platform::MemoryStore store;
+  platform::MemoryFiles files;
+  platform::VirtualClock clock{loop};
+  platform::World world{loop, link, dialogs, store, files, clock};
+  engine::PortLease lease{loop, link};
+  engine::Activity activity;
+  options::UiLock lock;
+  ToolPanel panel;
+  platform::ComboBox combCommPort{"combCommPort"};
+  platform::Lamp imgOpen_sys{"imgOpen_sys"};
+  ComTool tool{world, lease, activity, lock, panel, {combCommPort, imgOpen_sys}};
+
+  ToolBench() {
+    combCommPort.setItems({"COM1", "COM2", "COM3"});
+    combCommPort.setListIndex(0);
+  }
+  void open() { panel.comOpenCOM[0].press(); }
+  void showHex() { panel.optReceiveHex[1].userChoose(); }
+  // The bytes arrive as one read, and the pane shows them.
+  void arriveAndShow(const Bytes& bytes) {
+    link.arrive(bytes);
+    loop.runFor(Millis(50));
+  }
+  void arriveAndShow(std::string_view text) { arriveAndShow(bytesOf(text)); }
+  std::string shown() const { return panel.texReceive.text(); }
+  std::string sentText() const { return {link.sent.begin(), link.sent.end()}; }
+  std::string lastMessage() const { return dialogs.shown.empty() ? "" : dialogs.shown.back().text; }
+};
+
+}  // namespace kvr::comtool

@@ -1,0 +1,172 @@
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+#include "comtool/pane_text.h"
+#include "comtool/rx_ring.h"
+#include "comtool/text_cells.h"
+#include "comtool/text_decoder.h"
+
+namespace kvr::comtool {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+TEST(RxRing, KeepsOneSlotFreeAndWrapsAt245000) {
+  RxRing ring;
+  EXPECT_EQ(ring.put(Bytes(300000, 1)), 244999U);
+  EXPECT_EQ(ring.writeIndex(), 244999U);
+  EXPECT_EQ(ring.put(Bytes{2}), 0U);
+  EXPECT_EQ(ring.takeAll().size(), 244999U);
+  EXPECT_TRUE(ring.empty());
+  EXPECT_EQ(ring.put(Bytes{7, 8, 9}), 3U);
+  EXPECT_EQ(ring.writeIndex(), 2U);
+  EXPECT_EQ(ring.buffer()[244999], 7);
+  EXPECT_EQ(ring.buffer()[0], 8);
+  EXPECT_EQ(ring.takeAll(), (Bytes{7, 8, 9}));
+  EXPECT_EQ(ring.put(Bytes(300000, 3)), 244999U);
+  EXPECT_EQ(ring.put(Bytes{4}), 0U);
+  ring.clear();
+  EXPECT_TRUE(ring.empty());
+  EXPECT_EQ(ring.writeIndex(), 0U);
+}
+
+TEST(RxRing, HoldsAnyTrafficAgainstASimpleQueue) {
+  std::mt19937 random(11);
+  RxRing ring;
+  Bytes expected;
+  for (int turn = 0; turn < 60; ++turn) {
+    Bytes chunk(random() % 150000);
+    for (auto& byte : chunk) byte = static_cast<std::uint8_t>(random());
+    const std::size_t fits = std::min(chunk.size(), RxRing::kCapacity - expected.size());
+    ASSERT_EQ(ring.put(chunk), fits);
+    expected.insert(expected.end(), chunk.begin(), chunk.begin() + static_cast<std::ptrdiff_t>(fits));
+    ASSERT_EQ(ring.size(), expected.size());
+    if (random() % 3 == 0) {
+      ASSERT_EQ(ring.takeAll(), expected);
+      expected.clear();
+    }
+  }
+}
+
+TEST(TextDecoder, WhateverComesTheTextIsValidAndDoesNotDependOnTheCuts) {
+  std::mt19937 random(3);
+  for (int round = 0; round < 300; ++round) {
+    Bytes bytes(40);
+    // Mostly bytes that begin or continue characters.
+    for (auto& byte : bytes) byte = static_cast<std::uint8_t>(random() % 4 ? 0x80 | random() : random());
+    TextDecoder whole;
+    std::string expected = whole.decode(bytes);
+    expected += whole.finish();
+    TextDecoder cut;
+    std::string text;
+    for (std::size_t at = 0; at < bytes.size();) {
+      const std::size_t size = std::min<std::size_t>(1 + random() % 5, bytes.size() - at);
+      text += cut.decode({bytes.data() + at, size});
+      at += size;
+    }
+    text += cut.finish();
+    ASSERT_EQ(text, expected);
+    for (std::size_t at = 0; at < text.size();) {
+      const Utf8Char next = firstChar(std::string_view(text).substr(at));
+      ASSERT_FALSE(next.value == 0xFFFD && next.bytes == 1);
+      at += next.bytes;
+    }
+  }
+}
+
+TEST(TextDecoder, RefusesOverlongFormsAndSurrogates) {
+  for (const char* bad : {"\xC0\xAF", "\xE0\x80\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xFF"}) {
+    TextDecoder decoder;
+    const std::string_view bytes(bad);
+    std::string text = decoder.decode({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
+    text += decoder.finish();
+    EXPECT_EQ(text.size(), 3 * bytes.size()) << bad;
+  }
+}
+
+std::vector<std::string> rowsOf(const PaneText& text) {
+  std::vector<std::string> rows;
+  for (std::size_t i = 0; i < text.rowCount(); ++i) rows.emplace_back(text.row(i).shown());
+  return rows;
+}
+
+TEST(PaneText, AnyPairOfCrAndLfEndsOneLineEvenCutByTwoReads) {
+  PaneText text;
+  for (const char* piece : {"a\r", "\nb\n", "\rc\r", "d\n", "\ne"}) text.append(piece);
+  EXPECT_EQ(rowsOf(text), (std::vector<std::string>{"a", "b", "c", "d", "", "e"}));
+  EXPECT_EQ(text.all(), "a\r\nb\n\rc\rd\n\ne");
+}
+
+TEST(PaneText, LongLinesWrapByColumnsAndAnewWhenTheWidthChanges) {
+  PaneText text;
+  text.setWidth(10);
+  text.append("0123456789ab\xE6\xB8\xA9\xE6\xB8\xA9\xE6\xB8\xA9\xE6\xB8\xA9\xE6\xB8\xA9\n\txy");
+  EXPECT_EQ(rowsOf(text), (std::vector<std::string>{"0123456789", "ab\xE6\xB8\xA9\xE6\xB8\xA9\xE6\xB8\xA9\xE6\xB8\xA9",
+                                                    "\xE6\xB8\xA9", "\txy"}));
+  const std::string before = text.all();
+  const auto end = text.end();
+  text.setWidth(40);
+  EXPECT_EQ(text.rowCount(), 2U);
+  EXPECT_EQ(text.all(), before);
+  EXPECT_EQ(text.end(), end);
+}
+
+TEST(PaneText, PositionsStayWhenOldTextGoes) {
+  PaneText text;
+  text.setWidth(20);
+  for (int i = 0; i < 1000; ++i) text.append("line " + std::to_string(i) + "\n");
+  const auto place = text.find("LINE 900", 0);
+  ASSERT_TRUE(place);
+  text.keepNewest(2000);
+  EXPECT_LE(text.chars(), 2000U);
+  EXPECT_GT(text.chars(), 1980U);
+  EXPECT_EQ(text.slice(*place), "line 900");
+  EXPECT_EQ(text.slice({0, text.begin() + 4}), "line");
+  EXPECT_EQ(text.row(text.rowAt(place->from)).shown(), "line 900");
+  EXPECT_EQ(text.find("line 900", text.end(), true), place);
+  EXPECT_FALSE(text.find("line 900", place->from, true));
+  EXPECT_FALSE(text.find("line 1\n", text.begin()));
+}
+
+TEST(PaneText, AnEndlessLineAndEndlessMarksMakeBoundedRows) {
+  PaneText text;
+  text.setWidth(100);
+  text.append(std::string(100000, 'x'));
+  std::string marks;
+  for (int i = 0; i < 20000; ++i) marks += "\xCC\x81";
+  text.append(marks);
+  EXPECT_EQ(text.chars(), 120000U);
+  for (std::size_t i = 0; i < text.rowCount(); ++i) {
+    ASSERT_LE(text.row(i).columns, 100);
+    ASSERT_LE(text.row(i).text.size(), 4100U);
+  }
+}
+
+TEST(PaneText, RandomTrafficKeepsRowsPositionsAndTextTogether) {
+  std::mt19937 random(5);
+  const std::vector<std::string> pieces{"a", "\r", "\n", "\t", "\xC3\xA9", "\xE6\xB8\xA9", std::string(1, '\0'), "xyz "};
+  PaneText text;
+  std::string expected;
+  for (int turn = 0; turn < 3000; ++turn) {
+    const std::string& piece = pieces[random() % pieces.size()];
+    text.append(piece);
+    expected += piece;
+    if (random() % 50 == 0) text.setWidth(static_cast<int>(random() % 40));
+    if (random() % 200 == 0) {
+      text.keepNewest(100);
+      expected = expected.substr(expected.size() - (text.end() - text.begin()));
+    }
+    ASSERT_EQ(text.end() - text.begin(), expected.size());
+  }
+  EXPECT_EQ(text.all(), expected);
+  EXPECT_EQ(text.chars(), countChars(expected));
+  PaneText anew;
+  anew.setWidth(text.width());
+  anew.append(expected);
+  EXPECT_EQ(rowsOf(text), rowsOf(anew));
+}
+
+}  // namespace
+}  // namespace kvr::comtool

@@ -1,0 +1,132 @@
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "dump_frames.h"
+#include "monitor/dump_record.h"
+#include "monitor/frame_search.h"
+
+namespace kvr::monitor {
+namespace {
+
+std::vector<Frame> feedInPieces(FrameSearch& search, const Bytes& stream, std::size_t (*size)(std::mt19937&),
+                                std::uint32_t seed) {
+  std::mt19937 random(seed);
+  std::vector<Frame> found;
+  for (std::size_t at = 0; at < stream.size();) {
+    const std::size_t count = std::min(size(random), stream.size() - at);
+    for (auto& frame : search.feed({stream.data() + at, count})) found.push_back(std::move(frame));
+    at += count;
+  }
+  return found;
+}
+
+bool sumHolds(const Frame& frame) {
+  unsigned sum = 0;
+  for (std::size_t i = 0; i + 1 < frame.size(); ++i) sum += frame[i];
+  return frame.back() == (sum & 0xFF);
+}
+
+TEST(FrameSearch, FindsAllFourTypesBetweenTextWhereverTheStreamIsCut) {
+  const Bytes stream = textBytes("boot\xA5!\xA5\r\n") + dump(0, counting(128, 128), 0x80) + textBytes("\xA5\x5A!") +
+                       dump(1, counting(256)) + Bytes{0xA5} + dump(2, counting(1024)) + Bytes{0xA5, 0x5A} +
+                       dump(3, counting(512), 0x1234) + textBytes("end");
+  FrameSearch whole;
+  const auto expected = whole.feed(stream);
+  ASSERT_EQ(expected.size(), 4U);
+  for (int type = 0; type < 4; ++type) EXPECT_EQ(expected[static_cast<std::size_t>(type)][3], type);
+  EXPECT_FALSE(whole.owesFrame());
+  for (std::size_t cut = 0; cut <= stream.size(); ++cut) {
+    FrameSearch search;
+    auto found = search.feed({stream.data(), cut});
+    for (auto& frame : search.feed({stream.data() + cut, stream.size() - cut})) found.push_back(std::move(frame));
+    ASSERT_EQ(found, expected) << cut;
+  }
+}
+
+TEST(FrameSearch, OwesAFrameFromThePreambleUntilAGoodOneHasCome) {
+  FrameSearch search;
+  search.feed(Bytes{0xA5});
+  EXPECT_FALSE(search.owesFrame());
+  search.feed(Bytes{0x5A});
+  EXPECT_TRUE(search.owesFrame());
+  search.feed(Bytes{'x'});
+  EXPECT_FALSE(search.owesFrame());
+  Bytes bad = dump(1, counting(20));
+  bad.back() ^= 1;
+  EXPECT_TRUE(search.feed(bad + textBytes("text")).empty());
+  EXPECT_TRUE(search.owesFrame());
+  EXPECT_EQ(search.feed(dump(1, counting(20))).size(), 1U);
+  EXPECT_FALSE(search.owesFrame());
+}
+
+TEST(FrameSearch, ALengthOfZeroOrAboveTheLimitGivesUpBehindTheLimit) {
+  for (const int length : {0, 1100, 0xFFFF}) {
+    FrameSearch search;
+    const Bytes head{0xA5, 0x5A, 0xAA, static_cast<std::uint8_t>(length >> 8), static_cast<std::uint8_t>(length)};
+    EXPECT_TRUE(search.feed(head + Bytes(FrameSearch::kMaxFrame - 3, 0)).empty());
+    EXPECT_TRUE(search.feed(Bytes{0}).empty());
+    EXPECT_TRUE(search.owesFrame());
+    EXPECT_EQ(search.feed(dump(0, {})).size(), 1U) << length;
+  }
+  FrameSearch search;
+  EXPECT_EQ(search.feed(dump(2, counting(1099 - 17))).size(), 1U);
+}
+
+TEST(FrameSearch, FramesTooShortForTheirRegistersSayNothing) {
+  for (std::size_t length = 4; length <= 18; ++length) {
+    Bytes frame{0xAA, 0, static_cast<std::uint8_t>(length), 0};
+    frame.resize(length - 1, 0);
+    frame.push_back(static_cast<std::uint8_t>(std::accumulate(frame.begin(), frame.end(), 0)));
+    FrameSearch search;
+    const auto found = search.feed(Bytes{0xA5, 0x5A} + frame);
+    if (length == 4) continue;  // its type is its sum
+    ASSERT_EQ(found.size(), 1U) << length;
+    EXPECT_EQ(readRecord(found[0]).has_value(), length >= 17) << length;
+  }
+}
+
+// Frames with bytes flipped, lost, doubled and put in: whatever comes out must be a frame whose sum holds, must not depend
+// on where reads cut the stream, and a good frame behind the mess is found again.
+TEST(FrameSearch, SurvivesMutatedStreams) {
+  std::mt19937 random(2024);
+  for (int round = 0; round < 1500; ++round) {
+    Bytes stream;
+    for (int i = 0; i < 3; ++i)
+      stream = stream + dump(static_cast<int>(random() % 6), counting(random() % 60), static_cast<int>(random() % 65536));
+    for (std::uint32_t i = random() % 5; i > 0; --i) {
+      const auto at = stream.begin() + static_cast<std::ptrdiff_t>(random() % stream.size());
+      switch (random() % 4) {
+        case 0: *at ^= static_cast<std::uint8_t>(1U << random() % 8); break;
+        case 1: stream.erase(at); break;
+        case 2: stream.insert(at, *at); break;
+        default: stream.insert(at, Bytes{0xA5, 0x5A, 0xAA}[random() % 3]); break;
+      }
+    }
+    FrameSearch whole;
+    const auto expected = whole.feed(stream);
+    for (const auto& frame : expected) {
+      ASSERT_TRUE(sumHolds(frame));
+      ASSERT_LE(frame.size(), FrameSearch::kMaxFrame);
+      readRecord(frame);
+    }
+    FrameSearch pieces;
+    ASSERT_EQ(feedInPieces(pieces, stream, [](std::mt19937& r) -> std::size_t { return 1 + r() % 9; }, random()), expected);
+    ASSERT_EQ(pieces.owesFrame(), whole.owesFrame());
+    whole.feed(Bytes(FrameSearch::kMaxFrame + 1, 0));
+    ASSERT_EQ(whole.feed(dump(1, {})).size(), 1U);
+  }
+}
+
+TEST(FrameSearch, SurvivesNoiseMadeOfItsOwnMarks) {
+  std::mt19937 random(7);
+  FrameSearch search;
+  for (int round = 0; round < 400; ++round) {
+    Bytes noise(500);
+    for (auto& byte : noise) byte = Bytes{0xA5, 0x5A, 0xAA, 0x00, 0x04, 0x12, 0xFF, 0xAE}[random() % 8];
+    for (const auto& frame : search.feed(noise)) ASSERT_TRUE(sumHolds(frame));
+  }
+}
+
+}  // namespace
+}  // namespace kvr::monitor
