@@ -61,6 +61,7 @@ class OptionsRoom {
   // The pin that feeds an external watchdog, as it travels: port + 16 * bit; 255 for a text that is no pin; empty when
   // there is none to feed.
   std::optional<std::uint8_t> externalWatchdogPin() const;
+  void followPins();  // the pin lists take input when their pins are in use; also runs by itself when a choice changes
 
   // --- the chip's answer
   // Lines and labels only; what else a report says is the caller's to apply.
@@ -70,7 +71,6 @@ class OptionsRoom {
  private:
   void connectButtons();
   void connectPins();
-  void followPins();
   void tieClockAndReset(int clicked);
   void hideAll();
   void fillRows();
