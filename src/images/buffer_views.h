@@ -17,6 +17,7 @@ class BufferViews {
   void vscFile_Change(int index);
   // The range takes in the last file and, when armed, the counter's field; scroll limits follow; redraws.
   void showRange(int index, const AutoIncrement& counter);
+  void showEnd(int index);  // scrolls to the last lines
   // An empty view: scroll bar 0 .. 64 at 0.
   void showCleared(int index);
 
@@ -24,6 +25,8 @@ class BufferViews {
   std::function<const AutoIncrement&(int)> readCounter;    // the counter of a view, fresh from its controls
   std::function<bool(int)> counterOn;                      // its field is to be shown marked
   bool editApproved() const { return editApproved_; }
+  // While a run takes the image, a typed digit must not change what goes into the chip.
+  void setReadOnly(bool on) { readOnly_ = on; }
 
  private:
   void key(int index, HexKey key, bool selecting);
@@ -36,6 +39,8 @@ class BufferViews {
   ImagePanel& panel_;
   ImageState& state_;
   bool editApproved_ = false;
+  bool asking_ = false;
+  bool readOnly_ = false;
   platform::Timer Timer11_;
 };
 

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "images/loader.h"
 
@@ -18,15 +19,22 @@ class FileWatcher {
   std::function<bool()> isBusy;
   std::function<void()> onTrigger;   // the new file is loaded: send the self-defined command
   std::function<void()> onDownload;  // the new file is loaded: download
+
  private:
+  void listen();
+  bool wanted() const;
+  bool isChanged();
+  void start();
   platform::World& world_;
   ImagePanel& panel_;
   ImageState& state_;
   Loader& loader_;
   std::string watchedFile_;
   std::string watchedStamp_;
+  std::string candidate_;  // a new stamp, seen at the last tick
   bool inTick_ = false;
   platform::Timer Timer12_;
+  std::vector<platform::Signal::Token> tokens_;
 };
 
 }  // namespace kvr::images

@@ -22,6 +22,8 @@ class HexPane : public platform::Control {
   void userKey(HexKey key, bool selecting = false);
   void userType(char32_t character);
   void userClick(HexSpot spot, bool selecting = false);
+  void userFound();  // find or go to has moved the caret in the model
+  std::function<void()> onMoved;
   std::function<void(HexKey, bool)> onKey;
   std::function<void(char32_t)> onType;
   std::function<void(HexSpot, bool)> onClick;

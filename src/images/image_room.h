@@ -26,7 +26,7 @@ class ImageRoom {
   StoreCompare storeCompare;
   FileWatcher watcher;
 
-  // After a model was applied: the two range labels, empty buffers' views and the data file's controls.
+  // The two labels of the range that the application may use; after a model was applied.
   void showModel();
   // The data file's controls are offered or not (what the model takes and the lock allow).
   void setDataFileControls(bool enable);
@@ -35,6 +35,8 @@ class ImageRoom {
 
  private:
   const catalogue::SelectedModel& selected_;
+  bool codeOffered_ = true;
+  bool dataOffered_ = false;
 };
 
 }  // namespace kvr::images

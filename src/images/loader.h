@@ -6,6 +6,7 @@
 
 #include "catalogue/selected_model.h"
 #include "images/buffer_views.h"
+#include "images/file_scan.h"
 #include "images/image_panel.h"
 #include "images/serial_counters.h"
 #include "platform/world.h"
@@ -21,13 +22,16 @@ enum class LoadResult {
 
 class Loader {
  public:
+  // Files are read whole up to this size; what lies behind it is not looked at.
+  static constexpr std::size_t kReadLimit = std::size_t{128} << 20;
+
   Loader(platform::World& world, const catalogue::SelectedModel& selected, ImagePanel& panel, ImageState& state,
          BufferViews& views, SerialCounters& counters);
 
   void comLoadFile_Click();
   void comLoadDataFile_Click();
-  // A file that was dropped onto the window or named otherwise: a project goes to `openProject`, else it is loaded and the
-  // settings and captions follow as after the dialog.
+  // A file that was dropped onto the window or named otherwise: captions and settings follow as after the dialog, then a
+  // project goes to `openProject` and anything else is loaded.
   LoadResult open(const std::string& path, ImageBuffer& buffer);
 
   std::string askFileName(const std::string& kind);  // "AP" or "DATA"; empty: cancelled
@@ -36,28 +40,48 @@ class Loader {
   void clearBuffers();  // both, with 0
   void showLengths();
 
-  // The last path again. False: it is gone (message shown).
+  // Takes the last path again, without loading. False: the file is gone (message shown).
   bool reloadFiles();
-  // The same file anew, for a run or because it changed: waits while the file is being written, and counters that were on are
-  // on again afterwards with their value in the fresh image. False: no image stands; a run must end before anything is sent.
+  // The same code file anew, for a run or because it changed: waits while the file is being written, and counters that were
+  // on are on again afterwards with their value in the fresh image. False: a run must end before anything is sent. A project
+  // is no file to reload: its image stands, and the answer is true.
   [[nodiscard]] bool reload();
 
-  std::function<void(const std::string&)> openProject;  // a path with ".KVR"; the project page is brought up by the receiver
-  std::function<void()> onLoaded;                        // a load ended with an image (buttons may follow)
+  // The code file as it was last read: its path (empty: none yet), its stamp, and whether it ended with an end record.
+  struct CodeFile {
+    std::string path;
+    std::string stamp;
+    bool endRecord = false;
+  };
+  const CodeFile& codeFile() const { return codeFile_; }
+  // The file may be taken: it is no HEX file that lacks the end record its last version had.
+  bool looksWhole(const std::string& path) const;
 
-  // Stamp of the file as it was when it was last read into the code image.
-  const std::string& loadedStamp() const { return loadedStamp_; }
-  bool loadedHadEndRecord() const { return loadedHadEndRecord_; }
+  std::function<void(const std::string&)> openProject;  // a path with ".KVR"; the receiver brings up its page
+  std::function<void()> onLoaded;                       // a load ended with an image
 
  private:
+  struct Read;
+  Read read(const std::string& path, const ImageBuffer& buffer) const;
+  bool acceptBadSums(const std::string& path, const HexScan& scan);
+  void judge(Read& read, ImageBuffer& buffer);
+  void pick(const std::string& kind, ImageBuffer& buffer);
+  void remember(const std::string& path, bool isCode);
+  bool startAt(ImageBuffer& buffer);
+  void prepare(ImageBuffer& buffer);
+  LoadResult loadFileByType(const std::string& path, ImageBuffer& buffer, bool& showEnd);
+  bool waitUntilWhole(const std::string& path);
+  int viewOf(const ImageBuffer& buffer) const { return buffer.isCode() ? 0 : 1; }
   platform::World& world_;
   const catalogue::SelectedModel& selected_;
   ImagePanel& panel_;
   ImageState& state_;
   BufferViews& views_;
   SerialCounters& counters_;
-  std::string loadedStamp_;
-  bool loadedHadEndRecord_ = false;
+  CodeFile codeFile_;
 };
+
+// A path that names a project, by the ".KVR" in it.
+bool isProjectPath(const std::string& path);
 
 }  // namespace kvr::images

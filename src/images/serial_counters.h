@@ -44,15 +44,31 @@ class SerialCounters {
   void enableControls(bool codeOn, bool dataOn);
 
  private:
-  struct Side;
-  Side side(AutoIncrement& record);
-  bool click(Side side);
+  // One instance with all that belongs to it.
+  struct Side {
+    AutoIncrement& record;
+    platform::CheckBox& check;
+    platform::ControlArray<platform::TextBox, 4>& boxes;
+    platform::ControlArray<platform::OptionButton, 3>& radix;
+    ImageBuffer& buffer;
+    int view;             // 0 code, 1 data
+    const char* section;  // of the settings
+    const char* title;    // of message boxes
+    bool allowed;         // the lock and the model let a person use the controls
+  };
+  Side side(const AutoIncrement& record);
+  void click(AutoIncrement& record);
+  bool armOne(AutoIncrement& record);
+  bool advanceOne(AutoIncrement& record);
+  void read(AutoIncrement& record);
+  void enable(AutoIncrement& record);
   platform::World& world_;
   const catalogue::SelectedModel& selected_;
   ImagePanel& panel_;
   ImageState& state_;
   BufferViews& views_;
-  bool writeFailed_ = false;
+  bool codeAllowed_ = true;
+  bool dataAllowed_ = true;
 };
 
 }  // namespace kvr::images

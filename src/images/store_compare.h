@@ -5,11 +5,19 @@
 #include <cstdint>
 #include <functional>
 #include <span>
+#include <string>
 
 #include "images/image_panel.h"
 #include "platform/world.h"
 
 namespace kvr::images {
+
+// The addresses to store, or why not.
+struct StoreRange {
+  AddressSpan span;
+  std::string fault;  // empty: fine
+};
+StoreRange storeRange(std::int32_t start, std::int32_t length);
 
 class StoreCompare {
  public:

@@ -1,0 +1,98 @@
+#include "images/buffer_views.h"
+
+#include "platform/text.h"
+
+namespace kvr::images {
+
+using platform::Millis;
+
+namespace {
+constexpr Millis kApprovalLasts{20000};
+constexpr const char* kTitle = "KVR-ISP";
+}  // namespace
+
+BufferViews::BufferViews(platform::World& world, ImagePanel& panel, ImageState& state)
+    : world_(world), panel_(panel), state_(state), Timer11_(world.loop, [this] { editApproved_ = false; }) {
+  Timer11_.setInterval(kApprovalLasts);
+  for (int i = 0; i < 2; ++i) {
+    pane(i).model.show(buffer(i));
+    pane(i).onKey = [this, i](HexKey key, bool selecting) { this->key(i, key, selecting); };
+    pane(i).onType = [this, i](char32_t character) { type(i, character); };
+    pane(i).onClick = [this, i](HexSpot spot, bool selecting) {
+      pane(i).model.click(spot, selecting);
+      pane(i).refresh();
+    };
+    pane(i).onMoved = [this, i] { follow(i); };
+    panel_.vscFile[static_cast<std::size_t>(i)].onChange = [this, i] { vscFile_Change(i); };
+    buffer(i).changed.connect([this, i] {
+      pane(i).model.keepInRange();
+      pane(i).refresh();
+    });
+  }
+}
+
+void BufferViews::vscFile_Change(int index) {
+  HexViewModel& model = pane(index).model;
+  model.scrollTo(panel_.vscFile[static_cast<std::size_t>(index)].value());
+  if (readCounter && counterOn) model.setField(counterOn(index) ? readCounter(index).field() : AddressSpan{});
+  panel_.txt_length.setText(platform::hexText(static_cast<std::uint32_t>(buffer(index).rangeEnd + 1)));
+  pane(index).refresh();
+  if (onPageDrawn) onPageDrawn();
+}
+
+void BufferViews::showRange(int index, const AutoIncrement& counter) {
+  ImageBuffer& image = buffer(index);
+  image.mergeFile();
+  if (counter.armed) image.takeIn(counter.field().first, counter.field().last);
+  panel_.vscFile[static_cast<std::size_t>(index)].setRange(0, pane(index).model.scrollMaximum());
+  image.touch();
+  vscFile_Change(index);
+}
+
+void BufferViews::showEnd(int index) {
+  auto& bar = panel_.vscFile[static_cast<std::size_t>(index)];
+  bar.setRange(0, 32767);
+  bar.setValue(32767);
+  vscFile_Change(index);
+}
+
+void BufferViews::showCleared(int index) {
+  auto& bar = panel_.vscFile[static_cast<std::size_t>(index)];
+  bar.setRange(0, 64);
+  bar.setValue(0);
+  vscFile_Change(index);
+}
+
+void BufferViews::follow(int index) {
+  panel_.vscFile[static_cast<std::size_t>(index)].setValue(pane(index).model.topLine());
+  pane(index).refresh();
+}
+
+void BufferViews::key(int index, HexKey key, bool selecting) {
+  pane(index).model.move(key, selecting);
+  follow(index);
+}
+
+void BufferViews::type(int index, char32_t character) {
+  if (readOnly_ || asking_ || !pane(index).model.digit(character)) return;
+  if (!editApproved_ && !approve()) return;
+  // The question took its time: the digit is worked out on what the image holds now.
+  const auto edit = pane(index).model.digit(character);
+  if (!edit) return;
+  const std::uint8_t value = edit->value;
+  buffer(index).edit(edit->address, {&value, 1});
+  Timer11_.start();
+  pane(index).model.stepOn();
+  follow(index);
+}
+
+bool BufferViews::approve() {
+  asking_ = true;
+  const bool yes = world_.dialogs.askYesNo(kTitle, "Update the buffer ?");
+  if (yes && !state_.imageValid) world_.dialogs.message(kTitle, " Please open code file.");
+  asking_ = false;
+  editApproved_ = yes && state_.imageValid && !readOnly_;
+  return editApproved_;
+}
+
+}  // namespace kvr::images

@@ -1,0 +1,66 @@
+// The same file again: at the start of a run, or because another program rewrote it.
+#include "images/loader.h"
+
+namespace kvr::images {
+
+using platform::Millis;
+
+namespace {
+constexpr Millis kSettleStep{250};    // a file that is being written changes within this time
+constexpr Millis kSettleLimit{5000};  // a file that does not come to rest is not waited for longer
+}  // namespace
+
+bool Loader::reloadFiles() {
+  const std::string path = world_.store.getOr("Settings", "FilePath", "");
+  if (!world_.files.fileExists(path)) {
+    world_.dialogs.message("KVR-ISP", "Can not find the file.", platform::BoxIcon::Warning);
+    return false;
+  }
+  state_.lastFileName = path;
+  panel_.Frame7.setCaption("Program File: " + path);
+  return true;
+}
+
+bool Loader::reload() {
+  if (isProjectPath(world_.store.getOr("Settings", "FilePath", ""))) return true;
+  if (!reloadFiles()) return false;
+  const std::string path = state_.lastFileName;
+  if (!waitUntilWhole(path)) {
+    world_.dialogs.message("KVR-ISP", "The file is still being written: " + path, platform::BoxIcon::Warning);
+    return false;
+  }
+  const bool codeOn = panel_.cheAuto_Increase.value();
+  const bool dataOn = panel_.cheData_Auto_Increase.value();
+  if (const LoadResult result = loadImage(path, state_.CodeBuffer); result != LoadResult::Loaded) {
+    // What stands in the buffer now is not the file, and zeros must not reach a chip.
+    if (result == LoadResult::Unreadable) state_.imageValid = false;
+    return false;
+  }
+  panel_.cheAuto_Increase.setValue(codeOn);
+  panel_.cheData_Auto_Increase.setValue(dataOn);
+  if (codeOn) counters_.cheAuto_Increase_Click();
+  if (dataOn) counters_.cheData_Auto_Increase_Click();
+  return true;
+}
+
+bool Loader::looksWhole(const std::string& path) const {
+  const auto bytes = world_.files.read(path, kReadLimit);
+  if (!bytes) return false;
+  if (chooseFormat(path, *bytes).format != FileFormat::Hex) return true;
+  return !(codeFile_.path == path && !codeFile_.endRecord) ? scanHex(*bytes, 0, 0, 0).endRecord : true;
+}
+
+// A compiler that rewrites the file in place, or in pieces, is given time to end.
+bool Loader::waitUntilWhole(const std::string& path) {
+  auto stamp = world_.files.stamp(path);
+  if (stamp && codeFile_.path == path && *stamp == codeFile_.stamp) return true;
+  for (Millis waited{0}; waited < kSettleLimit; waited += kSettleStep) {
+    platform::delay(world_.loop, kSettleStep);
+    const auto now = world_.files.stamp(path);
+    if (now && now == stamp && looksWhole(path)) return true;
+    stamp = now;
+  }
+  return false;
+}
+
+}  // namespace kvr::images
