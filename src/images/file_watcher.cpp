@@ -52,9 +52,8 @@ bool FileWatcher::isChanged() {
 
 void FileWatcher::start() {
   watchedStamp_ = candidate_;
-  const bool loaded = loader_.reload();
+  if (!loader_.reload()) return;
   watchedStamp_ = loader_.codeFile().stamp;
-  if (!loaded) return;
   if (panel_.cekReloadFileWhileFileChange1.value()) {
     if (onTrigger) onTrigger();
   } else if (panel_.cekReloadFileWhileFileChange.value()) {

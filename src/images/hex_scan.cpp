@@ -88,15 +88,19 @@ class Scanner {
       scan_.endRecord = true;
       return false;
     }
-    if (type >= 2 && type <= 5) ++scan_.extendedRecords;
-    data();
+    const bool extended = type >= 2 && type <= 5;
+    if (extended) ++scan_.extendedRecords;
+    data(extended ? kExtended : kData);
     return true;
   }
 
   HexScan take() { return std::move(scan_); }
 
  private:
-  void data() {
+  // What wrote a byte; an address record under real data is no overlap.
+  enum Source : std::uint8_t { kData = 1, kExtended = 2 };
+
+  void data(Source source) {
     const int count = record_.count();
     if (count == 0) return;
     const std::int32_t address = record_.pair(1) * 256 + record_.pair(2) + offset_;
@@ -109,9 +113,9 @@ class Scanner {
     scan_.droppedBytes += count - kept;
     if (kept == 0) return;
     std::uint8_t* written = scan_.layer.written.data() + address;
-    if (std::memchr(written, 1, static_cast<std::size_t>(kept)) != nullptr)
-      scan_.overlappingBytes += std::count(written, written + kept, std::uint8_t{1});
-    std::memset(written, 1, static_cast<std::size_t>(kept));
+    if (std::memchr(written, kData, static_cast<std::size_t>(kept)) != nullptr)
+      scan_.overlappingBytes += std::count(written, written + kept, kData);
+    std::memset(written, source, static_cast<std::size_t>(kept));
     std::memcpy(scan_.layer.bytes.data() + address, bytes, static_cast<std::size_t>(kept));
   }
 

@@ -23,7 +23,7 @@ struct HexScan {
   std::vector<std::string> badLines;  // the first three of them, printable
   bool endRecord = false;             // the file says where it ends; nothing behind it was read
   std::int64_t extendedRecords = 0;   // records of type 2 to 5
-  std::int64_t overlappingBytes = 0;  // written a second time
+  std::int64_t overlappingBytes = 0;  // data bytes that a later record wrote over
   std::int64_t droppedBytes = 0;      // at or above the limit
 };
 

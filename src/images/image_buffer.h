@@ -33,7 +33,7 @@ struct ImageBounds {
 // A file's bytes laid out by address, ready to be put over a buffer. All three have the same length.
 struct FileLayer {
   std::vector<std::uint8_t> bytes;
-  std::vector<std::uint8_t> written;  // 1 where the file has a byte
+  std::vector<std::uint8_t> written;  // not 0 where the file has a byte
 };
 
 class ImageBuffer : public ImageBounds {

@@ -1,0 +1,204 @@
+#include "images/hex_scan.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <numeric>
+#include <random>
+
+#include "images/file_scan.h"
+#include "images_bench.h"
+
+namespace kvr::images {
+namespace {
+
+using platform::Bytes;
+
+constexpr std::int32_t kSize = kCodeBufferSize;
+
+HexScan scan(const std::string& text, std::int32_t offset = 0, std::int32_t limit = 0x10000) {
+  return scanHex(Bytes(text.begin(), text.end()), offset, limit, kSize);
+}
+
+Bytes fileBytes(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  EXPECT_TRUE(file.good()) << path;
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+Bytes dataFile(const std::string& name) { return fileBytes(std::string(KVR_SOURCE_DIR) + "/tests/images/data/" + name); }
+
+Bytes part(const HexScan& scan, std::int32_t first, std::size_t count) {
+  return {scan.layer.bytes.begin() + first, scan.layer.bytes.begin() + first + static_cast<std::ptrdiff_t>(count)};
+}
+
+Bytes randomBytes(std::size_t count, unsigned seed) {
+  std::mt19937 random(seed);
+  Bytes bytes(count);
+  for (auto& byte : bytes) byte = static_cast<std::uint8_t>(random());
+  return bytes;
+}
+
+TEST(HexScan, ReadsRecordsOfEveryLengthFromOneTo255) {
+  const Bytes payload = randomBytes(700, 1);
+  for (std::size_t length = 1; length <= 255; ++length) {
+    std::string text;
+    for (std::size_t at = 0; at < payload.size(); at += length)
+      text += hexRecord(static_cast<int>(0x0345 + at),
+                        Bytes(payload.begin() + static_cast<std::ptrdiff_t>(at),
+                              payload.begin() + static_cast<std::ptrdiff_t>(std::min(payload.size(), at + length)))) + "\n";
+    const HexScan result = scan(text + kEndRecord);
+    ASSERT_EQ(part(result, 0x0345, payload.size()), payload) << length;
+    EXPECT_EQ(result.badSums, 0);
+    EXPECT_EQ(result.maxAddr, 0x0345 + 699);
+    EXPECT_TRUE(result.endRecord);
+    EXPECT_EQ(result.overlappingBytes, 0);
+  }
+}
+
+TEST(HexScan, ReadsWhatToolsWrite) {
+  const Bytes payload = dataFile("payload.bin");
+  for (const auto* name : {"records_1.hex", "records_255.hex", "records_17_crlf.hex", "descending.hex"}) {
+    const HexScan result = scanHex(dataFile(name), 0, 0x10000, kSize);
+    const std::size_t count = std::string(name) == "records_1.hex" ? 64 : std::string(name) == "descending.hex" ? 300 : 700;
+    const std::int32_t at = std::string(name) == "descending.hex" ? 0xE000 : 0;
+    EXPECT_EQ(part(result, at, count), Bytes(payload.begin(), payload.begin() + static_cast<std::ptrdiff_t>(count))) << name;
+    EXPECT_EQ(result.badSums, 0) << name;
+  }
+  // Holes stay what they were: zeros that no file wrote.
+  const HexScan holes = scanHex(dataFile("holes_odd_offset.hex"), 0, 0x10000, kSize);
+  EXPECT_EQ(holes.layer.written[0x1235 + 99], 1);
+  EXPECT_EQ(holes.layer.written[0x1235 + 100], 0);
+  EXPECT_EQ(holes.layer.written[0x1235 + 132], 0);
+  EXPECT_EQ(holes.layer.bytes[0x1235 + 133], payload[133]);
+  EXPECT_EQ(holes.layer.bytes[0x1235 + 110], 0);
+}
+
+TEST(HexScan, TakesAddressRecordsAsDataAndSaysSo) {
+  const Bytes payload = dataFile("payload.bin");
+  // The start address comes last and lies at address 0: it covers the first bytes of the program.
+  const HexScan linear = scanHex(dataFile("linear_start.hex"), 0, 0x10000, kSize);
+  EXPECT_EQ(linear.extendedRecords, 2);
+  EXPECT_EQ(linear.overlappingBytes, 4);
+  EXPECT_EQ(part(linear, 0, 4), (Bytes{0, 0, 0, 0x12}));
+  EXPECT_EQ(linear.layer.bytes[4], payload[4]);
+  const HexScan segmented = scanHex(dataFile("segmented_start.hex"), 0, 0x10000, kSize);
+  EXPECT_GE(segmented.extendedRecords, 1);
+  EXPECT_EQ(segmented.layer.bytes[4], payload[4]);
+  // A leading extended address is written over by the program itself: nothing is lost.
+  const HexScan first = scanHex(dataFile("records_255.hex"), 0, 0x10000, kSize);
+  EXPECT_EQ(first.extendedRecords, 1);
+  EXPECT_EQ(first.overlappingBytes, 0);
+  EXPECT_EQ(first.sum, std::accumulate(payload.begin(), payload.end(), std::int64_t{0}));
+}
+
+TEST(HexScan, LastRecordWinsAndOverlapsAreCounted) {
+  const HexScan result = scan(hexRecord(0x10, {1, 2, 3, 4}) + "\n" + hexRecord(0x12, {9, 9, 9}) + "\n" + kEndRecord);
+  EXPECT_EQ(part(result, 0x10, 5), (Bytes{1, 2, 9, 9, 9}));
+  EXPECT_EQ(result.overlappingBytes, 2);
+  EXPECT_EQ(result.sum, 10 + 27);
+}
+
+TEST(HexScan, EndsLinesWithAnyLineEndAndAtTheEndRecord) {
+  for (const auto* end : {"\n", "\r\n", "\r"}) {
+    const HexScan result = scan(hexRecord(0, {5}) + end + "a comment" + end + end + hexRecord(1, {6}) + end + kEndRecord + end +
+                                hexRecord(2, {7}) + end);
+    EXPECT_EQ(part(result, 0, 3), (Bytes{5, 6, 0})) << "nothing behind the end record is read";
+    EXPECT_TRUE(result.endRecord);
+  }
+  EXPECT_FALSE(scan(hexRecord(0, {5})).endRecord);
+  EXPECT_EQ(scan("\xEF\xBB\xBF" + hexRecord(0, {5})).records, 1) << "an editor's mark must not hide the first record";
+  EXPECT_EQ(scan(hexRecord(0, {5}) + "  \n").layer.written[1], 0) << "blanks behind a record are no data";
+}
+
+TEST(HexScan, KeepsTheDataOfRecordsWithBadSums) {
+  const HexScan result = scan(":0100100055FF\n:0100110066FF\n:0100120077FF\n:0100130088FF\n" + kEndRecord);
+  EXPECT_EQ(part(result, 0x10, 4), (Bytes{0x55, 0x66, 0x77, 0x88}));
+  EXPECT_EQ(result.badSums, 4);
+  EXPECT_EQ(result.badLines, (std::vector<std::string>{":0100100055FF", ":0100110066FF", ":0100120077FF"}));
+}
+
+TEST(HexScan, ReadsBrokenLinesByTheirPairs) {
+  // A bad digit makes its pair 0; the sum then fails.
+  HexScan result = scan(":020010001xEE01\n");
+  EXPECT_EQ(part(result, 0x10, 2), (Bytes{0, 0xEE}));
+  EXPECT_EQ(result.badSums, 1);
+  // 11 digits behind the colon: half of that less two is 3.5, to the even 4; the last pair before the sum is whole, the sum is
+  // the half pair, which is 0.
+  result = scan(":02001000AAB\n");
+  EXPECT_EQ(part(result, 0x10, 2), (Bytes{0xAA, 0}));
+  // 13 digits: 4.5 goes to 4; the odd digit behind the sum counts nowhere.
+  result = scan(":01001000AA455\n");
+  EXPECT_EQ(part(result, 0x10, 2), (Bytes{0xAA, 0}));
+  EXPECT_EQ(result.badSums, 0);
+  for (const auto* line : {":", ":0", ":00", ":000", ":00000", ":0000000", ":000000010"}) {
+    result = scan(std::string(line) + "\n" + hexRecord(1, {7}));
+    EXPECT_EQ(result.layer.bytes[0], 0) << line;
+  }
+  // The count of a line is its length, not its first pair.
+  EXPECT_EQ(part(scan(":FF0000000102FE\n"), 0, 3), (Bytes{1, 2, 0}));
+  // Pairs past the 261st are not stored.
+  result = scan(":00000000" + std::string(600, '1') + "\n");
+  EXPECT_EQ(result.maxAddr, 256);
+  EXPECT_EQ(result.layer.written[257], 0);
+}
+
+TEST(HexScan, DropsWhatLiesAboveTheLimitButCountsIt) {
+  const HexScan result = scan(hexRecord(0xFE, {1, 2, 3, 4}), 0x10, 0x110);
+  EXPECT_EQ(result.layer.bytes[0x10E], 1);
+  EXPECT_EQ(result.layer.bytes[0x10F], 2);
+  EXPECT_EQ(result.layer.written[0x110], 0);
+  EXPECT_EQ(result.sum, 10);
+  EXPECT_EQ(result.maxAddr, 0x111);
+  EXPECT_EQ(result.droppedBytes, 2);
+}
+
+TEST(HexScan, SurvivesGarbage) {
+  std::mt19937 random(7);
+  for (int round = 0; round < 3000; ++round) {
+    std::string text;
+    const auto length = random() % 2000;
+    for (unsigned i = 0; i < length; ++i) {
+      const auto kind = random() % 8;
+      text += kind == 0 ? '\n' : kind == 1 ? ':' : kind < 7 ? "0123456789ABCDEFabcdef"[random() % 22] : static_cast<char>(random());
+    }
+    const HexScan result = scan(text, static_cast<std::int32_t>(random() % 65536));
+    EXPECT_LE(result.badLines.size(), 3U);
+    EXPECT_GE(result.records, result.badSums);
+  }
+  const HexScan oneLine = scan(":" + std::string(5'000'000, '0'));
+  EXPECT_EQ(oneLine.maxAddr, 256);
+}
+
+TEST(HexScan, ReadsTheSampleAsTheCompilerWroteIt) {
+  const HexScan result = scanHex(fileBytes(std::string(KVR_SOURCE_DIR) + "/samples/bench-clock.hex"), 0, 0x10000, kSize);
+  EXPECT_TRUE(result.endRecord);
+  EXPECT_EQ(result.badSums, 0);
+  EXPECT_EQ(result.overlappingBytes, 0);
+  EXPECT_GT(std::count(result.layer.written.begin(), result.layer.written.end(), 1), 8192);
+  EXPECT_EQ(result.layer.bytes[0], 0x02) << "a program begins with a jump";
+}
+
+TEST(FileScan, KnowsHexByNameOrByThreeLines) {
+  const auto choose = [](const std::string& name, const std::string& text) {
+    return chooseFormat(name, Bytes(text.begin(), text.end()));
+  };
+  EXPECT_EQ(choose("x.hex.txt", "binary"), (FormatChoice{FileFormat::Hex, true}));
+  EXPECT_EQ(choose("X.HeX", ""), (FormatChoice{FileFormat::Hex, true}));
+  EXPECT_EQ(choose("x.bin", ":1\r\n:2\r\n:3\r\nrest"), (FormatChoice{FileFormat::Hex, false}));
+  EXPECT_EQ(choose("x.bin", ":1\n:2"), (FormatChoice{FileFormat::Hex, false}));
+  EXPECT_EQ(choose("x.bin", ":1\r:2\rx"), (FormatChoice{FileFormat::Binary, false}));
+  EXPECT_EQ(choose("x.bin", ":1\n2"), (FormatChoice{FileFormat::Binary, false}));
+  EXPECT_EQ(choose("x.bin", "1\n:2\n:3"), (FormatChoice{FileFormat::Binary, true}));
+  EXPECT_EQ(choose("x.bin", ""), (FormatChoice{FileFormat::Binary, true}));
+}
+
+TEST(FileScan, SumsAsThePublishedCheckValueSays) {
+  const std::string text = "123456789";
+  EXPECT_EQ(crc32(Bytes(text.begin(), text.end())), 0xCBF43926U);
+  EXPECT_EQ(crc32({}), 0U);
+  EXPECT_EQ(crc32(Bytes(32, 0)), 0x190A55ADU);
+}
+
+}  // namespace
+}  // namespace kvr::images

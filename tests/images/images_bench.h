@@ -1,0 +1,97 @@
+// The images' room in the virtual world, with a model selected and nothing loaded.
+#pragma once
+
+#include <string>
+
+#include "catalogue/selected_model.h"
+#include "images/image_room.h"
+#include "platform/virtual/virtual_loop.h"
+#include "platform/virtual/virtual_world.h"
+
+namespace kvr::images {
+
+class NoLink : public platform::SerialLink {
+ public:
+  void setPortNumber(int) override {}
+  int portNumber() const override { return 1; }
+  platform::PortError setSettings(const std::string&) override { return {}; }
+  std::string settings() const override { return {}; }
+  platform::PortError open() override { return {}; }
+  void close() override {}
+  bool isOpen() const override { return false; }
+  void write(std::span<const std::uint8_t>) override {}
+  std::size_t outBytesPending() const override { return 0; }
+  std::size_t inBytesPending() const override { return 0; }
+  std::vector<std::uint8_t> readBytes(std::size_t) override { return {}; }
+  void clearOut() override {}
+  void clearIn() override {}
+  void setDtr(bool) override {}
+  void setRts(bool) override {}
+};
+
+struct ImagesBench {
+  explicit ImagesBench(std::string_view model) : selected(catalogue::describeModel(*catalogue::findByName(model))) {
+    room.showModel();
+    room.applyLock(0);
+    dialogs.shown.clear();
+  }
+
+  // Puts the file into the file system and presses the button for it.
+  void openCode(const std::string& path, const platform::Bytes& bytes) {
+    files.put(path, bytes);
+    dialogs.paths.push_back(path);
+    room.panel.comLoadFile.press();
+  }
+  void openCode(const std::string& path, const std::string& text) { openCode(path, platform::Bytes(text.begin(), text.end())); }
+  void openData(const std::string& path, const platform::Bytes& bytes) {
+    files.put(path, bytes);
+    dialogs.paths.push_back(path);
+    room.panel.comLoadDataFile.press();
+  }
+  // The texts of the message boxes and questions so far, file dialogs left out.
+  std::vector<std::string> boxes() const {
+    std::vector<std::string> texts;
+    for (const auto& shown : dialogs.shown)
+      if (shown.kind == "message" || shown.kind == "yesno") texts.push_back(shown.text);
+    return texts;
+  }
+  void counterBoxes(const std::string& address, const std::string& bytes, const std::string& next, int radix) {
+    auto& panel = room.panel;
+    panel.texAuto_Increase[0].setText(address);
+    panel.texAuto_Increase[1].setText(bytes);
+    panel.texAuto_Increase[2].setText(next);
+    panel.texAuto_Increase[3].setText("1");
+    panel.optAuto_Increase[static_cast<std::size_t>(radix)].setValue(true);
+  }
+
+  platform::VirtualLoop loop;
+  NoLink link;
+  platform::MemoryStore store;
+  platform::MemoryFiles files;
+  platform::ScriptedDialogs dialogs{loop};
+  platform::VirtualClock clock{loop};
+  platform::World world{loop, link, dialogs, store, files, clock};
+  catalogue::SelectedModel selected;
+  platform::TextBox textMsg{"textMsg"};
+  ImageRoom room{world, selected, textMsg};
+};
+
+// A HEX record with its check sum, without a line end.
+inline std::string hexRecord(int address, const platform::Bytes& data, int type = 0) {
+  platform::Bytes all{static_cast<std::uint8_t>(data.size()), static_cast<std::uint8_t>(address >> 8),
+                      static_cast<std::uint8_t>(address), static_cast<std::uint8_t>(type)};
+  all.insert(all.end(), data.begin(), data.end());
+  std::uint8_t sum = 0;
+  std::string text = ":";
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  const auto add = [&](std::uint8_t byte) { (text += digits[byte >> 4]) += digits[byte & 15]; };
+  for (const auto byte : all) {
+    sum = static_cast<std::uint8_t>(sum + byte);
+    add(byte);
+  }
+  add(static_cast<std::uint8_t>(0x100 - sum));
+  return text;
+}
+inline const std::string kEndRecord = ":00000001FF";
+
+}  // namespace kvr::images
