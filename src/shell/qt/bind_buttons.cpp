@@ -1,0 +1,114 @@
+#include "shell/qt/bind_buttons.h"
+
+#include <QPainter>
+
+namespace kvr::window {
+namespace {
+
+class LampButton : public QAbstractButton {
+ public:
+  LampButton() {
+    setFocusPolicy(Qt::TabFocus);
+    setCheckable(false);
+  }
+  QSize sizeHint() const override {
+    const int side = fontMetrics().height();
+    return {side, side};
+  }
+  void setOn(bool on) {
+    on_ = on;
+    update();
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const qreal side = std::min(width(), height()) - 4.0;
+    const QRectF round((width() - side) / 2, (height() - side) / 2, side, side);
+    const QColor edge = hasFocus() ? palette().color(QPalette::Highlight) : palette().color(QPalette::Mid);
+    painter.setPen(QPen(edge, hasFocus() ? 2 : 1));
+    painter.setBrush(on_ ? QColor(0x2e, 0xb8, 0x4a) : palette().color(QPalette::Button));
+    painter.drawEllipse(round);
+  }
+
+ private:
+  bool on_ = false;
+};
+
+void setTextOf(QAbstractButton& button, const QString& text) {
+  if (button.text() != text) button.setText(text);
+}
+
+}  // namespace
+
+QPushButton* makeButton(platform::EventLoop& loop, platform::Button& control, char mnemonic, const QString& name) {
+  auto* button = new QPushButton;
+  button->setAutoDefault(false);
+  auto* binding = new Binding(loop, control, *button, name, [button, &control, mnemonic, name] {
+    setTextOf(*button, buttonText(control.caption(), mnemonic));
+    if (name.isEmpty()) button->setAccessibleName(qtText(control.caption()).simplified());
+  });
+  QObject::connect(button, &QPushButton::clicked, binding, [binding, &control] { binding->post([&control] { control.press(); }); });
+  return button;
+}
+
+QCheckBox* makeCheckBox(platform::EventLoop& loop, platform::CheckBox& control, char mnemonic, const QString& name) {
+  auto* box = new QCheckBox;
+  auto* binding = new Binding(loop, control, *box, name, [box, &control, mnemonic, name] {
+    setTextOf(*box, buttonText(control.caption(), mnemonic));
+    if (name.isEmpty()) box->setAccessibleName(qtText(control.caption()).simplified());
+    if (box->isChecked() != control.value()) box->setChecked(control.value());
+  });
+  QObject::connect(box, &QCheckBox::clicked, binding, [binding, &control](bool on) {
+    binding->post([&control, on] { control.userSet(on); });
+  });
+  return box;
+}
+
+// Which buttons exclude each other is the controls' business; the widget only shows it.
+QRadioButton* makeOption(platform::EventLoop& loop, platform::OptionButton& control, const QString& name) {
+  auto* option = new QRadioButton;
+  option->setAutoExclusive(false);
+  auto* binding = new Binding(loop, control, *option, name, [option, &control, name] {
+    setTextOf(*option, buttonText(control.caption()));
+    if (name.isEmpty()) option->setAccessibleName(qtText(control.caption()).simplified());
+    if (option->isChecked() != control.value()) option->setChecked(control.value());
+  });
+  QObject::connect(option, &QRadioButton::clicked, binding, [binding, &control] {
+    binding->post([&control] { control.userChoose(); });
+  });
+  return option;
+}
+
+QLabel* makeLabel(platform::EventLoop& loop, platform::Label& control, const QString& name) {
+  auto* label = new QLabel;
+  label->setTextFormat(Qt::PlainText);
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  new Binding(loop, control, *label, name, [label, &control] {
+    const QString text = qtText(control.caption()).trimmed();
+    if (label->text() != text) label->setText(text);
+  });
+  return label;
+}
+
+QGroupBox* makeFrame(platform::EventLoop& loop, platform::Frame& control, const QString& name) {
+  auto* frame = new QGroupBox;
+  new Binding(loop, control, *frame, name, [frame, &control] {
+    const QString text = buttonText(control.caption());
+    if (frame->title() != text) frame->setTitle(text);
+  });
+  return frame;
+}
+
+QWidget* makeLamp(platform::EventLoop& loop, platform::Lamp& control, const QString& name) {
+  auto* lamp = new LampButton;
+  auto* binding = new Binding(loop, control, *lamp, name, [lamp, &control, name] {
+    lamp->setOn(control.on());
+    lamp->setAccessibleDescription(control.on() ? QStringLiteral("on") : QStringLiteral("off"));
+  });
+  QObject::connect(lamp, &QAbstractButton::clicked, binding, [binding, &control] { binding->post([&control] { control.press(); }); });
+  return lamp;
+}
+
+}  // namespace kvr::window

@@ -1,0 +1,22 @@
+// Buttons, check boxes, option buttons, labels, frames and lamps.
+#pragma once
+
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+
+#include "shell/qt/binding.h"
+
+namespace kvr::window {
+
+QPushButton* makeButton(platform::EventLoop& loop, platform::Button& control, char mnemonic = 0, const QString& name = {});
+QCheckBox* makeCheckBox(platform::EventLoop& loop, platform::CheckBox& control, char mnemonic = 0, const QString& name = {});
+QRadioButton* makeOption(platform::EventLoop& loop, platform::OptionButton& control, const QString& name = {});
+QLabel* makeLabel(platform::EventLoop& loop, platform::Label& control, const QString& name = {});
+QGroupBox* makeFrame(platform::EventLoop& loop, platform::Frame& control, const QString& name = {});
+// A small round light, green when on. Pressing it is a gesture.
+QWidget* makeLamp(platform::EventLoop& loop, platform::Lamp& control, const QString& name);
+
+}  // namespace kvr::window

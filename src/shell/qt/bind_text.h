@@ -1,0 +1,18 @@
+// Text boxes: one line, or a pane that grows by appending.
+#pragma once
+
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+#include "shell/qt/binding.h"
+
+namespace kvr::window {
+
+QLineEdit* makeLine(platform::EventLoop& loop, platform::TextBox& control, const QString& name);
+// For reading; what is appended is appended, and the end stays in sight.
+QPlainTextEdit* makePane(platform::EventLoop& loop, platform::TextBox& control, const QString& name);
+
+// Calls `left` when the keyboard focus leaves the widget.
+void onFocusLeft(QWidget& widget, std::function<void()> left);
+
+}  // namespace kvr::window

@@ -1,0 +1,192 @@
+#include "shell/qt/left_column.h"
+
+#include <QFileInfo>
+#include <QScrollArea>
+#include <QScrollBar>
+
+#include "shell/qt/model_box.h"
+#include "shell/qt/verdict_view.h"
+
+namespace kvr::window {
+namespace {
+
+QGroupBox* step(const Maker& maker, int index, QLayout* layout) {
+  auto* frame = makeFrame(maker.loop(), maker.form.main.FrameX[static_cast<std::size_t>(index)]);
+  layout->setContentsMargins(8, 4, 8, 6);
+  frame->setLayout(layout);
+  return frame;
+}
+
+// Large and heavy, for gloves; its share of the row says which button is meant first.
+void enlarge(QPushButton& button, double lines, double scale) {
+  QFont font = button.font();
+  font.setPointSizeF(font.pointSizeF() * scale);
+  font.setBold(true);
+  button.setFont(font);
+  button.setMinimumHeight(static_cast<int>(button.fontMetrics().height() * lines));
+  button.setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+QGroupBox* stepModel(const Maker& maker, QWidget& window) {
+  auto& images = maker.form.images.panel;
+  auto* box = makeModelBox(maker.form, window);
+  auto* open = maker.button(maker.form.main.Command3, 0, QStringLiteral("Choose the model"));
+  open->setFixedWidth(open->fontMetrics().averageCharWidth() * 6);
+  auto* line = row({captionFor(QStringLiteral("&Model"), box), box, open, maker.label(images.LabISP_reange[0]),
+                    maker.label(images.LabISP_reange[1])});
+  line->setStretch(1, 1);
+  return step(maker, 0, line);
+}
+
+// What the file frames tell, in short: the name, with the whole path and the sums as a tool tip.
+class FileNote : public QLabel {
+ public:
+  FileNote(const platform::Label& caption, const platform::Label& info) {
+    setTextFormat(Qt::PlainText);
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    const auto show = [this, &caption, &info] {
+      const QString path = qtText(caption.caption()).section(QLatin1Char(':'), 1).trimmed();
+      const QString details = qtText(info.caption()).simplified();
+      const QString name = path.isEmpty() ? QStringLiteral("no file") : QFileInfo(path).fileName();
+      setText(details.isEmpty() ? name : name + QLatin1String("   ") + details);
+      setToolTip(path + (details.isEmpty() ? QString() : QLatin1Char('\n') + qtText(info.caption())));
+    };
+    tokens_ = {const_cast<platform::Label&>(caption).changed.watch(show), const_cast<platform::Label&>(info).changed.watch(show)};
+    show();
+  }
+
+ private:
+  std::vector<platform::Signal::Token> tokens_;
+};
+
+QGroupBox* stepFiles(const Maker& maker) {
+  auto& p = maker.form.images.panel;
+  auto* grid = new QGridLayout;
+  grid->setVerticalSpacing(3);
+  const QString start = QStringLiteral("Start(HEX)");
+  const QString sum = QStringLiteral("Check Sum");
+  grid->addWidget(maker.button(p.comLoadFile, 'O'), 0, 0);
+  grid->addWidget(new QLabel(start), 0, 1);
+  grid->addWidget(maker.line(p.txtAP_FileStart, QStringLiteral("Start address of the code file, hexadecimal"), 5), 0, 2);
+  grid->addWidget(new QLabel(sum), 0, 3);
+  grid->addWidget(maker.line(p.txtFileCheckSum, QStringLiteral("Check sum of the code file"), 8), 0, 4);
+  grid->addWidget(maker.check(p.cheClearAP_Buffer, 0, QStringLiteral("Clear the code buffer before a file is opened")), 0, 5);
+  auto* codeNote = new FileNote(p.Frame7, p.labFileInfo);
+  codeNote->setObjectName(QStringLiteral("codeFileNote"));
+  grid->addWidget(codeNote, 1, 0, 1, 6);
+  grid->addWidget(maker.button(p.comLoadDataFile, 'E'), 2, 0);
+  grid->addWidget(new QLabel(start), 2, 1);
+  grid->addWidget(maker.line(p.txtDataFileStart, QStringLiteral("Start address of the EEPROM file, hexadecimal"), 5), 2, 2);
+  grid->addWidget(new QLabel(sum), 2, 3);
+  grid->addWidget(maker.line(p.txtDataFileCheckSum, QStringLiteral("Check sum of the EEPROM file"), 8), 2, 4);
+  grid->addWidget(maker.check(p.cheClearDataBuffer, 0, QStringLiteral("Clear the EEPROM buffer before a file is opened")), 2, 5);
+  auto* dataNote = new FileNote(p.frmDataFlash, p.labDataFileInfo);
+  dataNote->setObjectName(QStringLiteral("dataFileNote"));
+  grid->addWidget(dataNote, 3, 0, 1, 6);
+  grid->setColumnStretch(5, 1);
+  return step(maker, 1, grid);
+}
+
+QGroupBox* stepPort(const Maker& maker) {
+  auto& form = maker.form;
+  auto* column = new QVBoxLayout;
+  column->setSpacing(3);
+  auto* port = maker.portBox(form.main.combCommPort, QStringLiteral("Serial port"));
+  auto* least = maker.combo(form.download.cobBaudMin, QStringLiteral("Lowest baud rate"));
+  auto* most = maker.combo(form.download.cobBaudMax, QStringLiteral("Highest baud rate"));
+  column->addLayout(row({makeLamp(maker.loop(), form.main.imgOpen_sys, QStringLiteral("The terminal holds the port; press to take it back")),
+                         captionFor(QStringLiteral("&COM"), port), port, captionFor(QStringLiteral("Ma&x Baud:"), most), most,
+                         captionFor(QStringLiteral("Mi&n Baud:"), least), least, nullptr}));
+  auto* status = maker.label(form.main.portStatus);
+  status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  status->setMinimumHeight(status->fontMetrics().height());
+  column->addWidget(status);
+  return step(maker, 2, column);
+}
+
+QLayout* runButtons(const Maker& maker) {
+  auto& p = maker.form.download;
+  auto* program = maker.button(p.comDownload[0], 'P');
+  auto* repeat = maker.button(p.comDownload[1], 'R');
+  auto* stop = maker.button(p.comStop_Download, 'S');
+  enlarge(*program, 2.2, 1.7);
+  enlarge(*repeat, 2.9, 1.25);
+  enlarge(*stop, 2.9, 1.25);
+  auto* line = row({program, repeat, stop});
+  line->setStretch(0, 5);
+  line->setStretch(1, 3);
+  line->setStretch(2, 3);
+  return line;
+}
+
+QLayout* runChoices(const Maker& maker) {
+  auto& p = maker.form.download;
+  auto* column = new QVBoxLayout;
+  column->setSpacing(3);
+  auto* count = maker.line(p.txtWrite_OK_Count, QStringLiteral("Chips programmed well"), 8);
+  auto* delay = maker.combo(p.comDalay_ReDownLoad, QStringLiteral("Seconds between two rounds of Re-Program"));
+  delay->setMaximumWidth(delay->fontMetrics().averageCharWidth() * 12);
+  column->addLayout(row({captionFor(QStringLiteral("Programmed &OK"), count), count,
+                         maker.button(p.comClear_OK_Count, 0, QStringLiteral("Set the counter of good chips to 0")), nullptr,
+                         captionFor(QStringLiteral("Repeat de&lay"), delay), delay, new QLabel(QStringLiteral("s"))}));
+  column->addLayout(row({new QLabel(QStringLiteral("Beep")), maker.option(p.optBeepYes, QStringLiteral("Beep: yes")),
+                         maker.option(p.optBeepNo, QStringLiteral("Beep: no")), nullptr,
+                         maker.button(p.Command2, 0, QStringLiteral("TL: program over the fixed link")),
+                         maker.button(maker.form.main.comMastWindow)}));
+  column->addLayout(row({maker.check(maker.form.images.panel.cekReloadFile), nullptr}));
+  column->addLayout(row({maker.check(maker.form.main.cheBatchLog),
+                         maker.line(maker.form.main.txtBatchLog, QStringLiteral("File of the batch log"))}));
+  return column;
+}
+
+QGroupBox* stepProgram(const Maker& maker) {
+  auto& form = maker.form;
+  auto* column = new QVBoxLayout;
+  column->setSpacing(5);
+  column->addLayout(runButtons(maker));
+  auto* progress = makeProgress(maker.loop(), form.main.ProgressBar1, QStringLiteral("Progress of the run"));
+  auto* kilobytes = maker.label(form.main.labKbyte);
+  kilobytes->setMinimumWidth(kilobytes->fontMetrics().averageCharWidth() * 9);
+  progress->setMaximumHeight(progress->fontMetrics().height());
+  column->addLayout(row({progress, kilobytes}));
+  auto* pane = makePane(maker.loop(), form.main.textMsg, QStringLiteral("Messages of the run"));
+  pane->setMinimumHeight(pane->fontMetrics().height() * 7);
+  auto* result = row({new VerdictView(form.download.verdict), pane});
+  result->setStretch(1, 1);
+  column->addLayout(result, 1);
+  column->addLayout(runChoices(maker));
+  return step(maker, 4, column);
+}
+
+// Scrolls up and down when the screen is low; its width is what the steps need.
+class ColumnScroll : public QScrollArea {
+ public:
+  explicit ColumnScroll(QWidget* inner) {
+    setWidgetResizable(true);
+    setFrameShape(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setWidget(inner);
+  }
+  QSize sizeHint() const override { return {widget()->minimumSizeHint().width() + 2, widget()->sizeHint().height()}; }
+  QSize minimumSizeHint() const override {
+    return {widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width(), 200};
+  }
+};
+
+}  // namespace
+
+QWidget* makeLeftColumn(const Maker& maker, QWidget& window) {
+  auto* inner = new QWidget;
+  auto* column = new QVBoxLayout(inner);
+  column->setContentsMargins(4, 4, 4, 4);
+  column->setSpacing(4);
+  column->addWidget(stepModel(maker, window));
+  column->addWidget(stepFiles(maker));
+  column->addWidget(stepPort(maker));
+  column->addWidget(stepProgram(maker), 1);
+  auto* area = new ColumnScroll(inner);
+  area->setObjectName(QStringLiteral("leftColumn"));
+  return area;
+}
+
+}  // namespace kvr::window

@@ -1,0 +1,51 @@
+// Makes the widgets of a page from its controls, and puts them into rows.
+#pragma once
+
+#include <QBoxLayout>
+#include <QFormLayout>
+#include <QGridLayout>
+#include <initializer_list>
+
+#include "shell/main_form.h"
+#include "shell/qt/bind_buttons.h"
+#include "shell/qt/bind_lists.h"
+#include "shell/qt/bind_text.h"
+#include "shell/qt/port_box.h"
+
+namespace kvr::window {
+
+// What the pages need of the window they stand in.
+struct Maker {
+  shell::MainForm& form;
+  PortWatch& ports;
+  platform::EventLoop& loop() const { return form.world.loop; }
+
+  QPushButton* button(platform::Button& control, char mnemonic = 0, const QString& name = {}) const {
+    return makeButton(loop(), control, mnemonic, name);
+  }
+  QCheckBox* check(platform::CheckBox& control, char mnemonic = 0, const QString& name = {}) const {
+    return makeCheckBox(loop(), control, mnemonic, name);
+  }
+  QRadioButton* option(platform::OptionButton& control, const QString& name = {}) const {
+    return makeOption(loop(), control, name);
+  }
+  QLabel* label(platform::Label& control) const { return makeLabel(loop(), control); }
+  QLineEdit* line(platform::TextBox& control, const QString& name, int columns = 0) const;
+  QComboBox* combo(platform::ComboBox& control, const QString& name) const { return makeCombo(loop(), control, name); }
+  QComboBox* portBox(platform::ComboBox& control, const QString& name) const {
+    return makePortBox(loop(), control, ports, name);
+  }
+};
+
+// Widgets side by side; a null pointer is a stretch.
+QHBoxLayout* row(std::initializer_list<QWidget*> widgets);
+// A caption whose letter behind "&" moves the focus to the widget.
+QLabel* captionFor(const QString& text, QWidget* widget);
+// A label of several lines that wraps.
+QLabel* note(const QString& text);
+// The page with its object name and the usual margins around `layout`.
+QWidget* page(const char* name, QLayout* layout);
+// A page that scrolls when its place is too small.
+QWidget* scrolling(QWidget* inner);
+
+}  // namespace kvr::window

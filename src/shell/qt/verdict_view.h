@@ -1,0 +1,25 @@
+// The result of the chip in hand, to be read from two metres: a word, a shape and a colour, each enough by itself.
+#pragma once
+
+#include <QWidget>
+
+#include "engine/download_panel.h"
+
+namespace kvr::window {
+
+class VerdictView : public QWidget {
+ public:
+  explicit VerdictView(engine::Verdict& verdict);
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+  QString word() const;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  engine::Verdict& verdict_;
+  platform::Signal::Token token_;
+};
+
+}  // namespace kvr::window
