@@ -49,6 +49,7 @@ QStringList nameFiltersOf(const std::string& filter) {
 }
 
 int QtDialogs::run(QDialog& dialog) {
+  if (refusing_) return QDialog::Rejected;
   bool done = false;
   QObject::connect(&dialog, &QDialog::finished, &dialog, [&] {
     done = true;
@@ -65,6 +66,11 @@ void QtDialogs::closeAll() {
   ++closings_;
   const auto open = open_;
   for (auto* dialog : open) dialog->reject();
+}
+
+void QtDialogs::refuse() {
+  refusing_ = true;
+  closeAll();
 }
 
 void QtDialogs::message(const std::string& title, const std::string& text, BoxIcon icon) {

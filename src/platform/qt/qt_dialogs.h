@@ -19,6 +19,8 @@ class QtDialogs : public Dialogs {
   void setParent(QWidget* window) { window_ = window; }
   // Ends every open question; the window is going to close.
   void closeAll();
+  // The same for good: questions that come later are answered No at once.
+  void refuse();
 
   void message(const std::string& title, const std::string& text, BoxIcon icon = BoxIcon::Information) override;
   bool askYesNo(const std::string& title, const std::string& text) override;
@@ -36,6 +38,7 @@ class QtDialogs : public Dialogs {
   std::vector<QDialog*> open_;
   int closings_ = 0;
   bool busy_ = false;
+  bool refusing_ = false;
 };
 
 // "(*.hex, *.bin)|*.hex;*.bin|All Files (*.*)|*.*" in Qt's form, one filter an element.

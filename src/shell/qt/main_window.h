@@ -1,0 +1,44 @@
+// The one window: the left column with the steps of a download, on the right the working pages above and the options below.
+#pragma once
+
+#include <QPointer>
+#include <QSplitter>
+#include <QWidget>
+
+#include "platform/qt/qt_dialogs.h"
+#include "shell/qt/maker.h"
+#include "shell/qt/page_stack.h"
+
+namespace kvr::window {
+
+class MainWindow : public QWidget {
+ public:
+  // `form` has been loaded. `gone` runs when the window has closed and nothing of the form's work is under way.
+  MainWindow(shell::MainForm& form, PortWatch& ports, platform::QtDialogs& dialogs, std::function<void()> gone);
+  ~MainWindow() override;
+
+  // Puts the window where it was last time, if that is still on a screen.
+  void restorePlace();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  QWidget* rightSide();
+  void followShrink();
+  void followPort();
+  void finish();
+  Maker maker_;
+  platform::QtDialogs& dialogs_;
+  std::function<void()> gone_;
+  QWidget* left_ = nullptr;
+  QSplitter* halves_ = nullptr;
+  std::vector<platform::Signal::Token> tokens_;
+  bool shrunk_ = false;
+  bool mayClose_ = false;
+  int shrunkBy_ = 0;
+};
+
+}  // namespace kvr::window

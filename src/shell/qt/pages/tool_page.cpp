@@ -1,0 +1,116 @@
+// The terminal: port settings above, what comes in and what goes out on the left, the strings of the round on the right.
+#include <QScrollArea>
+#include <QSplitter>
+
+#include "shell/qt/pages/pages.h"
+
+namespace kvr::window {
+namespace {
+
+using comtool::ToolPanel;
+
+// What makes one string's line: its text, its form, its button.
+QWidget* stringList(const Maker& maker) {
+  auto& p = maker.form.tool;
+  auto* inner = new QWidget;
+  auto* grid = new QGridLayout(inner);
+  grid->setContentsMargins(2, 2, 2, 2);
+  grid->setVerticalSpacing(1);
+  for (std::size_t i = 0; i < ToolPanel::kStrings; ++i) {
+    const int line = static_cast<int>(i);
+    const QString of = QStringLiteral("string %1").arg(line + 1);
+    auto* send = maker.button(p.comSpreadSendCom[i], 0, QStringLiteral("Send ") + of);
+    send->setFixedWidth(send->fontMetrics().averageCharWidth() * 6);
+    grid->addWidget(maker.check(p.cheSpreadHex[i], 0, QStringLiteral("HEX: ") + of), line, 0);
+    grid->addWidget(maker.line(p.texSpreadSend[i], QStringLiteral("Text of ") + of), line, 1);
+    grid->addWidget(send, line, 2);
+  }
+  grid->setColumnStretch(1, 1);
+  return scrolling(inner);
+}
+
+QGroupBox* stringsPane(const Maker& maker) {
+  auto& p = maker.form.tool;
+  auto* column = new QVBoxLayout;
+  column->setContentsMargins(4, 2, 4, 4);
+  column->addWidget(stringList(maker), 1);
+  column->addLayout(row({maker.button(p.comSpreadAutoSend), maker.label(p.labSpreadSendCycle[0]),
+                         maker.line(p.texSpreadSendCycle, QStringLiteral("Interval between the strings of the round, milliseconds"), 6),
+                         maker.label(p.labSpreadSendCycle[1]), nullptr}));
+  auto* frame = makeFrame(maker.loop(), p.Frame24);
+  frame->setLayout(column);
+  return frame;
+}
+
+QLayout* portRow(const Maker& maker) {
+  auto& p = maker.form.tool;
+  return row({makeLamp(maker.loop(), p.imgOpen[0], QStringLiteral("The terminal's port is open")), maker.button(p.comOpenCOM[0]),
+              maker.label(p.labDebugPort[0]), maker.portBox(p.com_Debug_COM, QStringLiteral("Serial port of the terminal")),
+              maker.label(p.labDebugPort[1]), maker.combo(p.com_Debug_Baud, QStringLiteral("Baud rate of the terminal")),
+              maker.label(p.labDebugPort[2]), maker.combo(p.com_Debug_DataBits, QStringLiteral("Data bits of the terminal")),
+              maker.label(p.labDebugPort[3]), maker.combo(p.com_Debug_ParityCheck, QStringLiteral("Parity of the terminal")),
+              maker.label(p.labDebugPort[4]), maker.combo(p.com_Debug_StopBits, QStringLiteral("Stop bits of the terminal")),
+              maker.check(p.che_DTR), maker.check(p.che_RTS), nullptr, maker.button(p.comDebugHelp[0], 0, QStringLiteral("Help on the terminal"))});
+}
+
+QGroupBox* receivePane(const Maker& maker) {
+  auto& p = maker.form.tool;
+  auto* column = new QVBoxLayout;
+  column->setContentsMargins(4, 2, 4, 4);
+  column->setSpacing(2);
+  column->addLayout(row({maker.option(p.optReceiveHex[0], QStringLiteral("Show what comes in as text")),
+                         maker.option(p.optReceiveHex[1], QStringLiteral("Show what comes in in hexadecimal")),
+                         maker.combo(p.comb_TimeStamp, QStringLiteral("Time stamp")), maker.check(p.che_AutoScroll),
+                         maker.check(p.che_KeepNewest), nullptr, maker.button(p.comSaveReceive), maker.button(p.comDebugClear[0])}));
+  column->addStretch(1);
+  column->addLayout(row({maker.label(p.labReceiveCount), maker.label(p.labSendCount), maker.button(p.comClearCount), nullptr,
+                         maker.line(p.texFind, QStringLiteral("Text to find in the receive pane"), 16), maker.button(p.comFindNext),
+                         maker.button(p.comFindPrevious), maker.label(p.labFind)}));
+  auto* frame = makeFrame(maker.loop(), p.frmReceive);
+  frame->setLayout(column);
+  return frame;
+}
+
+QGroupBox* sendPane(const Maker& maker) {
+  auto& p = maker.form.tool;
+  auto* column = new QVBoxLayout;
+  column->setContentsMargins(4, 2, 4, 4);
+  column->setSpacing(2);
+  column->addWidget(maker.line(p.texSend, QStringLiteral("Text to send")));
+  column->addLayout(row({maker.option(p.optHexSend[0], QStringLiteral("Send as text")), maker.option(p.optHexSend[1], QStringLiteral("Send as hexadecimal bytes")),
+                         maker.combo(p.comb_LineEnd, QStringLiteral("Line end added to a text")), maker.button(p.comDebugSend),
+                         maker.button(p.comClearSend, 0, QStringLiteral("Clear the text to send")), maker.button(p.comAutoSend), maker.label(p.labSendCycle[0]),
+                         maker.line(p.texSendCycle, QStringLiteral("Interval of the repeated send, milliseconds"), 6),
+                         maker.label(p.labSendCycle[1]), nullptr}));
+  auto* frame = makeFrame(maker.loop(), p.frmSend);
+  frame->setLayout(column);
+  return frame;
+}
+
+}  // namespace
+
+QWidget* makeToolPage(const Maker& maker) {
+  auto& p = maker.form.tool;
+  auto* left = new QWidget;
+  auto* column = new QVBoxLayout(left);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(2);
+  column->addWidget(receivePane(maker), 1);
+  column->addWidget(sendPane(maker));
+  auto* halves = new QSplitter(Qt::Horizontal);
+  halves->setObjectName(QStringLiteral("ImgSplitter"));
+  halves->setChildrenCollapsible(false);
+  halves->addWidget(left);
+  halves->addWidget(stringsPane(maker));
+  auto* whole = new QVBoxLayout;
+  whole->setSpacing(3);
+  whole->addLayout(portRow(maker));
+  whole->addWidget(halves, 1);
+  whole->addWidget(maker.check(p.che_AutoOpenPort));
+  auto* frame = makeFrame(maker.loop(), p.fraDebug);
+  whole->setContentsMargins(6, 2, 6, 4);
+  frame->setLayout(whole);
+  return frame;
+}
+
+}  // namespace kvr::window
