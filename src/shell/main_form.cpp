@@ -10,11 +10,14 @@ MainForm::MainForm(platform::World services)
       lease(world.loop, world.link),
       link(world, lease, model, download, shared),
       offlineSession({link, activity, lock, optionsRoom.set(), images.state, images.panel, main.txtDevice}, offline),
+      comTool(world, lease, activity, lock, tool, {main.combCommPort, main.imgOpen_sys}),
+      sfrMonitor(world.loop, monitor, model, lock),
       picker(world, main, model),
       settings(world.loop, world.store, registry),
       timerUnload_(world.loop, [this] { timerUnload(); }) {
   registerControls();
   connectRooms();
+  connectTerminal();
   connectButtons();
 }
 
@@ -35,6 +38,7 @@ void MainForm::connectRooms() {
       .setDataFileControls = [this](bool on) { images.setDataFileControls(on); },
       .switchDataIncrementOff = [this] { images.panel.cheData_Auto_Increase.setValue(false); },
       .showRange = [this](const catalogue::IspRange&) { images.showModel(); },
+      .refreshMonitor = [this] { sfrMonitor.fillSfrList(); },
       .clearTargetReport = [this] { optionsRoom.clearLockLabels(); },
       .showFamilyPanel = [this] { optionsRoom.showFamilyPanel(); },
       .requestSave = [this] { settings.requestSave(); },
@@ -45,6 +49,19 @@ void MainForm::connectRooms() {
   settings.hooks.modelSelected = [this] { picker.treeClicked(); };
   settings.hooks.rangeShown = [this] { images.showModel(); };
   lock.changed.connect([this] { applyLock(); });
+}
+
+// The monitor listens to what the terminal receives, and answers on its port.
+void MainForm::connectTerminal() {
+  comTool.bytesReceived = [this](std::span<const std::uint8_t> bytes) { sfrMonitor.monitorScan(bytes); };
+  comTool.clearMonitor = [this] { sfrMonitor.clearLists(); };
+  sfrMonitor.write = [this](std::span<const std::uint8_t> bytes) { comTool.writeAnswer(bytes); };
+  sfrMonitor.openAndSend = [this](std::span<const std::uint8_t> bytes) { comTool.send(bytes); };
+  offlineSession.releaseToolPort = [this] { comTool.imgOpen_Click(); };
+  images.storeCompare.receivedBytes = [this] {
+    const auto& ring = comTool.rxRing();
+    return ring.empty() ? std::span<const std::uint8_t>{} : ring.buffer();
+  };
 }
 
 void MainForm::connectButtons() {

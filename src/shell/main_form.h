@@ -7,6 +7,7 @@
 #include <string>
 
 #include "catalogue/selected_model.h"
+#include "comtool/com_tool.h"
 #include "comtool/tool_panel.h"
 #include "engine/activity.h"
 #include "engine/download_panel.h"
@@ -14,6 +15,7 @@
 #include "engine/target_link.h"
 #include "images/image_room.h"
 #include "monitor/monitor_panel.h"
+#include "monitor/sfr_monitor.h"
 #include "offline/offline_panel.h"
 #include "offline/offline_session.h"
 #include "options/option_panel.h"
@@ -75,6 +77,8 @@ class MainForm {
   engine::PortLease lease;
   engine::TargetLink link;
   offline::OfflineSession offlineSession;
+  comtool::ComTool comTool;
+  monitor::SfrMonitor sfrMonitor;
   ModelPicker picker;
   Settings settings;
 
@@ -85,6 +89,7 @@ class MainForm {
  private:
   void registerControls();
   void connectRooms();
+  void connectTerminal();
   void connectButtons();
   void applyLock();
   void shrinkOrResume();
