@@ -37,6 +37,11 @@ HeaderLine splitLine(std::string_view line) {
   return {std::string(line.substr(0, colon)), platform::trim(line.substr(colon + 1))};
 }
 
+std::optional<double> sumOf(std::string_view value) {
+  const bool number = !value.empty() && value.front() >= '0' && value.front() <= '9';
+  return number ? std::optional(platform::valueOf(value)) : std::nullopt;
+}
+
 constexpr int kNoDigit = -1;
 
 constexpr std::array<std::int8_t, 256> kDigits = [] {
@@ -128,11 +133,11 @@ ProjectText parseProject(std::span<const std::uint8_t> file, std::size_t codeRoo
   if (!project.ended) return project;
   project.code = decode(lines.next(), codeRoom);
   if (const HeaderLine* stated = findLine(project.header, kSumKey)) {
-    project.code.stated = platform::valueOf(stated->value);
+    project.code.stated = sumOf(stated->value);
   }
   if (lines.onlyEmptyLinesLeft()) return project;
   lines.next();  // "Data_File_Begin:", whatever it says
-  const double stated = platform::valueOf(splitLine(lines.next()).value);
+  const auto stated = sumOf(splitLine(lines.next()).value);
   project.data = decode(lines.next(), dataRoom);
   project.data->stated = stated;
   return project;

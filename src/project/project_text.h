@@ -28,10 +28,10 @@ const HeaderLine* findLine(const Header& header, std::string_view key);
 
 // A line of hexadecimal and the sum that the file states for it.
 struct HexSection {
-  platform::Bytes bytes;  // at most as many as the image has room for
-  std::uint32_t sum = 0;  // of all bytes in the line
-  double stated = 0;      // what the file says; 0 when it says nothing
-  bool fits = true;       // the line holds no more bytes than the image has room for
+  platform::Bytes bytes;         // at most as many as the image has room for
+  std::uint32_t sum = 0;         // of all bytes in the line
+  std::optional<double> stated;  // what the file says, if it says a number
+  bool fits = true;              // the line holds no more bytes than the image has room for
   // Whether the bytes are those that were saved. An empty line never is.
   bool sound() const { return fits && !bytes.empty() && stated == static_cast<double>(sum); }
   bool operator==(const HexSection&) const = default;

@@ -63,6 +63,8 @@ TEST(ProjectText, RefusesWhatIsNotWhatWasSaved) {
   EXPECT_FALSE(parse("buffer_check_sum: 0\nEND\n").code.sound());  // nothing is no image
   EXPECT_FALSE(parse("buffer_check_sum: 0\nEND").code.sound());
   EXPECT_FALSE(parse("buffer_check_sum: 6\nEND\n010203", 2).code.sound());  // more than the image has room for
+  EXPECT_FALSE(parse("buffer check sum: 0\nEND\n00").code.sound());
+  EXPECT_FALSE(parse("buffer_check_sum: none\nEND\n00").code.sound());
   EXPECT_TRUE(parse("buffer_check_sum: 3\nEND\n01XX02").code.sound());
   EXPECT_TRUE(parse("buffer_check_sum: 1\nEND\n01F").code.sound());
   const ProjectText read = parse("buffer_check_sum: 1\nEND\n01\nanything\ndata_buffer_check_sum: 9\n08\nData_File_End");

@@ -1,0 +1,137 @@
+// The rooms that a project file speaks to, put together without a window.
+#pragma once
+
+#include <random>
+#include <string>
+
+#include "images/image_room.h"
+#include "options/options_room.h"
+#include "platform/text.h"
+#include "platform/virtual/plain_codec.h"
+#include "platform/virtual/virtual_loop.h"
+#include "platform/virtual/virtual_world.h"
+#include "project/project_room.h"
+
+namespace kvr::project {
+
+// No port: projects need none.
+class NoLink : public platform::SerialLink {
+ public:
+  void setPortNumber(int) override {}
+  int portNumber() const override { return 1; }
+  platform::PortError setSettings(const std::string&) override { return {}; }
+  std::string settings() const override { return {}; }
+  platform::PortError open() override { return {}; }
+  void close() override {}
+  bool isOpen() const override { return false; }
+  void write(std::span<const std::uint8_t>) override {}
+  std::size_t outBytesPending() const override { return 0; }
+  std::size_t inBytesPending() const override { return 0; }
+  std::vector<std::uint8_t> readBytes(std::size_t) override { return {}; }
+  void clearOut() override {}
+  void clearIn() override {}
+  void setDtr(bool) override {}
+  void setRts(bool) override {}
+};
+
+class ProjectBench {
+ public:
+  ProjectBench()
+      : dialogs(loop),
+        clock(loop),
+        images(world, model, textMsg),
+        options(dialogs, optionPanel, model, lock, textMsg, stepFrame),
+        room(world, codec, registry, model, images, options, lock, activity) {
+    registry.addAll(txtDevice);
+    images.panel.addTo(registry);
+    optionPanel.addTo(registry);
+    room.panel.addTo(registry);
+    room.applyModel = [this](const std::string& name) { return select(name); };
+    lock.changed.connect([this] { images.applyLock(lock.state()); });
+  }
+
+  bool select(const std::string& name) {
+    const auto* record = catalogue::findByName(name);
+    if (!record) return false;
+    txtDevice.setText(name);
+    model = catalogue::describeModel(*record);
+    images.showModel();
+    images.loader.clearBuffers();
+    images.setDataFileControls(catalogue::hasDataFile(*record));
+    options.showFamilyPanel();
+    return true;
+  }
+
+  // Both images as a load would leave them, with bytes of the seed; the data image only where the model takes one.
+  void fill(std::mt19937& random, std::size_t size) {
+    const auto bytes = [&](std::size_t count) {
+      platform::Bytes all(count);
+      for (auto& byte : all) byte = static_cast<std::uint8_t>(random());
+      return all;
+    };
+    place(images.state.CodeBuffer, bytes(size));
+    images.state.imageValid = true;
+    images.panel.Frame7.setCaption("Program File: /home/me/中文 " + std::to_string(random()) + ".hex");
+    images.panel.txtFileCheckSum.setText("00ABCDEH       ");
+    if (!catalogue::hasDataFile(model.record)) return;
+    place(images.state.EepromBuffer,
+          bytes(static_cast<std::size_t>(model.record.dataEnd - model.record.dataStart + 1)));
+    images.panel.txtDataFileCheckSum.setText("0001234H");
+  }
+
+  void place(images::ImageBuffer& buffer, const platform::Bytes& bytes) {
+    buffer.put(0, bytes);
+    buffer.rangeStart = 0;
+    buffer.rangeEnd = buffer.fileEnd = static_cast<std::int32_t>(bytes.size()) - 1;
+    buffer.loaded = true;
+  }
+
+  // All that a project keeps but the images' bytes, line by line.
+  std::string look() const {
+    std::string text = txtDevice.text() + " is " + std::string(model.record.name) + ", valid " +
+                       std::to_string(images.state.imageValid);
+    for (const auto& row : options::optionRows(options::kCommonSlot)) {
+      const auto* control = registry.find(row.control, row.index);
+      text += "\n" + std::string(row.key) + " " + platform::trim(control->property(row.property));
+    }
+    for (const auto& row : options::optionRows(options::panelSlotOf(model.record.family))) {
+      if (row.key != options::kClew) text += "\n" + std::string(row.key) + " " + options.controlValue(row.key);
+    }
+    return text;
+  }
+  static platform::Bytes kept(const images::ImageBuffer& buffer) {
+    return {buffer.bytes().begin(), buffer.bytes().begin() + buffer.rangeEnd + 1};
+  }
+
+  std::string lastMessage() const { return dialogs.shown.empty() ? std::string() : dialogs.shown.back().text; }
+  std::string fileText(const std::string& path) const {
+    const auto& bytes = files.files.at(path).bytes;
+    return {bytes.begin(), bytes.end()};
+  }
+  void save(const std::string& path) {
+    dialogs.paths.push_back(path);
+    room.comSaveBatchFile_Click();
+  }
+
+  platform::VirtualLoop loop;
+  platform::MemoryStore store;
+  platform::MemoryFiles files;
+  platform::ScriptedDialogs dialogs;
+  platform::VirtualClock clock;
+  NoLink link;
+  platform::World world{loop, link, dialogs, store, files, clock};
+  platform::PlainCodec codec;
+  platform::ControlRegistry registry;
+  catalogue::SelectedModel model;
+  options::UiLock lock;
+  engine::Activity activity;
+  platform::TextBox textMsg{"textMsg"};
+  platform::TextBox txtDevice{"txtDevice"};
+  platform::Frame stepFrame{"FrameX", 3};
+  options::OptionPanel optionPanel;
+  images::ImageRoom images;
+  options::OptionsRoom options;
+  ProjectRoom room;
+};
+
+}  // namespace kvr::project

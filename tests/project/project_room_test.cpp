@@ -1,0 +1,240 @@
+#include "project/project_room.h"
+
+#include <gtest/gtest.h>
+
+#include "project_bench.h"
+
+namespace kvr::project {
+namespace {
+
+using platform::Bytes;
+
+class ProjectRoomTest : public ::testing::Test, public ProjectBench {
+ protected:
+  // Every option of the panel as the seed says, one button of each pair.
+  void chooseAtRandom(std::mt19937& random) {
+    for (const auto& row : options::optionRows(options::panelSlotOf(model.record.family))) {
+      if (row.key != options::kClew && random() % 2 == 0) options.setControlValue(row.key, "1");
+    }
+    for (const char* list : {"WDT_Prescalar", "RC30K_Divder", "Low_Voltage_detector"}) {
+      options.setControlValue(list, std::to_string(random() % 4));
+    }
+  }
+  void put(const std::string& text) { files.put("/p.KVR", text); }
+  void open(const std::string& text) {
+    put(text);
+    room.openProject("/p.KVR");
+  }
+};
+
+TEST_F(ProjectRoomTest, BringsBackEveryModelWithItsImagesOptionsAndCounters) {
+  std::mt19937 random(4711);
+  const ProjectBench* untouched = this;
+  for (const auto& record : catalogue::allRows()) {
+    const auto* meant = catalogue::findByName(record.name);
+    if (meant != &record) continue;
+    ASSERT_TRUE(select(std::string(record.name)));
+    fill(random, 1 + random() % 3000);
+    chooseAtRandom(random);
+    images.panel.texAuto_Increase[2].setText(std::to_string(random() % 1000));
+    images.panel.optAuto_Increase[random() % 3].setValue(true);
+    images.panel.cheAuto_Increase.setValue(false);
+    save("/p.KVR");
+    const std::string file = fileText("/p.KVR");
+    save("/p.KVR");
+    EXPECT_EQ(fileText("/p.KVR"), file) << record.name;
+    const Bytes code = kept(images.state.CodeBuffer);
+    const Bytes data = kept(images.state.EepromBuffer);
+    const bool hasData = images.state.EepromBuffer.loaded;
+    const std::string before = look();
+
+    select("Hazel-H04");
+    room.comUnlockOptions_Click();
+    room.openProject("/p.KVR");
+    lock.set(options::UiLock::kFree);
+    ASSERT_EQ(untouched->look(), before) << record.name;
+    ASSERT_EQ(kept(images.state.CodeBuffer), code) << record.name;
+    ASSERT_EQ(images.state.EepromBuffer.loaded, hasData) << record.name;
+    if (hasData) { ASSERT_EQ(kept(images.state.EepromBuffer), data) << record.name; }
+  }
+}
+
+TEST_F(ProjectRoomTest, WritesTheLinesOfAProjectInTheirOrder) {
+  select("Cedar-H10R");
+  images.state.imageValid = true;
+  place(images.state.CodeBuffer, {1, 2});
+  images.panel.Frame7.setCaption("Program File: C:\\a.hex");
+  images.panel.texAuto_Increase[0].setText("FFFF");
+  save("/p.KVR");
+  const std::string file = fileText("/p.KVR");
+  EXPECT_TRUE(
+      file.starts_with("VER: 1.2\r\nMCU_Type: Cedar-H10R\r\nFile_Name: Program File: C:\\a.hex\r\nFile_Check_Sum: \r\n"
+                       "Dtat_File_Name: Data File: \r\nDtat_File_CheckSum: \r\nAuto_Increase_Enable: 0\r\n"
+                       "Auto_Increase_Address: FFFF\r\n"))
+      << file;
+  EXPECT_NE(file.find("\r\nDouble_speed_YES: False\r\nDouble_speed_NO: True\r\nHalf_Gain_YES: "), std::string::npos)
+      << file;
+  EXPECT_TRUE(file.ends_with("\r\nbuffer_check_sum:  3\r\nEND\r\n0102")) << file;
+  EXPECT_EQ(room.panel.texBatchFileName.text(), "/p.KVR");
+  EXPECT_EQ(dialogs.shown.back().title, "保存工程文件 *.KVR");
+  EXPECT_EQ(dialogs.shown.back().text, "/program/KVR_Project|");
+}
+
+TEST_F(ProjectRoomTest, KeepsWhatFamily15HasAndWritesFalseForWhatItLacks) {
+  select("Pine-H03E");
+  images.state.imageValid = true;
+  options.setControlValue("Low_Voltage_detector", "2");
+  save("/p.KVR");
+  const std::string file = fileText("/p.KVR");
+  EXPECT_NE(file.find("\r\nInterior_Oscillate: False\r\nExterior_Oscillate: False\r\n"), std::string::npos) << file;
+  EXPECT_NE(file.find("\r\nClear_EEPROM_FFH: "), std::string::npos) << file;
+  EXPECT_NE(file.find("\r\nLow_Voltage_detector: 2\r\n"), std::string::npos) << file;
+  EXPECT_EQ(file.find("RC30K_Divder"), std::string::npos) << file;
+}
+
+TEST_F(ProjectRoomTest, SavesNothingWithoutAnImageOrAName) {
+  select("Ivy-HF0S");
+  save("/p.KVR");
+  EXPECT_EQ(lastMessage(), "Please open code file.");
+  dialogs.paths.clear();
+  images.state.imageValid = true;
+  room.panel.texBatchFileName.setText("/old.KVR");
+  room.comSaveBatchFile_Click();
+  EXPECT_TRUE(files.files.empty());
+  EXPECT_EQ(room.panel.texBatchFileName.text(), "/old.KVR");
+}
+
+TEST_F(ProjectRoomTest, KeepsTheOldFileWhenTheDiskIsFullAndSaysSo) {
+  select("Ivy-HF0S");
+  images.state.imageValid = true;
+  save("/p.KVR");
+  const std::string file = fileText("/p.KVR");
+  place(images.state.CodeBuffer, {9, 9, 9});
+  files.diskFull = true;
+  save("/p.KVR");
+  EXPECT_EQ(fileText("/p.KVR"), file);
+  EXPECT_EQ(lastMessage(), "The project file was not saved: disk full");
+}
+
+TEST_F(ProjectRoomTest, LocksTheOptionsUntilTheyAreUnlocked) {
+  open("VER: 1.3\r\nMCU_Type: Ivy-HF0S\r\nbuffer_check_sum: 255\r\nend\r\nFF");
+  EXPECT_TRUE(images.state.imageValid);
+  EXPECT_EQ(images.state.CodeBuffer.fileEnd, 0);
+  EXPECT_EQ(lock.state(), options::UiLock::kLocked);
+  EXPECT_TRUE(room.lockAfterRun());
+  EXPECT_FALSE(room.panel.comLockOptions.enabled());
+  EXPECT_TRUE(room.panel.comUnlockOptions.enabled());
+  EXPECT_FALSE(images.panel.comLoadFile.enabled());
+  lock.toBusy();
+  EXPECT_FALSE(room.panel.comOpenBatchFile[0].enabled());
+  lock.toFree();
+  EXPECT_EQ(lock.state(), options::UiLock::kLocked);
+  room.panel.comUnlockOptions.press();
+  EXPECT_FALSE(room.lockAfterRun());
+  EXPECT_TRUE(images.panel.comLoadFile.enabled());
+  EXPECT_TRUE(images.state.imageValid);
+  room.panel.comLockOptions.press();
+  EXPECT_EQ(lock.state(), options::UiLock::kLocked);
+}
+
+TEST_F(ProjectRoomTest, ChangesNothingForAFileThatCannotBeOpened) {
+  std::mt19937 random(1);
+  select("Ivy-HF0S");
+  fill(random, 700);
+  const std::string before = look();
+  const Bytes code = kept(images.state.CodeBuffer);
+  const struct {
+    const char* text;
+    const char* message;
+  } cases[] = {
+      {"VER: 1.1\r\nMCU_Type: Ivy-HF0S\r\nEND\r\n00",
+       "Sorry, the current program does not support Ver1.1 project files."},
+      {"VER: 1.2\r\nMCU_Type: Zebra-H04\r\nEND\r\n00", "Can not find the MCU type: Zebra-H04"},
+      {"VER: 1.2\r\nFile_Name: x\r\nEND\r\n00", "Can not find the MCU type: VER"},
+      {"VER: 1.2\r\nMCU_Type: Ivy-H20S\r\nbuffer_check_sum: 0\r\n00", "The check sum of code file is incorrect."},
+      {"MCU type: Zebra-H04\r\nEND\r\n00", "Can not find the MCU type: Zebra-H04"},
+      {"nothing of the kind", "Can not find the MCU type: nothing of the kind"},
+      {"", "Can not find the MCU type: "},
+  };
+  for (const auto& c : cases) {
+    dialogs.shown.clear();
+    open(c.text);
+    EXPECT_EQ(lastMessage(), c.message) << c.text;
+    EXPECT_EQ(dialogs.shown.size(), 1u) << c.text;
+    EXPECT_EQ(look(), before) << c.text;
+    EXPECT_EQ(kept(images.state.CodeBuffer), code) << c.text;
+    EXPECT_EQ(lock.state(), options::UiLock::kFree);
+  }
+  room.openProject("/absent.KVR");
+  EXPECT_EQ(lastMessage(), "The project file cannot be read: /absent.KVR");
+  const auto running = activity.begin();
+  open("VER: 1.2\r\nMCU_Type: Ivy-H20S\r\nbuffer_check_sum: 1\r\nEND\r\n01");
+  EXPECT_EQ(look(), before);
+}
+
+TEST_F(ProjectRoomTest, LeavesAnImageInvalidWhoseSumDiffers) {
+  select("Gum-H04");
+  images.state.imageValid = true;
+  open("VER: 1.2\r\nMCU_Type: Ivy-HF0S\r\nbuffer_check_sum: 4\r\nEND\r\n0102");
+  EXPECT_EQ(lastMessage(), "The check sum of code file is incorrect.");
+  EXPECT_FALSE(images.state.imageValid);
+  EXPECT_EQ(images.state.CodeBuffer.at(1), 2);
+  EXPECT_EQ(lock.state(), options::UiLock::kFree);
+  open("VER: 1.2\r\nMCU_Type: Ivy-H20S\r\nbuffer_check_sum: 3\r\nEND\r\n0102\r\n\r\ndata_buffer_check_sum: 9\r\n08");
+  EXPECT_EQ(lastMessage(), "The check sum of EEPROM file is incorrect.");
+  EXPECT_TRUE(images.state.imageValid);
+  EXPECT_FALSE(images.state.EepromBuffer.loaded);
+  EXPECT_EQ(lock.state(), options::UiLock::kLocked);
+}
+
+TEST_F(ProjectRoomTest, SetsControlsByTheirKeysAndIgnoresWhatTheFamilyLacks) {
+  open(
+      "VER: 1.2\r\nMCU_Type: Kauri-H04\r\nFile_Name: Program File: D:\\x.hex\r\nP4_7_As_RESET_YES: "
+      "0\r\nP4_7_As_RESET_NO: 1\r\n"
+      "RC30K_Divder: 2\r\nDouble_speed_YES: True\r\nWDT_Prescalar: 99\r\n: x\r\nMCU_Type: Ivy-HF0S\r\n"
+      "Dtat_File_Name: \xD6\xD0\r\nbuffer_check_sum: 1\r\nEND\r\n01");
+  EXPECT_EQ(txtDevice.text(), "Kauri-H04");
+  EXPECT_EQ(images.panel.Frame7.caption(), "Program File: D:\\x.hex");
+  EXPECT_TRUE(options.chosen("P4_7_As_RESET_NO"));
+  EXPECT_FALSE(options.chosen("P4_7_As_RESET_YES"));
+  EXPECT_EQ(options.controlValue("RC30K_Divder"), "2");
+  EXPECT_EQ(options.controlValue("WDT_Prescalar"), std::to_string(optionPanel.comWDT_Prescalar[0].listIndex()));
+  EXPECT_NE(options.controlValue("WDT_Prescalar"), "99");
+  EXPECT_EQ(images.panel.frmDataFlash.caption(), "\xEF\xBF\xBD\xEF\xBF\xBD");
+}
+
+TEST_F(ProjectRoomTest, PutsTheNextNumberIntoTheImageAndWarns) {
+  images.panel.cekReloadFile.setValue(true);
+  open(
+      "VER: 1.2\r\nMCU_Type: Ivy-HF0S\r\nAuto_Increase_Enable: 1\r\nAuto_Increase_Address: 3\r\nAuto_Increase_Bytes: "
+      "2\r\n"
+      "Auto_Increase_Next: 4660\r\nAuto_Increase: 1\r\nAuto_Increase_HEX: True\r\nData_Increase_Enable: 0\r\n"
+      "buffer_check_sum: 10\r\nEND\r\n01020304");
+  EXPECT_EQ(kept(images.state.CodeBuffer), (Bytes{1, 2, 0x12, 0x34}));
+  EXPECT_TRUE(images.counters.code.armed);
+  EXPECT_EQ(lastMessage(),
+            "The project file has atomatic increment function. \n"
+            "Please check the next value whether it is correct or not(10 base).");
+  EXPECT_FALSE(images.panel.cekReloadFile.value());
+}
+
+TEST_F(ProjectRoomTest, OpensFilesOfTheOlderFormat) {
+  open(
+      "MCU type: Cedar-H10R\r\nfile name: x\r\nOption0(0): True\r\nOption0(1): False\r\nAuto_Increase_Check: 0\r\n"
+      "buffer_check_sum: 3\r\nEND\r\n0102");
+  EXPECT_EQ(dialogs.shown.at(0).text,
+            "What you are using is an old project file, carefully check each options please.");
+  EXPECT_TRUE(options.chosen("Double_speed_YES"));
+  EXPECT_TRUE(images.state.imageValid);
+  EXPECT_EQ(model.record.name, "Cedar-H10R");
+}
+
+TEST_F(ProjectRoomTest, ExplainsProjectsInTwoPages) {
+  room.panel.Command1.press();
+  ASSERT_EQ(dialogs.shown.size(), 2u);
+  EXPECT_NE(dialogs.shown[0].text.find("5.  "), std::string::npos);
+  EXPECT_NE(dialogs.shown[1].text.find("7.  "), std::string::npos);
+}
+
+}  // namespace
+}  // namespace kvr::project
