@@ -51,13 +51,8 @@ bool FileWatcher::isChanged() {
 }
 
 void FileWatcher::start() {
-  bool loaded = false;
-  if (!runAlone(alone, [&] {
-        watchedStamp_ = candidate_;
-        loaded = loader_.reloadNow();
-      }))
-    return;
-  if (!loaded) return;
+  watchedStamp_ = candidate_;
+  if (!loader_.reload()) return;
   watchedStamp_ = loader_.codeFile().stamp;
   if (panel_.cekReloadFileWhileFileChange1.value()) {
     if (onTrigger) onTrigger();
