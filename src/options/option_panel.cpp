@@ -19,6 +19,7 @@ void caption(ControlArray<OptionButton, 2>& pair, const std::string& first, cons
 
 std::vector<std::string> numbersBelow(int end) {
   std::vector<std::string> texts;
+  texts.reserve(static_cast<std::size_t>(end));
   for (int i = 0; i < end; ++i) texts.push_back(std::to_string(i));
   return texts;
 }
