@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "options/compose_options.h"
 #include "options/option_table.h"
 
@@ -62,6 +64,27 @@ TEST(OptionBytes, StandForTheDefaultsAndForTheirOppositesInEveryFamily) {
       EXPECT_EQ(composeOptions(opposite(defaultValues(family)), {}).bytes, spread(row.opposite));
     }
   EXPECT_EQ(families, 18);
+}
+
+TEST(OptionTables, PairsAreOppositesOfOneBitAndNoBitServesTwoLines) {
+  for (const int slot : {0, 2, 4, 5, 6, 7, 8, 9, 10, 15}) {
+    std::map<std::pair<int, int>, std::string> lineOfBit;
+    std::map<std::string, std::vector<OptionRow>> lines;
+    for (const auto& row : optionRows(slot))
+      if (row.place.known()) {
+        lines[std::string(row.control)].push_back(row);
+        const auto [bit, fresh] = lineOfBit.try_emplace({row.place.byte, row.place.bit}, row.control);
+        EXPECT_EQ(bit->second, row.control) << slot << " " << row.key;
+      }
+    for (const auto& [line, rows] : lines) {
+      EXPECT_EQ(std::count_if(rows.begin(), rows.end(), [](const auto& row) { return row.text == "1"; }), 1)
+          << slot << line;
+      const auto &first = rows.front().place, &last = rows.back().place;
+      EXPECT_EQ(first.byte, last.byte) << slot << line;
+      EXPECT_EQ(first.bit, last.bit) << slot << line;
+      EXPECT_EQ(first.chosen, 1 - last.chosen) << slot << line;
+    }
+  }
 }
 
 TEST(OptionBytes, FieldsOfSeveralBitsTakeWhatTheListsSay) {

@@ -78,6 +78,9 @@ TEST(OptionsPage, IdleChoiceAndPrescalerFollowTheAutomaticStartAndKeepTheirValue
     page.button("Power_On_Run_WDT_YES").userChoose();
     page.panel.comWDT_Prescalar[0].userPick(2);
     for (const auto key : kWatchdogKeys) EXPECT_TRUE(page.control(key).enabled()) << name;
+    page.lock.set(UiLock::kLocked);
+    for (const auto key : kWatchdogKeys) EXPECT_FALSE(page.control(key).enabled()) << name;
+    page.lock.set(UiLock::kFree);
     page.button("Power_On_Run_WDT_NO").userChoose();
     EXPECT_FALSE(page.panel.comWDT_Prescalar[0].enabled());
     EXPECT_FALSE(page.button("Idle_Run_WDT_YES").enabled());
