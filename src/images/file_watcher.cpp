@@ -51,8 +51,13 @@ bool FileWatcher::isChanged() {
 }
 
 void FileWatcher::start() {
-  watchedStamp_ = candidate_;
-  if (!loader_.reload()) return;
+  bool loaded = false;
+  if (!runAlone(alone, [&] {
+        watchedStamp_ = candidate_;
+        loaded = loader_.reloadNow();
+      }))
+    return;
+  if (!loaded) return;
   watchedStamp_ = loader_.codeFile().stamp;
   if (panel_.cekReloadFileWhileFileChange1.value()) {
     if (onTrigger) onTrigger();

@@ -17,6 +17,7 @@ class FileWatcher {
 
   // A sequence runs, a dialog is open: the change waits and counts later.
   std::function<bool()> isBusy;
+  Alone alone;                       // the reload; not what follows it
   std::function<void()> onTrigger;   // the new file is loaded: send the self-defined command
   std::function<void()> onDownload;  // the new file is loaded: download
 

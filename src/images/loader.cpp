@@ -28,11 +28,11 @@ void Loader::comLoadFile_Click() { pick("AP", state_.CodeBuffer); }
 void Loader::comLoadDataFile_Click() { pick("DATA", state_.EepromBuffer); }
 
 void Loader::pick(const std::string& kind, ImageBuffer& buffer) {
-  const std::string path = askFileName(kind);
-  if (path.empty()) {
-    if (buffer.isCode()) world_.store.set("Settings", "FilePath", world_.files.programFolder());
-    return;
-  }
+  std::string path;
+  runAlone(alone, [&] {
+    path = askFileName(kind);
+    if (path.empty() && buffer.isCode()) world_.store.set("Settings", "FilePath", world_.files.programFolder());
+  });
   open(path, buffer);
 }
 
@@ -58,11 +58,15 @@ void Loader::remember(const std::string& path, bool isCode) {
 }
 
 LoadResult Loader::open(const std::string& path, ImageBuffer& buffer) {
-  if (path.empty()) return LoadResult::Refused;
-  remember(path, buffer.isCode());
-  if (!isProjectPath(path)) return loadImage(path, buffer);
-  if (openProject) openProject(path);
-  return LoadResult::Refused;
+  LoadResult result = LoadResult::Refused;
+  if (path.empty()) return result;
+  const bool isProject = isProjectPath(path);
+  const bool ran = runAlone(alone, [&] {
+    remember(path, buffer.isCode());
+    if (!isProject) result = loadImage(path, buffer);
+  });
+  if (ran && isProject && openProject) openProject(path);
+  return result;
 }
 
 // False: the start address lies outside the model's memory; the person has been told.

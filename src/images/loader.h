@@ -5,6 +5,7 @@
 #include <string>
 
 #include "catalogue/selected_model.h"
+#include "images/alone.h"
 #include "images/buffer_views.h"
 #include "images/file_scan.h"
 #include "images/image_panel.h"
@@ -31,7 +32,7 @@ class Loader {
   void comLoadFile_Click();
   void comLoadDataFile_Click();
   // A file that was dropped onto the window or named otherwise: captions and settings follow as after the dialog, then a
-  // project goes to `openProject` and anything else is loaded.
+  // project goes to `openProject` and anything else is loaded. Refused, too, while something else is under way.
   LoadResult open(const std::string& path, ImageBuffer& buffer);
 
   std::string askFileName(const std::string& kind);  // "AP" or "DATA"; empty: cancelled
@@ -46,6 +47,7 @@ class Loader {
   // on are on again afterwards with their value in the fresh image. False: a run must end before anything is sent. A project
   // is no file to reload: its image stands, and the answer is true.
   [[nodiscard]] bool reload();
+  [[nodiscard]] bool reloadNow();  // the same for a file that is known to be at rest
 
   // The code file as it was last read: its path (empty: none yet), its stamp, and whether it ended with an end record.
   struct CodeFile {
@@ -57,8 +59,9 @@ class Loader {
   // The file may be taken: it is no HEX file that lacks the end record its last version had.
   bool looksWhole(const std::string& path) const;
 
+  Alone alone;  // the two buttons' dialogs and loads
   std::function<void(const std::string&)> openProject;  // a path with ".KVR"; the receiver brings up its page
-  std::function<void()> onLoaded;                       // a load ended with an image
+  std::function<void()> onLoaded;  // a load ended with an image
 
  private:
   struct Read;

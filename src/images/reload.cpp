@@ -22,13 +22,18 @@ bool Loader::reloadFiles() {
 }
 
 bool Loader::reload() {
-  if (isProjectPath(world_.store.getOr("Settings", "FilePath", ""))) return true;
-  if (!reloadFiles()) return false;
-  const std::string path = state_.lastFileName;
-  if (!waitUntilWhole(path)) {
+  const std::string path = world_.store.getOr("Settings", "FilePath", "");
+  if (isProjectPath(path)) return true;
+  if (world_.files.fileExists(path) && !waitUntilWhole(path)) {
     world_.dialogs.message("KVR-ISP", "The file is still being written: " + path, platform::BoxIcon::Warning);
     return false;
   }
+  return reloadNow();
+}
+
+bool Loader::reloadNow() {
+  if (!reloadFiles()) return false;
+  const std::string path = state_.lastFileName;
   const bool codeOn = panel_.cheAuto_Increase.value();
   const bool dataOn = panel_.cheData_Auto_Increase.value();
   if (const LoadResult result = loadImage(path, state_.CodeBuffer); result != LoadResult::Loaded) {

@@ -125,7 +125,7 @@ bool SerialCounters::armForRun() { return armOne(code) && armOne(data); }
 
 bool SerialCounters::armOne(AutoIncrement& record) {
   const Side at = side(record);
-  if (!record.armed) click(record);
+  if (!record.armed || !at.check.value()) click(record);  // the box is what counts, however it was switched
   if (!at.check.value()) return true;
   if (!record.armed) return false;
   const AutoValue value = autoValue(record);

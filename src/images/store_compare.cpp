@@ -34,6 +34,14 @@ StoreRange storeRange(std::int32_t start, std::int32_t length) {
 }
 
 void StoreCompare::comStoreFile_Click() {
+  runAlone(alone, [this] { store(); });
+}
+
+void StoreCompare::comComp_Click() {
+  runAlone(alone, [this] { compare(); });
+}
+
+void StoreCompare::store() {
   const StoreRange range = storeRange(boxNumber(panel_.txt_Start_Address, 4), boxNumber(panel_.txt_length, 5));
   if (!range.fault.empty()) {
     world_.dialogs.message(kTitle, range.fault, platform::BoxIcon::Warning);
@@ -50,7 +58,7 @@ void StoreCompare::comStoreFile_Click() {
     world_.dialogs.message(kTitle, "The file cannot be written: " + result.error, platform::BoxIcon::Warning);
 }
 
-void StoreCompare::comComp_Click() {
+void StoreCompare::compare() {
   if (!state_.imageValid) {
     world_.dialogs.message(kTitle, "    Please open code file.   ");
     return;

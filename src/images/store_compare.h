@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 
+#include "images/alone.h"
 #include "images/image_panel.h"
 #include "platform/world.h"
 
@@ -26,10 +27,13 @@ class StoreCompare {
   void comStoreFile_Click();
   void comComp_Click();
 
+  Alone alone;  // the file dialog and the questions
   // The terminal's ring from its index 0, whole; empty when nothing waits in it. Not connected: empty.
   std::function<std::span<const std::uint8_t>()> receivedBytes;
 
  private:
+  void store();
+  void compare();
   platform::World& world_;
   ImagePanel& panel_;
   ImageState& state_;

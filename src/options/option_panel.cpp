@@ -59,6 +59,10 @@ OptionPanel::OptionPanel() {
   com_RC_frequency[1].setItems(numbersBelow(4));
   com_RC_frequency[2].setItems(numbersBelow(64));
   com_RC_frequency[3].setItems(numbersBelow(4));
+  comWDT_Prescalar[0].setToolTip("Prescalar value of WatchDog Timer");
+  comWDT_Prescalar[1].setToolTip("Clocks to wait after a wake-up from Power Down");
+  com_RC_frequency[4].setToolTip("Supply voltage, V, below which the chip acts");
+  com_RC_frequency[5].setToolTip("What the program on the chip is to run at, 4.5 to 45 MHz");
   for (auto* pins : {&comb_485_pin, &comb_External_WDT, &comb_WDT}) pins->setItems(pinNames());
   comb_485_pin.setListIndex(0);
   comb_External_WDT.setListIndex(1);

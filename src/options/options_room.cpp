@@ -118,6 +118,8 @@ void OptionsRoom::fillRows() {
     if (const auto text = captionText(slot, i, voltageClass); !text.empty())
       control->setProperty(rows[i].property, std::string(text));
     control->setVisible(rows[i].visible && inLayout(groups_, control));
+    if (rows[i].property == "Value")
+      control->setToolTip(rows[i].enabledFree ? "" : "Only shown: the boot firmware takes no other value");
   }
   if (inLayout(groups_, &panel_.com_RC_frequency[5])) panel_.com_RC_frequency[5].setVisible(true);
 }

@@ -46,6 +46,7 @@ void MainForm::connectRooms() {
   link.baseFrequencyMHz = [this] { return optionsRoom.baseFrequencyHz() / 1000000; };
   link.onPortStatus = [this](const std::string& why) { main.portStatus.setCaption(why); };
   offlineSession.composeOptions = [this] { optionsRoom.composeOptions(); };
+  settings.hooks.pinsShown = [this] { optionsRoom.followPins(); };
   settings.hooks.modelSelected = [this] { picker.treeClicked(); };
   settings.hooks.rangeShown = [this] { images.showModel(); };
   lock.changed.connect([this] { applyLock(); });

@@ -81,6 +81,28 @@ TEST_F(WatchTest, AChangeDuringARunCountsAfterIt) {
   EXPECT_EQ(downloads, std::vector<int>{2});
 }
 
+TEST_F(WatchTest, LeavesAnOpenDialogAlone) {
+  bool busy = false;
+  bench.room.setAlone([&](const std::function<void()>& work) {
+    if (busy) return false;
+    busy = true;
+    work();
+    busy = false;
+    return true;
+  });
+  bench.dialogs.thinking = Millis{8000};
+  bench.dialogs.paths.push_back("/other.hex");
+  bench.files.put("/other.hex", hexFile(9));
+  bench.loop.after(Millis{0}, [&] { panel.comLoadFile.press(); });
+  bench.loop.after(Millis{1000}, [&] { bench.files.put("/fw.hex", hexFile(2)); });
+  int underDialog = 0;
+  bench.loop.after(Millis{7000}, [&] { underDialog = bench.room.state.CodeBuffer.at(0); });
+  bench.loop.runFor(Millis{16000});
+  EXPECT_EQ(underDialog, 1) << "nothing is loaded under the dialog";
+  EXPECT_TRUE(downloads.empty()) << "the file that the person chose is watched from now on";
+  EXPECT_EQ(bench.room.state.CodeBuffer.at(0), 9);
+}
+
 TEST_F(WatchTest, AFileThatWasLoadedOtherwiseIsNoChange) {
   bench.files.put("/fw.hex", hexFile(2));
   EXPECT_TRUE(bench.room.loader.reload());

@@ -1,0 +1,233 @@
+#include "images/hex_view_model.h"
+
+#include <gtest/gtest.h>
+
+#include <numeric>
+
+#include "images_bench.h"
+
+namespace kvr::images {
+namespace {
+
+using platform::Bytes;
+using platform::Millis;
+
+struct ModelTest : ::testing::Test {
+  ModelTest() {
+    Bytes bytes(1000);
+    std::iota(bytes.begin(), bytes.end(), std::uint8_t{0});
+    buffer.fill(0);
+    buffer.put(0, bytes);
+    range(0, 999);
+    model.show(buffer);
+    model.setPageLines(10);
+  }
+  void range(std::int32_t first, std::int32_t last) {
+    buffer.bounds() = {.fileStart = first, .fileEnd = last, .rangeStart = first, .rangeEnd = last};
+    model.keepInRange();
+  }
+  HexSpot at(std::int32_t address, bool low = false) { return {address, low}; }
+  ImageBuffer buffer{"AP_FILE", kCodeBufferSize};
+  HexViewModel model;
+};
+
+TEST_F(ModelTest, LinesHaveTheirFormat) {
+  range(0x13, 0x25);
+  model.setPageLines(62);
+  EXPECT_EQ(model.pageText(),
+            "\n\n 000010   10 11 12 13 14 15 16 17 18 19 1A 1B 1C 1D 1E 1F \n 000020   20 21 22 23 24 25 \n");
+  EXPECT_EQ(model.lineCount(), 2);
+  EXPECT_EQ(model.line(1).asciiText(), " !\"#$%");
+  EXPECT_EQ(model.line(0).asciiText(), "................");
+  range(kNoRangeStart, 0);
+  EXPECT_EQ(model.pageText(), "\n\n 000000   00 \n");
+  EXPECT_EQ(HexViewModel().pageText(), "\n\n");
+}
+
+TEST_F(ModelTest, ScrollsUntilTheLastLinesAreAtTheTop) {
+  EXPECT_EQ(model.scrollMaximum(), 999 / 16 - 3);
+  model.scrollTo(1000);
+  EXPECT_EQ(model.topLine(), 59);
+  EXPECT_EQ(model.line(model.topLine()).address, 59 * 16);
+  range(0x100, 0x110);
+  EXPECT_EQ(model.topLine(), 0);
+  EXPECT_EQ(model.caret(), at(0x100));
+}
+
+TEST_F(ModelTest, KeysMoveTheCaretAndKeepItInView) {
+  model.move(HexKey::Right, false);
+  EXPECT_EQ(model.caret(), at(0, true));
+  model.move(HexKey::Right, false);
+  EXPECT_EQ(model.caret(), at(1));
+  model.move(HexKey::Left, false);
+  EXPECT_EQ(model.caret(), at(0, true));
+  model.move(HexKey::Up, false);
+  EXPECT_EQ(model.caret(), at(0, true)) << "above the first line there is nothing";
+  for (int i = 0; i < 12; ++i) model.move(HexKey::Down, false);
+  EXPECT_EQ(model.caret(), at(192, true));
+  EXPECT_EQ(model.topLine(), 3);
+  model.move(HexKey::PageDown, false);
+  EXPECT_EQ(model.caret().address, 352);
+  EXPECT_EQ(model.topLine(), 13);
+  model.move(HexKey::PageUp, false);
+  EXPECT_EQ(model.caret().address, 192);
+  model.move(HexKey::Last, false);
+  EXPECT_EQ(model.caret(), at(999));
+  model.move(HexKey::Down, false);
+  model.move(HexKey::PageDown, false);
+  EXPECT_EQ(model.caret().address, 999);
+  model.move(HexKey::LineStart, false);
+  EXPECT_EQ(model.caret().address, 992);
+  model.move(HexKey::LineEnd, false);
+  EXPECT_EQ(model.caret().address, 999) << "the last line is short";
+  model.move(HexKey::First, true);
+  EXPECT_EQ(model.selection(), (AddressSpan{0, 999}));
+  EXPECT_EQ(model.topLine(), 0);
+}
+
+TEST_F(ModelTest, ADigitChangesItsHalfOfTheByte) {
+  model.click(at(0x5A), false);
+  EXPECT_EQ(model.digit(U'f'), (HexEdit{0x5A, 0xFA}));
+  model.click(at(0x5A, true), false);
+  EXPECT_EQ(model.digit(U'0'), (HexEdit{0x5A, 0x50}));
+  for (const char32_t other : {U'g', U' ', U'/', U':', U'@', U'G', char32_t{0xFF11}}) EXPECT_FALSE(model.digit(other));
+  model.stepOn();
+  EXPECT_EQ(model.caret(), at(0x5B));
+}
+
+TEST_F(ModelTest, FindsBothWaysAndAroundTheEnd) {
+  model.click(at(0x20), false);
+  EXPECT_TRUE(model.find({0x10, 0x11, 0x12}, true));
+  EXPECT_EQ(model.selection(), (AddressSpan{0x110, 0x112}));
+  EXPECT_TRUE(model.find({0x10, 0x11, 0x12}, true));
+  EXPECT_EQ(model.caret().address, 0x210);
+  EXPECT_TRUE(model.find({0x10, 0x11, 0x12}, true));
+  EXPECT_TRUE(model.find({0x10, 0x11, 0x12}, true));
+  EXPECT_EQ(model.caret().address, 0x10) << "round the end";
+  EXPECT_TRUE(model.find({0x10, 0x11, 0x12}, false));
+  EXPECT_EQ(model.caret().address, 0x310);
+  EXPECT_FALSE(model.find({0x10, 0x12}, true));
+  EXPECT_FALSE(model.find({}, true));
+  EXPECT_EQ(model.caret().address, 0x310);
+  EXPECT_TRUE(model.find({0xE7}, true)) << "the very last byte";
+  model.click(at(999), false);
+  EXPECT_TRUE(model.find({0xE7}, true));
+  EXPECT_TRUE(model.find({0xE7}, false));
+  EXPECT_FALSE(model.find(Bytes(1001, 0), true)) << "longer than the range";
+}
+
+TEST_F(ModelTest, ReadsPatternsAsHexOrText) {
+  EXPECT_EQ(findPattern("12 34ab", false), (Bytes{0x12, 0x34, 0xAB}));
+  EXPECT_EQ(findPattern("1 2,3", false), (Bytes{1, 2, 3}));
+  EXPECT_EQ(findPattern("123", false), (Bytes{0x12, 0x03}));
+  EXPECT_EQ(findPattern("12 xy", false), Bytes{});
+  EXPECT_EQ(findPattern("a1", true), (Bytes{'a', '1'}));
+}
+
+TEST_F(ModelTest, GoesToAnAddressInTheRange) {
+  EXPECT_TRUE(model.goTo(" 0x2a0 "));
+  EXPECT_EQ(model.caret(), at(0x2A0));
+  EXPECT_EQ(model.topLine(), 0x2A - 3);
+  EXPECT_TRUE(model.goTo("10H"));
+  for (const auto* bad : {"", "3E8", "xyz", "1 2", "FFFFFFFFF"}) EXPECT_FALSE(model.goTo(bad)) << bad;
+  EXPECT_EQ(model.caret(), at(0x10));
+}
+
+TEST_F(ModelTest, CopiesTheSelectionAsHex) {
+  model.click(at(0x41), false);
+  EXPECT_EQ(model.copyHex(), "41");
+  model.click(at(0x51), true);
+  EXPECT_EQ(model.copyHex(), "41 42 43 44 45 46 47 48 49 4A 4B 4C 4D 4E 4F 50\n51");
+}
+
+TEST_F(ModelTest, CellsTellWhereTheirBytesComeFrom) {
+  const Bytes one{0xEE};
+  buffer.edit(5, one);
+  range(0, 1010);
+  model.setField({6, 7});
+  const HexLine first = model.line(0);
+  EXPECT_TRUE(first.cells[5].changed);
+  EXPECT_TRUE(first.cells[5].fromFile);
+  EXPECT_FALSE(first.cells[4].changed);
+  EXPECT_TRUE(first.cells[6].inField && first.cells[7].inField && !first.cells[8].inField);
+  const HexLine last = model.line(62);
+  EXPECT_TRUE(last.cells[7].fromFile);
+  EXPECT_FALSE(last.cells[8].fromFile) << "address 1000 was written by no file";
+  buffer.lay({Bytes(kCodeBufferSize), Bytes(kCodeBufferSize)});
+  EXPECT_FALSE(model.line(0).cells[5].changed) << "a load forgets the colours";
+}
+
+struct ViewTest : ::testing::Test {
+  ViewTest() {
+    Bytes bytes(4000);
+    std::iota(bytes.begin(), bytes.end(), std::uint8_t{0});
+    bench.openCode("/a.hex", hexRecord(0, Bytes(bytes.begin(), bytes.begin() + 255)) + "\n" + kEndRecord);
+    bench.openCode("/a.bin", bytes);
+    bench.dialogs.shown.clear();
+    pane.model.click({0x10, false}, false);
+  }
+  ImagesBench bench{"Ivy-HF0S"};
+  HexPane& pane = bench.room.panel.txtBuffer2;
+  ImageBuffer& code = bench.room.state.CodeBuffer;
+};
+
+TEST_F(ViewTest, AsksOnceAndAgainTwentySecondsAfterTheLastDigit) {
+  bench.dialogs.yesNo = {false, true, true};
+  pane.userType(U'A');
+  EXPECT_EQ(code.at(0x10), 0x10) << "No changes nothing";
+  pane.userType(U'A');
+  pane.userType(U'b');
+  EXPECT_EQ(code.at(0x10), 0xAB);
+  EXPECT_EQ(pane.model.caret(), (HexSpot{0x11, false}));
+  bench.loop.runFor(Millis{19000});
+  pane.userType(U'0');
+  bench.loop.runFor(Millis{19000});
+  pane.userType(U'0');
+  EXPECT_EQ(bench.boxes(), (std::vector<std::string>{"Update the buffer ?", "Update the buffer ?"}));
+  bench.loop.runFor(Millis{20001});
+  pane.userType(U'0');
+  EXPECT_EQ(bench.boxes().size(), 3U);
+  EXPECT_TRUE(code.changedSinceLoad(0x10));
+  pane.userType(U'x');
+  EXPECT_EQ(bench.boxes().size(), 3U) << "what is no digit asks nothing";
+}
+
+TEST_F(ViewTest, WithoutAnImageNothingIsChanged) {
+  bench.room.loader.clearBuffers();
+  bench.dialogs.yesNo = {true};
+  pane.userType(U'5');
+  EXPECT_EQ(bench.boxes(), (std::vector<std::string>{"Update the buffer ?", " Please open code file."}));
+  EXPECT_EQ(code.at(0), 0);
+}
+
+TEST_F(ViewTest, ARunClosesTheViewForTyping) {
+  bench.dialogs.yesNo = {true, true};
+  pane.userType(U'A');
+  bench.room.applyLock(1);
+  pane.userType(U'B');
+  EXPECT_EQ(code.at(0x10), 0xA0);
+  pane.userKey(HexKey::Down);
+  EXPECT_EQ(pane.model.caret().address, 0x20) << "looking is allowed";
+}
+
+TEST_F(ViewTest, EditsOfTheDataViewGoToTheDataImage) {
+  bench.dialogs.yesNo = {true};
+  bench.room.panel.tetDataFlash2.userType(U'7');
+  EXPECT_EQ(bench.room.state.EepromBuffer.at(0), 0x70);
+  EXPECT_EQ(code.at(0), 0);
+}
+
+TEST_F(ViewTest, ScrollBarAndViewFollowEachOther) {
+  auto& bar = bench.room.panel.vscFile[0];
+  EXPECT_EQ(bar.maximum(), 3999 / 16 - 3);
+  EXPECT_EQ(bar.value(), bar.maximum()) << "a load shows where the file ends";
+  bar.userScroll(7);
+  EXPECT_EQ(pane.property("Text").substr(0, 15), "\n\n 000070   70 ");
+  EXPECT_EQ(bench.room.panel.txt_length.text(), "FA0");
+  pane.userKey(HexKey::Last);
+  EXPECT_EQ(bar.value(), pane.model.topLine());
+  EXPECT_GT(bar.value(), 100);
+}
+
+}  // namespace
+}  // namespace kvr::images
