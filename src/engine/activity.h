@@ -1,5 +1,6 @@
-// The one guard in front of every way in: while a sequence (a download, a board session, a demo run) is under way, nothing
-// else starts one, whatever the gesture: a button, a dropped file, an opened project, the file watcher, a repeated send.
+// The one guard in front of every way in: while a sequence (a download, a board session, a demo run) is under way,
+// nothing else starts one, whatever the gesture: a button, a dropped file, an opened project, the file watcher, a
+// repeated send.
 #pragma once
 
 #include <utility>

@@ -20,8 +20,7 @@ constexpr auto kTable = makeTable();
 
 std::uint16_t boardCrc(std::span<const std::uint8_t> bytes, std::uint16_t start) {
   std::uint16_t crc = start;
-  for (const std::uint8_t byte : bytes)
-    crc = static_cast<std::uint16_t>((crc >> 8) ^ kTable[(crc ^ byte) & 0xFF]);
+  for (const std::uint8_t byte : bytes) crc = static_cast<std::uint16_t>((crc >> 8) ^ kTable[(crc ^ byte) & 0xFF]);
   return crc;
 }
 

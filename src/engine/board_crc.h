@@ -1,5 +1,5 @@
-// CRC-16/MODBUS: polynomial 8005h reflected, start value FFFFh, no final change. The off-line board's frames and its memory
-// image carry it low byte first.
+// CRC-16/MODBUS: polynomial 8005h reflected, start value FFFFh, no final change. The off-line board's frames and its
+// memory image carry it low byte first.
 #pragma once
 
 #include <cstdint>

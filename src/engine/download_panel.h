@@ -1,5 +1,5 @@
-// The controls of the download: the buttons that start and stop a run, the range of baud rates, the success counter, the
-// repeat delay, the beep choice and the verdict.
+// The controls of the download: the buttons that start and stop a run, the range of baud rates, the success counter,
+// the repeat delay, the beep choice and the verdict.
 #pragma once
 
 #include "platform/controls.h"

@@ -1,5 +1,5 @@
-// The frames that go out, as values. A frame is 46 B9 6A, length (two bytes, counted from the direction byte through the end
-// byte), command, payload, sum, 16.
+// The frames that go out, as values. A frame is 46 B9 6A, length (two bytes, counted from the direction byte through
+// the end byte), command, payload, sum, 16.
 #pragma once
 
 #include <cstdint>

@@ -15,7 +15,9 @@ PortLease::PortLease(platform::EventLoop& loop, platform::SerialLink& link)
   });
 }
 
-void PortLease::hold(Master master) { holder_ = master; }
+void PortLease::hold(Master master) {
+  holder_ = master;
+}
 
 void PortLease::setReceiver(Master master, std::function<void()> receiver) {
   receivers_[static_cast<std::size_t>(master)] = std::move(receiver);

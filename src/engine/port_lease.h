@@ -1,5 +1,5 @@
-// One serial port, several masters: the programming engine (boards and chips), the terminal with its register monitor, and
-// the demo routine in a user's firmware. Who holds the port supplies the receiver, so there are no receive modes
+// One serial port, several masters: the programming engine (boards and chips), the terminal with its register monitor,
+// and the demo routine in a user's firmware. Who holds the port supplies the receiver, so there are no receive modes
 // besides this one.
 //
 // The head of the receive event lives here: the first waiting byte starts a one-shot of 10 ms, which gathers a small
@@ -23,13 +23,15 @@ class PortLease {
 
   PortLease(platform::EventLoop& loop, platform::SerialLink& link);
 
-  // The engine holds the port from the start. Taking it over closes nothing: who takes it says what happens to the port.
+  // The engine holds the port from the start. Taking it over closes nothing: who takes it says what happens to the
+  // port.
   Master holder() const { return holder_; }
   void hold(Master master);
 
   // Called with at least one byte waiting (when nothing waits any more, not at all). It reads from `link()`.
   void setReceiver(Master master, std::function<void()> receiver);
-  // The open port went away (an adapter pulled out). It is closed already. Only the holder is told, from the event loop.
+  // The open port went away (an adapter pulled out). It is closed already. Only the holder is told, from the event
+  // loop.
   void onVanished(Master master, std::function<void(const platform::PortError&)> told);
 
   platform::SerialLink& link() { return link_; }

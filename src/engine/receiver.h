@@ -1,5 +1,5 @@
-// The receive state machine: bytes in, at most one whole frame in the buffer. A value without clock or port, so that a test
-// can feed it any split of any bytes.
+// The receive state machine: bytes in, at most one whole frame in the buffer. A value without clock or port, so that a
+// test can feed it any split of any bytes.
 #pragma once
 
 #include <array>
@@ -14,9 +14,9 @@ struct Receiver {
 
   std::array<std::uint8_t, kCapacity> buffer{};  // from the direction byte on; [1], [2]: length; [3]: command or status
   int count = 0;
-  bool frameOk = false;   // a whole frame with good end byte and sum lies in the buffer
-  bool frameBad = false;  // a whole frame failed its sum
-  bool armed = false;     // false: bytes are dropped
+  bool frameOk = false;           // a whole frame with good end byte and sum lies in the buffer
+  bool frameBad = false;          // a whole frame failed its sum
+  bool armed = false;             // false: bytes are dropped
   bool requireStartPair = false;  // 46 B9 must stand in front of 68
   bool boardCrcMode = false;      // CRC instead of a sum
   bool frame2 = false;            // two-byte sum

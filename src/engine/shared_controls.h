@@ -1,5 +1,5 @@
-// The controls of the main window that several sequences write: the message pane, the port box and its lamp, the progress
-// bar.
+// The controls of the main window that several sequences write: the message pane, the port box and its lamp, the
+// progress bar.
 #pragma once
 
 #include "platform/controls.h"

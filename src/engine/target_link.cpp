@@ -28,9 +28,13 @@ TargetLink::TargetLink(platform::World world, PortLease& lease, const catalogue:
   lease_.onVanished(Master::Engine, [this](const platform::PortError& error) { vanished(error); });
 }
 
-int TargetLink::connectBaud() const { return platform::wholeOf(connectBaudText); }
+int TargetLink::connectBaud() const {
+  return platform::wholeOf(connectBaudText);
+}
 
-int TargetLink::currentBaud() const { return platform::wholeOf(lease_.link().settings().substr(0, 6)); }
+int TargetLink::currentBaud() const {
+  return platform::wholeOf(lease_.link().settings().substr(0, 6));
+}
 
 std::string TargetLink::maxBaudText() const {
   const std::string text = panel_.cobBaudMax.trimmed();
@@ -56,6 +60,11 @@ platform::PortError TargetLink::openTargetPort() {
   return report(lease_.link().open());
 }
 
+platform::PortError TargetLink::reopenTargetPort() {
+  if (stopRequested) return {};
+  return openTargetPort();
+}
+
 platform::PortError TargetLink::reopenIfClosed() {
   if (isOpen() || stopRequested) return {};
   return report(lease_.link().open());
@@ -72,7 +81,9 @@ void TargetLink::closeTargetPort() {
   for (int i = 0; i < 3 && isOpen(); ++i) lease_.close();
 }
 
-void TargetLink::initPortModes() { clearQueues(); }
+void TargetLink::initPortModes() {
+  clearQueues();
+}
 
 void TargetLink::clearQueues() {
   lease_.clearIn();
@@ -84,7 +95,14 @@ void TargetLink::clearReceiveState() {
   rx.clear();
 }
 
-void TargetLink::write(std::span<const std::uint8_t> bytes) { lease_.link().write(bytes); }
+void TargetLink::write(std::span<const std::uint8_t> bytes) {
+  lease_.link().write(bytes);
+}
+
+void TargetLink::writeSync(std::span<const std::uint8_t> bytes) {
+  if (rx.midFrame() && !lease_.gathering() && world_.loop.now() - lease_.lastByteAt() > kSilence) rx.clear();
+  if (lease_.link().outBytesPending() <= bytes.size()) write(bytes);
+}
 
 void TargetLink::sendFrame(std::span<const std::uint8_t> frame, Millis timeout) {
   clearReceiveState();
@@ -121,7 +139,9 @@ void TargetLink::endFixedLink() {
   if (sendFixedLinkFrame(0x82)) delayMs(Millis(100));
 }
 
-void TargetLink::delayMs(Millis time) { platform::delay(world_.loop, time); }
+void TargetLink::delayMs(Millis time) {
+  platform::delay(world_.loop, time);
+}
 
 bool TargetLink::waitFrameCut(Millis limit) {
   platform::Timer timer(world_.loop);
@@ -135,7 +155,9 @@ bool TargetLink::waitFrame(Millis limit) {
   return rx.frameOk;
 }
 
-bool TargetLink::frameArriving() const { return isOpen() && (rx.midFrame() || lease_.gathering()); }
+bool TargetLink::frameArriving() const {
+  return isOpen() && (rx.midFrame() || lease_.gathering());
+}
 
 void TargetLink::awaitRestOfFrame() {
   const auto wireTime = std::chrono::milliseconds(257 * 12 * 1000 / std::max(currentBaud(), 1) + 1);

@@ -1,12 +1,12 @@
 // The line to a chip or an off-line board: frames out, the receive state machine in, the waits between them, Stop.
 //
-// A frame on the wire: 46 B9, direction (6A to the target, 68 from it), length (two bytes, the high one 0; counted from the
-// direction byte through the end byte), command, payload, sum, 16. `rxBuffer[i]` is wire byte i + 2. The sum runs from the
-// direction byte up to the byte before it: its low 8 bits, or its low 16 bits high byte first (`frame2` models), or in
-// `boardCrcMode` the CRC of board_crc.h, low byte first.
+// A frame on the wire: 46 B9, direction (6A to the target, 68 from it), length (two bytes, the high one 0; counted from
+// the direction byte through the end byte), command, payload, sum, 16. `rxBuffer[i]` is wire byte i + 2. The sum runs
+// from the direction byte up to the byte before it: its low 8 bits, or its low 16 bits high byte first (`frame2`
+// models), or in `boardCrcMode` the CRC of board_crc.h, low byte first.
 //
-// Every wait runs the event loop. A time limit never cuts a frame in two: when it runs out while a frame is arriving, the
-// wait goes on to the frame's end, until 50 ms pass without a byte, or for the wire time of 257 bytes at most.
+// Every wait runs the event loop. A time limit never cuts a frame in two: when it runs out while a frame is arriving,
+// the wait goes on to the frame's end, until 50 ms pass without a byte, or for the wire time of 257 bytes at most.
 #pragma once
 
 #include <chrono>
@@ -14,6 +14,7 @@
 #include <functional>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "catalogue/selected_model.h"
 #include "engine/beeper.h"
@@ -27,6 +28,8 @@
 namespace kvr::engine {
 
 using platform::Millis;
+
+inline constexpr std::string_view kTitle = "KVR-ISP";  // of message boxes that have no title of their own
 
 class TargetLink {
  public:
@@ -43,19 +46,22 @@ class TargetLink {
   // --- The line's settings. ---
   bool linkParityOn = false;
   bool linkParityEven = false;
-  std::string connectBaudText;    // first contact, a number text; set by the handshake
-  int connectBaud() const;        // the same as a number, 0 when it is none
-  int currentBaud() const;        // the head of the port's settings text
-  Millis gapTimeoutMs{200};       // kept for the board's sessions
-  Millis replyTimeoutMs{800};     // reply limit of block writes to a board
-  std::string reportedCode;       // code that the connected target reported; chooses between a model's two codes
-  std::function<int()> baseFrequencyMHz;         // 24 or 12, for `maxBaudText`; not connected: 12
-  std::function<void(const std::string&)> onPortStatus;  // why opening failed, in the port's own words; "" once it is open
+  std::string connectBaudText;  // first contact, a number text; set by the handshake
+  int connectBaud() const;      // the same as a number, 0 when it is none
+  int currentBaud() const;      // the head of the port's settings text
+  Millis gapTimeoutMs{200};     // kept for the board's sessions
+  Millis replyTimeoutMs{800};   // reply limit of block writes to a board
+  std::string reportedCode;     // code that the connected target reported; chooses between a model's two codes
+  std::function<int()> baseFrequencyMHz;  // 24 or 12, for `maxBaudText`; not connected: 12
+  std::function<void(const std::string&)>
+      onPortStatus;  // why opening failed, in the port's own words; "" once it is open
 
   // `cobBaudMax`, capped in families 15, 16, 17 by the base frequency: 57600 at 24 MHz, 38400 at 12 MHz.
   std::string maxBaudText() const;
   platform::PortError setMSCommSettings(const std::string& baudText);  // with the parity that the flags say
   platform::PortError openTargetPort();  // closes, chooses the port of `combCommPort`, opens
+  // The same in the middle of a run; does nothing once Stop was pressed.
+  platform::PortError reopenTargetPort();
   // Opens a port that has been closed meanwhile, but not once Stop was pressed: a stopped run stays silent.
   platform::PortError reopenIfClosed();
   platform::PortError changeSettings(const std::string& settings);  // close, set, open; nothing once Stop was pressed
@@ -68,19 +74,23 @@ class TargetLink {
 
   // --- Sending. ---
   void write(std::span<const std::uint8_t> bytes);
+  // One beat of a sync loop: forgets a frame that stopped arriving, and writes unless the last beats still fill the
+  // line (below 2400 baud two bytes take longer than a beat).
+  void writeSync(std::span<const std::uint8_t> bytes);
   // The generic short frame: clears the receive state, starts the reply limit, writes. Then `waitReply()`.
   void sendCommandFrame(std::uint8_t command, Millis timeout, std::uint8_t argument);
   // The same for a frame that is built already: a block of data for a board.
   void sendFrame(std::span<const std::uint8_t> frame, Millis timeout);
   bool waitReply();  // until frameOk, frameBad, replyExpired or stopRequested; true: frameOk
-  // The fixed link's short frame, 82 (end of session) or 8A (sync). False: another command, or no port; nothing was sent.
+  // The fixed link's short frame, 82 (end of session) or 8A (sync). False: another command, or no port; nothing was
+  // sent.
   [[nodiscard]] bool sendFixedLinkFrame(std::uint8_t command);
   void endFixedLink();  // 82, then 100 ms
 
   // --- Waiting. ---
   void delayMs(Millis time);
-  // Until frameOk, stopRequested or the limit; true: frameOk. `waitFrameCut` is the same without waiting for the rest of a
-  // frame that is arriving: for loops that send on whatever arrives.
+  // Until frameOk, stopRequested or the limit; true: frameOk. `waitFrameCut` is the same without waiting for the rest
+  // of a frame that is arriving: for loops that send on whatever arrives.
   bool waitFrame(Millis limit);
   bool waitFrameCut(Millis limit);
   void waitDrained();  // until all that was written has gone out (at most one second) or Stop

@@ -1,0 +1,108 @@
+#include "engine/block_plan.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <string>
+
+#include "engine/family_rules.h"
+#include "platform/text.h"
+
+namespace kvr::engine {
+namespace {
+
+constexpr std::int32_t kLowestEnd = 0x27F;
+constexpr std::int32_t kLowestCodeEnd = 0x3FF;
+
+std::vector<std::uint8_t> copyOf(const images::ImageBuffer& image, std::int64_t size, std::int32_t last) {
+  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(std::max<std::int64_t>(size, 0)), 0);
+  for (std::int64_t i = 0; i < std::min<std::int64_t>(size, last + 1); ++i)
+    bytes[static_cast<std::size_t>(i)] = image.at(static_cast<std::int32_t>(i));
+  return bytes;
+}
+
+SendPlan wholeCode(const images::ImageBuffer& code, SendRange range) {
+  const auto bytes = code.bytes();
+  return {.bytes = {bytes.begin(), bytes.end()}, .ranges = {range}};
+}
+
+SendPlan codeAlone(const catalogue::McuRecord& selected, double version, const images::ImageBuffer& code) {
+  const std::int32_t limit = codeLimit(selected, version);
+  const std::int32_t last = std::min(std::max(code.rangeEnd, kLowestCodeEnd), limit);
+  const std::int32_t first = std::min(std::max(code.rangeStart, 0), limit);
+  return wholeCode(code, {true, first, last});
+}
+
+SendPlan codeAndData(const catalogue::McuRecord& selected, const images::ImageBuffer& code,
+                     const images::ImageBuffer& eeprom) {
+  const std::int32_t dataStart = selected.dataStart, dataLast = eeprom.rangeEnd;
+  SendPlan plan;
+  plan.bytes = copyOf(code, dataStart + dataLast + 512 + 1, selected.apEnd);
+  for (std::int32_t i = 0; i <= dataLast; ++i) plan.bytes[static_cast<std::size_t>(dataStart + i)] = eeprom.at(i);
+  plan.ranges = {{true, 0, selected.apEnd + 1}, {true, dataStart, dataStart + dataLast}};
+  return plan;
+}
+
+}  // namespace
+
+std::int32_t codeLimit(const catalogue::McuRecord& selected, double version) {
+  const int family = selected.family;
+  if (version <= 5.0) return family == 3 ? 0x13FF : 0x2FFF;
+  if (family == 3) return 0x5DFF;
+  if (family == 4) return selected.apEnd >= 0x3C00 ? 0x6FFF : 0x5DFF;
+  if (family == 5) return selected.topBlockFree ? 0x77FF : 0x6FFF;
+  if (family == 7 || family == 10) return selected.topBlockFree ? 0xF7FF : 0xF3FF;
+  if (family == 8 || family == 17) return selected.topBlockFree ? 0x37FF : 0x33FF;
+  return selected.topBlockFree ? 0x17FF : 0x13FF;
+}
+
+SendPlan planSends(const catalogue::McuRecord& selected, double version, int blockSize, int frameSize,
+                   const images::ImageBuffer& code, const images::ImageBuffer& eeprom) {
+  if (usesTimerReload(selected.family)) return wholeCode(code, {blockSize > frameSize, code.rangeStart, code.rangeEnd});
+  if (selected.family == 18)
+    return wholeCode(code, {true, std::max(code.rangeStart, 0), std::min(code.rangeEnd, selected.dataEnd)});
+  if (!eeprom.loaded) return codeAlone(selected, version, code);
+  if (eeprom.rangeEnd > 0) return codeAndData(selected, code, eeprom);
+  return {.bytes = copyOf(code, code.rangeEnd + 512 + 1, code.rangeEnd), .ranges = {{true, 0, code.rangeEnd + 1}}};
+}
+
+std::int32_t roundedEnd(std::int32_t last, int blockSize) {
+  return std::max((last / blockSize + 1) * blockSize - 1, kLowestEnd);
+}
+
+std::vector<AddressRange> blocksOf(std::int32_t first, std::int32_t workingEnd, int blockSize) {
+  std::vector<AddressRange> blocks;
+  for (std::int32_t block = first / blockSize; block <= workingEnd / blockSize; ++block) {
+    const std::int32_t start = blocks.empty() ? first : block * blockSize;
+    blocks.push_back({start, (block + 1) * blockSize - 1});
+  }
+  return blocks;
+}
+
+std::vector<FrameSpan> framesOf(AddressRange block, bool split, int frameSize) {
+  if (!split) return {{block.first, block.last - block.first + 1}};
+  std::vector<FrameSpan> frames;
+  for (std::int32_t start = block.first; start <= block.last; start = (start + frameSize) / frameSize * frameSize) {
+    const bool isLast = start + frameSize - 1 >= block.last;
+    frames.push_back({start, isLast ? block.last - start + 1 : frameSize});
+  }
+  return frames;
+}
+
+int ProgressScale::valueAt(std::int32_t end) const {
+  return by256 ? static_cast<int>(platform::roundEven(end / 256.0)) : end;
+}
+
+ProgressScale progressScale(std::int32_t first, std::int32_t last) {
+  if (first > 0x7FFF || last > 0x7FFF) return {first / 256, last / 256 + 1, true};
+  return {first, last + 1, false};
+}
+
+std::string kilobyteText(std::int32_t bytes) {
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "%.3fK", bytes / 1024.0);
+  const std::string_view view(text.data());
+  return std::string(view.substr(0, 2) == "0." ? view.substr(1) : view);
+}
+
+}  // namespace kvr::engine

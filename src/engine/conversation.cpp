@@ -1,0 +1,53 @@
+#include "engine/conversation.h"
+
+#include "platform/text.h"
+
+namespace kvr::engine {
+
+std::string Conversation::elapsedText() const {
+  const auto seconds =
+      std::chrono::duration_cast<std::chrono::seconds>(link.world().loop.now() - run.startMark).count();
+  return "[" + platform::padLeft(std::to_string(seconds / 60 % 100), 2) + ":" +
+         platform::padLeft(std::to_string(seconds % 60), 2) + "]";
+}
+
+bool Conversation::fail(int beeps, const std::string& line) {
+  link.beeps(beeps);
+  link.say(line);
+  run.failureWords = line;
+  return false;
+}
+
+bool Conversation::failNow(int beeps, const std::string& words) {
+  return fail(beeps, words + "(End: " + link.timeOfDay() + ")");
+}
+
+bool Conversation::stopped() {
+  if (!link.stopCheck()) return false;
+  if (run.failureWords.empty()) run.failureWords = link.lostPort.empty() ? "Operation stopped. " : link.lostPort;
+  return true;
+}
+
+void Conversation::composeOptions() {
+  if (hooks.composeOptions) hooks.composeOptions(trim);
+}
+
+void Conversation::refreshChoices() {
+  if (hooks.refreshChoices) hooks.refreshChoices();
+}
+
+void Conversation::reportTarget(std::uint8_t status11, std::uint8_t status12, std::uint8_t status13) {
+  if (!hooks.report) return;
+  const ReportAnswer answer = hooks.report({.steppingLetter = target.steppingLetter,
+                                            .versionText = target.firmwareVersionText,
+                                            .modelName = target.targetModelName,
+                                            .status11 = status11,
+                                            .status12 = status12,
+                                            .status13 = status13,
+                                            .reservedKnown = target.reservedKnown});
+  if (answer.clearStartPair) link.rx.requireStartPair = false;
+  if (answer.doubleSpeed) target.doubleSpeed = *answer.doubleSpeed;
+  for (const std::string& line : answer.lines) link.say(line);
+}
+
+}  // namespace kvr::engine

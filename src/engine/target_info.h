@@ -1,0 +1,43 @@
+// What is known of the connected chip, refreshed at every handshake.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "catalogue/mcu_record.h"
+
+namespace kvr::engine {
+
+// Bytes of the timer reload value at the negotiated baud: for the chip's present speed mode, and for the other one.
+struct ReloadBytes {
+  std::uint8_t high = 0;
+  std::uint8_t low = 0;
+  bool operator==(const ReloadBytes&) const = default;
+};
+
+struct TargetInfo {
+  std::string firmwareVersionText;          // "6.3"; empty for 0.0
+  std::string steppingLetter;               // the firmware's family letter
+  std::string modelCodeHigh, modelCodeLow;  // two hexadecimal digits each; a code of one byte has no low part
+  bool modelCodeKnown = false;              // the status frame was long enough to hold the code
+  std::string extendedCodeText;             // four digits; empty when absent or zero
+  std::string targetModelName;              // empty: no row bears the code
+  catalogue::McuRecord targetRecord;        // its row; of an unknown model the selected one
+  int familyClass = 0;                      // of the chip, by its letter when the model is unknown
+  float targetClockHz = 0;
+  bool doubleSpeed = false;
+  int clockDoubled = 0;   // above 0: the chip doubles its clock; only the report shows it
+  int reservedBytes = 0;  // top of flash that the firmware keeps, and whether the chip has told it
+  bool reservedKnown = false;
+  std::array<std::uint8_t, 7> statusTail{};  // families 15, 16: seven bytes that go back to the chip
+  bool fixedBaudLink = false;                // no baud negotiation
+  ReloadBytes reloadNormal, reloadOther;
+
+  // "6.3" is 63.
+  int version10() const;
+  double versionNumber() const;
+  std::string modelCode() const { return modelCodeHigh + modelCodeLow; }
+};
+
+}  // namespace kvr::engine
