@@ -1,5 +1,9 @@
 #include "shell/main_form.h"
 
+#include <algorithm>
+
+#include "offline/board_help.h"
+
 namespace kvr::shell {
 
 MainForm::MainForm(platform::World services)
@@ -9,6 +13,8 @@ MainForm::MainForm(platform::World services)
       shared{main.textMsg, main.combCommPort, main.imgOpen_sys, main.ProgressBar1, main.labKbyte},
       lease(world.loop, world.link),
       link(world, lease, model, download, shared),
+      conversation(link, optionsRoom.set(), images.state, optionHooks),
+      session(conversation, lock, activity, sessionHooks),
       offlineSession({link, activity, lock, optionsRoom.set(), images.state, images.panel, main.txtDevice}, offline),
       comTool(world, lease, activity, lock, tool, {main.combCommPort, main.imgOpen_sys}),
       sfrMonitor(world.loop, monitor, model, lock),
@@ -17,6 +23,8 @@ MainForm::MainForm(platform::World services)
       timerUnload_(world.loop, [this] { timerUnload(); }) {
   registerControls();
   connectRooms();
+  connectEngine();
+  connectFiles();
   connectTerminal();
   connectButtons();
 }
@@ -43,34 +51,15 @@ void MainForm::connectRooms() {
       .showFamilyPanel = [this] { optionsRoom.showFamilyPanel(); },
       .requestSave = [this] { settings.requestSave(); },
   };
-  link.baseFrequencyMHz = [this] { return optionsRoom.baseFrequencyHz() / 1000000; };
-  link.onPortStatus = [this](const std::string& why) { main.portStatus.setCaption(why); };
-  offlineSession.composeOptions = [this] { optionsRoom.composeOptions(); };
-  settings.hooks.pinsShown = [this] { optionsRoom.followPins(); };
   settings.hooks.modelSelected = [this] { picker.treeClicked(); };
   settings.hooks.rangeShown = [this] { images.showModel(); };
   lock.changed.connect([this] { applyLock(); });
 }
 
-// The monitor listens to what the terminal receives, and answers on its port.
-void MainForm::connectTerminal() {
-  comTool.bytesReceived = [this](std::span<const std::uint8_t> bytes) { sfrMonitor.monitorScan(bytes); };
-  comTool.clearMonitor = [this] { sfrMonitor.clearLists(); };
-  sfrMonitor.write = [this](std::span<const std::uint8_t> bytes) { comTool.writeAnswer(bytes); };
-  sfrMonitor.openAndSend = [this](std::span<const std::uint8_t> bytes) { comTool.send(bytes); };
-  offlineSession.releaseToolPort = [this] { comTool.imgOpen_Click(); };
-  images.storeCompare.receivedBytes = [this] {
-    const auto& ring = comTool.rxRing();
-    return ring.empty() ? std::span<const std::uint8_t>{} : ring.buffer();
-  };
-}
-
 void MainForm::connectButtons() {
   main.comMastWindow.onClick = [this] { shrinkOrResume(); };
-  download.comClear_OK_Count.onClick = [this] {
-    download.txtWrite_OK_Count.setText("0");
-    settings.saveCounter();
-  };
+  main.imgOpen_sys.onClick = [this] { comTool.imgOpen_sys_Click(); };
+  offline.com_TJXZ_help.onClick = [this] { world.dialogs.help(offline::kBoardHelpTitle, offline::boardHelpText()); };
 }
 
 // Every room enables its own controls; these are the main form's.

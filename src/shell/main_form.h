@@ -8,13 +8,12 @@
 
 #include "catalogue/selected_model.h"
 #include "comtool/com_tool.h"
-#include "comtool/tool_panel.h"
 #include "engine/activity.h"
 #include "engine/download_panel.h"
 #include "engine/port_lease.h"
+#include "engine/session.h"
 #include "engine/target_link.h"
 #include "images/image_room.h"
-#include "monitor/monitor_panel.h"
 #include "monitor/sfr_monitor.h"
 #include "offline/offline_panel.h"
 #include "offline/offline_session.h"
@@ -76,6 +75,10 @@ class MainForm {
   engine::SharedControls shared;
   engine::PortLease lease;
   engine::TargetLink link;
+  engine::OptionHooks optionHooks;
+  engine::Conversation conversation;
+  engine::SessionHooks sessionHooks;
+  engine::Session session;
   offline::OfflineSession offlineSession;
   comtool::ComTool comTool;
   monitor::SfrMonitor sfrMonitor;
@@ -89,7 +92,11 @@ class MainForm {
  private:
   void registerControls();
   void connectRooms();
+  void connectEngine();
+  void connectFiles();
   void connectTerminal();
+  engine::ReportAnswer report(const engine::ReportQuestion& question);
+  void logRun(const engine::RunRecord& record);
   void connectButtons();
   void applyLock();
   void shrinkOrResume();

@@ -1,0 +1,87 @@
+// What the rooms tell each other: every callback of a lower room that a higher one answers.
+
+#include "platform/text.h"
+#include "shell/batch_log.h"
+#include "shell/main_form.h"
+
+namespace kvr::shell {
+
+void MainForm::connectEngine() {
+  link.baseFrequencyMHz = [this] { return optionsRoom.baseFrequencyHz() / 1000000; };
+  link.onPortStatus = [this](const std::string& why) { main.portStatus.setCaption(why); };
+  optionHooks = {
+      .composeOptions = [this](std::optional<options::RcTrim> trim) { optionsRoom.composeOptions(trim); },
+      .refreshChoices = [this] { optionsRoom.refreshChoices(); },
+      .clearLockLabels = [this] { optionsRoom.clearLockLabels(); },
+      .report = [this](const engine::ReportQuestion& question) { return report(question); },
+      .externalWatchdogPin = [this] { return optionsRoom.externalWatchdogPin(); },
+      .wantedFrequencyHz = [this] { return static_cast<double>(optionsRoom.wantedFrequencyHz()); },
+      .checkFrequency = [this] { return optionsRoom.checkFrequency(); },
+  };
+  sessionHooks = {
+      .imgOpen_Click = [this] { comTool.imgOpen_Click(); },
+      .imgNotOpen_Click = [this] { comTool.imgNotOpen_Click(); },
+      .autoOpenPort = [this] { return comTool.autoOpens(); },
+      .reloadIfAsked = [this] { return !images.panel.cekReloadFile.value() || images.loader.reload(); },
+      .armCounters = [this] { return images.counters.armForRun(); },
+      .advanceCounters = [this] { return images.counters.advanceAfterSuccess(); },
+      .serialNumber = [this] { return images.panel.cheAuto_Increase.value() ? images.counters.code.next : std::string(); },
+      .closeAsked = [this] { return firstClose_; },
+      .onRunEnd = [this](const engine::RunRecord& record) { logRun(record); },
+  };
+  offlineSession.composeOptions = [this] { optionsRoom.composeOptions(); };
+  offlineSession.releaseToolPort = [this] { comTool.imgOpen_Click(); };
+  offlineSession.stopOperation = [this] { session.stopOperation(); };
+}
+
+engine::ReportAnswer MainForm::report(const engine::ReportQuestion& question) {
+  const auto told = options::describeTarget({
+      .selectedFamily = model.record.family,
+      .reservedKnown = question.reservedKnown,
+      .modelName = question.modelName,
+      .versionText = question.versionText,
+      .letter = question.steppingLetter.empty() ? '\0' : question.steppingLetter.front(),
+      .reported = optionsRoom.set().reported,
+      .status11 = question.status11,
+      .status12 = question.status12,
+      .status13 = question.status13,
+  });
+  optionsRoom.showReport({.labels = told.labels});
+  return {.lines = told.lines, .doubleSpeed = told.doubleSpeed, .clearStartPair = told.clearStartPair};
+}
+
+void MainForm::connectFiles() {
+  images.watcher.isBusy = [this] { return activity.busy(); };
+  images.watcher.onDownload = [this] { session.comDownload_Click(0); };
+  images.storeCompare.receivedBytes = [this]() -> std::span<const std::uint8_t> {
+    if (comTool.rxRing().empty()) return {};
+    return comTool.rxRing().buffer();
+  };
+}
+
+void MainForm::connectTerminal() {
+  comTool.stopRun = [this] { session.comStop_Download_Click(); };
+  comTool.bytesReceived = [this](std::span<const std::uint8_t> bytes) { sfrMonitor.monitorScan(bytes); };
+  comTool.clearMonitor = [this] { sfrMonitor.clearLists(); };
+  sfrMonitor.write = [this](std::span<const std::uint8_t> bytes) { comTool.writeAnswer(bytes); };
+  sfrMonitor.openAndSend = [this](std::span<const std::uint8_t> bytes) { comTool.send(bytes); };
+}
+
+// On the disk before anyone reads the verdict. A log that cannot be written is said in the pane: the chip itself is fine.
+void MainForm::logRun(const engine::RunRecord& record) {
+  if (!main.cheBatchLog.value() || main.txtBatchLog.trimmed().empty()) return;
+  const auto written = appendToBatchLog(world.files, main.txtBatchLog.trimmed(),
+                                        {.time = record.time,
+                                         .model = record.model,
+                                         .verdict = record.passed ? "PASS" : "FAIL",
+                                         .failure = record.failure,
+                                         .codeSum = platform::hexText(static_cast<std::uint32_t>(record.codeSum), 7) + "H",
+                                         .dataSum = platform::hexText(static_cast<std::uint32_t>(record.dataSum), 7) + "H",
+                                         .firmware = record.firmware,
+                                         .serial = record.serialNumber,
+                                         .factoryId = record.factoryId,
+                                         .seconds = record.seconds});
+  if (!written) main.textMsg.appendLine("The batch log could not be written: " + written.error);
+}
+
+}  // namespace kvr::shell
