@@ -39,7 +39,7 @@ Chip::Chip(ChipConfig config)
              static_cast<std::size_t>(bootStartOf(*config_.row, config_.reservedCode)), config_.seed),
       options_(config_.options.value_or(factoryOptions(*config_.row))),
       oscillator_(config_.rc, config_.seed),
-      reader_(config_.row->frame2, config_.times.frameGap) {
+      reader_(config_.row->frame2 ? FrameCheck::sum16 : FrameCheck::sum8, config_.times.frameGap) {
   if (config_.faults.oldFirmware) firmware_ = letter_ <= 'C' ? 0x39 : 0x49;
   if (config_.faults.wrongModelCode && row().family == 0) letter_ = 'C';
   bootCode_ = options_[3];

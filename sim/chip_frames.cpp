@@ -56,13 +56,35 @@ void FrameReader::finish() {
   frame_.wire = std::move(bytes_);
   frame_.damaged = damaged_;
   reset();
-  const std::size_t size = frame_.wire.size();
-  const bool wide = size > 8 && (wideSum_ || isWideWhateverTheFamily(frame_.wire));
-  const std::size_t sumAt = size - (wide ? 3 : 2);
-  const int sum = sumOf(std::span(frame_.wire).subspan(2, sumAt - 2));
-  frame_.endGood = frame_.wire.back() == 0x16;
-  frame_.sumGood = wide ? frame_.wire[sumAt] == ((sum >> 8) & 255) && frame_.wire[sumAt + 1] == (sum & 255)
-                        : frame_.wire[sumAt] == (sum & 255);
+  const Bytes& wire = frame_.wire;
+  const std::size_t size = wire.size();
+  const bool wide = size > 8 && (check_ != FrameCheck::sum8 || isWideWhateverTheFamily(wire));
+  const std::size_t at = size - (wide ? 3 : 2);
+  const auto span = std::span(wire).subspan(2, at - 2);
+  frame_.endGood = wire.back() == 0x16;
+  if (check_ == FrameCheck::crc) {
+    frame_.sumGood = wide && wire[at] + 256 * wire[at + 1] == crc16(span);
+  } else {
+    const int sum = sumOf(span);
+    frame_.sumGood = wide ? wire[at] == ((sum >> 8) & 255) && wire[at + 1] == (sum & 255) : wire[at] == (sum & 255);
+  }
+}
+
+std::uint16_t crc16(std::span<const std::uint8_t> bytes) {
+  unsigned crc = 0xFFFF;
+  for (const std::uint8_t byte : bytes) {
+    crc ^= byte;
+    for (int bit = 0; bit < 8; ++bit) crc = (crc & 1) ? (crc >> 1) ^ 0xA001 : crc >> 1;
+  }
+  return static_cast<std::uint16_t>(crc);
+}
+
+Bytes buildCrcReply(std::uint8_t command, std::span<const std::uint8_t> payload) {
+  Bytes wire = buildReply(command, payload, true);
+  const std::uint16_t crc = crc16(std::span(wire).subspan(2, wire.size() - 5));
+  wire[wire.size() - 3] = static_cast<std::uint8_t>(crc);
+  wire[wire.size() - 2] = static_cast<std::uint8_t>(crc >> 8);
+  return wire;
 }
 
 Bytes buildReply(std::uint8_t command, std::span<const std::uint8_t> payload, bool wideSum) {

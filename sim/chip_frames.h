@@ -23,10 +23,12 @@ struct HostFrame {
   std::span<const std::uint8_t> payload(bool wideSum) const;
 };
 
+enum class FrameCheck { sum8, sum16, crc };
+
 // Puts frames together from single bytes; a silence longer than the gap drops what was begun.
 class FrameReader {
  public:
-  FrameReader(bool wideSum, Micros gap) : wideSum_(wideSum), gap_(gap) {}
+  FrameReader(FrameCheck check, Micros gap) : check_(check), gap_(gap) {}
   void reset() { bytes_.clear(), damaged_ = false; }
   bool begun() const { return bytes_.size() > 2; }
   // The frame that this byte completes, if it does.
@@ -36,7 +38,7 @@ class FrameReader {
   void keepStart();
   void finish();
 
-  bool wideSum_;
+  FrameCheck check_;
   Micros gap_;
   Micros lastAt_ = 0;
   bool damaged_ = false;
@@ -46,5 +48,11 @@ class FrameReader {
 
 // A reply with its start pair; `payload` begins behind the command byte.
 Bytes buildReply(std::uint8_t command, std::span<const std::uint8_t> payload, bool wideSum);
+
+// The same with the CRC of the off-line board.
+Bytes buildCrcReply(std::uint8_t command, std::span<const std::uint8_t> payload);
+
+// CRC-16 with the reflected polynomial A001, begun at FFFF; it travels low byte first.
+std::uint16_t crc16(std::span<const std::uint8_t> bytes);
 
 }  // namespace sim
