@@ -249,12 +249,19 @@ bool Board::pageFails(Micros at, int page) {
   return true;
 }
 
+bool Board::isLastStage() const {
+  const bool oneStage = decimalVersion() == 15 || decimalVersion() >= 17;
+  return stage_ == 2 || (oneStage && !config_.secondBank);
+}
+
 void Board::store(std::int64_t address, std::span<const std::uint8_t> data) {
   Bytes& memory = stage_ == 2 && config_.secondBank ? memory_.second : memory_.main;
   std::copy(data.begin(), data.end(), memory.begin() + address);
   nextAddress_ = address + static_cast<std::int64_t>(data.size());
   if (nextAddress_ % kPage == 0 || nextAddress_ == window().last + 1) ++pages_[stage_ - 1];
-  if (stage_ == 2 && nextAddress_ == window().last + 1) tailWritten_ = true;
+  if (nextAddress_ != window().last + 1) return;
+  tailWritten_ = tailWritten_ || stage_ == 2;
+  if (isLastStage()) ++loads_;
 }
 
 void Board::onWrite(Micros at, const HostFrame& frame) {

@@ -55,6 +55,7 @@ class Board : public Device {
   void powerOn(Micros at);
   void powerOff(Micros at);
 
+  const BoardConfig& config() const { return config_; }
   BoardMemory& memory() { return memory_; }
   const BoardMemory& memory() const { return memory_; }
   BoardJob job() { return BoardJob(memory_, tailWritten()); }
@@ -62,6 +63,7 @@ class Board : public Device {
   bool on() const { return on_; }
   int stage() const { return stage_; }  // 0 nothing erased, 1 main memory, 2 the tail
   int pagesDone() const { return pages_[0] + pages_[1]; }
+  int loads() const { return loads_; }  // images that were written to their last page
   int polls() const { return polls_; }
   int wakes() const { return wakes_; }
   const Journal& journal() const { return journal_; }
@@ -84,6 +86,7 @@ class Board : public Device {
   bool checkShort(Micros at, const HostFrame& frame, int argument);
   bool checkWrite(Micros at, const HostFrame& frame);
   bool pageFails(Micros at, int page);
+  bool isLastStage() const;
   void store(std::int64_t address, std::span<const std::uint8_t> data);
   Window window() const;
   int decimalVersion() const;
@@ -101,7 +104,7 @@ class Board : public Device {
   bool disturbed_ = false;
   Micros busyUntil_ = 0;
   int stage_ = 0;
-  int polls_ = 0, wakes_ = 0;
+  int polls_ = 0, wakes_ = 0, loads_ = 0;
   int pages_[2] = {0, 0};
   std::int64_t pageStart_ = -1, nextAddress_ = -1;
   std::optional<std::pair<int, std::pair<int, int>>> identity_;  // family and model code of the first short frame

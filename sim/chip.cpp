@@ -65,18 +65,34 @@ void Chip::later(Micros at, std::function<void(Micros)> act) {
 }
 
 std::optional<Micros> Chip::nextDue() const {
-  if (planned_.empty()) return std::nullopt;
-  return std::min_element(planned_.begin(), planned_.end(), [](const auto& a, const auto& b) { return a.at < b.at; })
-      ->at;
+  std::optional<Micros> due = applicationRuns() ? application_->nextDue() : std::nullopt;
+  for (const Planned& plan : planned_) due = due ? std::min(*due, plan.at) : plan.at;
+  return due;
 }
 
 void Chip::advanceTo(Micros now) {
   for (auto due = nextDue(); due && *due <= now; due = nextDue()) {
     const auto next = std::find_if(planned_.begin(), planned_.end(), [&](const Planned& p) { return p.at == *due; });
+    if (next == planned_.end()) {
+      application_->advanceTo(*due);
+      continue;
+    }
     const Planned plan = std::move(*next);
     planned_.erase(next);
     plan.act(plan.at);
   }
+}
+
+void Chip::setApplication(std::unique_ptr<Application> application) {
+  application_ = std::move(application);
+  application_->say = [this](Micros start, std::span<const std::uint8_t> bytes) {
+    return say ? say(start, application_->line(), bytes) : start;
+  };
+  application_->resetIntoBoot = [this](Micros at) { later(at + 1, [this](Micros when) { startBoot(when); }); };
+}
+
+void Chip::runApplication(Micros at) {
+  planned_.push_back({at, [this](Micros when) { leaveBoot(when, "starts by itself"); }, true});
 }
 
 void Chip::powerOn(Micros at) {
@@ -116,6 +132,7 @@ void Chip::leaveBoot(Micros at, const std::string& why) {
   enter(ChipState::application, at, why);
   bootCode_ = options_[3];
   bootFine_ = options_[4];
+  if (application_) application_->start(at);
 }
 
 void Chip::enter(ChipState state, Micros at, const std::string& why) {
@@ -140,11 +157,13 @@ double Chip::applicationClockHz() const {
 
 std::optional<Line> Chip::line() const {
   if (state_ == ChipState::greeted || state_ == ChipState::session) return line_;
+  if (applicationRuns()) return application_->line();
   return std::nullopt;
 }
 
 void Chip::hear(Micros end, const Heard& heard) {
   advanceTo(end);
+  if (applicationRuns()) return application_->hear(end, heard.byte);
   if (state_ == ChipState::off || state_ == ChipState::application) return;
   if (heard.damage == Damage::wrongLine) return judgeWrongLine(end, heard);
   if (measureRound_ > 0 && heard.byte == 0x7F && !reader_.begun()) return hearMeasurePulse(end);

@@ -5,11 +5,13 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "sim/application.h"
 #include "sim/chip_config.h"
 #include "sim/chip_frames.h"
 #include "sim/device.h"
@@ -31,6 +33,8 @@ std::string_view nameOf(ChipState state);
 class Chip : public Device {
  public:
   explicit Chip(ChipConfig config);
+  Chip(const Chip&) = delete;
+  Chip& operator=(const Chip&) = delete;
 
   // --- Device ---
   std::optional<Line> line() const override;
@@ -42,6 +46,10 @@ class Chip : public Device {
   // --- What happens to it ---
   void powerOn(Micros at);  // from then on boot firmware listens; may lie in the future
   void powerOff(Micros at);
+  // What runs when it leaves its boot firmware, by release or by running out of patience; nothing runs unless set.
+  void setApplication(std::unique_ptr<Application> application);
+  Application* application() { return application_.get(); }
+  void runApplication(Micros at);           // as if nobody had called: leaves the boot firmware at that time
   ChipConfig& config() { return config_; }  // times and faults may be changed between sessions
 
   // --- What it holds ---
@@ -77,6 +85,7 @@ class Chip : public Device {
 
   // chip.cpp: power, hearing, time
   void later(Micros at, std::function<void(Micros)> act);
+  bool applicationRuns() const { return state_ == ChipState::application && application_; }
   void startBoot(Micros at);
   void leaveBoot(Micros at, const std::string& why);
   void enter(ChipState state, Micros at, const std::string& why);
@@ -164,6 +173,7 @@ class Chip : public Device {
   Journal journal_;
   FrameReader reader_;
   std::vector<Planned> planned_;
+  std::unique_ptr<Application> application_;
 
   ChipState state_ = ChipState::off;
   Line line_;  // in greeted and session

@@ -1,17 +1,19 @@
 // A simulated target behind a pseudo-terminal, for the real program to talk to. This file is the only one of the
 // simulator that knows an operating system.
 #include <fcntl.h>
-#include <poll.h>
 #include <signal.h>
 #include <stdlib.h>
 #include <sys/inotify.h>
 #include <sys/ioctl.h>
-#include <time.h>
+#include <sys/select.h>
+#include <sys/signalfd.h>
 #include <unistd.h>
 
 #include <asm/termbits.h>  // termios2: rates that have no name of their own
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -21,21 +23,34 @@
 
 namespace {
 
-volatile sig_atomic_t endAsked = 0;
-volatile sig_atomic_t cycleAsked = 0;
-
-void onEnd(int) {
-  endAsked = 1;
-}
-void onCycle(int) {
-  cycleAsked = 1;
-}
+// What the host has not taken yet holds the device up beyond this: no byte of a fast talker is lost on a terminal.
+constexpr std::size_t kLargestBacklog = 65536;
 
 sim::Micros clockNow() {
-  timespec now{};
-  clock_gettime(CLOCK_MONOTONIC, &now);
-  return static_cast<sim::Micros>(now.tv_sec) * sim::kSecond + now.tv_nsec / 1000;
+  const auto now = std::chrono::steady_clock::now().time_since_epoch();
+  return std::chrono::duration_cast<std::chrono::microseconds>(now).count();
 }
+
+// Signals come in turn with everything else, as something to read.
+class Signals {
+ public:
+  Signals() {
+    sigset_t wanted;
+    sigemptyset(&wanted);
+    for (const int number : {SIGTERM, SIGINT, SIGUSR1}) sigaddset(&wanted, number);
+    sigprocmask(SIG_BLOCK, &wanted, nullptr);
+    handle_ = signalfd(-1, &wanted, SFD_NONBLOCK | SFD_CLOEXEC);
+  }
+  ~Signals() { ::close(handle_); }
+  int handle() const { return handle_; }
+  int next() const {  // 0 when there is none
+    signalfd_siginfo info{};
+    return read(handle_, &info, sizeof info) == sizeof info ? static_cast<int>(info.ssi_signo) : 0;
+  }
+
+ private:
+  int handle_ = -1;
+};
 
 // The pair of terminals. The slave is kept open here as well, so that the pair lives on while no host has it open; who
 // else opens and closes it is learnt from the file system.
@@ -81,7 +96,10 @@ class Terminal {
   }
   bool isOpen() const { return opened_ > 0; }
   // What was said to a host that is gone is not kept for the next one.
-  void forget() const { ioctl(slave_, TCFLSH, TCIFLUSH); }
+  void forget() {
+    ioctl(slave_, TCFLSH, TCIFLUSH);
+    backlog_.clear();
+  }
 
   std::vector<std::uint8_t> take() const {
     std::vector<std::uint8_t> bytes(65536);
@@ -89,13 +107,16 @@ class Terminal {
     bytes.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
     return bytes;
   }
-  void give(const std::vector<std::uint8_t>& bytes) const {
-    for (std::size_t done = 0; done < bytes.size();) {
-      const ssize_t put = write(master_, bytes.data() + done, bytes.size() - done);
-      if (put <= 0) return;  // nobody reads: a real line would lose it too
-      done += static_cast<std::size_t>(put);
+  // Hands over as much as the host's side takes; the rest waits for it.
+  void give(const std::vector<std::uint8_t>& bytes) {
+    backlog_.insert(backlog_.end(), bytes.begin(), bytes.end());
+    while (!backlog_.empty()) {
+      const ssize_t put = write(master_, backlog_.data(), backlog_.size());
+      if (put <= 0) return;
+      backlog_.erase(backlog_.begin(), backlog_.begin() + put);
     }
   }
+  std::size_t backlog() const { return backlog_.size(); }
 
  private:
   void makeRaw() const {
@@ -108,6 +129,7 @@ class Terminal {
 
   int master_ = -1, slave_ = -1, watch_ = -1;
   int opened_ = 0;
+  std::vector<std::uint8_t> backlog_;
   std::string name_;
 };
 
@@ -130,7 +152,7 @@ void followHost(Terminal& terminal, sim::Target& target, sim::Micros now) {
   if (!terminal.isOpen()) return;
   const int baud = terminal.baud();
   // The settings were changed some time after the opening, which wakes nobody.
-  const sim::Line line{baud, target.current().parityOf(baud, 0)};
+  const sim::Line line{baud, target.current().parityOf(baud, {})};
   target.wire().assumeHostLine(line);
   if (!target.wire().isOpen()) target.wire().open(line, now);
 }
@@ -139,52 +161,43 @@ void hearHost(Terminal& terminal, sim::Target& target, sim::Micros now) {
   const auto bytes = terminal.take();
   if (bytes.empty()) return;
   const int baud = terminal.baud();
-  const sim::Line line{baud, target.current().parityOf(baud, bytes.front())};
+  const sim::Line line{baud, target.current().parityOf(baud, bytes)};
   target.wire().assumeHostLine(line);
   target.wire().open(line, now);
   target.wire().write(bytes, now);
 }
 
-void sleepUntilSomethingHappens(const Terminal& terminal, const sim::Target& target, const sigset_t& whileAsleep) {
-  pollfd fds[] = {{terminal.master(), POLLIN, 0}, {terminal.watch(), POLLIN, 0}};
-  timespec limit{};
-  const auto due = target.nextDue();
+void sleepUntilSomethingHappens(const Terminal& terminal, const sim::Target& target, const Signals& signals) {
+  fd_set reading, writing;
+  FD_ZERO(&reading);
+  FD_ZERO(&writing);
+  int highest = 0;
+  for (const int handle : {terminal.master(), terminal.watch(), signals.handle()}) {
+    FD_SET(handle, &reading);
+    highest = std::max(highest, handle);
+  }
+  if (terminal.backlog() > 0) FD_SET(terminal.master(), &writing);
+  timeval limit{};
+  const auto due = terminal.backlog() > kLargestBacklog ? std::nullopt : target.nextDue();
   if (due) {
     const sim::Micros left = std::max<sim::Micros>(0, *due - clockNow());
     limit.tv_sec = left / sim::kSecond;
-    limit.tv_nsec = left % sim::kSecond * 1000;
+    limit.tv_usec = left % sim::kSecond;
   }
-  ppoll(fds, 2, due ? &limit : nullptr, &whileAsleep);
+  select(highest + 1, &reading, &writing, nullptr, due ? &limit : nullptr);
 }
 
-void run(Terminal& terminal, sim::Target& target, const std::string& jsonPath, const sigset_t& whileAsleep) {
-  while (!endAsked && !target.ended()) {
+void run(Terminal& terminal, sim::Target& target, const std::string& jsonPath, const Signals& signals) {
+  for (int signal = 0; signal != SIGTERM && signal != SIGINT && !target.ended(); signal = signals.next()) {
     const sim::Micros now = clockNow();
-    if (cycleAsked) {
-      cycleAsked = 0;
-      target.powerCycle(now);
-    }
+    if (signal == SIGUSR1) target.powerCycle(now);
     hearHost(terminal, target, now);
     followHost(terminal, target, now);
-    target.advanceTo(now);
-    terminal.give(target.wire().take(now));
+    if (terminal.backlog() <= kLargestBacklog) target.advanceTo(now);
+    terminal.give(target.wire().takeArrived());
     if (target.takeReportDue() && !jsonPath.empty()) writeReport(jsonPath, target.report());
-    sleepUntilSomethingHappens(terminal, target, whileAsleep);
+    sleepUntilSomethingHappens(terminal, target, signals);
   }
-}
-
-sigset_t catchSignals() {
-  struct sigaction action {};
-  action.sa_handler = onEnd;
-  sigaction(SIGTERM, &action, nullptr);
-  sigaction(SIGINT, &action, nullptr);
-  action.sa_handler = onCycle;
-  sigaction(SIGUSR1, &action, nullptr);
-  sigset_t blocked, before;
-  sigemptyset(&blocked);
-  for (const int number : {SIGTERM, SIGINT, SIGUSR1}) sigaddset(&blocked, number);
-  sigprocmask(SIG_BLOCK, &blocked, &before);  // they come only while asleep, so none is overlooked
-  return before;
 }
 
 int fail(const std::string& why) {
@@ -203,7 +216,7 @@ int main(int argc, char** argv) {
   if (!target.error().empty()) return fail(target.error());
   Terminal terminal;
   if (!terminal.open()) return fail(std::string("no pseudo-terminal: ") + std::strerror(errno));
-  const sigset_t whileAsleep = catchSignals();
+  const Signals signals;
   if (!options.linkPath.empty()) {
     unlink(options.linkPath.c_str());
     if (symlink(terminal.name().c_str(), options.linkPath.c_str()) != 0)
@@ -211,7 +224,7 @@ int main(int argc, char** argv) {
   }
   std::printf("%s\n", terminal.name().c_str());
   std::fflush(stdout);
-  run(terminal, target, options.jsonPath, whileAsleep);
+  run(terminal, target, options.jsonPath, signals);
   if (!options.jsonPath.empty() && !writeReport(options.jsonPath, target.report()))
     return fail("cannot write " + options.jsonPath);
   if (!options.linkPath.empty()) unlink(options.linkPath.c_str());

@@ -13,6 +13,7 @@ WireConfig wireOf(const TargetOptions& options) {
   WireConfig config;
   config.byteTimeScale = options.paced ? 1 : 0;
   config.keepLog = false;
+  config.wakeEvery = 16;
   return config;
 }
 
@@ -37,6 +38,10 @@ bool Target::putIn(Micros now) {
   return true;
 }
 
+bool Target::isLast() const {
+  return options_.device == "board" || static_cast<int>(devices_.size()) >= options_.chips;
+}
+
 std::optional<Micros> Target::nextDue() const {
   const auto due = wire_.nextDue();
   return cycleAt_ && (!due || *cycleAt_ < *due) ? cycleAt_ : due;
@@ -56,7 +61,7 @@ void Target::watchForSilence(Micros now) {
   if (released) {
     releasesSeen_ = device.releases();
     reportDue_ = true;
-    ended_ = options_.once && static_cast<int>(devices_.size()) >= options_.chips;
+    ended_ = options_.once && isLast();
   }
   if (options_.powerCycleSeconds < 0) return;
   if (released)
@@ -68,7 +73,7 @@ void Target::watchForSilence(Micros now) {
 void Target::powerCycle(Micros now) {
   cycleAt_.reset();
   reportDue_ = true;
-  if (static_cast<int>(devices_.size()) < options_.chips) {
+  if (!isLast()) {
     putIn(now);
     return;
   }

@@ -32,6 +32,7 @@ class Target {
 
  private:
   bool putIn(Micros now);
+  bool isLast() const;  // a board stays; chips follow each other
   void watchForSilence(Micros now);
 
   TargetOptions options_;

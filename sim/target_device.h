@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string>
 
 #include "sim/device.h"
@@ -17,9 +18,8 @@ class TargetDevice {
   virtual void powerOff(Micros at) = 0;
   virtual int releases() const = 0;    // how often its work was done
   virtual bool inSession() const = 0;  // in the middle of a conversation
-  // The parity of a host that does everything right, whose next bytes begin with `first`: a pseudo-terminal carries
-  // none.
-  virtual char parityOf(int baud, std::uint8_t first) const = 0;
+  // The parity of a host that does everything right and sends these bytes next, if any: a pseudo-terminal carries none.
+  virtual char parityOf(int baud, std::span<const std::uint8_t> next) const = 0;
   virtual std::string report() const = 0;  // JSON
 };
 

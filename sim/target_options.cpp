@@ -72,8 +72,9 @@ std::map<std::string, Setter, std::less<>> settersOf(TargetOptions& o) {
              o.faults.emplace_back(v.substr(0, at), at == std::string::npos ? "" : v.substr(at + 1));
              return true;
            }},
-          {"--trigger", text(o.trigger)},
+          {"--command", text(o.command)},
           {"--line", [&o](const std::string& v) { return toLine(v, o.applicationLine); }},
+          {"--command-line", [&o](const std::string& v) { return toLine(v, o.commandLine); }},
           {"--json", text(o.jsonPath)},
           {"--link", text(o.linkPath)}};
 }
@@ -117,8 +118,9 @@ std::string targetUsage() {
          "  --once                         end when the last chip has been released\n"
          "  --fault NAME[=VALUE]           may be given several times\n"
          "  --firmware echo|chatter|monitor|trigger   what a released chip runs\n"
-         "  --trigger \"11 22 33\"           the command that makes it reset into its boot firmware\n"
-         "  --line 115200,n,8,1            the settings of what it runs\n"
+         "  --command \"11 22 33\"           what makes a trigger firmware reset, or the demo routine start\n"
+         "  --line 115200,n,8,1            the settings at which what it runs listens and talks\n"
+         "  --command-line 9600,n,8,1      the settings of the command of a demo routine\n"
          "  --json FILE                    what it holds, written at each release and at the end\n"
          "  --link PATH                    a symbolic link to the terminal\n"
          "SIGTERM and SIGINT end it, SIGUSR1 cycles its power.\n";

@@ -23,9 +23,10 @@ struct TargetOptions {
   int chips = 1;                  // a fresh one at each power cycle
   bool once = false;              // ends when the last chip has been released
   std::vector<std::pair<std::string, std::string>> faults;
-  std::string application;           // what a released chip runs: "", echo, chatter, monitor or trigger
-  std::string trigger = "11 22 33";  // bytes that make it reset into the boot firmware, hexadecimal
+  std::string application;  // what a released chip runs: "", echo, chatter, monitor or trigger
+  std::string command;      // hexadecimal bytes that make a trigger firmware reset, or the demo routine start
   Line applicationLine{115200, 'n'};
+  Line commandLine{9600, 'n'};
   std::string jsonPath;
   std::string linkPath;
   bool help = false;

@@ -95,6 +95,10 @@ int Wire::available(Micros now) {
 
 std::vector<std::uint8_t> Wire::take(Micros now, std::size_t limit) {
   advanceTo(now);
+  return takeArrived(limit);
+}
+
+std::vector<std::uint8_t> Wire::takeArrived(std::size_t limit) {
   const std::size_t count = limit == 0 ? inbox_.size() : std::min(limit, inbox_.size());
   const auto stop = inbox_.begin() + static_cast<std::ptrdiff_t>(count);
   std::vector<std::uint8_t> taken(inbox_.begin(), stop);
@@ -121,7 +125,11 @@ std::optional<Micros> Wire::nextDue() const {
   std::optional<Micros> due;
   const auto earliest = [&](Micros at) { due = due ? std::min(*due, at) : at; };
   if (!toDevice_.bursts.empty()) earliest(toDevice_.bursts.front().items.back().end);
-  if (!toHost_.bursts.empty()) earliest(toHost_.bursts.front().items[toHost_.bursts.front().next].end);
+  if (!toHost_.bursts.empty()) {
+    const Burst& burst = toHost_.bursts.front();
+    const std::size_t next = burst.next + static_cast<std::size_t>(config_.wakeEvery) - 1;
+    earliest(burst.items[std::min(next, burst.items.size() - 1)].end);
+  }
   if (!held_.empty()) earliest(heldSince_ + config_.adapterLatency);
   if (device_)
     if (const auto at = device_->nextDue()) earliest(*at);

@@ -20,6 +20,7 @@ struct WireConfig {
       0;  // a USB adapter hands bytes over after this time or when `adapterChunk` have come; 0: at once
   int adapterChunk = 62;
   double byteTimeScale = 1;  // 0: bytes take no time at all, only what the device itself takes is left
+  int wakeEvery = 1;         // nextDue() names every so many bytes to the host, and the last of each unit
   bool keepLog = true;
   std::vector<Fault> faults;  // an explicit plan
   std::optional<RandomFaults> random;
@@ -56,6 +57,7 @@ class Wire {
 
   int available(Micros now);                                          // bytes that have arrived and were not taken
   std::vector<std::uint8_t> take(Micros now, std::size_t limit = 0);  // 0: all of them
+  std::vector<std::uint8_t> takeArrived(std::size_t limit = 0);       // by the last advance
   void clearIn(Micros now);
 
   // When something happens next: a byte reaches the host, a unit reaches the device, the device acts.
