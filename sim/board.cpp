@@ -108,6 +108,7 @@ void Board::powerOff(Micros at) {
 
 void Board::disturbed(Micros at) {
   disturbed_ = true;
+  ++disturbances_;
   journal_.note(at, "the wire disturbs the conversation");
 }
 
@@ -135,8 +136,9 @@ void Board::hear(Micros end, const Heard& heard) {
     return;
   }
   if (heard.line.baud != 115200) return judge(false, end, "spoken to at " + std::to_string(heard.line.baud));
+  const int before = disturbances_;
   dispatch(end, *frame, heard.line);
-  disturbed_ = false;
+  if (disturbances_ == before) disturbed_ = false;  // not when the answer was tampered with
 }
 
 void Board::dispatch(Micros at, const HostFrame& frame, const Line& line) {

@@ -102,6 +102,7 @@ class Board : public Device {
   bool on_ = false;
   bool tailWritten_ = false;
   bool disturbed_ = false;
+  int disturbances_ = 0;
   Micros busyUntil_ = 0;
   int stage_ = 0;
   int polls_ = 0, wakes_ = 0, loads_ = 0;

@@ -142,6 +142,7 @@ void Chip::enter(ChipState state, Micros at, const std::string& why) {
 
 void Chip::disturbed(Micros at) {
   disturbed_ = true;
+  ++disturbances_;
   journal_.note(at, "the wire disturbs the conversation");
 }
 
@@ -193,8 +194,9 @@ void Chip::hearFrame(Micros at, const HostFrame& frame) {
     return;
   }
   wrongLineRun_.clear();
+  const int before = disturbances_;
   dispatch(at, frame);
-  disturbed_ = false;
+  if (disturbances_ == before) disturbed_ = false;  // not when the answer was tampered with
   fresh_ = false;
 }
 

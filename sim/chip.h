@@ -181,6 +181,7 @@ class Chip : public Device {
   bool fixedLink_ = false;
   Micros busyUntil_ = -1;
   bool disturbed_ = false;
+  int disturbances_ = 0;
 
   int syncHeard_ = 0;
   int pulsesHeard_ = 0;

@@ -109,6 +109,7 @@ void DemoFirmware::powerOff(Micros at) {
 
 void DemoFirmware::disturbed(Micros at) {
   disturbed_ = true;
+  ++disturbances_;
   journal_.note(at, "the wire disturbs the conversation");
 }
 
@@ -169,8 +170,9 @@ void DemoFirmware::take(Micros at, const Heard& heard) {
     if (!damaged_) judge(false, at, "frame with a bad length, sum or end");
     return;
   }
+  const int before = disturbances_;
   dispatch(at, frame);
-  disturbed_ = false;
+  if (disturbances_ == before) disturbed_ = false;  // not when the answer was tampered with
 }
 
 void DemoFirmware::dispatch(Micros at, const Bytes& frame) {

@@ -98,6 +98,7 @@ class DemoFirmware : public Device {
   Micros lastHeard_ = 0;
   Micros busyUntil_ = 0;
   bool damaged_ = false, disturbed_ = false;
+  int disturbances_ = 0;
   bool on_ = false, inRoutine_ = false, connected_ = false, erased_ = false, programmed_ = false;
   std::int64_t lastBlock_ = -1, blockStart_ = -1;
   int connects_ = 0, erases_ = 0, finishes_ = 0, rounds_ = 0, commands_ = 0, dataFrames_ = 0, blocks_ = 0;
