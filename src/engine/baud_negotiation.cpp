@@ -127,7 +127,7 @@ bool BaudNegotiation::set_new_baud(int baud, BaudParameters parameters) {
 }
 
 bool BaudNegotiation::send_extern_WDT_address() {
-  const auto pin = c_.hooks.externalWatchdogPin ? c_.hooks.externalWatchdogPin() : std::nullopt;
+  const auto pin = c_.room.externalWatchdogPin();
   if (!pin) return true;
   TargetLink& link = c_.link;
   (void)link.reopenIfClosed();

@@ -28,26 +28,20 @@ bool Conversation::stopped() {
   return true;
 }
 
-void Conversation::composeOptions() {
-  if (hooks.composeOptions) hooks.composeOptions(trim);
-}
-
-void Conversation::refreshChoices() {
-  if (hooks.refreshChoices) hooks.refreshChoices();
-}
-
 void Conversation::reportTarget(std::uint8_t status11, std::uint8_t status12, std::uint8_t status13) {
-  if (!hooks.report) return;
-  const ReportAnswer answer = hooks.report({.steppingLetter = target.steppingLetter,
-                                            .versionText = target.firmwareVersionText,
-                                            .modelName = target.targetModelName,
-                                            .status11 = status11,
-                                            .status12 = status12,
-                                            .status13 = status13,
-                                            .reservedKnown = target.reservedKnown});
-  if (answer.clearStartPair) link.rx.requireStartPair = false;
-  if (answer.doubleSpeed) target.doubleSpeed = *answer.doubleSpeed;
-  for (const std::string& line : answer.lines) link.say(line);
+  const options::TargetReport report =
+      options::describeTarget({.selectedFamily = family(),
+                               .reservedKnown = target.reservedKnown,
+                               .modelName = target.targetModelName,
+                               .versionText = target.firmwareVersionText,
+                               .letter = target.steppingLetter.empty() ? '\0' : target.steppingLetter.front(),
+                               .reported = options.reported,
+                               .status11 = status11,
+                               .status12 = status12,
+                               .status13 = status13});
+  room.showReport(report);
+  if (report.clearStartPair) link.rx.requireStartPair = false;
+  if (report.doubleSpeed) target.doubleSpeed = *report.doubleSpeed;
 }
 
 }  // namespace kvr::engine

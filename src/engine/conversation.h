@@ -8,10 +8,10 @@
 #include <string>
 
 #include "engine/image_plan.h"
-#include "engine/option_hooks.h"
 #include "engine/target_info.h"
 #include "engine/target_link.h"
 #include "images/image_buffer.h"
+#include "options/options_room.h"
 
 namespace kvr::engine {
 
@@ -31,14 +31,17 @@ struct DownloadSession {
 
 class Conversation {
  public:
-  Conversation(TargetLink& targetLink, options::OptionSet& optionSet, images::ImageState& imageState,
-               OptionHooks& optionHooks)
-      : link(targetLink), options(optionSet), images(imageState), hooks(optionHooks), model(targetLink.model()) {}
+  Conversation(TargetLink& targetLink, options::OptionsRoom& optionsRoom, images::ImageState& imageState)
+      : link(targetLink),
+        room(optionsRoom),
+        options(optionsRoom.set()),
+        images(imageState),
+        model(targetLink.model()) {}
 
   TargetLink& link;
-  options::OptionSet& options;
+  options::OptionsRoom& room;
+  options::OptionSet& options;  // the room's
   images::ImageState& images;
-  OptionHooks& hooks;
   const catalogue::SelectedModel& model;
   TargetInfo target;
   DownloadSession run;
@@ -58,8 +61,7 @@ class Conversation {
   // A pending stop, told in the pane and kept for the record.
   bool stopped();
 
-  void composeOptions();
-  void refreshChoices();
+  void composeOptions() { room.composeOptions(trim); }
   // Tells what the chip holds and applies what follows from it.
   void reportTarget(std::uint8_t status11, std::uint8_t status12, std::uint8_t status13);
 };

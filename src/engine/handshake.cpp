@@ -161,9 +161,9 @@ bool Handshake::readAndReport(bool readOnly) {
   readIdentity();
   TargetInfo& target = c_.target;
   const auto rx = c_.rx();
-  if (c_.hooks.forgetReported) c_.hooks.forgetReported();
+  c_.options.reported = options::defaultBytes(c_.family());
   readStatusOptions(rx, target, c_.options.reported);
-  c_.refreshChoices();
+  c_.room.refreshChoices();
   if (hasTrimmedOscillator(c_.family()))
     std::copy_n(rx.begin() + 54, target.statusTail.size(), target.statusTail.begin());
   c_.reportTarget(rx[20], rx[21], rx[22]);

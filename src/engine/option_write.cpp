@@ -34,7 +34,7 @@ void OptionWrite::parseOptionStatus() {
   c_.run.optionsRead = true;
   c_.target.firmwareVersionText = versionTextOf(rx[11]);
   readAnsweredOptions(rx, c_.target, c_.family(), c_.options.reported);
-  if (c_.target.familyClass != 4 && c_.family() > 1) c_.refreshChoices();
+  if (c_.target.familyClass != 4 && c_.family() > 1) c_.room.refreshChoices();
   c_.composeOptions();
   c_.reportTarget(rx[11], rx[12], rx[13]);
 }

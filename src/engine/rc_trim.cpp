@@ -32,7 +32,7 @@ void RcMeasuring::reset() {
 }
 
 double RcMeasuring::baseHz() const {
-  return c_.link.baseFrequencyMHz && c_.link.baseFrequencyMHz() == 24 ? 24000000 : 12000000;
+  return c_.room.baseFrequencyHz();
 }
 
 // A first frame of kind 80 asks for six pulses more; the clock is read from the frame that answers those.
@@ -91,7 +91,7 @@ std::vector<RcPoint> RcMeasuring::readPoints() const {
 }
 
 bool RcMeasuring::measureRc(int scanCount) {
-  const double wantedHz = c_.hooks.wantedFrequencyHz ? c_.hooks.wantedFrequencyHz() : 0;
+  const double wantedHz = c_.room.wantedFrequencyHz();
   const RcPacing pacing = rcPacing(c_.link.connectBaud(), wantedHz);
   const bool base24 = baseHz() > 12000000;
   lines_ = {};

@@ -96,8 +96,7 @@ bool Session::prepare(int index) {
   }
   if (!ask(hooks_.reloadIfAsked, true) || !c_.images.imageValid) return refuse("The file could not be loaded again.");
   if (!ask(hooks_.armCounters, true)) return refuse("The serial number could not be written.");
-  if (c_.run.rcTrimRequested && !ask(c_.hooks.checkFrequency, true))
-    return refuse("The R/C frequency is out of range.");
+  if (c_.run.rcTrimRequested && !c_.room.checkFrequency()) return refuse("The R/C frequency is out of range.");
   lock_.toBusy();
   c_.run.frameSize = hasTrimmedOscillator(c_.family()) ? 64 : 128;
   if (index == 0 && link.panel().cheTL.value()) c_.run.frameSize = 128;
@@ -170,7 +169,7 @@ bool Session::writeChipOptions() {
 }
 
 bool Session::connectTarget(bool readOnly) {
-  if (c_.hooks.clearLockLabels) c_.hooks.clearLockLabels();
+  c_.room.clearLockLabels();
   c_.link.say("We are trying to connect to target MCU ... ");
   std::string baud;
   const bool connected =
