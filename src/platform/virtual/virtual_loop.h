@@ -39,6 +39,11 @@ class VirtualLoop : public EventLoop {
   // Lets the time pass.
   void runFor(Millis time);
 
+  // The program is held up until then, as by a call that blocks: the world goes on, nothing is dispatched.
+  void blockUntil(Instant until) {
+    if (until > now_) advance(until);
+  }
+
   // Sleeps since the start: a wait that polls shows here.
   std::uint64_t sleeps() const { return sleeps_; }
 

@@ -1,0 +1,125 @@
+#include "engine_bench.h"
+
+#include <algorithm>
+
+#include "catalogue/selected_model.h"
+#include "engine/block_plan.h"
+#include "platform/text.h"
+
+namespace kvr::support {
+
+std::vector<std::uint8_t> randomBytes(std::uint64_t seed, std::size_t count) {
+  std::mt19937_64 random(seed);
+  std::vector<std::uint8_t> bytes(count);
+  for (auto& byte : bytes) byte = static_cast<std::uint8_t>(random());
+  return bytes;
+}
+
+EngineBench::EngineBench(sim::WireConfig wireConfig)
+    : wire(std::move(wireConfig)),
+      link(loop, wire),
+      options(dialogs, optionPanel, model, lock, textMsg, stepFrame),
+      lease(loop, link),
+      target(world, lease, model, panel, {textMsg, combCommPort, imgOpen_sys, ProgressBar1, labKbyte}),
+      conversation(target, options, images),
+      session(conversation, lock, activity, hooks) {
+  combCommPort.setItems({"COM1", "COM2", "COM3"});
+  combCommPort.setListIndex(0);
+  target.baseFrequencyMHz = [this] { return options.baseFrequencyHz() / 1000000; };
+  hooks.onRunEnd = [this](const engine::RunRecord& record) { records.push_back(record); };
+}
+
+void EngineBench::select(std::string_view name) {
+  model = catalogue::describeModel(*catalogue::findByName(name));
+  options.showFamilyPanel();
+}
+
+void EngineBench::bauds(const std::string& minimum, const std::string& maximum) {
+  panel.cobBaudMin.setText(minimum);
+  panel.cobBaudMax.setText(maximum);
+}
+
+sim::Chip& EngineBench::insertChip(Millis after, std::uint64_t seed, double clockHz) {
+  const auto* row = catalogue::findByName(model.record.name);
+  return insertChip(sim::configFor(*row, clockHz, seed), after);
+}
+
+sim::Chip& EngineBench::insertChip(const sim::ChipConfig& config, Millis after) {
+  wire.connect(nullptr);
+  chip = std::make_unique<sim::Chip>(config);
+  wire.connect(chip.get());
+  chip->powerOn((loop.now() + after).count());
+  return *chip;
+}
+
+void EngineBench::loadCode(std::uint64_t seed, std::int32_t size) {
+  images::ImageBuffer& code = images.CodeBuffer;
+  const std::int32_t count = size > 0 ? size : model.record.apEnd + 1;
+  code.fill(0);
+  code.put(0, randomBytes(seed, static_cast<std::size_t>(count)));
+  code.fileStart = code.rangeStart = 0;
+  code.fileEnd = code.rangeEnd = std::max(count - 1, 511);
+  code.loaded = images.imageValid = true;
+}
+
+void EngineBench::loadData(std::uint64_t seed, std::int32_t size) {
+  images::ImageBuffer& data = images.EepromBuffer;
+  const std::int32_t count = size > 0 ? size : model.record.dataEnd - model.record.dataStart + 1;
+  data.fill(0);
+  data.put(0, randomBytes(seed, static_cast<std::size_t>(count)));
+  data.fileStart = data.rangeStart = 0;
+  data.fileEnd = data.rangeEnd = count - 1;
+  data.loaded = images.imageValid = true;
+}
+
+bool EngineBench::press(platform::Button& button, Millis limit) {
+  bool done = false;
+  loop.post([&] {
+    button.press();
+    done = true;
+  });
+  // The press returns only when its sequence has: a gesture at the limit pulls the plug on a sequence that hangs.
+  bool late = false;
+  platform::Timer guard(loop, [&] {
+    late = true;
+    session.comStop_Download_Click();
+  });
+  guard.start(limit);
+  loop.runUntil([&] { return done; }, Millis(limit.count() + 600000));
+  return done && !late;
+}
+
+void EngineBench::pressAfter(Millis time, platform::Button& button) {
+  loop.after(time, [&button] { button.press(); });
+}
+
+std::string EngineBench::flashDifference() const {
+  const auto plan = engine::planSends(model.record, conversation.target.versionNumber(), model.blockSize,
+                                      conversation.run.frameSize, images.CodeBuffer, images.EepromBuffer);
+  for (const engine::SendRange& range : plan.ranges) {
+    for (std::int32_t at = range.first; at <= range.last && at < std::ssize(chip->flash()); ++at) {
+      const std::uint8_t held = chip->flash()[static_cast<std::size_t>(at)];
+      if (held != plan.at(at))
+        return "at " + platform::hexText(static_cast<std::uint32_t>(at), 4) + " holds " + platform::hexText(held, 2) +
+               ", wanted " + platform::hexText(plan.at(at), 2);
+    }
+  }
+  return {};
+}
+
+std::string EngineBench::notAtRest() const {
+  std::string faults;
+  const auto check = [&](bool good, const char* what) {
+    if (!good) faults += std::string(what) + "; ";
+  };
+  check(lock.free(), "the lock is on");
+  check(!link.isOpen(), "the port is open");
+  check(!activity.busy(), "something runs");
+  check(panel.comDownload[0].enabled() && panel.comDownload[1].enabled(), "Program is off");
+  check(!panel.comStop_Download.enabled(), "Stop is on");
+  check(!conversation.run.targetConnected, "a chip counts as connected");
+  check(!imgOpen_sys.on(), "the lamp is on");
+  return faults;
+}
+
+}  // namespace kvr::support

@@ -1,0 +1,123 @@
+#include "virtual_link.h"
+
+#include <algorithm>
+#include <sstream>
+
+#include "platform/text.h"
+
+namespace kvr::support {
+
+using platform::PortError;
+
+VirtualLink::VirtualLink(platform::VirtualLoop& loop, sim::Wire& wire)
+    : loop_(loop),
+      wire_(wire),
+      event_(loop,
+             [this] {
+               if (receive_) receive_();
+             }),
+      gone_(loop, [this] {
+        if (vanished_) vanished_({PortError::Kind::Vanished, devices[number_] + ": the device was unplugged"});
+      }) {
+  loop_.addSource(*this);
+}
+
+std::optional<sim::Line> VirtualLink::lineOf(const std::string& text) {
+  std::stringstream stream(text);
+  std::string baud, parity, data, stop;
+  if (!std::getline(stream, baud, ',') || !std::getline(stream, parity, ',') || !std::getline(stream, data, ',') ||
+      !std::getline(stream, stop))
+    return std::nullopt;
+  const sim::Line line{platform::wholeOf(baud), parity.empty() ? '?' : parity[0], platform::wholeOf(data),
+                       platform::valueOf(stop)};
+  const bool good = line.baud >= 50 && std::string("neo").find(line.parity) != std::string::npos &&
+                    line.dataBits >= 5 && line.dataBits <= 8 && line.stopBits >= 1 && line.stopBits <= 2;
+  return good ? std::optional(line) : std::nullopt;
+}
+
+PortError VirtualLink::setSettings(const std::string& text) {
+  const auto line = lineOf(text);
+  if (!line) return {PortError::Kind::BadSettings, text + ": no such settings"};
+  settings_ = text;
+  if (!isOpen()) return {};
+  drain();
+  wire_.open(*line, now());
+  return {};
+}
+
+PortError VirtualLink::open() {
+  if (isOpen()) return {PortError::Kind::Busy, devices[number_] + ": busy"};
+  if (refusesToOpen) return refusesToOpen;
+  if (!devices.contains(number_))
+    return {PortError::Kind::NoSuchDevice, "COM" + std::to_string(number_) + ": no such device"};
+  if (!wire_.open(*lineOf(settings_), now()))
+    return {PortError::Kind::NoSuchDevice, devices[number_] + ": no such device"};
+  ++opens;
+  told_ = 0;
+  return {};
+}
+
+// What was written goes out first, for at most one second.
+void VirtualLink::drain() {
+  const sim::Micros until = std::min(wire_.drainedAt(), now() + sim::kSecond);
+  loop_.blockUntil(platform::Instant(until));
+}
+
+void VirtualLink::close() {
+  if (!isOpen()) return;
+  drain();
+  ++closes;
+  wire_.close(now());
+  event_.withdraw();
+}
+
+void VirtualLink::unplug() {
+  const bool wasOpen = isOpen();
+  wire_.unplug(now());
+  event_.withdraw();
+  if (wasOpen) gone_.raise();
+}
+
+void VirtualLink::write(std::span<const std::uint8_t> bytes) {
+  wire_.write(bytes, now());
+}
+
+std::size_t VirtualLink::outBytesPending() const {
+  return isOpen() ? static_cast<std::size_t>(wire_.pendingOut(now())) : 0;
+}
+
+std::size_t VirtualLink::inBytesPending() const {
+  return isOpen() ? static_cast<std::size_t>(wire_.available(now())) : 0;
+}
+
+std::vector<std::uint8_t> VirtualLink::readBytes(std::size_t maxCount) {
+  auto bytes = wire_.take(now(), maxCount);
+  told_ = wire_.available(now());
+  if (told_ == 0) event_.withdraw();
+  return bytes;
+}
+
+void VirtualLink::clearOut() {
+  wire_.clearOut(now());
+}
+
+void VirtualLink::clearIn() {
+  wire_.clearIn(now());
+  told_ = 0;
+  event_.withdraw();
+}
+
+std::optional<platform::Instant> VirtualLink::nextDue() const {
+  const auto due = wire_.nextDue();
+  return due ? std::optional(platform::Instant(std::max(*due, now()))) : std::nullopt;
+}
+
+void VirtualLink::advanceTo(platform::Instant to) {
+  wire_.advanceTo(to.count());
+  if (!isOpen()) return;
+  const int waiting = wire_.available(to.count());
+  if (waiting > told_) event_.raise();
+  told_ = waiting;
+}
+
+}  // namespace kvr::support

@@ -1,0 +1,61 @@
+// The serial port of the virtual world: a SerialLink over a simulated wire. Only the ports of `devices` exist.
+#pragma once
+
+#include <map>
+#include <optional>
+
+#include "platform/serial_link.h"
+#include "platform/virtual/virtual_loop.h"
+#include "sim/wire.h"
+
+namespace kvr::support {
+
+class VirtualLink : public platform::SerialLink, public platform::VirtualSource {
+ public:
+  VirtualLink(platform::VirtualLoop& loop, sim::Wire& wire);
+  ~VirtualLink() override { loop_.removeSource(*this); }
+  VirtualLink(const VirtualLink&) = delete;
+  VirtualLink& operator=(const VirtualLink&) = delete;
+
+  // --- The tester's side. ---
+  std::map<int, std::string> devices{{1, "/dev/ttyV0"}};  // port number to device; all lead to the one wire
+  platform::PortError refusesToOpen;                      // set: every opening fails with it
+  void unplug();                                          // the adapter is pulled out
+  int opens = 0;
+  int closes = 0;
+
+  // --- SerialLink ---
+  void setPortNumber(int number) override { number_ = number; }
+  int portNumber() const override { return number_; }
+  platform::PortError setSettings(const std::string& text) override;
+  std::string settings() const override { return settings_; }
+  platform::PortError open() override;
+  void close() override;
+  bool isOpen() const override { return wire_.isOpen(); }
+  void write(std::span<const std::uint8_t> bytes) override;
+  std::size_t outBytesPending() const override;
+  std::size_t inBytesPending() const override;
+  std::vector<std::uint8_t> readBytes(std::size_t maxCount) override;
+  void clearOut() override;
+  void clearIn() override;
+  void setDtr(bool) override {}
+  void setRts(bool) override {}
+
+  // --- VirtualSource ---
+  std::optional<platform::Instant> nextDue() const override;
+  void advanceTo(platform::Instant now) override;
+
+ private:
+  sim::Micros now() const { return loop_.now().count(); }
+  void drain();
+  static std::optional<sim::Line> lineOf(const std::string& text);
+  platform::VirtualLoop& loop_;
+  sim::Wire& wire_;
+  platform::PortEvent event_;
+  platform::PortEvent gone_;
+  std::string settings_ = "9600,n,8,1";
+  int number_ = 1;
+  int told_ = 0;  // waiting bytes for which the event was raised already
+};
+
+}  // namespace kvr::support
