@@ -21,6 +21,7 @@ constexpr int kPageSize = 512;
 constexpr int kPageTries = 6;
 constexpr int kRestTries = 3;
 constexpr int kFrameSize = 128;
+constexpr int kBaud = 115200;
 constexpr int kSecondBankLast = 35840;  // one byte more than the second bank's share of the code
 
 }  // namespace
@@ -124,11 +125,21 @@ bool BoardWriter::writeBoardChunks(std::span<const std::uint8_t> image, int firs
   return true;
 }
 
+// What comes in while the frame is still going out (to the millisecond) answers an earlier one.
+bool BoardWriter::sentBeforeAnyAnswer() {
+  constexpr std::int64_t kBitsPerByte = 10;
+  const platform::SerialLink& port = link_.lease().link();
+  const auto left = [&port] {
+    return Millis(static_cast<std::int64_t>(port.outBytesPending()) * kBitsPerByte * 1000 / kBaud);
+  };
+  while (!link_.stopRequested && port.isOpen() && left() > Millis(0)) link_.delayMs(left());
+  return link_.rx.count == 0 && !link_.lease().gathering();
+}
+
 bool BoardWriter::sendBoardWriteFrame(std::span<const std::uint8_t> data, int address, bool retried) {
   link_.sendFrame(buildBoardWriteFrame(data, address, retried), link_.replyTimeoutMs);
-  const bool answered = link_.waitReply();
-  const bool tooEarly = link_.lease().link().outBytesPending() > 0;  // the answer to something else
-  return answered && !tooEarly && link_.rxByte(3) == kWritten;
+  const bool clean = sentBeforeAnyAnswer();
+  return link_.waitReply() && clean && link_.rxByte(3) == kWritten;
 }
 
 }  // namespace kvr::offline

@@ -25,6 +25,7 @@ class BoardWriter {
   bool writePage(std::span<const std::uint8_t> image, int first, int last, int tries);
   bool writeBoardChunks(std::span<const std::uint8_t> image, int first, int last, bool retried);
   bool sendBoardWriteFrame(std::span<const std::uint8_t> data, int address, bool retried);
+  bool sentBeforeAnyAnswer();
   void letStragglersIn();
   void showProgress(int address, int written);
   bool failed(const char* words);

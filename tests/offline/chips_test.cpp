@@ -1,0 +1,126 @@
+// From the loaded files to chips: the session writes a simulated board, and the board programs chips from what it
+// holds, without a PC.
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "tests/offline/offline_bench.h"
+
+namespace {
+
+using namespace kvr::offline;
+using kvr::catalogue::McuRecord;
+
+// Of each family that a board serves, the first model and the one with the most code.
+std::vector<const McuRecord*> models() {
+  std::map<int, std::pair<const McuRecord*, const McuRecord*>> byFamily;
+  for (const McuRecord& record : kvr::catalogue::allRows()) {
+    if (record.family == 0 || record.family == 18 || !record.listed) continue;
+    auto& [first, largest] = byFamily.try_emplace(record.family, &record, &record).first->second;
+    if (record.apEnd > largest->apEnd) largest = &record;
+  }
+  std::vector<const McuRecord*> result;
+  for (const auto& [family, pair] : byFamily) {
+    result.push_back(pair.first);
+    if (pair.second != pair.first) result.push_back(pair.second);
+  }
+  return result;
+}
+
+void countUp(kvr::platform::CheckBox& box, kvr::platform::ControlArray<kvr::platform::TextBox, 4>& texts,
+             kvr::platform::ControlArray<kvr::platform::OptionButton, 3>& forms, const char* address) {
+  box.setValue(true);
+  texts[0].setText(address);
+  texts[1].setText("4");
+  texts[2].setText("1000");
+  texts[3].setText("7");
+  forms[0].setValue(true);
+}
+
+void putNumber(Bytes& memory, std::size_t last, std::uint32_t value) {
+  for (std::size_t i = 0; i < 4; ++i) memory[last - i] = static_cast<std::uint8_t>(value >> (8 * i));
+}
+
+TEST(Board, ProgramsThreeChipsOfEachFamilyAndNoFourth) {
+  for (const McuRecord* record : models()) {
+    SCOPED_TRACE(testing::Message() << record->name);
+    sim::BoardConfig config;
+    config.version = 0x16;
+    config.secondBank = record->family % 2 == 0;
+    OfflineBench bench(config);
+    bench.select(record->name);
+    const int room = static_cast<int>(std::min<std::int64_t>(record->apEnd + 1, config.secondBank ? 60000 : 52000));
+    bench.loadCode(room);
+    const bool withData = kvr::catalogue::hasDataFile(*record) && record->family >= 3 && record->family <= 10;
+    if (withData) bench.loadData(600);
+    countUp(bench.counters.cheAuto_Increase, bench.counters.texAuto_Increase, bench.counters.optAuto_Increase, "0081");
+    bench.panel.txt_download_max.setText("3");
+    bench.keepWanted();
+    bench.run();
+    ASSERT_TRUE(bench.saidOk()) << bench.textMsg.text();
+    ASSERT_TRUE(bench.board.violations().empty()) << bench.board.violations().front().text;
+
+    const FileBuffer file = prepareFileBuffer(bench.model.record, OfflineBench::view(bench.images.CodeBuffer),
+                                              OfflineBench::view(bench.images.EepromBuffer));
+    const std::size_t last = static_cast<std::size_t>(file.last);
+    Bytes expected(file.bytes.begin(), file.bytes.begin() + static_cast<std::ptrdiff_t>(last) + 1);
+    sim::BoardJob job = bench.board.job();
+    for (std::uint32_t chip = 0; chip < 3; ++chip) {
+      sim::FlashMemory flash(65536, 65536, 17 + chip);
+      const sim::BoardRun run = job.programNext(flash);
+      ASSERT_TRUE(run.done) << run.why;
+      EXPECT_EQ(run.leftOut, 0);
+      putNumber(expected, 0x81, 1000 + 7 * chip);
+      EXPECT_TRUE(std::equal(expected.begin(), expected.end(), flash.bytes().begin())) << "chip " << chip;
+      EXPECT_FALSE(flash.isWritten(last + 1));
+    }
+    sim::FlashMemory flash(65536, 65536, 1);
+    EXPECT_FALSE(job.programNext(flash).done);
+    EXPECT_EQ(job.remaining(), 0);
+    std::string fault;
+    const auto header = job.header(fault);
+    ASSERT_TRUE(header) << fault;
+    EXPECT_EQ(header->model, record->name);
+  }
+}
+
+TEST(Board, CountsANumberInTheDataMemory) {
+  OfflineBench bench;
+  bench.select("Hazel-H04A");
+  bench.loadCode(1000);
+  bench.loadData(600);
+  countUp(bench.counters.cheData_Auto_Increase, bench.counters.texData_Auto_Increase,
+          bench.counters.optData_Auto_Increase, "0100");
+  bench.panel.txt_download_max.setText("2049");
+  bench.run();
+  ASSERT_TRUE(bench.saidOk()) << bench.textMsg.text();
+  EXPECT_EQ(bench.lines("1 byte of the code and data will not be programmed."), 1)
+      << "the last code address lies one below the last data byte";
+  sim::BoardJob job = bench.board.job();
+  const auto dataStart = static_cast<std::size_t>(bench.model.record.dataStart);
+  for (std::uint32_t chip = 0; chip < 3; ++chip) {
+    sim::FlashMemory flash(65536, 65536, chip);
+    ASSERT_TRUE(job.programNext(flash).done);
+    Bytes field(4);
+    putNumber(field, 3, 1000 + 7 * chip);
+    EXPECT_TRUE(
+        std::equal(field.begin(), field.end(), flash.bytes().begin() + static_cast<std::ptrdiff_t>(dataStart) + 0xFD));
+  }
+  EXPECT_EQ(job.remaining(), 2046);
+}
+
+TEST(Board, KeepsTheSerialValuesBytesFromTheImageOn) {
+  OfflineBench bench;
+  bench.loadCode(5000);
+  countUp(bench.counters.cheAuto_Increase, bench.counters.texAuto_Increase, bench.counters.optAuto_Increase, "0081");
+  bench.run();
+  ASSERT_TRUE(bench.saidOk());
+  Bytes expected = bench.code;
+  std::fill_n(expected.begin() + 0x7E, 4, std::uint8_t{0xFF});
+  const auto now = bench.images.CodeBuffer.bytes();
+  EXPECT_TRUE(std::equal(expected.begin(), expected.end(), now.begin()));
+  EXPECT_TRUE(bench.images.CodeBuffer.changedSinceLoad(0x80));
+  EXPECT_FALSE(bench.images.CodeBuffer.changedSinceLoad(0x82));
+}
+
+}  // namespace

@@ -1,0 +1,305 @@
+// Whole sessions with a simulated board: what it holds afterwards, what the pane says, and every way in which it can
+// fail.
+#include <gtest/gtest.h>
+
+#include "tests/offline/offline_bench.h"
+
+namespace {
+
+using namespace kvr::offline;
+using kvr::platform::Instant;
+
+sim::BoardConfig boardOf(int version, bool secondBank) {
+  sim::BoardConfig config;
+  config.version = version;
+  config.secondBank = secondBank;
+  return config;
+}
+
+TEST(OfflineSession, GivesEachKindOfBoardWhatItCanHold) {
+  struct {
+    int version;
+    bool secondBank;
+    int size;
+    const char* ok;
+    int leftOut;
+  } const rows[] = {
+      {0x15, false, 30000, "Download OK. / 下载成功。", 0},
+      {0x15, false, 61440, "Download OK. / 下载成功。", 17408},
+      {0x17, false, 61440, "Download OK. / 下载成功。", 17408},
+      {0x16, false, 30000, "Program OK.", 0},
+      {0x16, false, 61440, "Program OK.", 9216},
+      {0x15, true, 61440, "Program OK.", 0},
+      {0x16, true, 61440, "Program OK.", 0},
+      {0x17, true, 61440, "Program OK.", 0},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::Message() << std::hex << row.version << (row.secondBank ? " bank " : " ") << std::dec
+                                    << row.size);
+    OfflineBench bench(boardOf(row.version, row.secondBank));
+    bench.loadCode(row.size);
+    bench.keepWanted();
+    bench.run();
+    EXPECT_EQ(bench.lines(row.ok), 1) << bench.textMsg.text();
+    EXPECT_TRUE(bench.boardHoldsImage());
+    EXPECT_EQ(bench.lines(std::to_string(row.leftOut) + " bytes of the code and data will not be programmed."),
+              row.leftOut > 0 ? 1 : 0);
+    EXPECT_TRUE(bench.board.violations().empty()) << bench.board.violations().front().text;
+    EXPECT_TRUE(bench.idle());
+    EXPECT_FALSE(bench.ProgressBar1.visible());
+  }
+}
+
+TEST(OfflineSession, TellsTheStoryInThePane) {
+  OfflineBench bench(boardOf(0x16, false));
+  bench.loadCode(5000);
+  bench.run(Millis(65000));
+  EXPECT_EQ(bench.textMsg.text(),
+            "We are trying to connect to target MCU ... \n"
+            "Please turn power on.\n"
+            "Waiting for the board: 01:03\n"
+            "Version: 1.6\n"
+            "\nConnect OK.\n\n"
+            "we are  processing data, please wait...\n"
+            "We are erasing MCU flash ...\n"
+            "We are programming ...\n"
+            "Program OK.");
+  EXPECT_EQ(bench.labKbyte.caption(), "8.000K");
+  EXPECT_EQ(bench.board.wakes(), 0) << "it had no power when the wake frame went out";
+  EXPECT_EQ(bench.link.replyTimeoutMs, Millis(600));
+  EXPECT_EQ(bench.link.gapTimeoutMs, Millis(200));
+}
+
+TEST(OfflineSession, WakesABoardThatWaitsInASortingMachine) {
+  OfflineBench bench;
+  bench.loadCode(1000);
+  bench.run(Millis(0));
+  EXPECT_EQ(bench.board.wakes(), 1);
+  EXPECT_TRUE(bench.board.violations().empty());
+  EXPECT_TRUE(bench.saidOk());
+  bench.panel.che_staple[0].setValue(false);
+  bench.run(Millis(0));
+  EXPECT_EQ(bench.board.wakes(), 1) << "not asked for";
+  EXPECT_TRUE(bench.saidOk());
+}
+
+TEST(OfflineSession, CatchesABoardThatWasSilentForAnHour) {
+  OfflineBench bench;
+  bench.loadCode(1000);
+  std::string pane;
+  bench.loop.after(Millis(40 * 60 * 1000), [&] { pane = bench.textMsg.text(); });
+  bench.run(Millis(3600 * 1000));
+  EXPECT_NE(pane.find("\nWaiting for the board: 39:58"), std::string::npos) << pane;
+  EXPECT_TRUE(bench.saidOk());
+
+  OfflineBench forever;
+  forever.loadCode(1000);
+  forever.panel.comTJXZ.press();
+  EXPECT_EQ(forever.lines("Connection failed!"), 1);
+  EXPECT_GT(forever.loop.now(), std::chrono::minutes(66));
+  EXPECT_TRUE(forever.idle());
+}
+
+TEST(OfflineSession, RefusesBeforeThePortIsOpened) {
+  struct {
+    const char* model;
+    bool loaded;
+    const char* limit;
+    const char* words;
+  } const rows[] = {
+      {"Alder-H100D", true, "5", "The off-line board does not support this MCU type."},
+      {"Rowan", true, "5", "The off-line board does not support this MCU type."},
+      {"Ivy-HF0S", false, "5", "Please open code file."},
+      {"Ivy-HF0S", true, "0", "The number of MCU is too small."},
+      {"Ivy-HF0S", true, "1000001",
+       "The number of MCU should be less than or equal to 1000000 on an off-line progam board."},
+  };
+  for (const auto& row : rows) {
+    OfflineBench bench;
+    std::string_view name = row.model;
+    for (const auto& record : kvr::catalogue::allRows())
+      if (record.family == 18 && name == "Rowan") name = record.name;
+    bench.select(name);
+    if (row.loaded) bench.loadCode(1000);
+    bench.panel.txt_download_max.setText(row.limit);
+    bench.run();
+    EXPECT_EQ(bench.lastMessage(), row.words);
+    EXPECT_EQ(bench.dialogs.shown.size(), 1u);
+    EXPECT_EQ(bench.port.opens, 0);
+    EXPECT_TRUE(bench.idle());
+  }
+}
+
+TEST(OfflineSession, SaysThatThePortCannotBeOpened) {
+  OfflineBench bench;
+  bench.loadCode(1000);
+  bench.port.busy = true;
+  std::string status;
+  bench.link.onPortStatus = [&](const std::string& text) { status = text; };
+  bench.run();
+  EXPECT_EQ(bench.textMsg.text(),
+            "\nOpen COM port failed!"
+            "\nThe COM port is opened by another Program or the COM port does not exist.");
+  EXPECT_EQ(status, "COM3: in use by another program");
+  EXPECT_FALSE(bench.link.linkParityOn);
+  EXPECT_EQ(bench.stops, 1);
+  EXPECT_TRUE(bench.idle());
+}
+
+TEST(OfflineSession, KeepsACapacityThatTheBoardDoesNotTellAnew) {
+  OfflineBench bench;
+  bench.loadCode(61440);
+  bench.run();
+  EXPECT_EQ(bench.session.board().capacity, 62464) << "64K, held to the model";
+  bench.panel.txt_download_max.setText("2");
+  OfflineBench mute([] {
+    auto config = boardOf(0x17, true);
+    config.wrongReplyTo[0x0E] = 9;
+    return config;
+  }());
+  mute.loadCode(3000);
+  mute.run();
+  EXPECT_EQ(mute.lastMessage(),
+            "The maximum size of downloading code and data is 0K, The exceeding part won't be downloaded.");
+  EXPECT_EQ(mute.lines("3000 bytes of the code and data will not be programmed."), 1);
+}
+
+struct Fault {
+  const char* name;
+  const char* value;
+  const char* words;  // the pane's line
+  int beeps;
+};
+
+TEST(OfflineSession, EndsInWordsWhateverTheBoardDoes) {
+  const char* const kFailed = "Connection failed!";
+  const Fault faults[] = {
+      {"silent", "80:100000", kFailed, 0},
+      {"silent", "0C:4", kFailed, 0},
+      {"wrongReply", "0C:4", kFailed, 0},
+      {"silent", "0E:4", kFailed, 0},
+      {"badCrc", "0E:4", kFailed, 0},
+      {"silent", "84:6", "Erasing MCU failed.", 0},
+      {"badCrc", "84:6", "Erasing MCU failed.", 0},
+      {"silent", "86:6", "Erasing MCU failed.", 0},
+      {"failsPage", "40:6", "Program failure!", 3},
+      {"failsPage", "40:6:silent", "Program failure!", 3},
+      {"failsPage", "121:3", "Program failure!", 3},
+      {"diesAfterPages", "60", "Program failure!", 3},
+      {"diesAfterPages", "90", "Program failure!", 3},
+  };
+  for (const Fault& fault : faults) {
+    SCOPED_TRACE(testing::Message() << fault.name << " " << fault.value);
+    auto config = boardOf(0x16, false);
+    ASSERT_TRUE(sim::setBoardFault(config, fault.name, fault.value));
+    OfflineBench bench(config);
+    bench.loadCode(50000);
+    bench.keepWanted();
+    bench.run();
+    EXPECT_EQ(bench.lines(fault.words), 1) << bench.textMsg.text();
+    bench.loop.runFor(Millis(1000));  // beeps are queued
+    EXPECT_EQ(static_cast<int>(bench.dialogs.beeps.size()), fault.beeps);
+    EXPECT_FALSE(bench.saidOk());
+    EXPECT_EQ(bench.lines("Operation stopped. "), 0);
+    EXPECT_TRUE(bench.idle());
+  }
+}
+
+TEST(OfflineSession, GetsOverWhatPasses) {
+  const Fault faults[] = {
+      {"silent", "80:30", "", 0},    {"badCrc", "80:5", "", 0},     {"silent", "0C:3", "", 0},
+      {"wrongReply", "0C:3", "", 0}, {"badCrc", "0C:3", "", 0},     {"silent", "0E:3", "", 0},
+      {"silent", "84:5", "", 0},     {"badCrc", "84:5", "", 0},     {"silent", "86:5", "", 0},
+      {"failsPage", "40:1", "", 0},  {"failsPage", "40:5", "", 0},  {"failsPage", "40:5:silent", "", 0},
+      {"failsPage", "121:2", "", 0}, {"wrongReply", "00:3", "", 0}, {"badCrc", "00:3", "", 0},
+      {"silent", "00:3", "", 0},
+  };
+  for (const Fault& fault : faults) {
+    SCOPED_TRACE(testing::Message() << fault.name << " " << fault.value);
+    auto config = boardOf(0x16, false);
+    ASSERT_TRUE(sim::setBoardFault(config, fault.name, fault.value));
+    OfflineBench bench(config);
+    bench.loadCode(50000);
+    bench.keepWanted();
+    bench.run();
+    EXPECT_EQ(bench.lines("Program OK."), 1) << bench.textMsg.text();
+    EXPECT_TRUE(bench.boardHoldsImage());
+    EXPECT_TRUE(bench.dialogs.beeps.empty());
+  }
+}
+
+TEST(OfflineSession, NeverSaysOkForABoardThatHoldsSomethingElse) {
+  int good = 0;
+  for (std::uint64_t seed = 1; seed <= 40; ++seed) {
+    SCOPED_TRACE(seed);
+    sim::WireConfig wire;
+    wire.seed = seed;
+    wire.keepLog = false;
+    wire.random = sim::RandomFaults{.chance = 0.02};
+    OfflineBench bench(boardOf(seed % 2 ? 0x17 : 0x16, seed % 3 == 0), wire);
+    bench.loadCode(50000, static_cast<std::uint32_t>(seed));
+    bench.keepWanted();
+    bench.run();
+    EXPECT_TRUE(bench.idle());
+    if (!bench.saidOk()) continue;
+    ++good;
+    EXPECT_TRUE(bench.boardHoldsImage());
+  }
+  EXPECT_GT(good, 20) << "most of these wires are good enough";
+}
+
+TEST(OfflineSession, StopsAtOnceWhereverItWaits) {
+  OfflineBench whole(boardOf(0x16, false));
+  whole.loadCode(50000);
+  whole.run();
+  const auto length = std::chrono::duration_cast<Millis>(whole.loop.now());
+  for (Millis at(1); at < length; at += length / 60 + Millis(13)) {
+    SCOPED_TRACE(at.count());
+    OfflineBench bench(boardOf(0x16, false));
+    bench.loadCode(50000);
+    bool pressed = false;
+    bench.loop.after(at, [&] {
+      pressed = bench.download.comStop_Download.enabled();
+      bench.download.comStop_Download.press();
+    });
+    bench.run();
+    if (!pressed) continue;
+    EXPECT_LE(bench.loop.now() - at, Millis(200));
+    EXPECT_EQ(bench.lines("Operation stopped. "), 1) << bench.textMsg.text();
+    EXPECT_EQ(bench.lines("Connection failed!") + bench.lines("Program failure!") + bench.lines("Erasing MCU failed."),
+              0);
+    EXPECT_FALSE(bench.saidOk());
+    EXPECT_EQ(bench.dialogs.beeps.size(), 1u);
+    EXPECT_TRUE(bench.idle());
+  }
+}
+
+TEST(OfflineSession, EndsWhenTheAdapterIsPulledOut) {
+  OfflineBench bench;
+  bench.loadCode(50000);
+  bench.loop.after(Millis(8000), [&] { bench.port.pullOut(); });
+  bench.run();
+  EXPECT_EQ(bench.lines("Operation stopped. "), 1);
+  EXPECT_FALSE(bench.saidOk());
+  EXPECT_TRUE(bench.idle());
+}
+
+TEST(OfflineSession, RefusesABatchThatOutgrowsItsSerialValues) {
+  OfflineBench bench;
+  bench.loadCode(5000);
+  bench.counters.cheData_Auto_Increase.setValue(true);
+  bench.counters.texData_Auto_Increase[0].setText("10");
+  bench.counters.texData_Auto_Increase[1].setText("4");
+  bench.counters.texData_Auto_Increase[2].setText("2147483000");
+  bench.counters.texData_Auto_Increase[3].setText("1");
+  bench.run();
+  EXPECT_EQ(bench.lastMessage(),
+            "Auto increment + (increment * 'Number of MCU') too big( >2147483648 ), \n"
+            "Please decrease the auto increment value, or decrease the increment value，\n"
+            "or decrease the number of MCU.");
+  EXPECT_EQ(bench.lines("Operation stopped. "), 1);
+  EXPECT_EQ(bench.board.stage(), 0) << "nothing was erased";
+  EXPECT_TRUE(bench.idle());
+}
+
+}  // namespace
