@@ -12,6 +12,7 @@ void MainForm::connectEngine() {
   optionHooks = {
       .composeOptions = [this](std::optional<options::RcTrim> trim) { optionsRoom.composeOptions(trim); },
       .refreshChoices = [this] { optionsRoom.refreshChoices(); },
+      .forgetReported = [this] { optionsRoom.forgetReported(); },
       .clearLockLabels = [this] { optionsRoom.clearLockLabels(); },
       .report = [this](const engine::ReportQuestion& question) { return report(question); },
       .externalWatchdogPin = [this] { return optionsRoom.externalWatchdogPin(); },
