@@ -9,16 +9,6 @@ namespace kvr::shell {
 void MainForm::connectEngine() {
   link.baseFrequencyMHz = [this] { return optionsRoom.baseFrequencyHz() / 1000000; };
   link.onPortStatus = [this](const std::string& why) { main.portStatus.setCaption(why); };
-  optionHooks = {
-      .composeOptions = [this](std::optional<options::RcTrim> trim) { optionsRoom.composeOptions(trim); },
-      .refreshChoices = [this] { optionsRoom.refreshChoices(); },
-      .forgetReported = [this] { optionsRoom.forgetReported(); },
-      .clearLockLabels = [this] { optionsRoom.clearLockLabels(); },
-      .report = [this](const engine::ReportQuestion& question) { return report(question); },
-      .externalWatchdogPin = [this] { return optionsRoom.externalWatchdogPin(); },
-      .wantedFrequencyHz = [this] { return static_cast<double>(optionsRoom.wantedFrequencyHz()); },
-      .checkFrequency = [this] { return optionsRoom.checkFrequency(); },
-  };
   sessionHooks = {
       .imgOpen_Click = [this] { comTool.imgOpen_Click(); },
       .imgNotOpen_Click = [this] { comTool.imgNotOpen_Click(); },
@@ -33,22 +23,6 @@ void MainForm::connectEngine() {
   offlineSession.composeOptions = [this] { optionsRoom.composeOptions(); };
   offlineSession.releaseToolPort = [this] { comTool.imgOpen_Click(); };
   offlineSession.stopOperation = [this] { session.stopOperation(); };
-}
-
-engine::ReportAnswer MainForm::report(const engine::ReportQuestion& question) {
-  const auto told = options::describeTarget({
-      .selectedFamily = model.record.family,
-      .reservedKnown = question.reservedKnown,
-      .modelName = question.modelName,
-      .versionText = question.versionText,
-      .letter = question.steppingLetter.empty() ? '\0' : question.steppingLetter.front(),
-      .reported = optionsRoom.set().reported,
-      .status11 = question.status11,
-      .status12 = question.status12,
-      .status13 = question.status13,
-  });
-  optionsRoom.showReport({.labels = told.labels});
-  return {.lines = told.lines, .doubleSpeed = told.doubleSpeed, .clearStartPair = told.clearStartPair};
 }
 
 void MainForm::connectFiles() {

@@ -13,7 +13,7 @@ MainForm::MainForm(platform::World services)
       shared{main.textMsg, main.combCommPort, main.imgOpen_sys, main.ProgressBar1, main.labKbyte},
       lease(world.loop, world.link),
       link(world, lease, model, download, shared),
-      conversation(link, optionsRoom.set(), images.state, optionHooks),
+      conversation(link, optionsRoom, images.state),
       session(conversation, lock, activity, sessionHooks),
       offlineSession({link, activity, lock, optionsRoom.set(), images.state, images.panel, main.txtDevice}, offline),
       comTool(world, lease, activity, lock, tool, {main.combCommPort, main.imgOpen_sys}),

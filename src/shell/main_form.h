@@ -75,7 +75,6 @@ class MainForm {
   engine::SharedControls shared;
   engine::PortLease lease;
   engine::TargetLink link;
-  engine::OptionHooks optionHooks;
   engine::Conversation conversation;
   engine::SessionHooks sessionHooks;
   engine::Session session;
@@ -95,7 +94,6 @@ class MainForm {
   void connectEngine();
   void connectFiles();
   void connectTerminal();
-  engine::ReportAnswer report(const engine::ReportQuestion& question);
   void logRun(const engine::RunRecord& record);
   void connectButtons();
   void applyLock();

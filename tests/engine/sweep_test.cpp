@@ -1,0 +1,53 @@
+// Every model, from the press of the button to the word OK, with random images over a chip full of a former owner's bytes.
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "../support/engine_bench.h"
+
+namespace kvr {
+namespace {
+
+using support::EngineBench;
+
+constexpr double kClocks[] = {11059200, 22118400, 18432000, 6000000, 12000000, 24000000, 33177600};
+const char* const kFirstRates[] = {"2400", "1200", "9600", "4800"};
+
+std::vector<std::string> modelNames() {
+  std::vector<std::string> names;
+  std::set<std::string_view> seen;
+  for (const auto& row : catalogue::allRows())
+    if (seen.insert(row.name).second) names.emplace_back(row.name);
+  return names;
+}
+
+std::string programOne(const std::string& name, std::uint64_t seed) {
+  EngineBench bench;
+  bench.select(name);
+  bench.bauds(kFirstRates[seed % std::size(kFirstRates)], "115200");
+  bench.insertChip(support::Millis(100), seed, kClocks[seed % std::size(kClocks)]);
+  bench.loadCode(seed);
+  if (catalogue::hasDataFile(bench.model.record)) bench.loadData(seed + 1);
+  std::string faults;
+  if (!bench.program()) faults += "hangs; ";
+  if (!bench.passed()) faults += "failed: " + (bench.records.empty() ? "" : bench.records.back().failure) + "; ";
+  if (bench.passed() && !bench.says("Program OK")) faults += "no words of success; ";
+  faults += bench.flashDifference() + bench.notAtRest() + bench.chip->violationText();
+  return faults;
+}
+
+TEST(Sweep, EveryModelIsProgrammedByteForByte) {
+  const auto names = modelNames();
+  EXPECT_EQ(names.size(), 780u);
+  std::uint64_t seed = 1;
+  int failed = 0;
+  for (const std::string& name : names) {
+    const std::string faults = programOne(name, seed++);
+    if (faults.empty()) continue;
+    ADD_FAILURE() << name << " (seed " << seed - 1 << "): " << faults;
+    if (++failed > 100) break;
+  }
+}
+
+}  // namespace
+}  // namespace kvr
