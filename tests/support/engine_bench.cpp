@@ -32,6 +32,7 @@ EngineBench::EngineBench(sim::WireConfig wireConfig)
 void EngineBench::select(std::string_view name) {
   model = catalogue::describeModel(*catalogue::findByName(name));
   options.showFamilyPanel();
+  if (optionPanel.com_RC_frequency[5].text().empty()) optionPanel.com_RC_frequency[5].setText("11.0592");
 }
 
 void EngineBench::bauds(const std::string& minimum, const std::string& maximum) {
