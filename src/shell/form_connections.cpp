@@ -17,6 +17,10 @@ void MainForm::connectEngine() {
       .armCounters = [this] { return images.counters.armForRun(); },
       .advanceCounters = [this] { return images.counters.advanceAfterSuccess(); },
       .serialNumber = [this] { return images.panel.cheAuto_Increase.value() ? images.counters.code.next : std::string(); },
+      .relock =
+          [this] {
+            if (project.lockAfterRun()) project.comLockOptions_Click();
+          },
       .closeAsked = [this] { return firstClose_; },
       .onRunEnd = [this](const engine::RunRecord& record) { logRun(record); },
   };
@@ -26,6 +30,15 @@ void MainForm::connectEngine() {
 }
 
 void MainForm::connectFiles() {
+  project.applyModel = [this](const std::string& name) {
+    if (!picker.tryApply(name)) return false;
+    main.Label2[6].setCaption("MCU Type: " + name);
+    return true;
+  };
+  images.loader.openProject = [this](const std::string& path) {
+    main.TabStrip2.select("Batch_quantity");
+    project.openProject(path);
+  };
   images.watcher.isBusy = [this] { return activity.busy(); };
   images.watcher.onDownload = [this] { session.comDownload_Click(0); };
   images.storeCompare.receivedBytes = [this]() -> std::span<const std::uint8_t> {

@@ -6,7 +6,7 @@
 
 namespace kvr::shell {
 
-MainForm::MainForm(platform::World services)
+MainForm::MainForm(platform::World services, const platform::TextCodec& codec)
     : world(services),
       images(world, model, main.textMsg),
       optionsRoom(world.dialogs, options, model, lock, main.textMsg, main.FrameX[3]),
@@ -15,6 +15,7 @@ MainForm::MainForm(platform::World services)
       link(world, lease, model, download, shared),
       conversation(link, optionsRoom, images.state),
       session(conversation, lock, activity, sessionHooks),
+      project(world, codec, registry, model, images, optionsRoom, lock, activity),
       offlineSession({link, activity, lock, optionsRoom.set(), images.state, images.panel, main.txtDevice}, offline),
       comTool(world, lease, activity, lock, tool, {main.combCommPort, main.imgOpen_sys}),
       sfrMonitor(world.loop, monitor, model, lock),
@@ -38,6 +39,7 @@ void MainForm::registerControls() {
   offline.addTo(registry);
   userpath.addTo(registry);
   images.panel.addTo(registry);
+  project.panel.addTo(registry);
 }
 
 void MainForm::connectRooms() {

@@ -20,7 +20,9 @@
 #include "options/option_panel.h"
 #include "options/options_room.h"
 #include "options/ui_lock.h"
+#include "platform/text_codec.h"
 #include "platform/world.h"
+#include "project/project_room.h"
 #include "shell/main_panel.h"
 #include "shell/model_picker.h"
 #include "shell/settings.h"
@@ -32,7 +34,7 @@ class MainForm {
  public:
   static constexpr const char* kCaption = "KVR-ISP.EXE  Version:4.88";
 
-  explicit MainForm(platform::World services);
+  MainForm(platform::World services, const platform::TextCodec& codec);
   MainForm(const MainForm&) = delete;
   MainForm& operator=(const MainForm&) = delete;
 
@@ -78,6 +80,7 @@ class MainForm {
   engine::Conversation conversation;
   engine::SessionHooks sessionHooks;
   engine::Session session;
+  project::ProjectRoom project;
   offline::OfflineSession offlineSession;
   comtool::ComTool comTool;
   monitor::SfrMonitor sfrMonitor;

@@ -9,7 +9,7 @@ Application::Application(const std::string& settingsPath)
       ports(store),
       link(loop, [this](int number) { return ports.deviceOf(number); }),
       dialogs(loop),
-      form(platform::World{loop, link, dialogs, store, files, clock}),
+      form(platform::World{loop, link, dialogs, store, files, clock}, codec),
       portWatch(ports) {
   link.onStatus = [this](const platform::PortError& error) {
     form.main.portStatus.setCaption(error ? error.text : ports.describe(link.portNumber()));

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/qt/iconv_codec.h"
 #include "platform/qt/ports.h"
 #include "platform/qt/qt_clock.h"
 #include "platform/qt/qt_dialogs.h"
@@ -32,6 +33,7 @@ class Application {
   platform::QtDialogs dialogs;
   platform::QtFiles files;
   platform::QtClock clock;
+  platform::IconvCodec codec;
   shell::MainForm form;
   PortWatch portWatch;
   std::unique_ptr<MainWindow> window;
