@@ -27,6 +27,10 @@ void MainForm::connectEngine() {
   offlineSession.composeOptions = [this] { optionsRoom.composeOptions(); };
   offlineSession.releaseToolPort = [this] { comTool.imgOpen_Click(); };
   offlineSession.stopOperation = [this] { session.stopOperation(); };
+  demoDownload.releaseToolPort = [this] { comTool.imgOpen_Click(); };
+  demoDownload.stopOperation = [this] { session.stopOperation(); };
+  trigger.releaseToolPort = [this] { comTool.imgOpen_Click(); };
+  trigger.download = [this] { session.comDownload_Click(0); };
 }
 
 void MainForm::connectFiles() {
@@ -40,6 +44,7 @@ void MainForm::connectFiles() {
     project.openProject(path);
   };
   images.watcher.isBusy = [this] { return activity.busy(); };
+  images.watcher.onTrigger = [this] { trigger.comSendUserCode_Click(); };
   images.watcher.onDownload = [this] { session.comDownload_Click(0); };
   images.storeCompare.receivedBytes = [this]() -> std::span<const std::uint8_t> {
     if (comTool.rxRing().empty()) return {};

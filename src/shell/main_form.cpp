@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "offline/board_help.h"
+#include "userpath/help_texts.h"
 
 namespace kvr::shell {
 
@@ -19,6 +20,8 @@ MainForm::MainForm(platform::World services, const platform::TextCodec& codec)
       offlineSession({link, activity, lock, optionsRoom.set(), images.state, images.panel, main.txtDevice}, offline),
       comTool(world, lease, activity, lock, tool, {main.combCommPort, main.imgOpen_sys}),
       sfrMonitor(world.loop, monitor, model, lock),
+      demoDownload({conversation, session.programming(), activity, lock, images.counters}, userpath),
+      trigger(link, activity, lock, images.state, userpath),
       picker(world, main, model),
       settings(world.loop, world.store, registry),
       timerUnload_(world.loop, [this] { timerUnload(); }) {
@@ -61,6 +64,8 @@ void MainForm::connectRooms() {
 void MainForm::connectButtons() {
   main.comMastWindow.onClick = [this] { shrinkOrResume(); };
   main.imgOpen_sys.onClick = [this] { comTool.imgOpen_sys_Click(); };
+  main.comHelp[0].onClick = [this] { world.dialogs.help(userpath::kTriggerHelpTitle, userpath::triggerHelpText()); };
+  main.comHelp[1].onClick = [this] { world.dialogs.help(userpath::kHardwareHelpTitle, userpath::hardwareHelpText()); };
   offline.com_TJXZ_help.onClick = [this] { world.dialogs.help(offline::kBoardHelpTitle, offline::boardHelpText()); };
 }
 

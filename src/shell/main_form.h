@@ -26,6 +26,8 @@
 #include "shell/main_panel.h"
 #include "shell/model_picker.h"
 #include "shell/settings.h"
+#include "userpath/demo_download.h"
+#include "userpath/trigger.h"
 #include "userpath/userpath_panel.h"
 
 namespace kvr::shell {
@@ -84,6 +86,8 @@ class MainForm {
   offline::OfflineSession offlineSession;
   comtool::ComTool comTool;
   monitor::SfrMonitor sfrMonitor;
+  userpath::DemoDownload demoDownload;
+  userpath::Trigger trigger;
   ModelPicker picker;
   Settings settings;
 
