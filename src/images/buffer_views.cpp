@@ -20,7 +20,8 @@ BufferViews::BufferViews(platform::World& world, ImagePanel& panel, ImageState& 
     pane(i).onType = [this, i](char32_t character) { type(i, character); };
     pane(i).onClick = [this, i](HexSpot spot, bool selecting) {
       pane(i).model.click(spot, selecting);
-      pane(i).refresh();
+      if (selecting) pane(i).model.reveal();  // a selection that is drawn over the edge scrolls on
+      follow(i);
     };
     pane(i).onMoved = [this, i] { follow(i); };
     panel_.vscFile[static_cast<std::size_t>(i)].onChange = [this, i] { vscFile_Change(i); };

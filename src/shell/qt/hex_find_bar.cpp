@@ -1,0 +1,117 @@
+// The find bar under a hexadecimal view: a pattern in hexadecimal or text, both ways, and an address to go to.
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "shell/qt/hex_view.h"
+
+namespace kvr::window {
+namespace {
+
+struct FindBar {
+  QLineEdit* pattern;
+  QComboBox* kind;
+  QToolButton* back;
+  QToolButton* next;
+  QLineEdit* address;
+  QLabel* note;
+};
+
+QToolButton* arrow(Qt::ArrowType type, const QString& name, const QString& objectName) {
+  auto* button = new QToolButton;
+  button->setArrowType(type);
+  button->setToolTip(name);
+  button->setAccessibleName(name);
+  button->setObjectName(objectName);
+  return button;
+}
+
+QLineEdit* line(const QString& name, const QString& objectName, const QString& hint) {
+  auto* edit = new QLineEdit;
+  edit->setAccessibleName(name);
+  edit->setObjectName(objectName);
+  edit->setPlaceholderText(hint);
+  edit->setClearButtonEnabled(true);
+  edit->setDragEnabled(false);  // a drag is a loop of its own, in which a run would stand still
+  return edit;
+}
+
+FindBar makeBar(const QString& view) {
+  FindBar bar{line(QStringLiteral("Find in ") + view, view + QStringLiteral("_find"), QStringLiteral("12 34 or text")), new QComboBox,
+              arrow(Qt::UpArrow, QStringLiteral("Find previous (Shift+F3)"), view + QStringLiteral("_previous")),
+              arrow(Qt::DownArrow, QStringLiteral("Find next (F3)"), view + QStringLiteral("_next")),
+              line(QStringLiteral("Go to address in ") + view, view + QStringLiteral("_goto"), QStringLiteral("HEX")), new QLabel};
+  bar.kind->addItems({QStringLiteral("HEX"), QStringLiteral("Text")});
+  bar.kind->setObjectName(view + QStringLiteral("_findKind"));
+  bar.kind->setAccessibleName(QStringLiteral("What to find is hexadecimal or text"));
+  bar.address->setMaximumWidth(bar.address->fontMetrics().horizontalAdvance(QLatin1Char('0')) * 14);
+  bar.note->setObjectName(view + QStringLiteral("_findNote"));
+  return bar;
+}
+
+QHBoxLayout* layOut(const FindBar& bar) {
+  auto* row = new QHBoxLayout;
+  row->setContentsMargins(0, 0, 0, 0);
+  auto* find = new QLabel(QStringLiteral("Find:"));
+  find->setBuddy(bar.pattern);
+  auto* go = new QLabel(QStringLiteral("Go to:"));
+  go->setBuddy(bar.address);
+  row->addWidget(find);
+  row->addWidget(bar.pattern, 1);
+  for (QWidget* widget : {static_cast<QWidget*>(bar.kind), static_cast<QWidget*>(bar.back), static_cast<QWidget*>(bar.next),
+                          static_cast<QWidget*>(bar.note), static_cast<QWidget*>(go), static_cast<QWidget*>(bar.address)})
+    row->addWidget(widget);
+  return row;
+}
+
+void connectBar(HexView* view, const FindBar& bar) {
+  const auto find = [view, bar](bool forward) {
+    const auto pattern = images::findPattern(bar.pattern->text().toStdString(), bar.kind->currentIndex() == 1);
+    if (pattern.empty()) {
+      bar.note->setText(bar.pattern->text().isEmpty() ? QString() : QStringLiteral("no HEX"));
+      return;
+    }
+    view->moveBy([pattern, forward, note = bar.note](images::HexViewModel& model) {
+      note->setText(model.find(pattern, forward) ? QString() : QStringLiteral("not found"));
+    });
+  };
+  const auto go = [view, bar] {
+    view->moveBy([text = bar.address->text().toStdString(), bar](images::HexViewModel& model) {
+      bar.note->setText(model.goTo(text) ? QString() : QStringLiteral("no such address"));
+    });
+    view->setFocus();
+  };
+  const auto enter = [](QLineEdit* edit) {
+    edit->setFocus(Qt::ShortcutFocusReason);
+    edit->selectAll();
+  };
+  QObject::connect(bar.pattern, &QLineEdit::returnPressed, view, [find] { find(true); });
+  QObject::connect(bar.next, &QToolButton::clicked, view, [find] { find(true); });
+  QObject::connect(bar.back, &QToolButton::clicked, view, [find] { find(false); });
+  QObject::connect(bar.address, &QLineEdit::returnPressed, view, go);
+  QObject::connect(view, &HexView::findAgain, view, find);
+  QObject::connect(view, &HexView::findWanted, bar.pattern, [enter, edit = bar.pattern] { enter(edit); });
+  QObject::connect(view, &HexView::goToWanted, bar.address, [enter, edit = bar.address] { enter(edit); });
+}
+
+}  // namespace
+
+QWidget* makeHexPage(platform::EventLoop& loop, images::HexPane& pane, platform::ScrollBar& bar, const QString& name) {
+  auto* view = new HexView(loop, pane, bar, name);
+  const FindBar find = makeBar(objectNameOf(pane));
+  connectBar(view, find);
+  auto* column = new QVBoxLayout;
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(2);
+  column->addWidget(view, 1);
+  column->addLayout(layOut(find));
+  auto* page = new QWidget;
+  page->setLayout(column);
+  page->setFocusProxy(view);
+  return page;
+}
+
+}  // namespace kvr::window

@@ -1,0 +1,113 @@
+#include "shell/qt/hex_paint.h"
+
+#include <QFontMetrics>
+#include <algorithm>
+#include <array>
+
+namespace kvr::window {
+namespace {
+
+constexpr std::array<char, 16> kDigits{'0', '1', '2', '3', '4', '5', '6', '7', '8', '9', 'A', 'B', 'C', 'D', 'E', 'F'};
+
+QString byteText(std::uint8_t value) {
+  const std::array<QChar, 2> text{QLatin1Char(kDigits[value >> 4]), QLatin1Char(kDigits[value & 15])};
+  return QString(text.data(), 2);
+}
+
+QColor mixed(const QColor& a, const QColor& b, double share) {
+  const auto mix = [share](int x, int y) { return static_cast<int>(x * (1 - share) + y * share); };
+  return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
+}
+
+}  // namespace
+
+HexGeometry::HexGeometry(const QFont& font) {
+  const QFontMetrics metrics(font);
+  charWidth = std::max(1, metrics.horizontalAdvance(QLatin1Char('0')));
+  lineHeight = std::max(1, metrics.height() + 1);
+  ascent = metrics.ascent();
+  headHeight = lineHeight + 4;
+}
+
+int HexGeometry::rowAt(int y) const {
+  const int below = y - headHeight;
+  return below >= 0 ? below / lineHeight : -1 - (-1 - below) / lineHeight;
+}
+
+int HexGeometry::columnAt(int x) const {
+  if (x >= asciiX(0)) return std::min(15, (x - asciiX(0)) / charWidth);
+  for (int column = 15; column > 0; --column)
+    if (x >= byteX(column) - charWidth / 2) return column;
+  return 0;
+}
+
+bool HexGeometry::lowDigitAt(int x) const { return x < asciiX(0) && x >= digitX(columnAt(x), true); }
+
+HexColours::HexColours(const QPalette& palette)
+    : text(palette.color(QPalette::Text)),
+      base(palette.color(QPalette::Base)),
+      highlight(palette.color(QPalette::Highlight)),
+      highlightedText(palette.color(QPalette::HighlightedText)) {
+  const bool dark = base.lightness() < 128;
+  faint = mixed(text, base, 0.45);
+  changed = dark ? QColor(255, 138, 101) : QColor(190, 30, 30);
+  field = dark ? QColor(74, 63, 0) : QColor(255, 240, 180);
+  head = mixed(base, text, 0.06);
+}
+
+void HexPainting::draw(QPainter& painter, const QRect& area, int surfaceWidth) const {
+  painter.fillRect(area, colours.base);
+  const int first = std::max(0, geometry.rowAt(area.top()));
+  const int last = geometry.rowAt(area.bottom());
+  for (int row = first; row <= last && model.topLine() + row < model.lineCount(); ++row) drawRow(painter, row);
+  if (area.top() >= geometry.headHeight) return;
+  painter.fillRect(0, 0, std::max(surfaceWidth, geometry.width()), geometry.headHeight - 2, colours.head);
+  painter.setPen(colours.faint);
+  for (int column = 0; column < 16; ++column)
+    painter.drawText(geometry.digitX(column, true), geometry.ascent + 1, QString(QLatin1Char(kDigits[static_cast<std::size_t>(column)])));
+}
+
+void HexPainting::drawRow(QPainter& painter, int row) const {
+  const images::HexLine line = model.line(model.topLine() + row);
+  const int y = geometry.rowY(row);
+  painter.setPen(colours.faint);
+  painter.drawText(geometry.charWidth, y + geometry.ascent, QStringLiteral("%1").arg(line.address, 6, 16, QLatin1Char('0')).toUpper());
+  for (int column = 0; column < line.count; ++column) drawCell(painter, line.cells[static_cast<std::size_t>(column)], column, y);
+  drawCaret(painter, line, y);
+}
+
+void HexPainting::drawCell(QPainter& painter, const images::HexCell& cell, int column, int y) const {
+  const int x = geometry.byteX(column);
+  if (cell.selected || cell.inField) {
+    const QColor& back = cell.selected ? colours.highlight : colours.field;
+    painter.fillRect(x - geometry.charWidth / 2, y, 3 * geometry.charWidth, geometry.lineHeight, back);
+    painter.fillRect(geometry.asciiX(column), y, geometry.charWidth, geometry.lineHeight, back);
+  }
+  const QColor pen = cell.selected ? colours.highlightedText : cell.changed ? colours.changed : cell.fromFile ? colours.text : colours.faint;
+  painter.setPen(pen);
+  painter.drawText(x, y + geometry.ascent, byteText(cell.value));
+  // Colour alone would not tell everyone.
+  if (cell.changed) painter.drawLine(x, y + geometry.ascent + 2, x + 2 * geometry.charWidth - 1, y + geometry.ascent + 2);
+  const bool shows = cell.value >= 0x20 && cell.value < 0x7F;
+  painter.drawText(geometry.asciiX(column), y + geometry.ascent, QString(shows ? QChar(cell.value) : QLatin1Char('.')));
+}
+
+void HexPainting::drawCaret(QPainter& painter, const images::HexLine& line, int y) const {
+  const images::HexSpot caret = model.caret();
+  const std::int32_t column = caret.address - line.address;
+  if (column < 0 || column >= line.count || !enabled) return;
+  const int place = static_cast<int>(column);
+  const QRect box(geometry.digitX(place, caret.lowDigit), y, geometry.charWidth, geometry.lineHeight);
+  if (focused) {
+    painter.fillRect(box, colours.text);
+    painter.setPen(colours.base);
+    painter.drawText(box.left(), y + geometry.ascent, byteText(line.cells[static_cast<std::size_t>(place)].value).mid(caret.lowDigit ? 1 : 0, 1));
+  } else {
+    painter.setPen(colours.text);
+    painter.drawRect(box.adjusted(0, 0, -1, -1));
+  }
+  painter.setPen(colours.text);
+  painter.drawRect(QRect(geometry.asciiX(place), y, geometry.charWidth, geometry.lineHeight).adjusted(0, 0, -1, -1));
+}
+
+}  // namespace kvr::window

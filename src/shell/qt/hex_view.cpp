@@ -1,0 +1,190 @@
+#include "shell/qt/hex_view.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QFontDatabase>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QPainter>
+#include <QScrollBar>
+#include <QSignalBlocker>
+
+#include "shell/qt/hex_accessible.h"
+
+namespace kvr::window {
+
+using images::HexKey;
+using images::HexSpot;
+
+HexView::HexView(platform::EventLoop& loop, images::HexPane& pane, platform::ScrollBar& bar, const QString& name)
+    : loop_(loop), pane_(pane), bar_(bar), geometry_(QFontDatabase::systemFont(QFontDatabase::FixedFont)) {
+  announceHexViews();
+  setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  geometry_ = HexGeometry(font());
+  setFocusPolicy(Qt::StrongFocus);
+  viewport()->setCursor(Qt::IBeamCursor);
+  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+  auto* scroll = verticalScrollBar();
+  scroll->setObjectName(objectNameOf(bar));
+  scroll->setAccessibleName(name + QStringLiteral(", scroll position"));
+  binding_ = new Binding(loop, pane, *this, name, [this] { showModel(); });
+  binding_->watch(bar_.changed, [this] { showModel(); });
+  connect(scroll, &QScrollBar::valueChanged, this, [this](int value) {
+    binding_->post([this, value] { bar_.userScroll(value); });
+  });
+}
+
+// Brings bars, picture and what assistive programs know in line with the model.
+void HexView::showModel() {
+  auto* scroll = verticalScrollBar();
+  const QSignalBlocker quiet(scroll);
+  scroll->setRange(0, std::max(bar_.maximum(), pane_.model.topLine()));
+  scroll->setPageStep(pane_.model.pageLines());
+  scroll->setValue(pane_.model.topLine());
+  viewport()->update();
+  tellCaret();
+}
+
+void HexView::fit() {
+  const int lines = std::max(1, (viewport()->height() - geometry_.headHeight) / geometry_.lineHeight);
+  pane_.model.setPageLines(lines);
+  bar_.largeChange = lines;
+  horizontalScrollBar()->setRange(0, std::max(0, geometry_.width() - viewport()->width()));
+  horizontalScrollBar()->setPageStep(viewport()->width());
+  horizontalScrollBar()->setSingleStep(geometry_.charWidth);
+  showModel();
+}
+
+void HexView::tellCaret() {
+  if (toldCaret_ == model().caret() || !QAccessible::isActive()) return;
+  toldCaret_ = model().caret();
+  QAccessibleTextCursorEvent event(this, textOffset(model(), toldCaret_));
+  QAccessible::updateAccessibility(&event);
+}
+
+QRect HexView::cellRect(HexSpot spot) const {
+  const int line = static_cast<int>((spot.address - model().firstAddress()) / 16);
+  const int x = geometry_.digitX(static_cast<int>(spot.address % 16), spot.lowDigit) - horizontalScrollBar()->value();
+  return {x, geometry_.rowY(line - model().topLine()), geometry_.charWidth, geometry_.lineHeight};
+}
+
+HexSpot HexView::spotAt(const QPoint& point) const {
+  const int x = point.x() + horizontalScrollBar()->value();
+  const int line = std::clamp(model().topLine() + geometry_.rowAt(point.y()), 0, std::max(0, model().lineCount() - 1));
+  const std::int32_t address = model().firstAddress() + line * 16 + geometry_.columnAt(x);
+  return {std::min(address, std::max(0, model().lastAddress())), geometry_.lowDigitAt(x)};
+}
+
+void HexView::copySelection() const { QApplication::clipboard()->setText(qtText(model().copyHex())); }
+
+void HexView::moveBy(std::function<void(images::HexViewModel&)> change) {
+  binding_->post([this, change = std::move(change)] {
+    change(pane_.model);
+    pane_.userFound();
+  });
+}
+
+void HexView::paintEvent(QPaintEvent* event) {
+  QPainter painter(viewport());
+  painter.setFont(font());
+  const int shift = horizontalScrollBar()->value();
+  painter.translate(-shift, 0);
+  const HexColours colours(palette());
+  const HexPainting painting{geometry_, colours, model(), hasFocus(), isEnabled()};
+  painting.draw(painter, event->rect().translated(shift, 0), viewport()->width() + shift);
+}
+
+void HexView::resizeEvent(QResizeEvent* event) {
+  QAbstractScrollArea::resizeEvent(event);
+  fit();
+}
+
+void HexView::changeEvent(QEvent* event) {
+  QAbstractScrollArea::changeEvent(event);
+  if (event->type() != QEvent::FontChange) return;
+  geometry_ = HexGeometry(font());
+  fit();
+}
+
+bool HexView::command(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) copySelection();
+  else if (event->matches(QKeySequence::SelectAll))
+    moveBy([](images::HexViewModel& model) { model.selectSpan({model.firstAddress(), model.lastAddress()}); });
+  else if (event->matches(QKeySequence::Find)) Q_EMIT findWanted();
+  else if (event->key() == Qt::Key_G && event->modifiers() == Qt::ControlModifier) Q_EMIT goToWanted();
+  else if (event->key() == Qt::Key_F3) Q_EMIT findAgain((event->modifiers() & Qt::ShiftModifier) == 0);
+  else return false;
+  return true;
+}
+
+void HexView::keyPressEvent(QKeyEvent* event) {
+  if (command(event)) return;
+  const bool control = (event->modifiers() & Qt::ControlModifier) != 0;
+  const bool selecting = (event->modifiers() & Qt::ShiftModifier) != 0;
+  std::optional<HexKey> key;
+  switch (event->key()) {
+    case Qt::Key_Left: key = HexKey::Left; break;
+    case Qt::Key_Right: key = HexKey::Right; break;
+    case Qt::Key_Up: key = HexKey::Up; break;
+    case Qt::Key_Down: key = HexKey::Down; break;
+    case Qt::Key_PageUp: key = HexKey::PageUp; break;
+    case Qt::Key_PageDown: key = HexKey::PageDown; break;
+    case Qt::Key_Home: key = control ? HexKey::First : HexKey::LineStart; break;
+    case Qt::Key_End: key = control ? HexKey::Last : HexKey::LineEnd; break;
+    default: break;
+  }
+  if (key) {
+    binding_->post([this, key = *key, selecting] { pane_.userKey(key, selecting); });
+    return;
+  }
+  const bool plain = (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) == 0;
+  if (!plain || event->text().size() != 1 || !event->text().at(0).isLetterOrNumber()) {
+    QAbstractScrollArea::keyPressEvent(event);  // such as Tab and the window's shortcuts
+    return;
+  }
+  const char32_t typed = event->text().at(0).unicode();
+  binding_->post([this, typed] { pane_.userType(typed); });
+}
+
+void HexView::mousePressEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) return;
+  const HexSpot spot = spotAt(event->position().toPoint());
+  const bool selecting = (event->modifiers() & Qt::ShiftModifier) != 0;
+  binding_->post([this, spot, selecting] { pane_.userClick(spot, selecting); });
+}
+
+void HexView::mouseMoveEvent(QMouseEvent* event) {
+  if ((event->buttons() & Qt::LeftButton) == 0) return;
+  const HexSpot spot = spotAt(event->position().toPoint());
+  if (spot.address == model().caret().address) return;
+  binding_->post([this, spot] { pane_.userClick(spot, true); });
+}
+
+void HexView::contextMenuEvent(QContextMenuEvent* event) {
+  auto* menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  menu->addAction(QStringLiteral("Copy as hexadecimal"), this, [this] { copySelection(); });
+  menu->addAction(QStringLiteral("Find..."), this, [this] { Q_EMIT findWanted(); });
+  menu->addAction(QStringLiteral("Go to address..."), this, [this] { Q_EMIT goToWanted(); });
+  menu->popup(event->globalPos());
+}
+
+void HexView::focusInEvent(QFocusEvent* event) {
+  QAbstractScrollArea::focusInEvent(event);
+  viewport()->update();
+}
+
+void HexView::focusOutEvent(QFocusEvent* event) {
+  QAbstractScrollArea::focusOutEvent(event);
+  viewport()->update();
+}
+
+void HexView::scrollContentsBy(int, int) { viewport()->update(); }
+
+QSize HexView::sizeHint() const {
+  return {geometry_.width() + verticalScrollBar()->sizeHint().width() + 2 * frameWidth(), geometry_.rowY(16) + 2 * frameWidth()};
+}
+
+}  // namespace kvr::window

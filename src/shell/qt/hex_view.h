@@ -1,0 +1,68 @@
+// An image in hexadecimal: address, sixteen bytes, the same as text. Draws only the lines that show, so its cost does not
+// depend on the size of the image. All it shows lies in the pane's model; all that a person does goes to the pane as a
+// gesture.
+//
+// Keys: arrows, page and line keys (with Shift they select), Ctrl+Home and Ctrl+End, hexadecimal digits change the byte,
+// Ctrl+A, Ctrl+C (the selection as hexadecimal text), Ctrl+F, Ctrl+G, F3 and Shift+F3.
+#pragma once
+
+#include <QAbstractScrollArea>
+
+#include "images/hex_pane.h"
+#include "platform/controls.h"
+#include "platform/event_loop.h"
+#include "shell/qt/binding.h"
+#include "shell/qt/hex_paint.h"
+
+namespace kvr::window {
+
+class HexView : public QAbstractScrollArea {
+  Q_OBJECT
+ public:
+  // `bar`: the scroll position in lines, which the view and its owner share. Both controls must outlive the view.
+  HexView(platform::EventLoop& loop, images::HexPane& pane, platform::ScrollBar& bar, const QString& name);
+
+  images::HexPane& pane() { return pane_; }
+  const images::HexViewModel& model() const { return pane_.model; }
+  const HexGeometry& geometryOfText() const { return geometry_; }
+  QRect cellRect(images::HexSpot spot) const;  // on the viewport; also outside of it
+  images::HexSpot spotAt(const QPoint& point) const;
+  void copySelection() const;
+  // Moves the caret by `change` (find, go to) and scrolls it into view. `change` runs from the event loop.
+  void moveBy(std::function<void(images::HexViewModel&)> change);
+
+ Q_SIGNALS:
+  void findWanted();
+  void goToWanted();
+  void findAgain(bool forward);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+  void scrollContentsBy(int dx, int dy) override;
+  QSize sizeHint() const override;
+
+ private:
+  void showModel();
+  void fit();
+  void tellCaret();
+  bool command(QKeyEvent* event);
+  platform::EventLoop& loop_;
+  images::HexPane& pane_;
+  platform::ScrollBar& bar_;
+  HexGeometry geometry_;
+  Binding* binding_ = nullptr;
+  images::HexSpot toldCaret_{-1, false};
+};
+
+// The view with its find bar below, as one widget.
+QWidget* makeHexPage(platform::EventLoop& loop, images::HexPane& pane, platform::ScrollBar& bar, const QString& name);
+
+}  // namespace kvr::window

@@ -1,0 +1,251 @@
+#include "shell/qt/hex_view.h"
+
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QApplication>
+#include <QClipboard>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QToolButton>
+#include <algorithm>
+#include <ctime>
+#include <fstream>
+
+#include "platform/qt/qt_loop.h"
+#include "shell/qt/hex_accessible.h"
+#include "tests/images/images_bench.h"
+
+namespace kvr::window {
+namespace {
+
+using images::HexSpot;
+using platform::Bytes;
+
+struct HexViewTest : ::testing::Test {
+  HexViewTest() {
+    Bytes bytes(0xF000);
+    for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<std::uint8_t>(i * 31 + i / 256);
+    files.put("/fw.bin", bytes);
+    room.loader.loadImage("/fw.bin", code);
+    room.panel.vscFile[0].userScroll(0);
+    page.reset(makeHexPage(loop, pane, room.panel.vscFile[0], QStringLiteral("Code image")));
+    view = page->findChild<HexView*>(QStringLiteral("txtBuffer2"));
+    page->resize(700, 500);
+    page->show();
+    page->activateWindow();
+    view->setFocus();
+    settle();
+  }
+  void settle() {
+    while (loop.dispatchReady()) continue;
+    QApplication::processEvents();
+    while (loop.dispatchReady()) continue;
+  }
+  void key(int code, Qt::KeyboardModifiers modifiers = Qt::NoModifier, const QString& text = {}) {
+    QKeyEvent press(QEvent::KeyPress, code, modifiers, text);
+    QApplication::sendEvent(QApplication::focusWidget() == nullptr ? view : QApplication::focusWidget(), &press);
+    settle();
+  }
+  void type(QWidget* into, const QString& text) {
+    for (const QChar c : text) {
+      QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(c));
+      QApplication::sendEvent(into, &press);
+    }
+    settle();
+  }
+  void mouse(QEvent::Type kind, HexSpot spot) {
+    const QPointF at = view->cellRect(spot).center();
+    QMouseEvent event(kind, at, view->viewport()->mapToGlobal(at), kind == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(view->viewport(), &event);
+    settle();
+  }
+  template <class T>
+  T* child(const char* name) {
+    return page->findChild<T*>(QString::fromLatin1(name));
+  }
+
+  platform::QtLoop loop;
+  images::NoLink link;
+  platform::MemoryStore store;
+  platform::MemoryFiles files;
+  platform::ScriptedDialogs dialogs{loop};
+  platform::VirtualClock clock{loop};
+  platform::World world{loop, link, dialogs, store, files, clock};
+  catalogue::SelectedModel selected = catalogue::describeModel(*catalogue::findByName("Ivy-HF0S"));
+  platform::TextBox textMsg{"textMsg"};
+  images::ImageRoom room{world, selected, textMsg};
+  images::HexPane& pane = room.panel.txtBuffer2;
+  images::ImageBuffer& code = room.state.CodeBuffer;
+  std::unique_ptr<QWidget> page;
+  HexView* view = nullptr;
+};
+
+TEST_F(HexViewTest, AClickPutsTheCaretOnTheDigitAndTypingChangesIt) {
+  mouse(QEvent::MouseButtonPress, {0x23, true});
+  EXPECT_EQ(pane.model.caret(), (HexSpot{0x23, true}));
+  dialogs.yesNo = {true};
+  const int before = code.at(0x23);
+  key(Qt::Key_7, Qt::NoModifier, QStringLiteral("7"));
+  EXPECT_EQ(code.at(0x23), (before & 0xF0) | 7);
+  EXPECT_EQ(pane.model.caret(), (HexSpot{0x24, false}));
+  for (const int column : {0, 7, 8, 15})
+    for (const bool low : {false, true}) {
+      const HexSpot spot{0x40 + column, low};
+      EXPECT_EQ(view->spotAt(view->cellRect(spot).center()), spot);
+    }
+}
+
+TEST_F(HexViewTest, KeysScrollAndTheBarFollows) {
+  auto* bar = view->verticalScrollBar();
+  EXPECT_EQ(bar->objectName(), QStringLiteral("vscFile_0"));
+  EXPECT_EQ(bar->maximum(), 0xEFFF / 16 - 3);
+  key(Qt::Key_End, Qt::ControlModifier);
+  EXPECT_EQ(pane.model.caret().address, 0xEFFF);
+  EXPECT_EQ(bar->value(), pane.model.topLine());
+  EXPECT_GT(bar->value(), 3000);
+  bar->setValue(100);
+  settle();
+  EXPECT_EQ(pane.model.topLine(), 100);
+  EXPECT_EQ(room.panel.vscFile[0].value(), 100);
+  room.panel.vscFile[0].userScroll(7);
+  EXPECT_EQ(bar->value(), 7);
+  key(Qt::Key_Home, Qt::ControlModifier);
+  key(Qt::Key_PageDown);
+  EXPECT_EQ(pane.model.caret().address, pane.model.pageLines() * 16);
+}
+
+TEST_F(HexViewTest, FindsGoesToAndCopiesFromTheKeyboard) {
+  key(Qt::Key_F, Qt::ControlModifier);
+  auto* find = child<QLineEdit>("txtBuffer2_find");
+  EXPECT_EQ(QApplication::focusWidget(), find);
+  type(find, QStringLiteral("not hex"));
+  child<QToolButton>("txtBuffer2_next")->click();
+  settle();
+  EXPECT_EQ(child<QLabel>("txtBuffer2_findNote")->text(), QStringLiteral("no HEX"));
+  find->clear();
+  type(find, QString::asprintf("%02X %02X %02X", code.at(0x1234), code.at(0x1235), code.at(0x1236)));
+  key(Qt::Key_Return);
+  ASSERT_FALSE(pane.model.selection().empty());
+  const auto first = pane.model.selection();
+  EXPECT_EQ(code.at(first.first), code.at(0x1234));
+  view->copySelection();
+  EXPECT_EQ(QApplication::clipboard()->text(), find->text());
+  view->setFocus();
+  key(Qt::Key_F3);
+  EXPECT_TRUE(child<QLabel>("txtBuffer2_findNote")->text().isEmpty());
+  key(Qt::Key_F3, Qt::ShiftModifier);
+  EXPECT_EQ(pane.model.selection(), first);
+  key(Qt::Key_G, Qt::ControlModifier);
+  auto* go = child<QLineEdit>("txtBuffer2_goto");
+  EXPECT_EQ(QApplication::focusWidget(), go);
+  type(go, QStringLiteral("ABC0"));
+  key(Qt::Key_Return);
+  EXPECT_EQ(pane.model.caret().address, 0xABC0);
+  EXPECT_TRUE(view->viewport()->rect().contains(view->cellRect({0xABC0, false})));
+  EXPECT_EQ(QApplication::focusWidget(), view);
+}
+
+TEST_F(HexViewTest, ADragSelects) {
+  mouse(QEvent::MouseButtonPress, {0x10, false});
+  mouse(QEvent::MouseMove, {0x12, false});
+  mouse(QEvent::MouseMove, {0x25, false});
+  EXPECT_EQ(pane.model.selection(), (images::AddressSpan{0x10, 0x25}));
+  mouse(QEvent::MouseButtonPress, {0x30, false});
+  EXPECT_TRUE(pane.model.selection().empty());
+}
+
+TEST_F(HexViewTest, AssistiveProgramsReadLinesByteAndCaret) {
+  auto* accessible = QAccessible::queryAccessibleInterface(view);
+  ASSERT_NE(accessible, nullptr);
+  EXPECT_EQ(accessible->role(), QAccessible::EditableText);
+  EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("Code image"));
+  mouse(QEvent::MouseButtonPress, {0x21, true});
+  EXPECT_EQ(accessible->text(QAccessible::Value), QString::asprintf("Address 21, byte %02x, second digit", code.at(0x21)));
+  auto* text = accessible->textInterface();
+  ASSERT_NE(text, nullptr);
+  EXPECT_EQ(text->cursorPosition(), 2 * kHexLineLength + 14);
+  int start = 0;
+  int end = 0;
+  EXPECT_EQ(text->textAtOffset(text->cursorPosition(), QAccessible::LineBoundary, &start, &end),
+            qtText(pane.model.line(2).hexText()) + QLatin1Char('\n'));
+  EXPECT_EQ(end - start, kHexLineLength);
+  EXPECT_EQ(text->characterCount(), 0xF00 * kHexLineLength - 1);
+  EXPECT_EQ(text->text(5, 9), qtText(pane.model.line(0).hexText()).mid(5, 4));
+  text->setCursorPosition(3 * kHexLineLength + 10);
+  settle();
+  EXPECT_EQ(pane.model.caret(), (HexSpot{0x30, false}));
+}
+
+double contrast(const QColor& a, const QColor& b) {
+  const auto luminance = [](const QColor& c) {
+    const auto part = [](double v) { return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4); };
+    return 0.2126 * part(c.redF()) + 0.7152 * part(c.greenF()) + 0.0722 * part(c.blueF());
+  };
+  const double x = luminance(a) + 0.05;
+  const double y = luminance(b) + 0.05;
+  return std::max(x, y) / std::min(x, y);
+}
+
+TEST(HexColoursTest, AreReadableOnLightAndDarkDesktops) {
+  QPalette light;
+  light.setColor(QPalette::Base, Qt::white);
+  light.setColor(QPalette::Text, Qt::black);
+  QPalette dark;
+  dark.setColor(QPalette::Base, QColor(30, 30, 30));
+  dark.setColor(QPalette::Text, QColor(230, 230, 230));
+  for (const auto& palette : {light, dark}) {
+    const HexColours colours(palette);
+    for (const auto& back : {colours.base, colours.field}) {
+      EXPECT_GT(contrast(colours.text, back), 7.0);
+      EXPECT_GT(contrast(colours.changed, back), 4.5);
+      EXPECT_GT(contrast(colours.faint, back), 3.0);
+    }
+    EXPECT_GT(contrast(colours.field, colours.base), 1.1);
+  }
+}
+
+std::size_t residentPages() {
+  std::ifstream statm("/proc/self/statm");
+  std::size_t size = 0;
+  std::size_t resident = 0;
+  statm >> size >> resident;
+  return resident;
+}
+
+// Processor time, so that other work on the machine does not count.
+TEST_F(HexViewTest, EveryScrollAndKeyTakesLessThanAFrameAndNoMemory) {
+  dialogs.yesNo = {true};
+  std::vector<double> times;
+  const auto measured = [&](const std::function<void()>& event) {
+    const std::clock_t start = std::clock();
+    event();
+    view->viewport()->repaint();
+    times.push_back(1000.0 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
+  };
+  const auto scrollAll = [&] {
+    for (int line = 0; line <= view->verticalScrollBar()->maximum(); line += 37)
+      measured([&] {
+        view->verticalScrollBar()->setValue(line);
+        settle();
+      });
+  };
+  page->resize(1200, 1400);
+  scrollAll();
+  times.clear();
+  const std::size_t before = residentPages();
+  for (int round = 0; round < 8; ++round) scrollAll();
+  for (int i = 0; i < 150; ++i) measured([&] { key(Qt::Key_A, Qt::NoModifier, QStringLiteral("a")); });
+  for (int i = 0; i < 150; ++i) measured([&] { key(Qt::Key_PageDown); });
+  EXPECT_LT((residentPages() - before) * 4096.0, 1e6);
+  std::sort(times.begin(), times.end());
+  std::printf("hex view: %zu events, median %.2f ms, p99 %.2f ms, worst %.2f ms\n", times.size(), times[times.size() / 2],
+              times[times.size() * 99 / 100], times.back());
+  EXPECT_LT(times[times.size() * 99 / 100], 16.0);
+}
+
+}  // namespace
+}  // namespace kvr::window
