@@ -3,15 +3,49 @@
 #include <QFontMetrics>
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace kvr::window {
 namespace {
 
 constexpr std::array<char, 16> kDigits{'0', '1', '2', '3', '4', '5', '6', '7', '8', '9', 'A', 'B', 'C', 'D', 'E', 'F'};
 
-QString byteText(std::uint8_t value) {
-  const std::array<QChar, 2> text{QLatin1Char(kDigits[value >> 4]), QLatin1Char(kDigits[value & 15])};
-  return QString(text.data(), 2);
+// One row as text, a string for each colour: blanks stand where another colour has its characters.
+class RowText {
+ public:
+  enum Style { Faint, Plain, Changed, Selected, Styles };
+  void put(Style style, int at, char c) {
+    QString& text = texts_[style];
+    if (text.isNull()) text = QString(HexGeometry::rowLength(), QLatin1Char(' '));
+    text[at] = QLatin1Char(c);
+  }
+  void putByte(Style style, int at, std::uint8_t value) {
+    put(style, at, kDigits[value >> 4]);
+    put(style, at + 1, kDigits[value & 15]);
+  }
+  const QString& text(Style style) const { return texts_[style]; }
+
+ private:
+  std::array<QString, Styles> texts_;
+};
+
+RowText::Style styleOf(const images::HexCell& cell) {
+  if (cell.selected) return RowText::Selected;
+  if (cell.changed) return RowText::Changed;
+  return cell.fromFile ? RowText::Plain : RowText::Faint;
+}
+
+RowText rowText(const images::HexLine& line) {
+  RowText row;
+  for (int shift = 0; shift < 6; ++shift)
+    row.put(RowText::Faint, HexGeometry::kAddressAt + shift, kDigits[static_cast<std::size_t>(line.address >> (20 - 4 * shift) & 15)]);
+  for (int column = 0; column < line.count; ++column) {
+    const images::HexCell& cell = line.cells[static_cast<std::size_t>(column)];
+    const RowText::Style style = styleOf(cell);
+    row.putByte(style, HexGeometry::byteAt(column), cell.value);
+    row.put(style, HexGeometry::asciiAt(column), cell.value >= 0x20 && cell.value < 0x7F ? static_cast<char>(cell.value) : '.');
+  }
+  return row;
 }
 
 QColor mixed(const QColor& a, const QColor& b, double share) {
@@ -21,9 +55,13 @@ QColor mixed(const QColor& a, const QColor& b, double share) {
 
 }  // namespace
 
-HexGeometry::HexGeometry(const QFont& font) {
+HexGeometry::HexGeometry(const QFont& fixedFont) : font(fixedFont) {
+  const double advance = QFontMetricsF(font).horizontalAdvance(QLatin1Char('0'));
+  charWidth = std::max(1, static_cast<int>(std::lround(advance)));
+  font.setKerning(false);
+  font.setStyleStrategy(QFont::PreferNoShaping);
+  font.setLetterSpacing(QFont::AbsoluteSpacing, charWidth - advance);
   const QFontMetrics metrics(font);
-  charWidth = std::max(1, metrics.horizontalAdvance(QLatin1Char('0')));
   lineHeight = std::max(1, metrics.height() + 1);
   ascent = metrics.ascent();
   headHeight = lineHeight + 4;
@@ -70,26 +108,28 @@ void HexPainting::draw(QPainter& painter, const QRect& area, int surfaceWidth) c
 void HexPainting::drawRow(QPainter& painter, int row) const {
   const images::HexLine line = model.line(model.topLine() + row);
   const int y = geometry.rowY(row);
-  painter.setPen(colours.faint);
-  painter.drawText(geometry.charWidth, y + geometry.ascent, QStringLiteral("%1").arg(line.address, 6, 16, QLatin1Char('0')).toUpper());
-  for (int column = 0; column < line.count; ++column) drawCell(painter, line.cells[static_cast<std::size_t>(column)], column, y);
+  for (int column = 0; column < line.count; ++column) drawBehind(painter, line.cells[static_cast<std::size_t>(column)], column, y);
+  const RowText text = rowText(line);
+  const std::array<const QColor*, RowText::Styles> pens{&colours.faint, &colours.text, &colours.changed, &colours.highlightedText};
+  for (int style = 0; style < RowText::Styles; ++style) {
+    const QString& part = text.text(static_cast<RowText::Style>(style));
+    if (part.isNull()) continue;
+    painter.setPen(*pens[static_cast<std::size_t>(style)]);
+    painter.drawText(0, y + geometry.ascent, part);
+  }
   drawCaret(painter, line, y);
 }
 
-void HexPainting::drawCell(QPainter& painter, const images::HexCell& cell, int column, int y) const {
+void HexPainting::drawBehind(QPainter& painter, const images::HexCell& cell, int column, int y) const {
   const int x = geometry.byteX(column);
   if (cell.selected || cell.inField) {
     const QColor& back = cell.selected ? colours.highlight : colours.field;
     painter.fillRect(x - geometry.charWidth / 2, y, 3 * geometry.charWidth, geometry.lineHeight, back);
     painter.fillRect(geometry.asciiX(column), y, geometry.charWidth, geometry.lineHeight, back);
   }
-  const QColor pen = cell.selected ? colours.highlightedText : cell.changed ? colours.changed : cell.fromFile ? colours.text : colours.faint;
-  painter.setPen(pen);
-  painter.drawText(x, y + geometry.ascent, byteText(cell.value));
-  // Colour alone would not tell everyone.
-  if (cell.changed) painter.drawLine(x, y + geometry.ascent + 2, x + 2 * geometry.charWidth - 1, y + geometry.ascent + 2);
-  const bool shows = cell.value >= 0x20 && cell.value < 0x7F;
-  painter.drawText(geometry.asciiX(column), y + geometry.ascent, QString(shows ? QChar(cell.value) : QLatin1Char('.')));
+  if (!cell.changed) return;
+  painter.setPen(colours.changed);  // colour alone would not tell everyone
+  painter.drawLine(x, y + geometry.ascent + 2, x + 2 * geometry.charWidth - 1, y + geometry.ascent + 2);
 }
 
 void HexPainting::drawCaret(QPainter& painter, const images::HexLine& line, int y) const {
@@ -101,7 +141,8 @@ void HexPainting::drawCaret(QPainter& painter, const images::HexLine& line, int 
   if (focused) {
     painter.fillRect(box, colours.text);
     painter.setPen(colours.base);
-    painter.drawText(box.left(), y + geometry.ascent, byteText(line.cells[static_cast<std::size_t>(place)].value).mid(caret.lowDigit ? 1 : 0, 1));
+    const std::uint8_t value = line.cells[static_cast<std::size_t>(place)].value;
+    painter.drawText(box.left(), y + geometry.ascent, QString(QLatin1Char(kDigits[caret.lowDigit ? value & 15 : value >> 4])));
   } else {
     painter.setPen(colours.text);
     painter.drawRect(box.adjusted(0, 0, -1, -1));

@@ -12,15 +12,21 @@ namespace kvr::window {
 
 // Columns and rows in pixels. Row 0 lies under the head with the column numbers.
 struct HexGeometry {
-  explicit HexGeometry(const QFont& font);
+  explicit HexGeometry(const QFont& fixedFont);
+  QFont font;  // spaced so that every character takes exactly `charWidth`: a row can be drawn in one go
   int charWidth;
   int lineHeight;
   int ascent;
   int headHeight;
 
-  int byteX(int column) const { return charWidth * (9 + 3 * column) + (column >= 8 ? charWidth : 0); }
+  // Places in characters, and the same in pixels.
+  static constexpr int kAddressAt = 1;
+  static constexpr int byteAt(int column) { return 9 + 3 * column + (column >= 8 ? 1 : 0); }
+  static constexpr int asciiAt(int column) { return byteAt(16) + 1 + column; }
+  static constexpr int rowLength() { return asciiAt(16); }
+  int byteX(int column) const { return charWidth * byteAt(column); }
   int digitX(int column, bool low) const { return byteX(column) + (low ? charWidth : 0); }
-  int asciiX(int column) const { return byteX(16) + charWidth * (1 + column); }
+  int asciiX(int column) const { return charWidth * asciiAt(column); }
   int width() const { return asciiX(16) + charWidth; }
   int rowY(int row) const { return headHeight + row * lineHeight; }
   int rowAt(int y) const;          // below 0: above the first row
@@ -52,7 +58,7 @@ struct HexPainting {
 
  private:
   void drawRow(QPainter& painter, int row) const;
-  void drawCell(QPainter& painter, const images::HexCell& cell, int column, int y) const;
+  void drawBehind(QPainter& painter, const images::HexCell& cell, int column, int y) const;
   void drawCaret(QPainter& painter, const images::HexLine& line, int y) const;
 };
 

@@ -88,7 +88,7 @@ void HexView::moveBy(std::function<void(images::HexViewModel&)> change) {
 
 void HexView::paintEvent(QPaintEvent* event) {
   QPainter painter(viewport());
-  painter.setFont(font());
+  painter.setFont(geometry_.font);
   const int shift = horizontalScrollBar()->value();
   painter.translate(-shift, 0);
   const HexColours colours(palette());

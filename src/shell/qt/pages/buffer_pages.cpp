@@ -1,4 +1,5 @@
 // The pages of the two memory images: what the file is, and the image in hexadecimal.
+#include "shell/qt/hex_view.h"
 #include "shell/qt/pages/pages.h"
 
 namespace kvr::window {
@@ -13,8 +14,11 @@ QWidget* bufferPage(const Maker& maker, platform::Frame& frame, platform::Label&
   auto* head = row({words, maker.label(length)});
   head->setStretch(0, 1);
   column->addLayout(head);
-  (void)view;
-  column->addStretch(1);
+  auto& panel = maker.form.images.panel;
+  column->addWidget(makeHexPage(maker.loop(), view == 0 ? panel.txtBuffer2 : panel.tetDataFlash2,
+                                panel.vscFile[static_cast<std::size_t>(view)],
+                                view == 0 ? QStringLiteral("Code image in hexadecimal") : QStringLiteral("Data image in hexadecimal")),
+                    1);
   auto* group = makeFrame(maker.loop(), frame);
   group->setLayout(column);
   return group;
