@@ -11,28 +11,9 @@
 #include "platform/virtual/virtual_loop.h"
 #include "platform/virtual/virtual_world.h"
 #include "project/project_room.h"
+#include "tests/support/no_link.h"
 
 namespace kvr::project {
-
-// No port: projects need none.
-class NoLink : public platform::SerialLink {
- public:
-  void setPortNumber(int) override {}
-  int portNumber() const override { return 1; }
-  platform::PortError setSettings(const std::string&) override { return {}; }
-  std::string settings() const override { return {}; }
-  platform::PortError open() override { return {}; }
-  void close() override {}
-  bool isOpen() const override { return false; }
-  void write(std::span<const std::uint8_t>) override {}
-  std::size_t outBytesPending() const override { return 0; }
-  std::size_t inBytesPending() const override { return 0; }
-  std::vector<std::uint8_t> readBytes(std::size_t) override { return {}; }
-  void clearOut() override {}
-  void clearIn() override {}
-  void setDtr(bool) override {}
-  void setRts(bool) override {}
-};
 
 class ProjectBench {
  public:
@@ -118,7 +99,7 @@ class ProjectBench {
   platform::MemoryFiles files;
   platform::ScriptedDialogs dialogs;
   platform::VirtualClock clock;
-  NoLink link;
+  support::NoLink link;
   platform::World world{loop, link, dialogs, store, files, clock};
   platform::PlainCodec codec;
   platform::ControlRegistry registry;
