@@ -209,7 +209,10 @@ void Loader::clearBuffer(std::uint8_t fill, ImageBuffer& buffer) {
   buffer.sum = 0;
   buffer.loaded = false;
   const bool isCode = buffer.isCode();
-  if (isCode) state_.imageValid = false;
+  if (isCode) {
+    state_.imageValid = false;
+    codeFile_ = {};  // what comes into the buffer now may be no file's: a project's image is not watched
+  }
   buffer.fill(fill);
   views_.showCleared(viewOf(buffer));
   (isCode ? panel_.Frame7 : panel_.frmDataFlash).setCaption(isCode ? "Program File: " : "Data File: ");

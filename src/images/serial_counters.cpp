@@ -154,6 +154,11 @@ bool SerialCounters::advanceOne(AutoIncrement& record) {
   return written;
 }
 
+std::string SerialCounters::numberInHand() const {
+  const std::string both = code.armed && data.armed ? "/" : "";
+  return (code.armed ? code.next : "") + both + (data.armed ? data.next : "");
+}
+
 void SerialCounters::enableControls(bool codeOn, bool dataOn) {
   codeAllowed_ = codeOn;
   dataAllowed_ = dataOn;

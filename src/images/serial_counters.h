@@ -39,6 +39,9 @@ class SerialCounters {
   // cannot be written (message box shown); a repeat must end.
   [[nodiscard]] bool advanceAfterSuccess();
 
+  // What the chip in hand carries, for a record: the number of each armed counter, code first, a slash between two.
+  std::string numberInHand() const;
+
   void forgetArmed() { code.armed = data.armed = false; }
   // Boxes and buttons of an instance can be used or not; a counter that is on keeps its boxes closed.
   void enableControls(bool codeOn, bool dataOn);

@@ -16,7 +16,7 @@ void MainForm::connectEngine() {
       .reloadIfAsked = [this] { return !images.panel.cekReloadFile.value() || images.loader.reload(); },
       .armCounters = [this] { return images.counters.armForRun(); },
       .advanceCounters = [this] { return images.counters.advanceAfterSuccess(); },
-      .serialNumber = [this] { return images.panel.cheAuto_Increase.value() ? images.counters.code.next : std::string(); },
+      .serialNumber = [this] { return images.counters.numberInHand(); },
       .relock =
           [this] {
             if (project.lockAfterRun()) project.comLockOptions_Click();
@@ -43,6 +43,12 @@ void MainForm::connectFiles() {
     main.TabStrip2.select("Batch_quantity");
     project.openProject(path);
   };
+  images.setAlone([this](const std::function<void()>& work) {
+    const auto running = activity.begin();
+    if (!running) return false;
+    work();
+    return true;
+  });
   images.watcher.isBusy = [this] { return activity.busy(); };
   images.watcher.onTrigger = [this] { trigger.comSendUserCode_Click(); };
   images.watcher.onDownload = [this] { session.comDownload_Click(0); };

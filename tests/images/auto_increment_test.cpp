@@ -144,6 +144,7 @@ TEST_F(CounterTest, AdvancesThroughABatchAndStopsWhenTheNumbersRunOut) {
   bench.counterBoxes("100", "1", "250", kRadixHex);
   panel.texAuto_Increase[3].setText("2");
   panel.cheAuto_Increase.userSet(true);
+  EXPECT_EQ(counters.numberInHand(), "250");
   std::vector<int> inChips;
   bool goesOn = counters.armForRun();
   while (goesOn && inChips.size() < 10) {
