@@ -80,4 +80,32 @@ int columnsOf(char32_t value, int column) {
   return value >= 0x1100 && within(kWide, value) ? 2 : 1;
 }
 
+int columnAt(std::string_view row, std::size_t offset) {
+  int column = 0;
+  for (std::size_t at = 0; at < std::min(offset, row.size());) {
+    const Utf8Char next = firstChar(row.substr(at));
+    column += columnsOf(next.value, column);
+    at += next.bytes;
+  }
+  return column;
+}
+
+std::size_t offsetAt(std::string_view row, int column) {
+  std::size_t at = 0;
+  for (int passed = 0; at < row.size();) {
+    const Utf8Char next = firstChar(row.substr(at));
+    passed += columnsOf(next.value, passed);
+    if (passed > column) break;
+    at += next.bytes;
+  }
+  return at;
+}
+
+char32_t shownAs(char32_t value) {
+  if (value == '\t') return ' ';
+  if (value < 0x20) return 0x2400 + value;
+  if (value == 0x7F) return 0x2421;
+  return value >= 0x80 && value < 0xA0 ? 0x25AF : value;
+}
+
 }  // namespace kvr::comtool

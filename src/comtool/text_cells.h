@@ -24,4 +24,12 @@ std::string utf8Of(char32_t value);
 // next multiple of eight for a tab that stands at `column`, else 1 (control characters are shown by a picture of theirs).
 int columnsOf(char32_t value, int column);
 
+// In a row: the column at which the character at a byte offset stands, and the offset of the character that covers a column
+// (of the row's end for a column behind it).
+int columnAt(std::string_view row, std::size_t offset);
+std::size_t offsetAt(std::string_view row, int column);
+
+// What a fixed width font shows for a character: itself, a picture for a control character, a blank for a tab.
+char32_t shownAs(char32_t value);
+
 }  // namespace kvr::comtool

@@ -3,6 +3,7 @@
 #include <QSplitter>
 
 #include "shell/qt/pages/pages.h"
+#include "shell/qt/terminal_view.h"
 
 namespace kvr::window {
 namespace {
@@ -62,7 +63,7 @@ QGroupBox* receivePane(const Maker& maker) {
                          maker.option(p.optReceiveHex[1], QStringLiteral("Show what comes in in hexadecimal")),
                          maker.combo(p.comb_TimeStamp, QStringLiteral("Time stamp")), maker.check(p.che_AutoScroll),
                          maker.check(p.che_KeepNewest), nullptr, maker.button(p.comSaveReceive), maker.button(p.comDebugClear[0])}));
-  column->addStretch(1);
+  column->addWidget(makeTerminalView(maker.loop(), p), 1);
   column->addLayout(row({maker.label(p.labReceiveCount), maker.label(p.labSendCount), maker.button(p.comClearCount), nullptr,
                          maker.line(p.texFind, QStringLiteral("Text to find in the receive pane"), 16), maker.button(p.comFindNext),
                          maker.button(p.comFindPrevious), maker.label(p.labFind)}));
