@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "tool_bench.h"
 #include "comtool/hex_text.h"
+#include "tool_bench.h"
 
 namespace kvr::comtool {
 namespace {

@@ -57,9 +57,10 @@ void TerminalView::textChanged() {
   moving_ = true;
   const auto& text = pane_.content();
   const int last = std::max(0, rowNumber(text.rowCount()) - visibleRows());
+  const int first = following_ ? last : rowNumber(text.rowAt(top_));  // asked first: a new range moves the bar
   verticalScrollBar()->setPageStep(visibleRows());
   verticalScrollBar()->setRange(0, last);
-  verticalScrollBar()->setValue(following_ ? last : rowNumber(text.rowAt(top_)));
+  verticalScrollBar()->setValue(first);
   moving_ = false;
   keepTop();
   viewport()->update();

@@ -1,0 +1,127 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QClipboard>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <memory>
+#include <string>
+
+#include "platform/virtual/virtual_loop.h"
+#include "shell/qt/terminal_view.h"
+
+namespace kvr::window {
+namespace {
+
+struct Pane {
+  platform::VirtualLoop loop;
+  comtool::ToolPanel panel;
+  std::unique_ptr<TerminalView> view{makeTerminalView(loop, panel)};
+
+  Pane() {
+    view->resize(400, 300);
+    view->show();
+    QApplication::processEvents();
+  }
+  comtool::ReceivePane& pane() { return panel.texReceive; }
+  void addLines(int count, int from = 0) {
+    for (int i = from; i < from + count; ++i) pane().append("line " + std::to_string(i) + "\n");
+  }
+  void key(int code, const QString& text = {}, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QKeyEvent press(QEvent::KeyPress, code, modifiers, text);
+    QApplication::sendEvent(view.get(), &press);
+    loop.dispatchReady();
+  }
+  void mouse(QEvent::Type type, QPoint at) {
+    const auto buttons = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+    const auto button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+    QMouseEvent event(type, QPointF(at), view->viewport()->mapToGlobal(QPointF(at)), button, buttons, Qt::NoModifier);
+    QApplication::sendEvent(view->viewport(), &event);
+  }
+  std::string firstShown() const { return view->visibleText().section(QLatin1Char('\n'), 0, 0).toStdString(); }
+};
+
+TEST(TerminalView, FollowsTheEndUntilThePersonScrollsUpAndAgainAtTheEnd) {
+  Pane p;
+  p.addLines(500);
+  EXPECT_EQ(p.view->firstRow(), 500 - p.view->visibleRows());
+  p.view->verticalScrollBar()->setValue(100);
+  p.addLines(10, 500);
+  EXPECT_EQ(p.firstShown(), "line 100");
+  p.loop.dispatchReady();
+  EXPECT_FALSE(p.panel.che_AutoScroll.value());
+  p.addLines(10, 510);
+  EXPECT_EQ(p.firstShown(), "line 100");
+  p.key(Qt::Key_End);
+  EXPECT_TRUE(p.panel.che_AutoScroll.value());
+  p.addLines(10, 520);
+  EXPECT_EQ(p.view->firstRow(), 530 - p.view->visibleRows());
+}
+
+TEST(TerminalView, AReaderKeepsHisPlaceWhenOldTextGoesAndWhenTheWindowChanges) {
+  Pane p;
+  p.addLines(500);
+  p.view->verticalScrollBar()->setValue(300);
+  p.loop.dispatchReady();
+  p.pane().keepNewest(2500);
+  EXPECT_EQ(p.firstShown(), "line 300");
+  p.view->resize(250, 200);
+  QApplication::processEvents();
+  EXPECT_EQ(p.firstShown(), "line 300");
+  p.pane().keepNewest(100);
+  EXPECT_GE(p.firstShown(), "line 480");
+}
+
+TEST(TerminalView, TypedKeysAreGesturesAndScrollKeysAreNot) {
+  Pane p;
+  std::u32string typed;
+  p.pane().onKeyPress = [&](char32_t key) { return typed += key, true; };
+  p.addLines(100);
+  p.key(Qt::Key_A, QStringLiteral("a"));
+  p.key(Qt::Key_Return, QStringLiteral("\r"));
+  p.key(Qt::Key_PageUp);
+  p.key(Qt::Key_C, QStringLiteral("\x03"), Qt::ControlModifier);
+  p.key(Qt::Key_Shift);
+  EXPECT_EQ(typed, (std::u32string{U'a', U'\r', 3}));
+}
+
+TEST(TerminalView, TheMouseSelectsAndTheKeysCopy) {
+  Pane p;
+  p.pane().append("alpha beta\ngamma");
+  const int row = p.view->fontMetrics().lineSpacing();
+  p.mouse(QEvent::MouseButtonPress, {0, row / 2});
+  p.mouse(QEvent::MouseMove, {p.view->fontMetrics().horizontalAdvance(QStringLiteral("ga")), row + row / 2});
+  EXPECT_EQ(p.view->selectedText().toStdString(), "alpha beta\nga");
+  p.key(Qt::Key_C, QStringLiteral("\x03"), Qt::ControlModifier);
+  EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "alpha beta\nga");
+  p.mouse(QEvent::MouseButtonDblClick, {p.view->fontMetrics().horizontalAdvance(QStringLiteral("alpha b")), row / 2});
+  EXPECT_EQ(p.view->selectedText().toStdString(), "beta");
+}
+
+TEST(TerminalView, AFoundTextIsBroughtIntoSight) {
+  Pane p;
+  p.addLines(1000);
+  p.panel.che_AutoScroll.setValue(false);
+  p.pane().show(*p.pane().content().find("line 123", 0));
+  EXPECT_TRUE(p.view->visibleText().contains(QStringLiteral("line 123\n")));
+  EXPECT_EQ(p.view->selectedText().toStdString(), "line 123");
+}
+
+TEST(TerminalView, OneEndlessLineOfEveryKindOfCharacterIsDrawn) {
+  Pane p;
+  std::string piece = "plain \t\xE6\xB8\xA9\xCC\x81\xF0\x9F\x98\x80\x7F";
+  piece += '\0';
+  for (int i = 0; i < 10000; ++i) p.pane().append(piece);
+  p.view->selectAll();
+  const QImage selected = p.view->viewport()->grab().toImage();
+  p.pane().select(0, 0);
+  const QImage plain = p.view->viewport()->grab().toImage();
+  EXPECT_NE(selected, plain);
+  p.pane().clear();
+  EXPECT_NE(p.view->viewport()->grab().toImage(), plain);
+  EXPECT_EQ(p.view->visibleText(), QString());
+}
+
+}  // namespace
+}  // namespace kvr::window
