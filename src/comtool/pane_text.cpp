@@ -13,6 +13,7 @@ constexpr std::size_t kMaxRowBytes = 4 * PaneText::kMaxColumns;
 
 char lowered(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
+bool isPlain(char c) { return c >= 0x20 && c < 0x7F; }
 bool isLineEnd(char32_t value) { return value == '\r' || value == '\n'; }
 
 // CR behind LF, or LF behind CR: the second half of one line end.
@@ -35,9 +36,29 @@ void PaneText::setWidth(int columns) {
 
 void PaneText::append(std::string_view text) {
   while (!text.empty()) {
+    const auto special = std::find_if_not(text.begin(), text.end(), isPlain);
+    const auto run = static_cast<std::size_t>(special - text.begin());
+    if (run > 0) addPlain(text.substr(0, run));
+    text.remove_prefix(run);
+    if (text.empty()) break;
     const Utf8Char next = firstChar(text);
     add(text.substr(0, next.bytes), next.value);
     text.remove_prefix(next.bytes);
+  }
+}
+
+// Most of what comes: one column and one byte a character, whole rows at a time.
+void PaneText::addPlain(std::string_view run) {
+  while (!run.empty()) {
+    Row* row = rows_.empty() ? &openRow() : &rows_.back();
+    if (row->endBytes > 0 || row->columns >= width_ || row->text.size() >= kMaxRowBytes) row = &openRow();
+    const std::size_t count = std::min(run.size(), static_cast<std::size_t>(width_ - row->columns));
+    row->text += run.substr(0, count);
+    row->chars += static_cast<std::uint32_t>(count);
+    row->columns = static_cast<std::uint16_t>(row->columns + count);
+    chars_ += count;
+    end_ += count;
+    run.remove_prefix(count);
   }
 }
 

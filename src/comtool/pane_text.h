@@ -65,6 +65,7 @@ class PaneText {
 
  private:
   void add(std::string_view character, char32_t value);
+  void addPlain(std::string_view run);
   Row& openRow();
   int width_ = 80;
   std::deque<Row> rows_;

@@ -9,6 +9,11 @@ bool isLineEnd(char c) { return c == '\r' || c == '\n'; }
 }  // namespace
 
 std::string TimeStamps::apply(StampMode mode, std::string_view text, const std::string& stamp, bool newBurst) {
+  if (mode == StampMode::Off) {
+    if (!text.empty()) inLine_ = !isLineEnd(text.back());
+    burstOpen_ = false;
+    return std::string(text);
+  }
   burstOpen_ = mode == StampMode::Burst && (burstOpen_ || newBurst);
   std::string result;
   result.reserve(text.size() + 16);

@@ -63,7 +63,6 @@ void MainForm::connectRooms() {
 
 void MainForm::connectButtons() {
   main.comMastWindow.onClick = [this] { shrinkOrResume(); };
-  main.imgOpen_sys.onClick = [this] { comTool.imgOpen_sys_Click(); };
   main.comHelp[0].onClick = [this] { world.dialogs.help(userpath::kTriggerHelpTitle, userpath::triggerHelpText()); };
   main.comHelp[1].onClick = [this] { world.dialogs.help(userpath::kHardwareHelpTitle, userpath::hardwareHelpText()); };
   offline.com_TJXZ_help.onClick = [this] { world.dialogs.help(offline::kBoardHelpTitle, offline::boardHelpText()); };
