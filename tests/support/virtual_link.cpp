@@ -28,7 +28,7 @@ std::optional<sim::Line> VirtualLink::lineOf(const std::string& text) {
   if (!std::getline(stream, baud, ',') || !std::getline(stream, parity, ',') || !std::getline(stream, data, ',') ||
       !std::getline(stream, stop))
     return std::nullopt;
-  const sim::Line line{platform::wholeOf(baud), parity.empty() ? '?' : parity[0], platform::wholeOf(data),
+  const sim::Line line{platform::wholeOf(baud), parity.empty() ? '?' : static_cast<char>(parity[0] | 0x20), platform::wholeOf(data),
                        platform::valueOf(stop)};
   const bool good = line.baud >= 50 && std::string("neo").find(line.parity) != std::string::npos &&
                     line.dataBits >= 5 && line.dataBits <= 8 && line.stopBits >= 1 && line.stopBits <= 2;
