@@ -68,6 +68,16 @@ TEST_F(QtLinkTest, AClearTakesBackBytesAndTheirEvent) {
   EXPECT_EQ(link.readBytes(0), (std::vector<std::uint8_t>{5}));
 }
 
+TEST_F(QtLinkTest, RefusesToOpenWithStopBitsThatNoHardwareMakes) {
+  EXPECT_FALSE(link.setSettings("9600,N,8,1.5")) << "closed, it is only noted";
+  const PortError error = link.open();
+  EXPECT_EQ(error.kind, Kind::BadSettings);
+  EXPECT_NE(error.text.find("1.5 stop bits"), std::string::npos) << error.text;
+  EXPECT_FALSE(link.isOpen());
+  EXPECT_FALSE(link.setSettings("9600,N,8,1"));
+  EXPECT_FALSE(link.open());
+}
+
 TEST_F(QtLinkTest, FollowsEveryChangeOfRateAndParityWhileOpen) {
   ASSERT_FALSE(link.open());
   for (const char* text : {"1200,e,8,1", "14400,e,8,1", "28800,n,8,1", "115200,n,8,1", "256000,e,8,1", "12345,n,7,2",

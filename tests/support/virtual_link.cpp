@@ -28,8 +28,8 @@ std::optional<sim::Line> VirtualLink::lineOf(const std::string& text) {
   if (!std::getline(stream, baud, ',') || !std::getline(stream, parity, ',') || !std::getline(stream, data, ',') ||
       !std::getline(stream, stop))
     return std::nullopt;
-  const sim::Line line{platform::wholeOf(baud), parity.empty() ? '?' : static_cast<char>(parity[0] | 0x20), platform::wholeOf(data),
-                       platform::valueOf(stop)};
+  const char letter = parity.empty() ? '?' : static_cast<char>(parity[0] | 0x20);  // either case
+  const sim::Line line{platform::wholeOf(baud), letter, platform::wholeOf(data), platform::valueOf(stop)};
   const bool good = line.baud >= 50 && std::string("neo").find(line.parity) != std::string::npos &&
                     line.dataBits >= 5 && line.dataBits <= 8 && line.stopBits >= 1 && line.stopBits <= 2;
   return good ? std::optional(line) : std::nullopt;
@@ -50,7 +50,10 @@ PortError VirtualLink::open() {
   if (refusesToOpen) return refusesToOpen;
   if (!devices.contains(number_))
     return {PortError::Kind::NoSuchDevice, "COM" + std::to_string(number_) + ": no such device"};
-  if (!wire_.open(*lineOf(settings_), now()))
+  const sim::Line line = *lineOf(settings_);
+  if (line.stopBits == 1.5 && line.dataBits != 5)
+    return {PortError::Kind::BadSettings, devices[number_] + ": 1.5 stop bits go with 5 data bits only"};
+  if (!wire_.open(line, now()))
     return {PortError::Kind::NoSuchDevice, devices[number_] + ": no such device"};
   ++opens;
   told_ = 0;

@@ -38,8 +38,9 @@ std::optional<LineSettings> lineSettingsOf(const std::string& text) {
   const int dataBits = wholeOf(fields[2]);
   if (dataBits < 5 || dataBits > 8) return std::nullopt;
   line.dataBits = static_cast<QSerialPort::DataBits>(dataBits);
-  if (fields[3] == "2" || fields[3] == "1.5") line.stopBits = QSerialPort::TwoStop;  // hardware makes 1.5 of 2 at 5 bits
+  if (fields[3] == "2" || fields[3] == "1.5") line.stopBits = QSerialPort::TwoStop;
   else if (fields[3] != "1") return std::nullopt;
+  line.oneAndAHalf = fields[3] == "1.5";
   return line;
 }
 

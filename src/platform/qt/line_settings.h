@@ -12,6 +12,7 @@ struct LineSettings {
   QSerialPort::Parity parity = QSerialPort::NoParity;
   QSerialPort::DataBits dataBits = QSerialPort::Data8;
   QSerialPort::StopBits stopBits = QSerialPort::OneStop;
+  bool oneAndAHalf = false;  // 1.5 stop bits were asked for, which hardware makes of 2 at 5 data bits and nowhere else
   bool operator==(const LineSettings&) const = default;
 };
 

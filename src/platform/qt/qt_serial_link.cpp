@@ -92,6 +92,8 @@ PortError QtSerialLink::openDevice(const std::string& device) {
 }
 
 PortError QtSerialLink::apply(const LineSettings& line) {
+  if (line.oneAndAHalf && line.dataBits != QSerialPort::Data5)
+    return {PortError::Kind::BadSettings, device_ + ": 1.5 stop bits go with 5 data bits only"};
   if (line.dataBits != applied_.dataBits) port_.setDataBits(line.dataBits);
   if (line.stopBits != applied_.stopBits) port_.setStopBits(line.stopBits);
   if (line.parity != applied_.parity) port_.setParity(line.parity);  // refused by a pseudo-terminal, which has none
