@@ -61,12 +61,12 @@ void DemoDownload::demoRun(bool repeat) {
   link().panel().comStop_Download.setEnabled(true);
   link().stopRequested = line_.demoStop = false;
   link().lostPort.clear();
-  countersArmed_ = false;
+  countersArmed_ = stopTold_ = false;
   bool good = !panel_.che_Demo_DownLoad.value() || sendCommandFirst();
   do {
     good = good && round();
   } while (good && repeat && countDown());
-  link().stopCheck();
+  if (!stopTold_) link().stopCheck();
   link().closeTargetPort();
   run(stopOperation);
   line_.release();
@@ -90,7 +90,11 @@ bool DemoDownload::round() {
   roundBegan_ = link().world().loop.now();
   if (!demoConnect() || !demoReadModel() || !demoErase()) return false;
   DemoDataFrames frames(line_);
-  if (!line_.pause(Millis(100)) || !context_.programming.programImage(&frames)) return false;
+  if (!line_.pause(Millis(100))) return false;
+  if (!context_.programming.programImage(&frames)) {
+    stopTold_ = true;  // it has said all there is to say
+    return false;
+  }
   finishRound();
   // The chip bears its number now, stopped or not.
   return context_.counters.advanceAfterSuccess() && !line_.stopped();
@@ -142,10 +146,8 @@ bool DemoDownload::demoErase() {
 
 void DemoDownload::finishRound() {
   link().shared().ProgressBar1.setVisible(false);
-  for (int i = 0; i < 2; ++i) {
-    line_.sendDemoFrame(kDemoFinish);
-    link().waitDrained();
-  }
+  // Said twice, each time with room for an answer: one of them may get lost.
+  for (int i = 0; i < 2; ++i) line_.demoExchange(kDemoFinish);
   link().say("Program OK.");
   link().say("Verify  OK ( Total: " + minutesAndSeconds(link().world().loop.now() - roundBegan_) + " )");
   if (link().panel().optBeepYes.value()) link().world().dialogs.beep();

@@ -49,6 +49,7 @@ class DemoDownload {
   DemoLine line_;
   platform::Instant roundBegan_{0};
   bool countersArmed_ = false;
+  bool stopTold_ = false;
 };
 
 }  // namespace kvr::userpath

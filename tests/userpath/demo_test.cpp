@@ -1,0 +1,249 @@
+// Downloads through a simulated routine in the user's program.
+#include <gtest/gtest.h>
+
+#include "tests/userpath/userpath_bench.h"
+#include "userpath/demo_models.h"
+
+namespace {
+
+using namespace kvr::userpath;
+
+TEST(Demo, ProgramsEveryModelThatTellsItsNumber) {
+  for (const int number : {0x0001, 0x0002, 0x0003, 0x0004, 0x0005, 0x0006, 0x4001, 0x4002, 0x4003, 0x4004, 0x4005,
+                           0x4006, 0x0051, 0x0052, 0x0053, 0x0054, 0x0058, 0x0516}) {
+    const DemoModel told = demoModelOf(static_cast<std::uint16_t>(number));
+    SCOPED_TRACE(told.name);
+    for (const char* name : {"Cedar-H10R", "Cedar-H20R", "Cedar-H38R", "Cedar-H40D", "Cedar-H80D", "Cedar-HF8D"}) {
+      UserPathBench bench;
+      bench.select(name);
+      auto config = UserPathBench::configFor(name);
+      config.modelNumber = number;
+      sim::DemoFirmware firmware(config);
+      bench.insert(firmware);
+      bench.loadCode(5, 3000);
+      ASSERT_TRUE(bench.press(bench.page.com_Demo_DownLoad));
+      const bool fits = bench.model.record.code == told.code;
+      EXPECT_EQ(bench.lines("Program OK."), fits ? 1 : 0) << name << bench.text();
+      EXPECT_EQ(bench.lines("MCU Type is incorrect. please select correct MCU type and open the file again."),
+                fits ? 0 : 1);
+      bench.loop.runFor(Millis(1000));  // beeps are queued
+      EXPECT_EQ(bench.dialogs.beeps.size(), fits ? 1u : 3u);
+      EXPECT_EQ(bench.notAtRest(), "");
+      EXPECT_TRUE(firmware.violations().empty()) << firmware.violations().front().text;
+      if (!fits) continue;
+      EXPECT_TRUE(bench.holdsCode(firmware));
+      EXPECT_EQ(firmware.finishes(), 2);
+    }
+  }
+}
+
+TEST(Demo, TellsTheStoryInThePane) {
+  UserPathBench bench;
+  sim::DemoFirmware firmware(UserPathBench::configFor("Cedar-H20R"));
+  bench.insert(firmware);
+  bench.loadCode(5, 3000);
+  ASSERT_TRUE(bench.press(bench.page.com_Demo_DownLoad));
+  EXPECT_EQ(bench.text(),
+            "\nWe are trying to connect to target MCU ... "
+            "\nConnection is OK..."
+            "\nWe are reading MCU Firmware Version ..."
+            "\nWe are erasing MCU flash..."
+            "\nProgramming... ( Begin: 12:00:00 )"
+            "\nProgram OK"
+            "\nVerify  OK  ( Total: [00:01] )"
+            "\nProgram OK."
+            "\nVerify  OK ( Total: 00:01 )");
+  EXPECT_EQ(bench.link.settings(), "38400,E,8,1");
+}
+
+TEST(Demo, SendsTheCommandAtEverySettingThatAPortCanDo) {
+  UserPathBench page;
+  for (const auto& baud : page.page.cob_DEMO_UserCode_Baud.items())
+    for (const auto& parity : page.page.cob_DEMO_UserCode_Parity.items())
+      for (const auto& data : page.page.cob_DEMO_UserCode_DataBits.items())
+        for (const auto& stop : page.page.cob_DEMO_UserCode_StopBits.items()) {
+          SCOPED_TRACE(baud + parity + data + stop);
+          UserPathBench bench;
+          auto config = UserPathBench::configFor("Cedar-H20R");
+          config.command = {0x12, 0x05, 0x1F};
+          config.commandLine = {std::stoi(baud), static_cast<char>(parity[0] | 0x20), std::stoi(data), std::stod(stop)};
+          sim::DemoFirmware firmware(config);
+          bench.insert(firmware);
+          bench.loadCode(5, 600);
+          bench.page.che_Demo_DownLoad.setValue(true);
+          bench.page.txt_DEMO_UserCode.setText("12 05 1f");
+          UserPathBench::setLine(bench.page.demoCommandLine(), baud.c_str(), parity.c_str(), data.c_str(),
+                                 stop.c_str());
+          ASSERT_TRUE(bench.press(bench.page.com_Demo_DownLoad));
+          const bool possible = stop != "1.5" || data == "5";
+          EXPECT_EQ(firmware.commands(), possible ? 1 : 0);
+          EXPECT_EQ(bench.lines("Program OK."), possible ? 1 : 0);
+          EXPECT_EQ(bench.lines("Open COM port failed!"), possible ? 0 : 1);
+          EXPECT_EQ(bench.notAtRest(), "");
+        }
+}
+
+TEST(Demo, RepeatsUntilStopWithANumberOfItsOwnInEachChip) {
+  for (const char* delay : {"0", "3"}) {
+    UserPathBench bench;
+    sim::DemoFirmware firmware(UserPathBench::configFor("Cedar-H20R"));
+    bench.insert(firmware);
+    bench.loadCode(5, 3000);
+    bench.panel.comDalay_ReDownLoad.setText(delay);
+    bench.counterPanel.cheAuto_Increase.setValue(true);
+    for (const auto& [box, text] : {std::pair(0, "0103"), {1, "4"}, {2, "100"}, {3, "5"}})
+      bench.counterPanel.texAuto_Increase[static_cast<std::size_t>(box)].setText(text);
+    bench.counterPanel.optAuto_Increase[0].setValue(true);
+    std::vector<int> numbers;
+    std::vector<kvr::platform::Instant> ends;
+    std::string waiting;
+    std::function<void()> watch = [&] {
+      if (firmware.rounds() > static_cast<int>(numbers.size())) {
+        numbers.push_back(firmware.memory().bytes()[0x103]);
+        ends.push_back(bench.loop.now());
+      }
+      if (bench.says("re-connect")) waiting = bench.text();
+      if (numbers.size() == 3)
+        bench.page.com_Demo_Stop.press();
+      else
+        bench.loop.after(Millis(5), watch);
+    };
+    bench.loop.after(Millis(5), watch);
+    ASSERT_TRUE(bench.press(bench.page.com_Demo_Re_DownLoad));
+    EXPECT_EQ(numbers, (std::vector<int>{100, 105, 110})) << delay;
+    const auto gap = ends[1] - ends[0];
+    EXPECT_EQ(gap > std::chrono::seconds(4), *delay == '3') << gap.count();
+    if (*delay == '3') {
+      EXPECT_EQ(waiting.substr(0, waiting.size() - 1),
+                "Program succeeded.\n\nAfter a few seconds re-connect will continue.  ");
+    }
+    EXPECT_EQ(bench.lines("Operation stopped. "), 1);
+    EXPECT_EQ(bench.notAtRest(), "");
+  }
+}
+
+TEST(Demo, EndsInWordsAtEveryStep) {
+  struct {
+    const char* name;
+    const char* value;
+    const char* words;  // empty: it gets over this
+    std::size_t beeps;
+  } const rows[] = {
+      {"silent", "B0:40", "", 0},
+      {"badSum", "B0:3", "", 0},
+      {"silent", "B5:2", "", 0},
+      {"badSum", "B5:2", "", 0},
+      {"silent", "B5:3", "Reading MCU Option failed. (End: ", 0},
+      {"badSum", "B5:3", "Reading MCU Option failed. (End: ", 0},
+      {"silent", "B2:2", "", 0},
+      {"silent", "B2:3", "Erasing MCU flash failed. (End: ", 1},
+      {"failsBlock", "2:3", "", 0},
+      {"failsBlock", "2:3:silent", "", 0},
+      {"failsBlock", "2:4", "Programing failed. (End: ", 3},
+      {"diesAfterBlocks", "3", "Programing failed. (End: ", 3},
+      {"silent", "B1:2", "", 0},
+      {"modelNumber", "7777", "MCU Type is incorrect. please select", 3},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(std::string(row.name) + " " + row.value);
+    auto config = UserPathBench::configFor("Cedar-H20R");
+    ASSERT_TRUE(sim::setDemoFault(config, row.name, row.value));
+    sim::DemoFirmware firmware(config);
+    UserPathBench bench;
+    bench.insert(firmware);
+    bench.loadCode(5, 3000);
+    ASSERT_TRUE(bench.press(*row.words ? bench.page.com_Demo_Re_DownLoad : bench.page.com_Demo_DownLoad));
+    bench.loop.runFor(Millis(1000));
+    EXPECT_EQ(bench.notAtRest(), "");
+    if (*row.words) {
+      EXPECT_TRUE(bench.says(row.words)) << bench.text();
+      EXPECT_FALSE(bench.says("Program OK."));
+      EXPECT_FALSE(bench.says("Operation stopped.")) << "nobody pressed Stop";
+      EXPECT_EQ(bench.dialogs.beeps.size(), row.beeps);
+      EXPECT_EQ(firmware.rounds(), 0) << "a failure ends the repeat";
+    } else {
+      EXPECT_EQ(firmware.rounds(), 1);
+      EXPECT_TRUE(bench.holdsCode(firmware));
+    }
+  }
+}
+
+TEST(Demo, NeverSaysOkForAChipThatHoldsSomethingElse) {
+  int good = 0;
+  for (std::uint64_t seed = 1; seed <= 60; ++seed) {
+    sim::WireConfig wire;
+    wire.seed = seed;
+    wire.random = sim::RandomFaults{.chance = 0.03};
+    UserPathBench bench(wire);
+    sim::DemoFirmware firmware(UserPathBench::configFor("Cedar-H20R"));
+    bench.insert(firmware);
+    bench.loadCode(seed, 6000);
+    ASSERT_TRUE(bench.press(bench.page.com_Demo_DownLoad));
+    EXPECT_EQ(bench.notAtRest(), "");
+    if (!bench.says("Program OK.")) continue;
+    ++good;
+    EXPECT_TRUE(bench.holdsCode(firmware)) << seed;
+  }
+  EXPECT_GT(good, 40);
+}
+
+TEST(Demo, StopsAtOnceWhereverItWaits) {
+  for (int at = 1; at < 2000; at += 37) {
+    SCOPED_TRACE(at);
+    UserPathBench bench;
+    auto config = UserPathBench::configFor("Cedar-H20R");
+    config.command = Bytes(40, 0x55);
+    config.commandLine = {2400, 'e'};
+    sim::DemoFirmware firmware(config);
+    bench.insert(firmware);
+    bench.loadCode(5, 3000);
+    bench.page.che_Demo_DownLoad.setValue(true);
+    std::string command;
+    for (int i = 0; i < 40; ++i) command += "55 ";
+    bench.page.txt_DEMO_UserCode.setText(command);
+    UserPathBench::setLine(bench.page.demoCommandLine(), "2400", "Even", "8", "1");
+    bool pressed = false;
+    bench.loop.after(Millis(at), [&] {
+      pressed = bench.page.com_Demo_Stop.enabled();
+      bench.page.com_Demo_Stop.press();
+    });
+    ASSERT_TRUE(bench.press(bench.page.com_Demo_DownLoad));
+    if (!pressed) continue;
+    EXPECT_LE(bench.loop.now() - Millis(at), Millis(1100));  // what was written goes out before the port closes
+    EXPECT_EQ(bench.lines("Operation stopped. "), 1) << bench.text();
+    EXPECT_FALSE(bench.says("Program OK."));
+    EXPECT_FALSE(bench.says("failed"));
+    EXPECT_EQ(bench.notAtRest(), "");
+  }
+}
+
+TEST(Demo, SaysWhyNothingBegins) {
+  UserPathBench bench;
+  ASSERT_TRUE(bench.press(bench.page.com_Demo_DownLoad));
+  EXPECT_EQ(bench.dialogs.shown.at(0).text, "  Please open code file. ");
+  EXPECT_EQ(bench.link.opens, 0);
+  bench.loadCode(5, 3000);
+  bench.link.refusesToOpen = {kvr::platform::PortError::Kind::Denied, "/dev/ttyV0: permission denied"};
+  std::string status;
+  bench.target.onPortStatus = [&](const std::string& why) { status = why; };
+  ASSERT_TRUE(bench.press(bench.page.com_Demo_DownLoad));
+  EXPECT_EQ(bench.text(),
+            "\nOpen COM port failed!\nThe COM port is opened by another Program or the COM port does not exist.");
+  EXPECT_EQ(status, "/dev/ttyV0: permission denied");
+  EXPECT_EQ(bench.dialogs.beeps.size(), 1u);
+  EXPECT_EQ(bench.notAtRest(), "");
+}
+
+TEST(Demo, EndsWhenTheAdapterIsPulledOut) {
+  UserPathBench bench;
+  sim::DemoFirmware firmware(UserPathBench::configFor("Cedar-H20R"));
+  bench.insert(firmware);
+  bench.loadCode(5, 6000);
+  bench.loop.after(Millis(700), [&] { bench.link.unplug(); });
+  ASSERT_TRUE(bench.press(bench.page.com_Demo_Re_DownLoad));
+  EXPECT_TRUE(bench.says("The COM port has been lost: /dev/ttyV0: the device was unplugged"));
+  EXPECT_EQ(bench.lines("Operation stopped. "), 1);
+  EXPECT_EQ(bench.notAtRest(), "");
+}
+
+}  // namespace

@@ -1,0 +1,106 @@
+// The self-defined command in front of an ordinary download.
+#include <gtest/gtest.h>
+
+#include "sim/application.h"
+#include "tests/userpath/userpath_bench.h"
+
+namespace {
+
+using namespace kvr::userpath;
+
+const sim::Line kUserLine{19200, 'o', 7, 2};
+
+struct TriggerBench : UserPathBench {
+  TriggerBench() {
+    select("Ivy-HF0S");
+    options.composeOptions();
+    loadCode(5, 9000);
+    chipWithProgram();
+    page.txtUserCode.setText("12 34 56");
+    setLine(page.userCodeLine(), "19200", "Odd", "7", "2");
+  }
+  void chipWithProgram() {
+    insertChip();
+    loop.runFor(Millis(200));
+    chip->setApplication(std::make_unique<sim::TriggerApplication>(kUserLine, Bytes{0x12, 0x34, 0x56}));
+    chip->runApplication(loop.now().count());
+  }
+};
+
+TEST(Trigger, ReachesTheBootFirmwareWithoutAPowerCycle) {
+  TriggerBench bench;
+  ASSERT_TRUE(bench.press(bench.page.comSendUserCode, Millis(120000)));
+  EXPECT_TRUE(bench.passed()) << bench.text();
+  EXPECT_EQ(bench.flashDifference(), "");
+  EXPECT_EQ(bench.notAtRest(), "");
+
+  const auto& log = bench.wire.log();
+  ASSERT_GT(log.size(), 2u);
+  EXPECT_EQ(log[0].bytes, (Bytes{0x12, 0x34, 0x56}));
+  EXPECT_EQ(log[0].line, kUserLine);
+  EXPECT_NEAR(static_cast<double>(log[0].end - log[0].start), 3 * 11 * 1e6 / 19200, 2.0);
+  EXPECT_GE(log[1].start - log[0].end, 20 * sim::kMillisecond);
+  EXPECT_LE(log[1].start - log[0].end, 60 * sim::kMillisecond);
+  EXPECT_NE(log[1].line, kUserLine) << "the engine's own settings";
+}
+
+TEST(Trigger, WaitsForTheLastBitOfALongCommand) {
+  TriggerBench bench;
+  std::string command;
+  for (int i = 0; i < 300; ++i) command += "7F";
+  bench.page.txtUserCode.setText(command + "123456");
+  UserPathBench::setLine(bench.page.userCodeLine(), "1200", "None", "8", "1");
+  bench.chip->setApplication(std::make_unique<sim::TriggerApplication>(sim::Line{1200, 'n'}, Bytes{0x12, 0x34, 0x56}));
+  bench.chip->runApplication(bench.loop.now().count());
+  ASSERT_TRUE(bench.press(bench.page.comSendUserCode, Millis(120000)));
+  EXPECT_TRUE(bench.passed()) << bench.text();
+  EXPECT_EQ(bench.wire.log()[0].bytes.size(), 303u);
+  EXPECT_GE(bench.wire.log()[1].start - bench.wire.log()[0].end, 20 * sim::kMillisecond);
+}
+
+TEST(Trigger, DownloadsAlsoWithoutACommand) {
+  TriggerBench bench;
+  bench.page.txtUserCode.setText("");
+  bench.insertChip(Millis(2000));
+  ASSERT_TRUE(bench.press(bench.page.comSendUserCode, Millis(120000)));
+  EXPECT_TRUE(bench.passed()) << bench.text();
+}
+
+TEST(Trigger, SaysWhyNothingBegins) {
+  TriggerBench bench;
+  std::string status;
+  bench.target.onPortStatus = [&](const std::string& why) { status = why; };
+  UserPathBench::setLine(bench.page.userCodeLine(), "19200", "Odd", "8", "1.5");
+  ASSERT_TRUE(bench.press(bench.page.comSendUserCode));
+  EXPECT_TRUE(
+      bench.says("\nOpen COM port failed!\nThe COM port is opened by another Program or the COM port does not exist."));
+  EXPECT_EQ(status, "/dev/ttyV0: 1.5 stop bits go with 5 data bits only");
+  EXPECT_EQ(bench.dialogs.beeps.size(), 1u);
+
+  bench.page.cobUserCodeBaud.setText("");
+  bench.page.cobUserCodeBaud.setItems({});
+  bench.page.cobUserCodeBaud.setListIndex(-1);
+  ASSERT_TRUE(bench.press(bench.page.comSendUserCode));
+  ASSERT_EQ(bench.dialogs.shown.size(), 1u);
+  EXPECT_TRUE(bench.dialogs.shown[0].warning) << "the port knows no such settings";
+
+  bench.images.imageValid = false;
+  ASSERT_TRUE(bench.press(bench.page.comSendUserCode));
+  EXPECT_EQ(bench.dialogs.shown.back().text, "Please open code file.");
+  EXPECT_TRUE(bench.wire.log().empty());
+  EXPECT_EQ(bench.notAtRest(), "");
+}
+
+TEST(Trigger, StopDuringTheCommandStartsNoDownload) {
+  TriggerBench bench;
+  bench.page.txtUserCode.setText(std::string(600, '5'));
+  UserPathBench::setLine(bench.page.userCodeLine(), "1200", "None", "8", "1");
+  bench.pressAfter(Millis(500), bench.panel.comStop_Download);
+  ASSERT_TRUE(bench.press(bench.page.comSendUserCode));
+  EXPECT_EQ(bench.lines("Operation stopped. "), 1) << bench.text();
+  EXPECT_FALSE(bench.says("trying to connect"));
+  EXPECT_LE(bench.loop.now(), std::chrono::seconds(3));
+  EXPECT_EQ(bench.notAtRest(), "");
+}
+
+}  // namespace

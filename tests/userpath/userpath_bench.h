@@ -1,0 +1,63 @@
+// The engine's bench with the two pages of the user's own program.
+#pragma once
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "images/serial_counters.h"
+#include "sim/demo_firmware.h"
+#include "tests/support/engine_bench.h"
+#include "userpath/demo_download.h"
+#include "userpath/trigger.h"
+
+namespace kvr::userpath {
+
+using platform::Millis;
+using Bytes = std::vector<std::uint8_t>;
+
+struct UserPathBench : support::EngineBench {
+  explicit UserPathBench(sim::WireConfig wireConfig = {}) : EngineBench(std::move(wireConfig)) {
+    demo.stopOperation = [this] { session.stopOperation(); };
+    trigger.download = [this] { session.comDownload_Click(0); };
+    select("Cedar-H20R");
+  }
+  static sim::DemoConfig configFor(std::string_view name) {
+    sim::DemoConfig config;
+    config.row = catalogue::findByName(name);
+    config.downloadLine = {38400, 'e'};
+    return config;
+  }
+  // The chip with the routine goes on the wire, running.
+  void insert(sim::DemoFirmware& firmware) {
+    wire.connect(&firmware);
+    firmware.powerOn(loop.now().count());
+  }
+  int lines(std::string_view line) const {
+    int count = 0;
+    const std::string all = "\n" + text() + "\n";
+    const std::string wanted = "\n" + std::string(line) + "\n";
+    for (auto at = all.find(wanted); at != std::string::npos; at = all.find(wanted, at + 1)) ++count;
+    return count;
+  }
+  bool holdsCode(const sim::DemoFirmware& firmware) const {
+    const auto code = images.CodeBuffer.bytes().first(static_cast<std::size_t>(images.CodeBuffer.rangeEnd) + 1);
+    return std::equal(code.begin(), code.end(), firmware.memory().bytes().begin());
+  }
+  static void setLine(const LineBoxes& boxes, const char* baud, const char* parity, const char* data,
+                      const char* stop) {
+    boxes.baud.setText(baud);
+    boxes.parity.setText(parity);
+    boxes.dataBits.setText(data);
+    boxes.stopBits.setText(stop);
+  }
+
+  kvr::images::ImagePanel counterPanel;
+  kvr::images::BufferViews views{world, counterPanel, images};
+  kvr::images::SerialCounters counters{world, model, counterPanel, images, views};
+  UserPathPanel page;
+  DemoDownload demo{{conversation, session.programming(), activity, lock, counters}, page};
+  Trigger trigger{target, activity, lock, images, page};
+};
+
+}  // namespace kvr::userpath

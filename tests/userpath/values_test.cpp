@@ -1,0 +1,110 @@
+// Commands as typed, line settings, demo frames and the receiver of their replies.
+#include <gtest/gtest.h>
+
+#include "catalogue/mcu_record.h"
+#include "userpath/demo_frames.h"
+#include "userpath/demo_models.h"
+#include "userpath/line_settings.h"
+#include "userpath/user_bytes.h"
+
+namespace {
+
+using namespace kvr::userpath;
+using Bytes = std::vector<std::uint8_t>;
+
+TEST(UserBytes, ReadsPairsAsAPersonTypesThem) {
+  struct {
+    const char* text;
+    Bytes bytes;
+  } const rows[] = {
+      {"", {}},
+      {"   ", {}},
+      {"12 34", {0x12, 0x34}},
+      {"1234", {0x12, 0x34}},
+      {" aB  c ", {0xAB, 0x0C}},
+      {", 12", {0x12}},
+      {"1 2 3", {1, 2, 3}},
+      {"12,34", {0x12, 0x04}},
+      {"..55", {0x55}},
+      {"1G", {0x01}},
+      {"GG", {0x00}},
+      {"F", {0x0F}},
+      {"é12", {0x00, 0x02}},
+  };
+  for (const auto& row : rows) EXPECT_EQ(parseUserBytes(row.text), row.bytes) << row.text;
+}
+
+TEST(LineBoxes, BecomeTheTextThatAPortTakes) {
+  UserPathPanel page;
+  EXPECT_EQ(settingsText(page.userCodeLine()), "38400,N,8,1");
+  EXPECT_EQ(settingsText(page.demoLine()), "38400,E,8,1");
+  page.cob_DEMO_UserCode_StopBits.setListIndex(1);
+  page.cob_DEMO_UserCode_Parity.setListIndex(1);
+  page.cob_DEMO_UserCode_DataBits.setListIndex(3);
+  EXPECT_EQ(settingsText(page.demoCommandLine()), "38400,O,5,1.5");
+}
+
+TEST(DemoFrames, CarryLengthAndSum) {
+  EXPECT_EQ(buildDemoFrame(0xB5), (Bytes{0x5A, 0xA5, 0x00, 0x08, 0xB5, 0x01, 0xBC, 0x16}));
+}
+
+const Bytes kReply{0x5A, 0xA5, 0x00, 0x0B, 0xB5, 0x00, 0x40, 0x02, 0x02, 0x01, 0x16};
+
+TEST(DemoReceiver, PutsAReplyTogetherHoweverItIsCut) {
+  for (std::size_t cut = 0; cut <= kReply.size(); ++cut) {
+    DemoReceiver rx;
+    rx.take(Bytes{0x00, 0x5A, 0x17, 0x5A});  // noise, the last byte like a start
+    rx.take(std::span(kReply).first(cut));
+    EXPECT_EQ(rx.frameOk, cut == kReply.size());
+    rx.take(std::span(kReply).subspan(cut));
+    EXPECT_TRUE(rx.frameOk) << cut;
+    EXPECT_EQ(rx.buffer, kReply);
+    rx.take(Bytes{0x5A, 0xA5});
+    EXPECT_EQ(rx.buffer, kReply) << "what comes behind changes nothing";
+  }
+}
+
+TEST(DemoReceiver, TellsAWrongEndFromAWrongSum) {
+  DemoReceiver rx;
+  Bytes damaged = kReply;
+  damaged.back() = 0x17;
+  rx.take(damaged);
+  EXPECT_FALSE(rx.frameOk);
+  EXPECT_TRUE(rx.buffer.empty());
+  rx.take(kReply);
+  EXPECT_TRUE(rx.frameOk) << "the next reply is heard";
+
+  rx.clear();
+  damaged = kReply;
+  damaged[7] ^= 1;
+  rx.take(damaged);
+  rx.take(kReply);
+  EXPECT_FALSE(rx.frameOk) << "the time limit ends this one";
+  rx.clear();
+  for (const Bytes& odd : {Bytes{0x5A, 0xA5, 0, 0}, Bytes{0x5A, 0xA5, 0, 5, 0x16}, Bytes{0x5A, 0xA5, 0xFF, 0xFF}}) {
+    rx.clear();
+    rx.take(odd);
+    rx.take(Bytes(3000, 0x16));
+    EXPECT_FALSE(rx.frameOk);
+    EXPECT_LE(rx.buffer.size(), DemoReceiver::kCapacity);
+  }
+}
+
+TEST(DemoModels, BearTheCodesOfTheCatalogue) {
+  int known = 0;
+  for (int number = 0; number < 0x10000; ++number) {
+    const DemoModel model = demoModelOf(static_cast<std::uint16_t>(number));
+    if (model.name.empty()) {
+      EXPECT_TRUE(model.code.empty());
+      continue;
+    }
+    ++known;
+    const auto* record = kvr::catalogue::findByName(model.name);
+    if (record) {
+      EXPECT_EQ(record->code, model.code) << model.name;
+    }
+  }
+  EXPECT_EQ(known, 18);
+}
+
+}  // namespace
