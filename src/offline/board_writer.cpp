@@ -1,9 +1,8 @@
 #include "offline/board_writer.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 
+#include "engine/block_plan.h"
 #include "offline/board_frames.h"
 
 namespace kvr::offline {
@@ -77,10 +76,8 @@ bool BoardWriter::writeSecondStage(BoardImage& image, const FileBuffer& file) {
 }
 
 void BoardWriter::showProgress(int address, int written) {
-  std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), "%.3fK", written / 1024.0);
   link_.shared().ProgressBar1.setValue(address);
-  link_.shared().labKbyte.setCaption(text[0] == '0' ? text.data() + 1 : text.data());
+  link_.shared().labKbyte.setCaption(engine::kilobyteText(written));
 }
 
 bool BoardWriter::writeBoardRange(std::span<const std::uint8_t> image, int first, int last) {

@@ -48,14 +48,15 @@ TEST(Board, ProgramsThreeChipsOfEachFamilyAndNoFourth) {
     config.version = 0x16;
     config.secondBank = record->family % 2 == 0;
     OfflineBench bench(config);
-    bench.select(record->name);
+    bench.choose(record->name);
     const int room = static_cast<int>(std::min<std::int64_t>(record->apEnd + 1, config.secondBank ? 60000 : 52000));
-    bench.loadCode(room);
+    bench.loadNoise(room);
     const bool withData = kvr::catalogue::hasDataFile(*record) && record->family >= 3 && record->family <= 10;
-    if (withData) bench.loadData(600);
+    if (withData) bench.loadEeprom(600);
     countUp(bench.counters.cheAuto_Increase, bench.counters.texAuto_Increase, bench.counters.optAuto_Increase, "0081");
-    bench.panel.txt_download_max.setText("3");
+    bench.page.txt_download_max.setText("3");
     bench.keepWanted();
+    bench.options.set().wanted.fill(0x11);  // left by something else: the session asks the panel
     bench.run();
     ASSERT_TRUE(bench.saidOk()) << bench.textMsg.text();
     ASSERT_TRUE(bench.board.violations().empty()) << bench.board.violations().front().text;
@@ -70,6 +71,10 @@ TEST(Board, ProgramsThreeChipsOfEachFamilyAndNoFourth) {
       const sim::BoardRun run = job.programNext(flash);
       ASSERT_TRUE(run.done) << run.why;
       EXPECT_EQ(run.leftOut, 0);
+      EXPECT_EQ(std::ranges::count(run.options, 0x11), 0);
+      if (record->family >= 7 && record->family <= 10) {
+        EXPECT_TRUE(std::equal(run.options.begin(), run.options.begin() + 4, bench.options.set().wanted.begin()));
+      }
       putNumber(expected, 0x81, 1000 + 7 * chip);
       EXPECT_TRUE(std::equal(expected.begin(), expected.end(), flash.bytes().begin())) << "chip " << chip;
       EXPECT_FALSE(flash.isWritten(last + 1));
@@ -86,12 +91,12 @@ TEST(Board, ProgramsThreeChipsOfEachFamilyAndNoFourth) {
 
 TEST(Board, CountsANumberInTheDataMemory) {
   OfflineBench bench;
-  bench.select("Hazel-H04A");
-  bench.loadCode(1000);
-  bench.loadData(600);
+  bench.choose("Hazel-H04A");
+  bench.loadNoise(1000);
+  bench.loadEeprom(600);
   countUp(bench.counters.cheData_Auto_Increase, bench.counters.texData_Auto_Increase,
           bench.counters.optData_Auto_Increase, "0100");
-  bench.panel.txt_download_max.setText("2049");
+  bench.page.txt_download_max.setText("2049");
   bench.run();
   ASSERT_TRUE(bench.saidOk()) << bench.textMsg.text();
   EXPECT_EQ(bench.lines("1 byte of the code and data will not be programmed."), 1)
@@ -111,7 +116,7 @@ TEST(Board, CountsANumberInTheDataMemory) {
 
 TEST(Board, KeepsTheSerialValuesBytesFromTheImageOn) {
   OfflineBench bench;
-  bench.loadCode(5000);
+  bench.loadNoise(5000);
   countUp(bench.counters.cheAuto_Increase, bench.counters.texAuto_Increase, bench.counters.optAuto_Increase, "0081");
   bench.run();
   ASSERT_TRUE(bench.saidOk());

@@ -6,9 +6,8 @@
 #include <vector>
 
 #include "offline/offline_session.h"
-#include "platform/virtual/virtual_world.h"
 #include "sim/board.h"
-#include "tests/support/wire_link.h"
+#include "tests/support/engine_bench.h"
 
 namespace kvr::offline {
 
@@ -21,42 +20,27 @@ inline Bytes seededNoise(std::size_t size, std::uint32_t seed) {
   return bytes;
 }
 
-struct OfflineBench {
+struct OfflineBench : support::EngineBench {
   explicit OfflineBench(sim::BoardConfig config = {}, sim::WireConfig wireConfig = {})
-      : wire(std::move(wireConfig)), board(std::move(config)) {
+      : EngineBench(std::move(wireConfig)), board(std::move(config)) {
     wire.connect(&board);
-    combCommPort.setItems({"COM1", "COM2", "COM3"});
-    combCommPort.setListIndex(2);
-    session.composeOptions = [this] {
-      for (std::size_t i = 0; i < options.wanted.size(); ++i) options.wanted[i] = static_cast<std::uint8_t>(0xA0 + i);
-    };
-    session.stopOperation = [this] {
-      ++stops;
-      link.stopRequested = true;
-      link.clearQueues();
-      link.closeTargetPort();
-      lock.toFree();
-    };
-    download.comStop_Download.onClick = [this] {
-      link.stopRequested = true;
-      link.closeTargetPort();
-    };
-    select("Ivy-HF0S");
+    offline.composeOptions = [this] { options.composeOptions(); };
+    offline.stopOperation = [this] { session.stopOperation(); };
+    choose("Ivy-HF0S");
+    lock.set(kvr::options::UiLock::kFree);  // the window's start ends with this
   }
 
-  void select(std::string_view name) {
-    const catalogue::McuRecord* record = catalogue::findByName(name);
-    if (!record) throw std::runtime_error("no model " + std::string(name));
-    model = catalogue::describeModel(*record);
+  void choose(std::string_view name) {
+    select(name);
     txtDevice.setText(std::string(name));
   }
-  void loadCode(int size, std::uint32_t seed = 7) {
+  void loadNoise(int size, std::uint32_t seed = 7) {
     code = seededNoise(static_cast<std::size_t>(size), seed);
     load(images.CodeBuffer, code);
     images.imageValid = true;
   }
-  void loadData(int size) { load(images.EepromBuffer, seededNoise(static_cast<std::size_t>(size), 99)); }
-  static void load(images::ImageBuffer& buffer, const Bytes& bytes) {
+  void loadEeprom(int size) { load(images.EepromBuffer, seededNoise(static_cast<std::size_t>(size), 99)); }
+  static void load(kvr::images::ImageBuffer& buffer, const Bytes& bytes) {
     buffer.put(0, bytes);
     buffer.rangeStart = 0;
     buffer.rangeEnd = static_cast<int>(bytes.size()) - 1;
@@ -65,27 +49,27 @@ struct OfflineBench {
   // The operator presses the button; the board gets its power so much later.
   void run(Millis powerAfter = Millis(3000)) {
     board.powerOn((loop.now() + powerAfter).count());
-    panel.comTJXZ.press();
+    page.comTJXZ.press();
   }
   int lines(std::string_view line) const {
     int count = 0;
-    const std::string text = "\n" + textMsg.text() + "\n";
+    const std::string all = "\n" + textMsg.text() + "\n";
     const std::string wanted = "\n" + std::string(line) + "\n";
-    for (auto at = text.find(wanted); at != std::string::npos; at = text.find(wanted, at + 1)) ++count;
+    for (auto at = all.find(wanted); at != std::string::npos; at = all.find(wanted, at + 1)) ++count;
     return count;
   }
   bool saidOk() const { return lines("Program OK.") + lines("Download OK. / 下载成功。") > 0; }
   std::string lastMessage() const { return dialogs.shown.empty() ? "" : dialogs.shown.back().text; }
-  bool idle() const { return !link.isOpen() && lock.free() && !activity.busy() && !link.rx.boardCrcMode; }
+  bool idle() const { return notAtRest().empty() && !target.rx.boardCrcMode; }
 
   // Whether the board holds what this board was to be sent of the image.
   bool boardHoldsImage() const {
-    const auto image = session.image().bytes();
+    const auto image = offline.image().bytes();
     const auto& memory = board.memory();
     const auto same = [](auto from, int first, int last, const Bytes& to, int at) {
       return std::equal(from.begin() + first, from.begin() + last + 1, to.begin() + at);
     };
-    const BoardFacts& facts = session.board();
+    const BoardFacts& facts = offline.board();
     const std::span<const std::uint8_t> chipCode(kept);
     if (!same(chipCode, 0, kMainCodeSize - 1, memory.main, kMainCodeAt)) return false;
     if (!same(image, 0xEC00, facts.firstStageLast(), memory.main, 0xEC00)) return false;
@@ -97,39 +81,17 @@ struct OfflineBench {
   void keepWanted() {
     kept = prepareFileBuffer(model.record, view(images.CodeBuffer), view(images.EepromBuffer)).bytes;
   }
-  static ImageView view(const images::ImageBuffer& buffer) {
+  static ImageView view(const kvr::images::ImageBuffer& buffer) {
     return {buffer.bytes(), buffer.rangeStart, buffer.rangeEnd, buffer.loaded};
   }
 
-  platform::VirtualLoop loop;
-  sim::Wire wire;
   sim::Board board;
-  support::WireLink port{loop, wire};
-  platform::ScriptedDialogs dialogs{loop};
-  platform::MemoryStore store;
-  platform::MemoryFiles files;
-  platform::VirtualClock clock{loop};
-  platform::World world{loop, port, dialogs, store, files, clock};
-  catalogue::SelectedModel model;
-  engine::Activity activity;
-  options::UiLock lock;
-  options::OptionSet options;
-  engine::DownloadPanel download;
-  platform::TextBox textMsg{"textMsg"};
   platform::TextBox txtDevice{"txtDevice"};
-  platform::ComboBox combCommPort{"combCommPort"};
-  platform::Lamp imgOpen_sys{"imgOpen_sys"};
-  platform::ProgressBar ProgressBar1{"ProgressBar1"};
-  platform::Label labKbyte{"labKbyte"};
-  engine::PortLease lease{loop, port};
-  engine::TargetLink link{world, lease, model, download, {textMsg, combCommPort, imgOpen_sys, ProgressBar1, labKbyte}};
-  images::ImageState images;
-  images::ImagePanel counters;
-  OfflinePanel panel;
-  OfflineSession session{{link, activity, lock, options, images, counters, txtDevice}, panel};
+  kvr::images::ImagePanel counters;
+  OfflinePanel page;
+  OfflineSession offline{{target, activity, lock, options.set(), images, counters, txtDevice}, page};
   Bytes code;
   Bytes kept;
-  int stops = 0;
 };
 
 }  // namespace kvr::offline

@@ -37,7 +37,7 @@ TEST(OfflineSession, GivesEachKindOfBoardWhatItCanHold) {
     SCOPED_TRACE(testing::Message() << std::hex << row.version << (row.secondBank ? " bank " : " ") << std::dec
                                     << row.size);
     OfflineBench bench(boardOf(row.version, row.secondBank));
-    bench.loadCode(row.size);
+    bench.loadNoise(row.size);
     bench.keepWanted();
     bench.run();
     EXPECT_EQ(bench.lines(row.ok), 1) << bench.textMsg.text();
@@ -52,7 +52,7 @@ TEST(OfflineSession, GivesEachKindOfBoardWhatItCanHold) {
 
 TEST(OfflineSession, TellsTheStoryInThePane) {
   OfflineBench bench(boardOf(0x16, false));
-  bench.loadCode(5000);
+  bench.loadNoise(5000);
   bench.run(Millis(65000));
   EXPECT_EQ(bench.textMsg.text(),
             "We are trying to connect to target MCU ... \n"
@@ -66,18 +66,18 @@ TEST(OfflineSession, TellsTheStoryInThePane) {
             "Program OK.");
   EXPECT_EQ(bench.labKbyte.caption(), "8.000K");
   EXPECT_EQ(bench.board.wakes(), 0) << "it had no power when the wake frame went out";
-  EXPECT_EQ(bench.link.replyTimeoutMs, Millis(600));
-  EXPECT_EQ(bench.link.gapTimeoutMs, Millis(200));
+  EXPECT_EQ(bench.target.replyTimeoutMs, Millis(600));
+  EXPECT_EQ(bench.target.gapTimeoutMs, Millis(200));
 }
 
 TEST(OfflineSession, WakesABoardThatWaitsInASortingMachine) {
   OfflineBench bench;
-  bench.loadCode(1000);
+  bench.loadNoise(1000);
   bench.run(Millis(0));
   EXPECT_EQ(bench.board.wakes(), 1);
   EXPECT_TRUE(bench.board.violations().empty());
   EXPECT_TRUE(bench.saidOk());
-  bench.panel.che_staple[0].setValue(false);
+  bench.page.che_staple[0].setValue(false);
   bench.run(Millis(0));
   EXPECT_EQ(bench.board.wakes(), 1) << "not asked for";
   EXPECT_TRUE(bench.saidOk());
@@ -85,7 +85,7 @@ TEST(OfflineSession, WakesABoardThatWaitsInASortingMachine) {
 
 TEST(OfflineSession, CatchesABoardThatWasSilentForAnHour) {
   OfflineBench bench;
-  bench.loadCode(1000);
+  bench.loadNoise(1000);
   std::string pane;
   bench.loop.after(Millis(40 * 60 * 1000), [&] { pane = bench.textMsg.text(); });
   bench.run(Millis(3600 * 1000));
@@ -93,8 +93,8 @@ TEST(OfflineSession, CatchesABoardThatWasSilentForAnHour) {
   EXPECT_TRUE(bench.saidOk());
 
   OfflineBench forever;
-  forever.loadCode(1000);
-  forever.panel.comTJXZ.press();
+  forever.loadNoise(1000);
+  forever.page.comTJXZ.press();
   EXPECT_EQ(forever.lines("Connection failed!"), 1);
   EXPECT_GT(forever.loop.now(), std::chrono::minutes(66));
   EXPECT_TRUE(forever.idle());
@@ -119,45 +119,44 @@ TEST(OfflineSession, RefusesBeforeThePortIsOpened) {
     std::string_view name = row.model;
     for (const auto& record : kvr::catalogue::allRows())
       if (record.family == 18 && name == "Rowan") name = record.name;
-    bench.select(name);
-    if (row.loaded) bench.loadCode(1000);
-    bench.panel.txt_download_max.setText(row.limit);
+    bench.choose(name);
+    if (row.loaded) bench.loadNoise(1000);
+    bench.page.txt_download_max.setText(row.limit);
     bench.run();
     EXPECT_EQ(bench.lastMessage(), row.words);
     EXPECT_EQ(bench.dialogs.shown.size(), 1u);
-    EXPECT_EQ(bench.port.opens, 0);
+    EXPECT_EQ(bench.link.opens, 0);
     EXPECT_TRUE(bench.idle());
   }
 }
 
 TEST(OfflineSession, SaysThatThePortCannotBeOpened) {
   OfflineBench bench;
-  bench.loadCode(1000);
-  bench.port.busy = true;
+  bench.loadNoise(1000);
+  bench.link.refusesToOpen = {kvr::platform::PortError::Kind::Busy, "/dev/ttyV0: in use by another program"};
   std::string status;
-  bench.link.onPortStatus = [&](const std::string& text) { status = text; };
+  bench.target.onPortStatus = [&](const std::string& text) { status = text; };
   bench.run();
   EXPECT_EQ(bench.textMsg.text(),
             "\nOpen COM port failed!"
             "\nThe COM port is opened by another Program or the COM port does not exist.");
-  EXPECT_EQ(status, "COM3: in use by another program");
-  EXPECT_FALSE(bench.link.linkParityOn);
-  EXPECT_EQ(bench.stops, 1);
+  EXPECT_EQ(status, "/dev/ttyV0: in use by another program");
+  EXPECT_FALSE(bench.target.linkParityOn);
   EXPECT_TRUE(bench.idle());
 }
 
 TEST(OfflineSession, KeepsACapacityThatTheBoardDoesNotTellAnew) {
   OfflineBench bench;
-  bench.loadCode(61440);
+  bench.loadNoise(61440);
   bench.run();
-  EXPECT_EQ(bench.session.board().capacity, 62464) << "64K, held to the model";
-  bench.panel.txt_download_max.setText("2");
+  EXPECT_EQ(bench.offline.board().capacity, 62464) << "64K, held to the model";
+  bench.page.txt_download_max.setText("2");
   OfflineBench mute([] {
     auto config = boardOf(0x17, true);
     config.wrongReplyTo[0x0E] = 9;
     return config;
   }());
-  mute.loadCode(3000);
+  mute.loadNoise(3000);
   mute.run();
   EXPECT_EQ(mute.lastMessage(),
             "The maximum size of downloading code and data is 0K, The exceeding part won't be downloaded.");
@@ -193,7 +192,7 @@ TEST(OfflineSession, EndsInWordsWhateverTheBoardDoes) {
     auto config = boardOf(0x16, false);
     ASSERT_TRUE(sim::setBoardFault(config, fault.name, fault.value));
     OfflineBench bench(config);
-    bench.loadCode(50000);
+    bench.loadNoise(50000);
     bench.keepWanted();
     bench.run();
     EXPECT_EQ(bench.lines(fault.words), 1) << bench.textMsg.text();
@@ -219,7 +218,7 @@ TEST(OfflineSession, GetsOverWhatPasses) {
     auto config = boardOf(0x16, false);
     ASSERT_TRUE(sim::setBoardFault(config, fault.name, fault.value));
     OfflineBench bench(config);
-    bench.loadCode(50000);
+    bench.loadNoise(50000);
     bench.keepWanted();
     bench.run();
     EXPECT_EQ(bench.lines("Program OK."), 1) << bench.textMsg.text();
@@ -237,7 +236,7 @@ TEST(OfflineSession, NeverSaysOkForABoardThatHoldsSomethingElse) {
     wire.keepLog = false;
     wire.random = sim::RandomFaults{.chance = 0.02};
     OfflineBench bench(boardOf(seed % 2 ? 0x17 : 0x16, seed % 3 == 0), wire);
-    bench.loadCode(50000, static_cast<std::uint32_t>(seed));
+    bench.loadNoise(50000, static_cast<std::uint32_t>(seed));
     bench.keepWanted();
     bench.run();
     EXPECT_TRUE(bench.idle());
@@ -250,17 +249,17 @@ TEST(OfflineSession, NeverSaysOkForABoardThatHoldsSomethingElse) {
 
 TEST(OfflineSession, StopsAtOnceWhereverItWaits) {
   OfflineBench whole(boardOf(0x16, false));
-  whole.loadCode(50000);
+  whole.loadNoise(50000);
   whole.run();
   const auto length = std::chrono::duration_cast<Millis>(whole.loop.now());
   for (Millis at(1); at < length; at += length / 60 + Millis(13)) {
     SCOPED_TRACE(at.count());
     OfflineBench bench(boardOf(0x16, false));
-    bench.loadCode(50000);
+    bench.loadNoise(50000);
     bool pressed = false;
     bench.loop.after(at, [&] {
-      pressed = bench.download.comStop_Download.enabled();
-      bench.download.comStop_Download.press();
+      pressed = bench.panel.comStop_Download.enabled();
+      bench.panel.comStop_Download.press();
     });
     bench.run();
     if (!pressed) continue;
@@ -276,8 +275,8 @@ TEST(OfflineSession, StopsAtOnceWhereverItWaits) {
 
 TEST(OfflineSession, EndsWhenTheAdapterIsPulledOut) {
   OfflineBench bench;
-  bench.loadCode(50000);
-  bench.loop.after(Millis(8000), [&] { bench.port.pullOut(); });
+  bench.loadNoise(50000);
+  bench.loop.after(Millis(8000), [&] { bench.link.unplug(); });
   bench.run();
   EXPECT_EQ(bench.lines("Operation stopped. "), 1);
   EXPECT_FALSE(bench.saidOk());
@@ -286,7 +285,7 @@ TEST(OfflineSession, EndsWhenTheAdapterIsPulledOut) {
 
 TEST(OfflineSession, RefusesABatchThatOutgrowsItsSerialValues) {
   OfflineBench bench;
-  bench.loadCode(5000);
+  bench.loadNoise(5000);
   bench.counters.cheData_Auto_Increase.setValue(true);
   bench.counters.texData_Auto_Increase[0].setText("10");
   bench.counters.texData_Auto_Increase[1].setText("4");
