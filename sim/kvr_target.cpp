@@ -188,7 +188,7 @@ void sleepUntilSomethingHappens(const Terminal& terminal, const sim::Target& tar
 }
 
 void run(Terminal& terminal, sim::Target& target, const std::string& jsonPath, const Signals& signals) {
-  for (int signal = 0; signal != SIGTERM && signal != SIGINT && !target.ended(); signal = signals.next()) {
+  for (int signal = 0; signal != SIGTERM && signal != SIGINT; signal = signals.next()) {
     const sim::Micros now = clockNow();
     if (signal == SIGUSR1) target.powerCycle(now);
     hearHost(terminal, target, now);
@@ -196,6 +196,7 @@ void run(Terminal& terminal, sim::Target& target, const std::string& jsonPath, c
     if (terminal.backlog() <= kLargestBacklog) target.advanceTo(now);
     terminal.give(target.wire().takeArrived());
     if (target.takeReportDue() && !jsonPath.empty()) writeReport(jsonPath, target.report());
+    if (target.ended()) return;
     sleepUntilSomethingHappens(terminal, target, signals);
   }
 }

@@ -27,6 +27,19 @@ std::string describe(const Fault& fault) {
   return text;
 }
 
+Micros timeOnWire(std::span<const Unit> log, Micros from, Micros to) {
+  std::vector<std::pair<Micros, Micros>> spans;
+  for (const Unit& unit : log) spans.emplace_back(std::max(unit.start, from), std::min(unit.end, to));
+  std::sort(spans.begin(), spans.end());
+  Micros total = 0, reached = from;
+  for (const auto& [start, end] : spans) {
+    if (end <= std::max(start, reached)) continue;
+    total += end - std::max(start, reached);
+    reached = end;
+  }
+  return total;
+}
+
 const Fault* Wire::plannedFault(Direction direction, int unit) const {
   const auto hit = std::find_if(config_.faults.begin(), config_.faults.end(),
                                 [&](const Fault& fault) { return fault.direction == direction && fault.unit == unit; });

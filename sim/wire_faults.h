@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -54,5 +55,8 @@ struct Unit {
   std::vector<std::uint8_t> bytes;
   bool faulted = false;
 };
+
+// How long the line carried something between the two times, in either direction: units that overlap count once.
+Micros timeOnWire(std::span<const Unit> log, Micros from, Micros to);
 
 }  // namespace sim

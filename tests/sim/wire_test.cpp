@@ -45,6 +45,8 @@ TEST(Wire, CarriesBytesBothWaysInTheirTrueTime) {
   EXPECT_EQ(wire.take(3438 + 3438), Bytes{7});
   EXPECT_EQ(wire.nextDue(), std::nullopt);
   EXPECT_FALSE(listener.damaged);
+  EXPECT_EQ(timeOnWire(wire.log(), 0, kSecond), 2 * 3438);
+  EXPECT_EQ(timeOnWire(wire.log(), 1000, 4000), 3000);
 }
 
 TEST(Wire, GarblesWhatTheEndsDisagreeOn) {
