@@ -1,7 +1,5 @@
 #include "project/project_text.h"
 
-#include <array>
-
 #include "platform/text.h"
 
 namespace kvr::project {
@@ -44,20 +42,15 @@ std::optional<double> sumOf(std::string_view value) {
 
 constexpr int kNoDigit = -1;
 
-constexpr std::array<std::int8_t, 256> kDigits = [] {
-  std::array<std::int8_t, 256> digits{};
-  digits.fill(kNoDigit);
-  for (int i = 0; i < 10; ++i) digits[static_cast<std::size_t>('0' + i)] = static_cast<std::int8_t>(i);
-  for (int i = 0; i < 6; ++i) {
-    digits[static_cast<std::size_t>('A' + i)] = static_cast<std::int8_t>(10 + i);
-    digits[static_cast<std::size_t>('a' + i)] = static_cast<std::int8_t>(10 + i);
-  }
-  return digits;
-}();
+int digitOf(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return c >= 'a' && c <= 'f' ? c - 'a' + 10 : kNoDigit;
+}
 
 std::uint8_t pairOf(char high, char low) {
-  const int h = kDigits[static_cast<unsigned char>(high)];
-  const int l = kDigits[static_cast<unsigned char>(low)];
+  const int h = digitOf(high);
+  const int l = digitOf(low);
   return h == kNoDigit || l == kNoDigit ? 0 : static_cast<std::uint8_t>(h * 16 + l);
 }
 
