@@ -1,5 +1,7 @@
 #include "project/project_room.h"
 
+#include <algorithm>
+
 #include "platform/text.h"
 #include "project/project_help.h"
 

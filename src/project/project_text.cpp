@@ -1,5 +1,7 @@
 #include "project/project_text.h"
 
+#include <algorithm>
+
 #include "platform/text.h"
 
 namespace kvr::project {
