@@ -1,7 +1,8 @@
 #include "sim/board.h"
 
 #include <algorithm>
-#include <charconv>
+
+#include "sim/fault_text.h"
 
 namespace sim {
 
@@ -10,48 +11,25 @@ namespace {
 const Bytes kWake = {0x46, 0xB9, 0x6A, 0x00, 0x13, 0xF0, 1, 4, 0, 2, 3, 4, 5, 6, 7, 8, 1, 0x95, 0x7F, 0x07, 0x16};
 constexpr std::int64_t kPage = 512;
 
-bool countDown(std::map<int, int>& counts, int key) {
-  const auto it = counts.find(key);
-  if (it == counts.end() || it->second <= 0) return false;
-  --it->second;
-  return true;
-}
-
-bool toNumber(std::string_view text, int& number, int base = 10) {
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
-  return error == std::errc() && end == text.data() + text.size() && !text.empty();
-}
-
-bool toPair(std::string_view text, int& first, int& second, int base) {
-  const std::size_t colon = text.find(':');
-  return colon != std::string_view::npos && toNumber(text.substr(0, colon), first, base) &&
-         toNumber(text.substr(colon + 1), second);
-}
-
 }  // namespace
 
 bool setBoardFault(BoardConfig& config, std::string_view name, std::string_view value) {
-  int first = 0, second = 0;
   if (name == "secondBank") return config.secondBank = true;
   if (name == "version") return toNumber(value, config.version, 16);
   if (name == "capacity") return toNumber(value, config.capacityKb);
   if (name == "diesAfterPages") return toNumber(value, config.diesAfterPages);
+  const auto counted = parseCounted(value, name == "failsPage" ? 10 : 16);
+  if (!counted) return false;
   if (name == "failsPage") {
-    const bool silently = value.ends_with(":silent");
-    if (silently) value.remove_suffix(7);
-    if (!toPair(value, first, second, 10)) return false;
-    config.failsPages.push_back({first, second, silently});
+    config.failsPages.push_back({counted->what, counted->times, counted->silently});
     return true;
   }
-  for (const auto& [known, counts] :
-       {std::pair("silent", &config.silentTo), std::pair("wrongReply", &config.wrongReplyTo),
-        std::pair("badCrc", &config.badCrcTo)}) {
-    if (name != known) continue;
-    if (!toPair(value, first, second, 16)) return false;
-    (*counts)[first] = second;
-    return true;
-  }
-  return false;
+  std::map<int, int>* const counts = name == "silent"       ? &config.silentTo
+                                     : name == "wrongReply" ? &config.wrongReplyTo
+                                     : name == "badCrc"     ? &config.badCrcTo
+                                                            : nullptr;
+  if (counts) (*counts)[counted->what] = counted->times;
+  return counts != nullptr;
 }
 
 Board::Board(BoardConfig config) : config_(std::move(config)), reader_(FrameCheck::crc, config_.frameGap) {
@@ -66,44 +44,31 @@ Board::Board(BoardConfig config) : config_(std::move(config)), reader_(FrameChec
 }
 
 std::optional<Micros> Board::nextDue() const {
-  std::optional<Micros> due;
-  for (const Planned& plan : planned_) due = due ? std::min(*due, plan.at) : plan.at;
-  return due;
+  return schedule_.nextDue();
 }
 
 void Board::advanceTo(Micros now) {
-  for (auto due = nextDue(); due && *due <= now; due = nextDue()) {
-    const auto next = std::find_if(planned_.begin(), planned_.end(), [&](const Planned& p) { return p.at == *due; });
-    const Planned plan = std::move(*next);
-    planned_.erase(next);
-    plan.act(plan.at);
-  }
+  schedule_.advanceTo(now);
 }
 
 void Board::powerOn(Micros at) {
-  planned_.push_back({at,
-                      [this](Micros when) {
-                        std::erase_if(planned_, [](const Planned& p) { return !p.power; });
-                        journal_.note(when, "power on");
-                        on_ = true;
-                        disturbed_ = false;
-                        stage_ = 0;
-                        pages_[0] = pages_[1] = 0;
-                        identity_.reset();
-                        busyUntil_ = when;
-                        reader_.reset();
-                      },
-                      true});
+  schedule_.addPowerChange(at, [this](Micros when) {
+    journal_.note(when, "power on");
+    on_ = true;
+    disturbed_ = false;
+    stage_ = 0;
+    pages_[0] = pages_[1] = 0;
+    identity_.reset();
+    busyUntil_ = when;
+    reader_.reset();
+  });
 }
 
 void Board::powerOff(Micros at) {
-  planned_.push_back({at,
-                      [this](Micros when) {
-                        std::erase_if(planned_, [](const Planned& p) { return !p.power; });
-                        journal_.note(when, "power off");
-                        on_ = false;
-                      },
-                      true});
+  schedule_.addPowerChange(at, [this](Micros when) {
+    journal_.note(when, "power off");
+    on_ = false;
+  });
 }
 
 void Board::disturbed(Micros at) {
@@ -222,7 +187,8 @@ void Board::onErase(Micros at, int stage) {
   const Micros done = at + (stage == 1 ? config_.erase : config_.eraseTail);
   busyUntil_ = done;
   journal_.stated(at, done, "erases");
-  later(done, [this, stage](Micros when) { answer(when, stage == 1 ? 0x84 : 0x86, stage == 1 ? 0x84 : 0x86, {}); });
+  schedule_.add(done,
+                [this, stage](Micros when) { answer(when, stage == 1 ? 0x84 : 0x86, stage == 1 ? 0x84 : 0x86, {}); });
 }
 
 bool Board::checkWrite(Micros at, const HostFrame& frame) {
@@ -277,7 +243,7 @@ void Board::onWrite(Micros at, const HostFrame& frame) {
   const Micros done = at + config_.turnaround + static_cast<Micros>(p.size() - 6) * config_.writeByte;
   busyUntil_ = done;
   journal_.stated(at, done, "writes");
-  later(done, [this, request = frame.command()](Micros when) { answer(when, request, 0x80, {}); });
+  schedule_.add(done, [this, request = frame.command()](Micros when) { answer(when, request, 0x80, {}); });
 }
 
 void Board::answer(Micros at, int request, int reply, const Bytes& payload) {

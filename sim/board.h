@@ -2,7 +2,6 @@
 // stage. All its frames carry a CRC. Afterwards it programs chips by itself (board_job.h).
 #pragma once
 
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -13,6 +12,7 @@
 #include "sim/chip_frames.h"
 #include "sim/device.h"
 #include "sim/journal.h"
+#include "sim/schedule.h"
 
 namespace sim {
 
@@ -70,15 +70,9 @@ class Board : public Device {
   const std::vector<Note>& violations() const { return journal_.violations(); }
 
  private:
-  struct Planned {
-    Micros at = 0;
-    std::function<void(Micros)> act;
-    bool power = false;
-  };
   struct Window {
     std::int64_t first = 0, last = 0;
   };
-  void later(Micros at, std::function<void(Micros)> act) { planned_.push_back({at, std::move(act), false}); }
   void dispatch(Micros at, const HostFrame& frame, const Line& line);
   void onPoll(Micros at, const HostFrame& frame);
   void onErase(Micros at, int stage);
@@ -97,7 +91,7 @@ class Board : public Device {
   BoardMemory memory_;
   Journal journal_;
   FrameReader reader_;
-  std::vector<Planned> planned_;
+  Schedule schedule_;
   std::map<int, int> pageFailures_;
   bool on_ = false;
   bool tailWritten_ = false;

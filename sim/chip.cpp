@@ -60,27 +60,15 @@ bool Chip::isFamily(std::initializer_list<int> families) const {
 
 // --- Time and power ---
 
-void Chip::later(Micros at, std::function<void(Micros)> act) {
-  planned_.push_back({at, std::move(act), false});
-}
-
 std::optional<Micros> Chip::nextDue() const {
-  std::optional<Micros> due = applicationRuns() ? application_->nextDue() : std::nullopt;
-  for (const Planned& plan : planned_) due = due ? std::min(*due, plan.at) : plan.at;
-  return due;
+  const auto planned = schedule_.nextDue();
+  const auto own = applicationRuns() ? application_->nextDue() : std::nullopt;
+  return planned && own ? std::min(*planned, *own) : planned ? planned : own;
 }
 
 void Chip::advanceTo(Micros now) {
-  for (auto due = nextDue(); due && *due <= now; due = nextDue()) {
-    const auto next = std::find_if(planned_.begin(), planned_.end(), [&](const Planned& p) { return p.at == *due; });
-    if (next == planned_.end()) {
-      application_->advanceTo(*due);
-      continue;
-    }
-    const Planned plan = std::move(*next);
-    planned_.erase(next);
-    plan.act(plan.at);
-  }
+  for (auto due = nextDue(); due && *due <= now; due = nextDue())
+    if (!schedule_.doOne(*due)) application_->advanceTo(*due);
 }
 
 void Chip::setApplication(std::unique_ptr<Application> application) {
@@ -88,28 +76,22 @@ void Chip::setApplication(std::unique_ptr<Application> application) {
   application_->say = [this](Micros start, std::span<const std::uint8_t> bytes) {
     return say ? say(start, application_->line(), bytes) : start;
   };
-  application_->resetIntoBoot = [this](Micros at) { later(at + 1, [this](Micros when) { startBoot(when); }); };
+  application_->resetIntoBoot = [this](Micros at) { powerOn(at + 1); };
 }
 
 void Chip::runApplication(Micros at) {
-  planned_.push_back({at, [this](Micros when) { leaveBoot(when, "starts by itself"); }, true});
+  schedule_.addPowerChange(at, [this](Micros when) { leaveBoot(when, "starts by itself"); });
 }
 
 void Chip::powerOn(Micros at) {
-  planned_.push_back({at, [this](Micros when) { startBoot(when); }, true});
+  schedule_.addPowerChange(at, [this](Micros when) { startBoot(when); });
 }
 
 void Chip::powerOff(Micros at) {
-  planned_.push_back({at,
-                      [this](Micros when) {
-                        std::erase_if(planned_, [](const Planned& p) { return !p.survivesPower; });
-                        enter(ChipState::off, when, "power off");
-                      },
-                      true});
+  schedule_.addPowerChange(at, [this](Micros when) { enter(ChipState::off, when, "power off"); });
 }
 
 void Chip::startBoot(Micros at) {
-  std::erase_if(planned_, [](const Planned& p) { return !p.survivesPower; });
   enter(ChipState::syncing, at, "power on");
   fixedLink_ = disturbed_ = fresh_ = pulsesAwaited_ = false;
   changed_ = erased_ = programming_ = finished_ = optionsTaken_ = false;
@@ -123,7 +105,7 @@ void Chip::startBoot(Micros at) {
   bootFine_ = options_[4];
   reader_.reset();
   if (config_.times.listen > 0)
-    later(at + config_.times.listen, [this](Micros when) {
+    schedule_.add(at + config_.times.listen, [this](Micros when) {
       if (state_ == ChipState::syncing) leaveBoot(when, "nobody called");
     });
 }

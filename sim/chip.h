@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -18,6 +17,7 @@
 #include "sim/flash_memory.h"
 #include "sim/journal.h"
 #include "sim/rc_oscillator.h"
+#include "sim/schedule.h"
 
 namespace sim {
 
@@ -77,14 +77,7 @@ class Chip : public Device {
   int firmware() const { return firmware_; }
 
  private:
-  struct Planned {
-    Micros at = 0;
-    std::function<void(Micros)> act;
-    bool survivesPower = false;  // what the chip had in mind is forgotten when its power changes
-  };
-
   // chip.cpp: power, hearing, time
-  void later(Micros at, std::function<void(Micros)> act);
   bool applicationRuns() const { return state_ == ChipState::application && application_; }
   void startBoot(Micros at);
   void leaveBoot(Micros at, const std::string& why);
@@ -172,7 +165,7 @@ class Chip : public Device {
   Bytes statusTail_;  // families 15, 16: seven bytes that the host gives back
   Journal journal_;
   FrameReader reader_;
-  std::vector<Planned> planned_;
+  Schedule schedule_;
   std::unique_ptr<Application> application_;
 
   ChipState state_ = ChipState::off;

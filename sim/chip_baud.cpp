@@ -134,10 +134,10 @@ void Chip::onBaudTest(Micros at, const HostFrame& frame) {
   testedLow_ = p[1];
   const Micros answerAt = at + baudDelay(true);
   busy(at, answerAt, "waits with the answer to a baud test");
-  later(answerAt, [this, fast](Micros when) {
+  schedule_.add(answerAt, [this, fast](Micros when) {
     line_ = *fast;
     journal_.note(when, "answers a test at " + std::to_string(line_.baud) + " baud");
-    later(reply(when, 0x8F, {}), [this](Micros) { line_ = firstLine_; });
+    schedule_.add(reply(when, 0x8F, {}), [this](Micros) { line_ = firstLine_; });
   });
 }
 
@@ -150,11 +150,11 @@ void Chip::onBaudChange(Micros at, const HostFrame& frame) {
   const auto fast = lineFor(p[0], p[1]);
   if (!fast) return judge(false, at, "baud change beyond what I can make" + paramText(p));
   if (config_.faults.passesTestNotChange)  // the host will speak at a rate that I do not hear
-    return later(at + 1, [this](Micros when) { disturbed(when); });
+    return schedule_.add(at + 1, [this](Micros when) { disturbed(when); });
   reload_ = firstGenerationDivider() ? 65536 - (p[0] * 256 + p[1]) : 256 - p[1];
   const Micros answerAt = at + baudDelay(false);
   busy(at, answerAt, "waits with the answer to the baud change");
-  later(answerAt, [this, fast](Micros when) {
+  schedule_.add(answerAt, [this, fast](Micros when) {
     line_ = *fast;
     changed_ = true;
     journal_.note(when, "now at " + std::to_string(line_.baud) + " baud");

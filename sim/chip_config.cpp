@@ -1,16 +1,12 @@
 #include "sim/chip_config.h"
 
-#include <charconv>
 #include <map>
+
+#include "sim/fault_text.h"
 
 namespace sim {
 
 namespace {
-
-bool toNumber(std::string_view text, int& number) {
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  return error == std::errc() && end == text.data() + text.size();
-}
 
 bool* flagOf(ChipConfig& config, std::string_view name) {
   ChipFaults& f = config.faults;
@@ -46,18 +42,9 @@ int* countOf(ChipConfig& config, std::string_view name) {
 }
 
 bool addBlockFailure(ChipConfig& config, std::string_view value) {
-  BlockFailure failure;
-  const std::size_t colon = value.find(':');
-  if (colon == std::string_view::npos || !toNumber(value.substr(0, colon), failure.block)) return false;
-  std::string_view rest = value.substr(colon + 1);
-  if (const std::size_t second = rest.find(':'); second != std::string_view::npos) {
-    failure.silently = rest.substr(second + 1) == "silent";
-    if (!failure.silently) return false;
-    rest = rest.substr(0, second);
-  }
-  if (!toNumber(rest, failure.times)) return false;
-  config.faults.failsBlocks.push_back(failure);
-  return true;
+  const auto counted = parseCounted(value, 10);
+  if (counted) config.faults.failsBlocks.push_back({counted->what, counted->times, counted->silently});
+  return counted.has_value();
 }
 
 }  // namespace

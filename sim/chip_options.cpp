@@ -103,13 +103,13 @@ void Chip::onOptions(Micros at, const HostFrame& frame) {
   busy(at, done, "writes options");
   if (answered81_ < config_.faults.answersOptionsWith81 && !row().extSession) {
     ++answered81_;
-    later(done, [this](Micros when) { reply(when, 0x81, {}); });
+    schedule_.add(done, [this](Micros when) { reply(when, 0x81, {}); });
     return;
   }
   ++optionWrites_;
   if (!config_.faults.optionsDoNotStick) options_ = wanted;
   journal_.note(at, "options stored");
-  later(done, [this](Micros when) {
+  schedule_.add(done, [this](Micros when) {
     if (row().extSession)
       reply(when, 0x50, optionsPayload());
     else

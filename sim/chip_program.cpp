@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "sim/chip.h"
+#include "sim/fault_text.h"
 
 namespace sim {
 
@@ -59,7 +60,7 @@ void Chip::onErase(Micros at, const HostFrame& frame) {
   journal_.note(at, "erases " + std::to_string(sectors) + " sectors");
   const bool tellsId = row().extSession && version10() >= 63;
   const std::uint8_t command = !row().extSession ? 0x84 : config_.faults.wrongEraseReply ? 0x01 : 0x00;
-  later(done, [this, tellsId, command](Micros when) { reply(when, command, tellsId ? factoryId_ : Bytes{}); });
+  schedule_.add(done, [this, tellsId, command](Micros when) { reply(when, command, tellsId ? factoryId_ : Bytes{}); });
 }
 
 bool Chip::checkData(Micros at, const HostFrame& frame) {
@@ -88,10 +89,7 @@ bool Chip::checkData(Micros at, const HostFrame& frame) {
 }
 
 bool Chip::failsNow(int block, std::int64_t address) {
-  const auto left = failuresLeft_.find(block);
-  if (address != blockStart_ || left == failuresLeft_.end() || left->second <= 0) return false;
-  --left->second;
-  return true;
+  return address == blockStart_ && countDown(failuresLeft_, block);
 }
 
 void Chip::answerData(Micros at, int sum) {
@@ -128,7 +126,7 @@ void Chip::onData(Micros at, const HostFrame& frame) {
   if (config_.faults.diesAfterBlocks >= 0 && blocksDone_ >= config_.faults.diesAfterBlocks) return powerOff(at);
   const Micros done = at + config_.times.turnaround + static_cast<Micros>(data.size()) * config_.times.programByte;
   busy(at, done, "programs");
-  later(done, [this, sum](Micros when) { answerData(when, sum); });
+  schedule_.add(done, [this, sum](Micros when) { answerData(when, sum); });
 }
 
 void Chip::onFinish(Micros at, const HostFrame& frame) {

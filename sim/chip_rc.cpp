@@ -105,7 +105,7 @@ void Chip::hearMeasurePulse(Micros at) {
   if (config_.faults.silentMeasure) return measuring_.clear();
   const Micros done = at + config_.times.turnaround + static_cast<Micros>(measuring_.size()) * config_.times.rcMeasure;
   busy(at, done, "measures its oscillator");
-  later(done, [this, points = std::move(measuring_)](Micros when) {
+  schedule_.add(done, [this, points = std::move(measuring_)](Micros when) {
     Bytes payload(10);
     std::generate(payload.begin(), payload.end(), [this] { return filler(); });
     payload.push_back(static_cast<std::uint8_t>(config_.faults.emptyMeasureReply ? 0 : points.size()));
@@ -150,7 +150,7 @@ void Chip::onRcBaud(Micros at, const HostFrame& frame) {
   if (rate < 300 || rate > 500000) return judge(false, at, "oscillator and baud: no rate that I can make");
   const Micros answerAt = at + config_.times.rcChangeReply;
   busy(at, answerAt, "waits with the answer to the baud change");
-  later(answerAt, [this, rate](Micros when) {
+  schedule_.add(answerAt, [this, rate](Micros when) {
     line_.baud = static_cast<int>(std::lround(rate));
     changed_ = true;
     journal_.note(when, "now at " + std::to_string(line_.baud) + " baud");

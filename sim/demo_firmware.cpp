@@ -1,10 +1,10 @@
 #include "sim/demo_firmware.h"
 
 #include <algorithm>
-#include <charconv>
 #include <utility>
 
 #include "sim/chip.h"
+#include "sim/fault_text.h"
 
 namespace sim {
 
@@ -23,18 +23,6 @@ int sumOf(std::span<const std::uint8_t> bytes) {
   return sum & 0xFFFF;
 }
 
-bool countDown(std::map<int, int>& counts, int key) {
-  const auto it = counts.find(key);
-  if (it == counts.end() || it->second <= 0) return false;
-  --it->second;
-  return true;
-}
-
-bool toNumber(std::string_view text, int& number, int base) {
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
-  return error == std::errc() && end == text.data() + text.size() && !text.empty();
-}
-
 }  // namespace
 
 int demoModelNumber(std::string_view model) {
@@ -46,17 +34,18 @@ int demoModelNumber(std::string_view model) {
 bool setDemoFault(DemoConfig& config, std::string_view name, std::string_view value) {
   if (name == "leavesOnFinish") return config.leavesOnFinish = true;
   if (name == "modelNumber") return toNumber(value, config.modelNumber, 16);
-  if (name == "diesAfterBlocks") return toNumber(value, config.diesAfterBlocks, 10);
-  const bool silently = value.ends_with(":silent");
-  if (silently) value.remove_suffix(7);
-  const std::size_t colon = value.find(':');
-  int first = 0, times = 0;
-  if (colon == std::string_view::npos || !toNumber(value.substr(colon + 1), times, 10)) return false;
-  if (!toNumber(value.substr(0, colon), first, name == "failsBlock" ? 10 : 16)) return false;
-  if (name == "failsBlock") return config.failsBlocks.push_back({first, times, silently}), true;
-  if (name == "silent") return config.silentTo[first] = times, true;
-  if (name == "badSum") return config.badSumTo[first] = times, true;
-  return false;
+  if (name == "diesAfterBlocks") return toNumber(value, config.diesAfterBlocks);
+  const auto counted = parseCounted(value, name == "failsBlock" ? 10 : 16);
+  if (!counted) return false;
+  if (name == "failsBlock") {
+    config.failsBlocks.push_back({counted->what, counted->times, counted->silently});
+    return true;
+  }
+  std::map<int, int>* const counts = name == "silent"   ? &config.silentTo
+                                     : name == "badSum" ? &config.badSumTo
+                                                        : nullptr;
+  if (counts) (*counts)[counted->what] = counted->times;
+  return counts != nullptr;
 }
 
 DemoFirmware::DemoFirmware(DemoConfig config)
@@ -68,43 +57,30 @@ DemoFirmware::DemoFirmware(DemoConfig config)
 }
 
 std::optional<Micros> DemoFirmware::nextDue() const {
-  std::optional<Micros> due;
-  for (const Planned& plan : planned_) due = due ? std::min(*due, plan.at) : plan.at;
-  return due;
+  return schedule_.nextDue();
 }
 
 void DemoFirmware::advanceTo(Micros now) {
-  for (auto due = nextDue(); due && *due <= now; due = nextDue()) {
-    const auto next = std::find_if(planned_.begin(), planned_.end(), [&](const Planned& p) { return p.at == *due; });
-    const Planned plan = std::move(*next);
-    planned_.erase(next);
-    plan.act(plan.at);
-  }
+  schedule_.advanceTo(now);
 }
 
 void DemoFirmware::powerOn(Micros at) {
-  planned_.push_back({at,
-                      [this](Micros when) {
-                        std::erase_if(planned_, [](const Planned& p) { return !p.power; });
-                        on_ = true;
-                        inRoutine_ = config_.command.empty();
-                        connected_ = erased_ = programmed_ = disturbed_ = false;
-                        lastBlock_ = blockStart_ = -1;
-                        busyUntil_ = when;
-                        heard_.clear();
-                        journal_.note(when, "power on");
-                      },
-                      true});
+  schedule_.addPowerChange(at, [this](Micros when) {
+    journal_.note(when, "power on");
+    on_ = true;
+    inRoutine_ = config_.command.empty();
+    connected_ = erased_ = programmed_ = disturbed_ = false;
+    lastBlock_ = blockStart_ = -1;
+    busyUntil_ = when;
+    heard_.clear();
+  });
 }
 
 void DemoFirmware::powerOff(Micros at) {
-  planned_.push_back({at,
-                      [this](Micros when) {
-                        std::erase_if(planned_, [](const Planned& p) { return !p.power; });
-                        on_ = false;
-                        journal_.note(when, "power off");
-                      },
-                      true});
+  schedule_.addPowerChange(at, [this](Micros when) {
+    journal_.note(when, "power off");
+    on_ = false;
+  });
 }
 
 void DemoFirmware::disturbed(Micros at) {
@@ -209,7 +185,7 @@ void DemoFirmware::onErase(Micros at) {
   const Micros done = at + config_.erase;
   busyUntil_ = done;
   journal_.stated(at, done, "erases");
-  later(done, [this](Micros when) { answer(when, 0xB2, {}); });
+  schedule_.add(done, [this](Micros when) { answer(when, 0xB2, {}); });
 }
 
 bool DemoFirmware::checkData(Micros at, const Bytes& frame) {
@@ -260,7 +236,7 @@ void DemoFirmware::onData(Micros at, const Bytes& frame) {
   const Micros done = at + config_.turnaround + static_cast<Micros>(data.size()) * config_.programByte;
   busyUntil_ = done;
   journal_.stated(at, done, "programs");
-  later(done, [this, sum, command = frame[4]](Micros when) {
+  schedule_.add(done, [this, sum, command = frame[4]](Micros when) {
     answer(when, command, {static_cast<std::uint8_t>(sum >> 8), static_cast<std::uint8_t>(sum)});
   });
 }
@@ -273,7 +249,7 @@ void DemoFirmware::onFinish(Micros at) {
   journal_.note(at, "finished");
   answer(at + config_.turnaround, 0xB1, {});
   // The host says it twice; the new program starts a little behind.
-  if (config_.leavesOnFinish) later(at + 50 * kMillisecond, [this](Micros) { inRoutine_ = false; });
+  if (config_.leavesOnFinish) schedule_.add(at + 50 * kMillisecond, [this](Micros) { inRoutine_ = false; });
 }
 
 void DemoFirmware::answer(Micros at, int command, const Bytes& body) {

@@ -2,7 +2,6 @@
 // command of the user, at settings of its own, makes the running program jump into the routine.
 #pragma once
 
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -14,6 +13,7 @@
 #include "sim/device.h"
 #include "sim/flash_memory.h"
 #include "sim/journal.h"
+#include "sim/schedule.h"
 
 namespace sim {
 
@@ -71,12 +71,6 @@ class DemoFirmware : public Device {
   const std::vector<Note>& violations() const { return journal_.violations(); }
 
  private:
-  struct Planned {
-    Micros at = 0;
-    std::function<void(Micros)> act;
-    bool power = false;
-  };
-  void later(Micros at, std::function<void(Micros)> act) { planned_.push_back({at, std::move(act), false}); }
   void hearCommand(Micros at, std::uint8_t byte);
   void take(Micros at, const Heard& heard);
   void dispatch(Micros at, const Bytes& frame);
@@ -91,7 +85,7 @@ class DemoFirmware : public Device {
   DemoConfig config_;
   FlashMemory flash_;
   Journal journal_;
-  std::vector<Planned> planned_;
+  Schedule schedule_;
   std::map<int, int> failuresLeft_;
   Bytes heard_;  // of the frame in hand, or of the command
   Bytes wrongLine_;
