@@ -124,6 +124,7 @@ void Chip::enter(ChipState state, Micros at, const std::string& why) {
 
 void Chip::disturbed(Micros at) {
   disturbed_ = true;
+  disturbedUntil_ = std::max(disturbedUntil_, at);
   ++disturbances_;
   journal_.note(at, "the wire disturbs the conversation");
 }
@@ -172,13 +173,13 @@ void Chip::judgeWrongLine(Micros at, const Heard& heard) {
 void Chip::hearFrame(Micros at, const HostFrame& frame) {
   if (!frame.endGood || !frame.sumGood) {
     journal_.note(at, "a frame with a bad sum or end, dropped");
-    if (!frame.damaged) judge(false, at, "frame with a bad length, sum or end");
+    if (!frame.damaged) judgeFair(false, at, "frame with a bad length, sum or end");
     return;
   }
   wrongLineRun_.clear();
   const int before = disturbances_;
   dispatch(at, frame);
-  if (disturbances_ == before) disturbed_ = false;  // not when the answer was tampered with
+  if (disturbances_ == before && at > disturbedUntil_) disturbed_ = false;  // not when the answer was tampered with
   fresh_ = false;
 }
 

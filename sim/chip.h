@@ -175,6 +175,7 @@ class Chip : public Device {
   Micros busyUntil_ = -1;
   bool disturbed_ = false;
   int disturbances_ = 0;
+  Micros disturbedUntil_ = -1;
 
   int syncHeard_ = 0;
   int pulsesHeard_ = 0;

@@ -59,8 +59,8 @@ class Device {
   // Does all that is due up to and including `now`.
   virtual void advanceTo(Micros now) = 0;
 
-  // The wire has tampered with the conversation in either direction: what the host does next may look odd through
-  // nobody's mistake.
+  // The wire tampers with the conversation in either direction, until `at`: what the host does until then and next may
+  // look odd through nobody's mistake.
   virtual void disturbed(Micros at) { (void)at; }
 
   // Set by the wire: the device starts to send these bytes at `start`, with these line settings. Returns when the last

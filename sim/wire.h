@@ -95,7 +95,7 @@ class Wire {
   double byteTime(const Line& line) const { return line.byteMicros() * config_.byteTimeScale; }
   Micros carry(Direction direction, std::span<const std::uint8_t> bytes, const Line& line, Micros from);
   const Fault* plannedFault(Direction direction, int unit) const;
-  std::optional<Fault> chooseFault(Direction direction, int unit, std::size_t size);
+  std::optional<Fault> chooseFault(Direction direction, int unit, std::size_t size, Micros start);
   Burst layOut(std::span<const std::uint8_t> bytes, const Line& line, double start, const std::optional<Fault>& fault);
   std::optional<Micros> nextStep() const;
   void step(Micros at);
@@ -116,6 +116,7 @@ class Wire {
   std::deque<std::uint8_t> inbox_;  // the host's
   std::vector<Unit> log_;
   int faultsDone_ = 0;
+  Micros quietUntil_ = -1;        // a fault works on until then: late bytes are still to come
   int exchange_ = 0;              // host units so far
   int lastFaultyExchange_ = -10;  // a late byte reaches into the exchange behind its own
 };

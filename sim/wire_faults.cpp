@@ -46,12 +46,13 @@ const Fault* Wire::plannedFault(Direction direction, int unit) const {
   return hit == config_.faults.end() ? nullptr : &*hit;
 }
 
-std::optional<Fault> Wire::chooseFault(Direction direction, int unit, std::size_t size) {
+std::optional<Fault> Wire::chooseFault(Direction direction, int unit, std::size_t size, Micros start) {
   if (const Fault* planned = plannedFault(direction, unit)) return *planned;
   if (!config_.random || static_cast<int>(size) < config_.random->minimumBytes) return std::nullopt;
   const RandomFaults& random = *config_.random;
   const double draw = std::uniform_real_distribution<>(0, 1)(rng_);
-  if (draw >= random.chance || exchange_ <= lastFaultyExchange_ || random.kinds.empty()) return std::nullopt;
+  if (draw >= random.chance || exchange_ <= lastFaultyExchange_ || start <= quietUntil_ || random.kinds.empty())
+    return std::nullopt;
   Fault fault{direction, unit, random.kinds[rng_() % random.kinds.size()]};
   fault.byte = static_cast<int>(rng_() % size);
   fault.mask = static_cast<std::uint8_t>(1 + rng_() % 255);
@@ -94,7 +95,7 @@ Micros Wire::carry(Direction direction, std::span<const std::uint8_t> bytes, con
   if (direction == Direction::hostToDevice) ++exchange_;
   const double start = std::max(static_cast<double>(from), lane.freeAt);
   const int unit = lane.units++;
-  const auto fault = chooseFault(direction, unit, bytes.size());
+  const auto fault = chooseFault(direction, unit, bytes.size(), static_cast<Micros>(start));
   Burst burst = layOut(bytes, line, start, fault);
   const double trueEnd = start + byteTime(line) * static_cast<double>(bytes.size());
   lane.freeAt = burst.items.empty() ? trueEnd : std::max(trueEnd, static_cast<double>(burst.items.back().end));
@@ -110,7 +111,7 @@ Micros Wire::carry(Direction direction, std::span<const std::uint8_t> bytes, con
   if (!burst.items.empty()) lane.bursts.push_back(std::move(burst));
   if (!fault) return whole(trueEnd);
   ++faultsDone_;
-  if (device_) device_->disturbed(static_cast<Micros>(start));
+  if (device_) device_->disturbed(quietUntil_ = std::max(quietUntil_, whole(std::max(trueEnd, lane.freeAt))));
   return whole(trueEnd);
 }
 

@@ -7,6 +7,7 @@ namespace {
 
 constexpr Millis kFirstGenerationErase{5000};
 constexpr Millis kExtendedErase{10000};
+constexpr int kShortestStatus = 20;  // length of a frame that carries the eight counts
 constexpr std::string_view kOldestWithFactoryId = "6.3";
 
 }  // namespace
@@ -41,11 +42,22 @@ bool Programming::eraseFirstGeneration(const Bytes& frame) {
     link.write(frame);
     link.waitDrained();
     link.delayMs(Millis(3));
-    erased = link.waitFrame(kFirstGenerationErase);
+    erased = awaitErased();
   }
   if (erased) link.shared().textMsg.append(" ( " + c_.elapsedText() + " )");
   link.delayMs(Millis(100));
   return erased;
+}
+
+// The answer itself says nothing, so it must not be mistaken for a late answer to a ping: those are status frames, far longer.
+bool Programming::awaitErased() {
+  TargetLink& link = c_.link;
+  const platform::Instant end = link.world().loop.now() + kFirstGenerationErase;
+  while (link.waitFrame(std::chrono::ceil<Millis>(end - link.world().loop.now()))) {
+    if (link.rx.length() < kShortestStatus) return true;
+    link.rx.clear();
+  }
+  return false;
 }
 
 // The answer to the change of speed must be the last frame that came: it says that the chip is ready to be erased.

@@ -24,6 +24,7 @@ class Programming {
 
  private:
   bool eraseFirstGeneration(const Bytes& frame);
+  bool awaitErased();
   bool eraseExtended(const Bytes& frame);
   void noteFactoryId();
   bool sendImages(DataFrameFormat& format);

@@ -139,8 +139,12 @@ void TargetLink::endFixedLink() {
   if (sendFixedLinkFrame(0x82)) delayMs(Millis(100));
 }
 
+// Nothing is worth waiting for once the port has gone.
 void TargetLink::delayMs(Millis time) {
-  platform::delay(world_.loop, time);
+  if (time.count() <= 0) return;
+  platform::Timer timer(world_.loop);
+  timer.start(time);
+  while (timer.isActive() && lostPort.empty()) world_.loop.runOnce();
 }
 
 bool TargetLink::waitFrameCut(Millis limit) {

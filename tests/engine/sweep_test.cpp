@@ -1,4 +1,5 @@
-// Every model, from the press of the button to the word OK, with random images over a chip full of a former owner's bytes.
+// Every model, from the press of the button to the word OK, with random images over a chip full of a former owner's
+// bytes.
 #include <gtest/gtest.h>
 
 #include <set>

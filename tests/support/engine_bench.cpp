@@ -74,19 +74,18 @@ void EngineBench::loadData(std::uint64_t seed, std::int32_t size) {
 }
 
 bool EngineBench::press(platform::Button& button, Millis limit) {
-  bool done = false;
+  bool done = false, late = false;
   loop.post([&] {
     button.press();
     done = true;
   });
-  // The press returns only when its sequence has: a gesture at the limit pulls the plug on a sequence that hangs.
-  bool late = false;
   platform::Timer guard(loop, [&] {
     late = true;
     session.comStop_Download_Click();
   });
   guard.start(limit);
-  loop.runUntil([&] { return done; }, Millis(limit.count() + 600000));
+  loop.runUntil([&] { return done; }, limit + Millis(60000));
+  hung = !done;
   return done && !late;
 }
 

@@ -36,7 +36,8 @@ class EngineBench {
   void loadCode(std::uint64_t seed, std::int32_t size = 0);
   void loadData(std::uint64_t seed, std::int32_t size = 0);
 
-  // --- Doing. Each returns when nothing runs any more; false: it still runs after the limit. ---
+  // --- Doing. Each returns when what was pressed has come to its end. At the limit a person presses Stop; false: that
+  // was needed. A sequence that does not end even then hangs, and the test with it fails by `hung`. ---
   bool press(platform::Button& button, Millis limit = Millis(600000));
   bool program(Millis limit = Millis(600000)) { return press(panel.comDownload[0], limit); }
   void pressAfter(Millis time, platform::Button& button);
@@ -44,6 +45,7 @@ class EngineBench {
   // --- Looking. ---
   const std::string& text() const { return textMsg.text(); }
   bool says(std::string_view words) const { return text().find(words) != std::string::npos; }
+  bool hung = false;
   bool passed() const { return panel.verdict.value() == engine::VerdictKind::Pass; }
   // What the images say that the chip must hold; empty: it does. Otherwise the first address that differs.
   std::string flashDifference() const;
