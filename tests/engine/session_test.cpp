@@ -1,6 +1,8 @@
 // Whole runs as an operator starts them, and how they end.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "../support/engine_bench.h"
 
 namespace kvr {
@@ -30,6 +32,243 @@ TEST(Session, ProgramsAChipOfEachProtocolGeneration) {
     EXPECT_EQ(bench.panel.txtWrite_OK_Count.text(), " 1");
     EXPECT_TRUE(bench.says("Encrypt OK.")) << bench.text();
   }
+}
+
+// The Pass word appears at the counting step and not before; every other end is Fail.
+std::vector<VerdictKind> verdictsOf(EngineBench& bench) {
+  std::vector<VerdictKind> seen;
+  const auto token = bench.panel.verdict.changed.watch([&] { seen.push_back(bench.panel.verdict.value()); });
+  (void)bench.program();
+  return seen;
+}
+
+void setUp(EngineBench& bench, const char* model = "Ivy-HF0S", std::int32_t size = 1500) {
+  bench.select(model);
+  bench.bauds("9600", "115200");
+  bench.insertChip();
+  bench.loadCode(5, size);
+}
+
+void expectFailure(EngineBench& bench, const char* words, std::size_t beeps) {
+  EXPECT_EQ(bench.panel.verdict.value(), VerdictKind::Fail);
+  EXPECT_TRUE(bench.says(words)) << bench.text();
+  EXPECT_EQ(bench.notAtRest(), "");
+  bench.loop.runFor(Millis(2000));
+  EXPECT_EQ(bench.dialogs.beeps.size(), beeps);
+  EXPECT_EQ(bench.panel.txtWrite_OK_Count.text(), "0");
+}
+
+TEST(Session, ShowsItsVerdictAtTheRightMomentsOnly) {
+  EngineBench good;
+  setUp(good);
+  good.panel.txtWrite_OK_Count.changed.connect([&] { EXPECT_NE(good.panel.verdict.value(), VerdictKind::Pass); });
+  EXPECT_EQ(verdictsOf(good), (std::vector{VerdictKind::Waiting, VerdictKind::Working, VerdictKind::Pass}));
+  EXPECT_EQ(good.dialogs.beeps.size(), 1u);
+  EXPECT_EQ(good.store.values.at({"Settings", "Write_OK_Count"}), "1");
+  EngineBench bad;
+  setUp(bad);
+  bad.chip->config().faults.silentErase = true;
+  EXPECT_EQ(verdictsOf(bad), (std::vector{VerdictKind::Waiting, VerdictKind::Working, VerdictKind::Fail}));
+}
+
+TEST(Session, AsksForAFileBeforeItTouchesAnything) {
+  EngineBench bench;
+  bench.select("Ivy-HF0S");
+  ASSERT_TRUE(bench.program());
+  ASSERT_EQ(bench.dialogs.shown.size(), 1u);
+  EXPECT_EQ(bench.dialogs.shown[0].text, "    Please open code file.   ");
+  EXPECT_EQ(bench.link.opens, 0);
+  EXPECT_EQ(bench.notAtRest(), "");
+}
+
+TEST(Session, HintsAfterFourSecondsOnceAndStillCatchesTheChipAnHourLater) {
+  EngineBench bench;
+  setUp(bench);
+  bench.insertChip(Millis(3600000));
+  bench.loop.after(Millis(3990), [&] { EXPECT_FALSE(bench.says("Connection is failed.")); });
+  bench.loop.after(Millis(4010), [&] { EXPECT_TRUE(bench.says("please supply target MCU power...")); });
+  ASSERT_TRUE(bench.program(Millis(4000000)));
+  expectGood(bench);
+  EXPECT_EQ(bench.dialogs.beeps.size(), 3u) << "two with the hint, one for the success";
+}
+
+TEST(Session, SaysWhyAPortCannotBeOpened) {
+  EngineBench bench;
+  setUp(bench);
+  std::string status;
+  bench.target.onPortStatus = [&](const std::string& why) { status = why; };
+  bench.link.refusesToOpen = {platform::PortError::Kind::Denied, "/dev/ttyV0: permission denied, join group dialout"};
+  ASSERT_TRUE(bench.program());
+  expectFailure(bench,
+                "Open COM port failed!\nThe COM port is opened by another Program or the COM port does not exist.", 3);
+  EXPECT_EQ(status, "/dev/ttyV0: permission denied, join group dialout");
+}
+
+TEST(Session, RefusesAWrongModelAndForgetsTheImage) {
+  EngineBench bench;
+  setUp(bench);
+  bench.insertChip(sim::configFor(*catalogue::findByName("Cedar-HF8D")));
+  bench.chip->config().faults = {};
+  (void)bench.program(Millis(20000));
+  EngineBench other;
+  setUp(other);
+  other.chip->config().faults.wrongModelCode = true;
+  ASSERT_TRUE(other.program());
+  expectFailure(other, "MCU Type is incorrect. please select correct MCU type and open the file again.", 3);
+  EXPECT_FALSE(other.images.imageValid);
+  EXPECT_EQ(other.chip->erases(), 0);
+}
+
+TEST(Session, KeepsOldFirmwareAway) {
+  EngineBench bench;
+  setUp(bench);
+  sim::ChipConfig config = sim::configFor(*catalogue::findByName("Ivy-HF0S"));
+  config.firmware = 0x49;
+  bench.insertChip(config);
+  ASSERT_TRUE(bench.program());
+  EXPECT_EQ(bench.panel.verdict.value(), VerdictKind::Fail);
+  ASSERT_EQ(bench.dialogs.shown.size(), 1u);
+  EXPECT_EQ(bench.dialogs.shown[0].text,
+            "Sorry, the current program does not support the MCU or Firmware Version is too low.");
+  EXPECT_EQ(bench.chip->erases(), 0);
+}
+
+TEST(Session, TriesABlockFourTimes) {
+  for (const int failures : {1, 3, 4}) {
+    EngineBench bench;
+    setUp(bench);
+    sim::ChipConfig config = sim::configFor(*catalogue::findByName("Ivy-HF0S"));
+    config.faults.failsBlocks = {{1, failures, false}};
+    bench.insertChip(config);
+    ASSERT_TRUE(bench.program());
+    if (failures < 4) {
+      expectGood(bench);
+    } else {
+      expectFailure(bench, "Try to use the lower baud. ", 3);
+      EXPECT_TRUE(bench.says("Programing failed. (End: 12:00:")) << bench.text();
+    }
+  }
+}
+
+TEST(Session, TakesSilenceForSuccessBehindTheFinishFrameOnly) {
+  EngineBench silent;
+  setUp(silent);
+  silent.chip->config().faults.dropsFinishReply = true;
+  ASSERT_TRUE(silent.program());
+  expectGood(silent);
+  EngineBench wrong;
+  setUp(wrong);
+  wrong.chip->config().faults.wrongFinishReply = true;
+  ASSERT_TRUE(wrong.program());
+  expectFailure(wrong, "The code has already programed, but the Options haven't been modified.", 2);
+  for (const auto fault :
+       {&sim::ChipFaults::silentErase, &sim::ChipFaults::silentStage, &sim::ChipFaults::silentOptions,
+        &sim::ChipFaults::passesTestNotChange, &sim::ChipFaults::optionsDoNotStick}) {
+    EngineBench bench;
+    setUp(bench);
+    bench.options.setControlValue("Power_On_Run_WDT_YES", "True");
+    bench.chip->config().faults.*fault = true;
+    ASSERT_TRUE(bench.program());
+    EXPECT_EQ(bench.panel.verdict.value(), VerdictKind::Fail) << bench.text();
+    EXPECT_FALSE(bench.records.back().failure.empty());
+    EXPECT_EQ(bench.notAtRest(), "");
+  }
+}
+
+TEST(Session, GoesDownToTheThirdCandidateAndNoFurther) {
+  for (const int refused : {3, 6, 9}) {
+    EngineBench bench;
+    setUp(bench);
+    bench.chip->config().faults.refusesBaudTests = refused;
+    ASSERT_TRUE(bench.program());
+    EXPECT_EQ(bench.passed(), refused < 9) << bench.text();
+    EXPECT_EQ(bench.says("Current Baud is: 38400 bps."), refused == 6) << bench.text();
+  }
+}
+
+TEST(Session, RepeatsWithACountDownUntilAChipFails) {
+  EngineBench bench;
+  setUp(bench, "Cedar-HF8D");
+  bench.panel.comDalay_ReDownLoad.setText("2");
+  int rounds = 0;
+  bench.hooks.onRunEnd = [&](const engine::RunRecord& record) {
+    bench.records.push_back(record);
+    if (!record.passed) return;
+    bench.loop.after(Millis(1200), [&] {
+      EXPECT_TRUE(bench.says("\n\nProgram succeed.\n\nAfter a few seconds, re-connection will continue.  1"))
+          << bench.text();
+      ++rounds;
+      bench.insertChip(Millis(1500), static_cast<std::uint64_t>(rounds + 2));
+      if (rounds == 3) bench.chip->config().faults.silentErase = true;
+    });
+  };
+  ASSERT_TRUE(bench.press(bench.panel.comDownload[1]));
+  EXPECT_EQ(bench.panel.txtWrite_OK_Count.text(), " 3");
+  EXPECT_EQ(bench.records.size(), 4u);
+  EXPECT_EQ(bench.panel.verdict.value(), VerdictKind::Fail);
+  EXPECT_EQ(bench.notAtRest(), "");
+}
+
+TEST(Session, ReadsAChipWithoutTouchingIt) {
+  EngineBench bench;
+  setUp(bench);
+  ASSERT_TRUE(bench.press(bench.panel.comReadChipLock));
+  EXPECT_TRUE(bench.says("MCU Type is: Ivy-HF0S")) << bench.text();
+  EXPECT_EQ(bench.chip->erases(), 0);
+  EXPECT_EQ(bench.panel.verdict.value(), VerdictKind::Idle);
+  EXPECT_EQ(bench.notAtRest(), "");
+}
+
+TEST(Session, StartsNothingWhileSomethingRuns) {
+  EngineBench bench;
+  setUp(bench);
+  bench.loop.after(Millis(600), [&] {
+    bench.session.comDownload_Click(0);
+    bench.session.comReadChipLock_Click();
+    EXPECT_FALSE(bench.panel.comDownload[0].enabled());
+    EXPECT_TRUE(bench.panel.comStop_Download.enabled());
+  });
+  ASSERT_TRUE(bench.program());
+  expectGood(bench);
+  EXPECT_EQ(bench.records.size(), 1u);
+  EXPECT_EQ(bench.chip->erases(), 1);
+}
+
+TEST(Session, ProgramsOnTheFixedLink) {
+  for (const char* name : {"Cedar-HF8D", "Birch-L80A", "Fir-H10A"}) {
+    EngineBench bench;
+    setUp(bench, name);
+    ASSERT_TRUE(bench.press(bench.panel.Command2));
+    expectGood(bench);
+    EXPECT_TRUE(bench.says("Current Baud is: 115200 bps.")) << bench.text();
+    EXPECT_FALSE(bench.panel.cheTL.value());
+  }
+}
+
+// The blocks of a download, frame by frame: bytes out, the chip's own work, the first byte of its answer, and the 10 ms
+// in which an answer is gathered. Nothing else takes time.
+TEST(Session, WastesNoTimeBetweenItsFrames) {
+  EngineBench bench;
+  setUp(bench, "Ivy-HF0S", 60 * 1024);
+  ASSERT_TRUE(bench.program());
+  expectGood(bench);
+  const auto& log = bench.wire.log();
+  const auto isData = [](const sim::Unit& unit) {
+    return unit.direction == sim::Direction::hostToDevice && unit.bytes.size() > 100 && unit.bytes[5] == 0;
+  };
+  const auto first = std::find_if(log.begin(), log.end(), isData);
+  const auto last = std::find_if(log.rbegin(), log.rend(), isData);
+  double floor = 0;
+  for (const auto& unit : log)
+    if (isData(unit) && &unit != &*last)
+      floor += static_cast<double>(unit.end - unit.start) + unit.line.byteMicros() + 10000;
+  for (const auto& stated : bench.chip->journal().statedTimes())
+    if (stated.from >= first->start && stated.to <= last->start) floor += static_cast<double>(stated.to - stated.from);
+  const auto frames = std::count_if(log.begin(), log.end(), isData);
+  const double ratio = static_cast<double>(last->start - first->start) / floor;
+  EXPECT_EQ(frames, 480);
+  EXPECT_GT(ratio, 0.99);
+  EXPECT_LT(ratio, 1.01);
 }
 
 }  // namespace
