@@ -1,5 +1,5 @@
-// Work that must have the window for itself: while a file dialog or a question stands open, no watcher, run or second dialog may
-// start. The window supplies the guard; unconnected, the work just runs.
+// Work that must have the window for itself: while a file dialog or a question stands open, no watcher, run or second
+// dialog may start. The window supplies the guard; unconnected, the work just runs.
 #pragma once
 
 #include <functional>

@@ -61,7 +61,8 @@ std::string checkAutoRange(const AutoIncrement& record, const catalogue::McuReco
   } else if (record.address > (model.family >= 2 ? model.dataEnd : model.apEnd)) {
     return "The address of auto increament in the buffer is too big.";
   }
-  if (tooLow) return "The address of auto increament in the code buffer is too small or the number of bytes is too big.";
+  if (tooLow)
+    return "The address of auto increament in the code buffer is too small or the number of bytes is too big.";
   return {};
 }
 

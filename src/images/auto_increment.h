@@ -1,5 +1,5 @@
-// Serial numbers: a running number that goes into the image before each chip, and its arithmetic. Everything here is a value;
-// serial_counters.h ties it to the controls, the images and the settings.
+// Serial numbers: a running number that goes into the image before each chip, and its arithmetic. Everything here is a
+// value; serial_counters.h ties it to the controls, the images and the settings.
 #pragma once
 
 #include <cstdint>

@@ -21,9 +21,9 @@ class BufferViews {
   // An empty view: scroll bar 0 .. 64 at 0.
   void showCleared(int index);
 
-  std::function<void()> onPageDrawn;                       // after each redraw
-  std::function<const AutoIncrement&(int)> readCounter;    // the counter of a view, fresh from its controls
-  std::function<bool(int)> counterOn;                      // its field is to be shown marked
+  std::function<void()> onPageDrawn;                     // after each redraw
+  std::function<const AutoIncrement&(int)> readCounter;  // the counter of a view, fresh from its controls
+  std::function<bool(int)> counterOn;                    // its field is to be shown marked
   bool editApproved() const { return editApproved_; }
   // While a run takes the image, a typed digit must not change what goes into the chip.
   void setReadOnly(bool on) { readOnly_ = on; }

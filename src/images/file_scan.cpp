@@ -76,8 +76,10 @@ std::string infoText(const FileInfo& info) {
   std::string text = "Size: " + std::to_string(info.size) + " bytes" + (info.more ? " read, the file is longer" : "") +
                      "   CRC-32: " + platform::hexText(info.crc, 8);
   if (!info.changedAt.empty()) text += "   Changed: " + info.changedAt;
-  if (info.noRecords) text += "\nNote: no line of this file is a HEX record.";
-  else if (info.missingEnd) text += "\nNote: the HEX file has no end record; it may be incomplete.";
+  if (info.noRecords)
+    text += "\nNote: no line of this file is a HEX record.";
+  else if (info.missingEnd)
+    text += "\nNote: the HEX file has no end record; it may be incomplete.";
   if (info.extendedRecords > 0)
     text += "\nNote: " + count(info.extendedRecords, "record", "records") +
             " of type 2 to 5, taken as data (no extended addressing).";

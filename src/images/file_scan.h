@@ -22,7 +22,7 @@ FormatChoice chooseFormat(std::string_view name, std::span<const std::uint8_t> b
 
 struct BinaryScan {
   FileLayer layer;
-  std::int64_t sum = 0;        // of the bytes that fit
+  std::int64_t sum = 0;  // of the bytes that fit
   std::int32_t fileStart = 0;
   std::int32_t fileEnd = 511;  // last address written, at least 511
   std::int64_t droppedBytes = 0;
@@ -33,10 +33,10 @@ std::uint32_t crc32(std::span<const std::uint8_t> bytes);
 
 // What the window shows beside a loaded file.
 struct FileInfo {
-  std::size_t size = 0;     // bytes read
-  bool more = false;        // the file is longer than what is read
-  std::uint32_t crc = 0;    // CRC-32 of the bytes read
-  std::string changedAt;    // local date and time of the file's last change
+  std::size_t size = 0;   // bytes read
+  bool more = false;      // the file is longer than what is read
+  std::uint32_t crc = 0;  // CRC-32 of the bytes read
+  std::string changedAt;  // local date and time of the file's last change
   std::int64_t extendedRecords = 0;
   std::int64_t overlappingBytes = 0;
   std::int64_t droppedBytes = 0;

@@ -3,8 +3,12 @@
 namespace kvr::images {
 
 FileWatcher::FileWatcher(platform::World& world, ImagePanel& panel, ImageState& state, Loader& loader)
-    : world_(world), panel_(panel), state_(state), loader_(loader),
-      Timer12_(world.loop, [this] { Timer12_Timer(); }, platform::Timer::Kind::Periodic) {
+    : world_(world),
+      panel_(panel),
+      state_(state),
+      loader_(loader),
+      Timer12_(
+          world.loop, [this] { Timer12_Timer(); }, platform::Timer::Kind::Periodic) {
   Timer12_.setInterval(platform::Millis{1000});
   const auto follow = [this] { listen(); };
   tokens_.push_back(panel_.cekReloadFileWhileFileChange.changed.watch(follow));
@@ -17,8 +21,10 @@ bool FileWatcher::wanted() const {
 
 // The tick runs only while a box is on: an idle window sleeps.
 void FileWatcher::listen() {
-  if (!wanted()) Timer12_.stop();
-  else if (!Timer12_.isActive()) Timer12_.start();
+  if (!wanted())
+    Timer12_.stop();
+  else if (!Timer12_.isActive())
+    Timer12_.start();
 }
 
 void FileWatcher::Timer12_Timer() {

@@ -1,4 +1,5 @@
-// Watches the code file that another program, such as a compiler, rewrites, and starts a download when a whole new file is there.
+// Watches the code file that another program, such as a compiler, rewrites, and starts a download when a whole new file
+// is there.
 #pragma once
 
 #include <functional>

@@ -2,7 +2,9 @@
 
 namespace kvr::images {
 
-std::string HexPane::property(std::string_view name) const { return name == "Text" ? model.pageText() : std::string(); }
+std::string HexPane::property(std::string_view name) const {
+  return name == "Text" ? model.pageText() : std::string();
+}
 
 void HexPane::userKey(HexKey key, bool selecting) {
   if (enabled() && onKey) onKey(key, selecting);

@@ -1,5 +1,5 @@
-// A view of an image in hexadecimal, as a control: the state of the view and the gestures that change it. A window draws it
-// and posts the gestures; the virtual world reads the page as text and types into it.
+// A view of an image in hexadecimal, as a control: the state of the view and the gestures that change it. A window
+// draws it and posts the gestures; the virtual world reads the page as text and types into it.
 #pragma once
 
 #include <functional>

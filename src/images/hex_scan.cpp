@@ -26,10 +26,12 @@ constexpr auto kDigitOf = digitTable();
 // One record: the pairs of a line, decoded. A pair with a bad digit, or one that is not there, is 0.
 struct Record {
   std::array<std::uint8_t, kMaxPairs + 1> pairs;  // those in use, and a zero behind them
-  int last = 0;  // index of the last pair before the check sum; below 3: no data
+  int last = 0;                                   // index of the last pair before the check sum; below 3: no data
 
   int count() const { return std::max(0, std::min(last, kMaxPairs - 1) - 3); }  // data bytes
-  std::uint8_t pair(int index) const { return index >= 0 && index < kMaxPairs ? pairs[static_cast<std::size_t>(index)] : 0; }
+  std::uint8_t pair(int index) const {
+    return index >= 0 && index < kMaxPairs ? pairs[static_cast<std::size_t>(index)] : 0;
+  }
 };
 
 // True: the check sum holds.

@@ -1,8 +1,8 @@
 // Reading an Intel HEX file: from its bytes to a value that says what lies where and what is odd about it.
 //
-// Record addresses are 16 bits. There is no extended addressing: every record but the end record is taken as data, types 2
-// to 5 too, since no chip of the range has more than 64 KB. Records with a bad check sum are taken as well; who loads the
-// file asks the person.
+// Record addresses are 16 bits. There is no extended addressing: every record but the end record is taken as data,
+// types 2 to 5 too, since no chip of the range has more than 64 KB. Records with a bad check sum are taken as well; who
+// loads the file asks the person.
 #pragma once
 
 #include <cstdint>

@@ -54,7 +54,9 @@ std::int32_t HexViewModel::lastAddress() const {
   return std::clamp<std::int32_t>(buffer_->rangeEnd, firstAddress(), buffer_->size() - 1);
 }
 
-int HexViewModel::lineCount() const { return buffer_ == nullptr ? 0 : lineOf(lastAddress()) + 1; }
+int HexViewModel::lineCount() const {
+  return buffer_ == nullptr ? 0 : lineOf(lastAddress()) + 1;
+}
 
 int HexViewModel::scrollMaximum() const {
   if (buffer_ == nullptr) return 0;
@@ -62,9 +64,13 @@ int HexViewModel::scrollMaximum() const {
   return std::max(0, (lastAddress() - start) / 16 - 3);
 }
 
-void HexViewModel::scrollTo(int line) { topLine_ = std::clamp(line, 0, scrollMaximum()); }
+void HexViewModel::scrollTo(int line) {
+  topLine_ = std::clamp(line, 0, scrollMaximum());
+}
 
-void HexViewModel::setPageLines(int lines) { pageLines_ = std::max(1, lines); }
+void HexViewModel::setPageLines(int lines) {
+  pageLines_ = std::max(1, lines);
+}
 
 HexLine HexViewModel::line(int index) const {
   HexLine result;
@@ -96,8 +102,10 @@ AddressSpan HexViewModel::selection() const {
 }
 
 void HexViewModel::place(std::int32_t address, bool lowDigit, bool selecting) {
-  if (!selecting) anchor_.reset();
-  else if (!anchor_) anchor_ = caret_.address;
+  if (!selecting)
+    anchor_.reset();
+  else if (!anchor_)
+    anchor_ = caret_.address;
   caret_ = {std::clamp(address, firstAddress(), std::max(firstAddress(), lastAddress())), lowDigit};
 }
 
@@ -112,20 +120,30 @@ void HexViewModel::move(HexKey key, bool selecting) {
   switch (key) {
     case HexKey::Left:
       if (selecting || !caret_.lowDigit) {
-        if (at > firstAddress()) place(at - 1, !selecting, selecting);
-        else place(at, false, selecting);
+        if (at > firstAddress())
+          place(at - 1, !selecting, selecting);
+        else
+          place(at, false, selecting);
       } else {
         place(at, false, false);
       }
       break;
     case HexKey::Right:
-      if (selecting) place(at + 1, false, true);
-      else if (!caret_.lowDigit) place(at, true, false);
-      else if (at < lastAddress()) place(at + 1, false, false);
-      else place(at, true, false);
+      if (selecting)
+        place(at + 1, false, true);
+      else if (!caret_.lowDigit)
+        place(at, true, false);
+      else if (at < lastAddress())
+        place(at + 1, false, false);
+      else
+        place(at, true, false);
       break;
-    case HexKey::Up: byLines(-1); break;
-    case HexKey::Down: byLines(1); break;
+    case HexKey::Up:
+      byLines(-1);
+      break;
+    case HexKey::Down:
+      byLines(1);
+      break;
     case HexKey::PageUp:
       scrollTo(topLine_ - pageLines_);
       byLines(-std::min(pageLines_, lineOf(at)));
@@ -134,15 +152,25 @@ void HexViewModel::move(HexKey key, bool selecting) {
       scrollTo(topLine_ + pageLines_);
       byLines(std::min(pageLines_, (lastAddress() - at) / 16));
       break;
-    case HexKey::LineStart: place(at / 16 * 16, false, selecting); break;
-    case HexKey::LineEnd: place(std::min(at / 16 * 16 + 15, lastAddress()), false, selecting); break;
-    case HexKey::First: place(firstAddress(), false, selecting); break;
-    case HexKey::Last: place(lastAddress(), false, selecting); break;
+    case HexKey::LineStart:
+      place(at / 16 * 16, false, selecting);
+      break;
+    case HexKey::LineEnd:
+      place(std::min(at / 16 * 16 + 15, lastAddress()), false, selecting);
+      break;
+    case HexKey::First:
+      place(firstAddress(), false, selecting);
+      break;
+    case HexKey::Last:
+      place(lastAddress(), false, selecting);
+      break;
   }
   reveal();
 }
 
-void HexViewModel::click(HexSpot spot, bool selecting) { place(spot.address, spot.lowDigit, selecting); }
+void HexViewModel::click(HexSpot spot, bool selecting) {
+  place(spot.address, spot.lowDigit, selecting);
+}
 
 void HexViewModel::selectSpan(AddressSpan span) {
   if (span.empty()) return;
@@ -173,7 +201,9 @@ std::optional<HexEdit> HexViewModel::digit(char32_t character) const {
   return HexEdit{caret_.address, static_cast<std::uint8_t>(value)};
 }
 
-void HexViewModel::stepOn() { move(HexKey::Right, false); }
+void HexViewModel::stepOn() {
+  move(HexKey::Right, false);
+}
 
 bool HexViewModel::goTo(const std::string& hexAddress) {
   std::string text = platform::upper(platform::trim(hexAddress));

@@ -1,8 +1,8 @@
-// The logic of a hexadecimal view of one image buffer: which lines show, where the caret is, what a typed digit changes.
-// It knows no window: a widget asks for the lines that are visible and passes gestures on.
+// The logic of a hexadecimal view of one image buffer: which lines show, where the caret is, what a typed digit
+// changes. It knows no window: a widget asks for the lines that are visible and passes gestures on.
 //
-// Only the buffer's range is shown, in lines of 16 bytes; a line's address is a multiple of 16, the first line is the one
-// that holds `rangeStart` (it shows from its first byte), the last may be short.
+// Only the buffer's range is shown, in lines of 16 bytes; a line's address is a multiple of 16, the first line is the
+// one that holds `rangeStart` (it shows from its first byte), the last may be short.
 #pragma once
 
 #include <array>
@@ -76,7 +76,7 @@ class HexViewModel {
 
   // Caret and selection.
   HexSpot caret() const { return caret_; }
-  AddressSpan selection() const;  // empty when nothing is selected
+  AddressSpan selection() const;          // empty when nothing is selected
   void move(HexKey key, bool selecting);  // keeps the caret in view
   void click(HexSpot spot, bool selecting);
   void selectSpan(AddressSpan span);
@@ -87,8 +87,8 @@ class HexViewModel {
   void setField(AddressSpan field) { field_ = field; }
   AddressSpan field() const { return field_; }
 
-  // Edit: what the digit under the caret becomes; nothing for a character that is no hexadecimal digit, or without a byte
-  // under the caret. `stepOn` moves to the next digit afterwards.
+  // Edit: what the digit under the caret becomes; nothing for a character that is no hexadecimal digit, or without a
+  // byte under the caret. `stepOn` moves to the next digit afterwards.
   std::optional<HexEdit> digit(char32_t character) const;
   void stepOn();
 

@@ -4,7 +4,9 @@
 
 namespace kvr::images {
 
-void ImageBounds::mergeFile() { takeIn(fileStart, fileEnd); }
+void ImageBounds::mergeFile() {
+  takeIn(fileStart, fileEnd);
+}
 
 void ImageBounds::takeIn(std::int32_t first, std::int32_t last) {
   rangeStart = std::min(rangeStart, first);
@@ -48,8 +50,10 @@ void ImageBuffer::lay(const FileLayer& file) {
 
 void ImageBuffer::blank(std::int32_t first, std::int32_t last) {
   const auto [begin, end] = clip(first, std::int64_t{last} - first + 1);
-  std::fill(bytes_.begin() + static_cast<std::ptrdiff_t>(begin), bytes_.begin() + static_cast<std::ptrdiff_t>(end), std::uint8_t{0});
-  std::fill(marks_.begin() + static_cast<std::ptrdiff_t>(begin), marks_.begin() + static_cast<std::ptrdiff_t>(end), std::uint8_t{0});
+  std::fill(bytes_.begin() + static_cast<std::ptrdiff_t>(begin), bytes_.begin() + static_cast<std::ptrdiff_t>(end),
+            std::uint8_t{0});
+  std::fill(marks_.begin() + static_cast<std::ptrdiff_t>(begin), marks_.begin() + static_cast<std::ptrdiff_t>(end),
+            std::uint8_t{0});
   touch();
 }
 

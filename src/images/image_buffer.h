@@ -1,7 +1,7 @@
 // The images of the target's two memories, as the loaders fill them and the programming steps send them.
 //
-// A byte's index is its address in the file: the code image counts from code address 0, the data image from the start of
-// the Data Memory. What no file wrote reads 0, and so does every address beyond the buffer's end.
+// A byte's index is its address in the file: the code image counts from code address 0, the data image from the start
+// of the Data Memory. What no file wrote reads 0, and so does every address beyond the buffer's end.
 #pragma once
 
 #include <cstdint>
@@ -26,8 +26,8 @@ struct ImageBounds {
   std::int32_t rangeEnd = 1023;
   bool operator==(const ImageBounds&) const = default;
 
-  void mergeFile();                                          // the range takes in the last file
-  void takeIn(std::int32_t first, std::int32_t last);        // the range takes in these addresses
+  void mergeFile();                                    // the range takes in the last file
+  void takeIn(std::int32_t first, std::int32_t last);  // the range takes in these addresses
 };
 
 // A file's bytes laid out by address, ready to be put over a buffer. All three have the same length.
@@ -55,16 +55,16 @@ class ImageBuffer : public ImageBounds {
   std::int32_t size() const { return static_cast<std::int32_t>(bytes_.size()); }
   std::span<const std::uint8_t> bytes() const { return bytes_; }
   std::uint8_t at(std::int32_t address) const;
-  bool fileWrote(std::int32_t address) const { return marked(address, kFromFile); }     // some file put this byte here
+  bool fileWrote(std::int32_t address) const { return marked(address, kFromFile); }  // some file put this byte here
   bool changedSinceLoad(std::int32_t address) const { return marked(address, kEdited); }  // by hand or by a counter
 
   // Each of these tells the observers once. Addresses outside the buffer are passed over.
-  void fill(std::uint8_t value);                                        // every byte; forgets all marks
-  void lay(const FileLayer& file);                                      // a file's bytes over what is there
-  void blank(std::int32_t first, std::int32_t last);                    // zeros that no file wrote
+  void fill(std::uint8_t value);                                         // every byte; forgets all marks
+  void lay(const FileLayer& file);                                       // a file's bytes over what is there
+  void blank(std::int32_t first, std::int32_t last);                     // zeros that no file wrote
   void edit(std::int32_t address, std::span<const std::uint8_t> bytes);  // marked as changed since the load
   void put(std::int32_t address, std::span<const std::uint8_t> bytes);   // as a file would
-  void touch() const { changed.emit(); }                                // bounds or flags were set directly
+  void touch() const { changed.emit(); }                                 // bounds or flags were set directly
 
   platform::Signal changed;  // bytes, marks, bounds or flags
 

@@ -6,8 +6,8 @@ ImagePanel::ImagePanel() {
   comLoadFile.setCaption("Open-Code-File");
   comLoadDataFile.setCaption("Open-EEPROM-File");
   for (auto* box : {&txtAP_FileStart, &txtDataFileStart, &txt_Start_Address, &txt_length}) box->setText("0");
-  // A new file replaces the old one unless the operator wants two files merged: the tail of a longer old build must not stay
-  // behind a shorter new one.
+  // A new file replaces the old one unless the operator wants two files merged: the tail of a longer old build must not
+  // stay behind a shorter new one.
   for (auto* box : {&cheClearAP_Buffer, &cheClearDataBuffer}) {
     box->setCaption("Clear the Buffer");
     box->setValue(true);
@@ -37,7 +37,8 @@ ImagePanel::ImagePanel() {
   comComp.setEnabled(false);
   cekReloadFile.setCaption("Reload the file before each programming");
   cekReloadFileWhileFileChange.setCaption("Reload the file when the file is changed and program automatically");
-  cekReloadFileWhileFileChange1.setCaption("Reload the file when the file is changed and send the Command automaticlly.");
+  cekReloadFileWhileFileChange1.setCaption(
+      "Reload the file when the file is changed and send the Command automaticlly.");
 }
 
 void ImagePanel::addTo(platform::ControlRegistry& registry) {

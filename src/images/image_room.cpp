@@ -34,8 +34,9 @@ void ImageRoom::setDataFileControls(bool enable) {
 
 void ImageRoom::applyLock(int uiLockState) {
   const bool free = uiLockState == 0;
-  for (platform::Control* control : std::initializer_list<platform::Control*>{
-           &panel.txtAP_FileStart, &panel.txtFileCheckSum, &panel.cheClearAP_Buffer, &panel.comLoadFile, &panel.comStoreFile})
+  for (platform::Control* control :
+       std::initializer_list<platform::Control*>{&panel.txtAP_FileStart, &panel.txtFileCheckSum,
+                                                 &panel.cheClearAP_Buffer, &panel.comLoadFile, &panel.comStoreFile})
     control->setEnabled(free);
   codeOffered_ = free;
   setDataFileControls(free && catalogue::hasDataFile(selected_.record));

@@ -11,11 +11,15 @@ namespace {
 
 constexpr const char* kTitle = "KVR-ISP";
 
-std::string fileNameOf(const std::string& path) { return path.substr(path.find_last_of("/\\") + 1); }
+std::string fileNameOf(const std::string& path) {
+  return path.substr(path.find_last_of("/\\") + 1);
+}
 
 }  // namespace
 
-bool isProjectPath(const std::string& path) { return platform::upper(path).find(".KVR") != std::string::npos; }
+bool isProjectPath(const std::string& path) {
+  return platform::upper(path).find(".KVR") != std::string::npos;
+}
 
 Loader::Loader(platform::World& world, const catalogue::SelectedModel& selected, ImagePanel& panel, ImageState& state,
                BufferViews& views, SerialCounters& counters)
@@ -24,8 +28,12 @@ Loader::Loader(platform::World& world, const catalogue::SelectedModel& selected,
   panel_.comLoadDataFile.onClick = [this] { comLoadDataFile_Click(); };
 }
 
-void Loader::comLoadFile_Click() { pick("AP", state_.CodeBuffer); }
-void Loader::comLoadDataFile_Click() { pick("DATA", state_.EepromBuffer); }
+void Loader::comLoadFile_Click() {
+  pick("AP", state_.CodeBuffer);
+}
+void Loader::comLoadDataFile_Click() {
+  pick("DATA", state_.EepromBuffer);
+}
 
 void Loader::pick(const std::string& kind, ImageBuffer& buffer) {
   std::string path;
@@ -40,11 +48,11 @@ std::string Loader::askFileName(const std::string& kind) {
   const bool isCode = kind == "AP";
   std::string last = world_.store.getOr("Settings", isCode ? "FilePath" : "DataFilePath", "");
   if (last.empty()) last = world_.files.programFolder();
-  const std::string path = world_.dialogs.openFile(
-      {.title = isCode ? "Open file ( *.hex or *.bin )" : "Open Data file ( *.hex or *.bin )",
-       .filter = "(*.hex, *.bin)|*.hex;*.bin|(*.bin)|*.bin|(*.hex)|*.hex|All Files (*.*)|*.*",
-       .initialFolder = last,
-       .fileName = world_.files.fileExists(last) ? fileNameOf(last) : ""});
+  const std::string path =
+      world_.dialogs.openFile({.title = isCode ? "Open file ( *.hex or *.bin )" : "Open Data file ( *.hex or *.bin )",
+                               .filter = "(*.hex, *.bin)|*.hex;*.bin|(*.bin)|*.bin|(*.hex)|*.hex|All Files (*.*)|*.*",
+                               .initialFolder = last,
+                               .fileName = world_.files.fileExists(last) ? fileNameOf(last) : ""});
   if (path.empty() || path.back() == '\\' || path.back() == '/') return {};
   remember(path, isCode);
   return path;
@@ -52,8 +60,10 @@ std::string Loader::askFileName(const std::string& kind) {
 
 void Loader::remember(const std::string& path, bool isCode) {
   state_.lastFileName = path;
-  if (isCode) panel_.Frame7.setCaption("Program File: " + path);
-  else panel_.frmDataFlash.setCaption("Data File: " + path);
+  if (isCode)
+    panel_.Frame7.setCaption("Program File: " + path);
+  else
+    panel_.frmDataFlash.setCaption("Data File: " + path);
   world_.store.set("Settings", isCode ? "FilePath" : "DataFilePath", path);
 }
 

@@ -31,8 +31,8 @@ class Loader {
 
   void comLoadFile_Click();
   void comLoadDataFile_Click();
-  // A file that was dropped onto the window or named otherwise: captions and settings follow as after the dialog, then a
-  // project goes to `openProject` and anything else is loaded. Refused, too, while something else is under way.
+  // A file that was dropped onto the window or named otherwise: captions and settings follow as after the dialog, then
+  // a project goes to `openProject` and anything else is loaded. Refused, too, while something else is under way.
   LoadResult open(const std::string& path, ImageBuffer& buffer);
 
   std::string askFileName(const std::string& kind);  // "AP" or "DATA"; empty: cancelled
@@ -43,9 +43,9 @@ class Loader {
 
   // Takes the last path again, without loading. False: the file is gone (message shown).
   bool reloadFiles();
-  // The same code file anew, for a run or because it changed: waits while the file is being written, and counters that were
-  // on are on again afterwards with their value in the fresh image. False: a run must end before anything is sent. A project
-  // is no file to reload: its image stands, and the answer is true.
+  // The same code file anew, for a run or because it changed: waits while the file is being written, and counters that
+  // were on are on again afterwards with their value in the fresh image. False: a run must end before anything is sent.
+  // A project is no file to reload: its image stands, and the answer is true.
   [[nodiscard]] bool reload();
   [[nodiscard]] bool reloadNow();  // the same for a file that is known to be at rest
 
@@ -59,9 +59,9 @@ class Loader {
   // The file may be taken: it is no HEX file that lacks the end record its last version had.
   bool looksWhole(const std::string& path) const;
 
-  Alone alone;  // the two buttons' dialogs and loads
+  Alone alone;                                          // the two buttons' dialogs and loads
   std::function<void(const std::string&)> openProject;  // a path with ".KVR"; the receiver brings up its page
-  std::function<void()> onLoaded;  // a load ended with an image
+  std::function<void()> onLoaded;                       // a load ended with an image
 
  private:
   struct Read;

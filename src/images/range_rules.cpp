@@ -14,10 +14,14 @@ constexpr std::string_view kCut = "The file is over the valid scope, and the exc
 constexpr std::int32_t kUsableData = 100;  // a Data Memory below this size is none
 
 // Half of it in the second half of the file: models whose Data Memory begins at 32768 in the file.
-bool isSplitCedar(const McuRecord& model) { return model.name == "Cedar-H50D" || model.name == "Cedar-L50D"; }
+bool isSplitCedar(const McuRecord& model) {
+  return model.name == "Cedar-H50D" || model.name == "Cedar-L50D";
+}
 
 // Families 0, 1, 2, 11, 12, 13: code, Data Memory and boot area in one map.
-bool isFirstGeneration(const McuRecord& model) { return model.family <= 2 || catalogue::isLateFamily(model.family); }
+bool isFirstGeneration(const McuRecord& model) {
+  return model.family <= 2 || catalogue::isLateFamily(model.family);
+}
 
 std::string sumDigits(std::int64_t sum) {
   const std::string digits = platform::hexText(static_cast<std::uint32_t>(sum), 7);
@@ -27,7 +31,8 @@ std::string sumDigits(std::int64_t sum) {
 // One file being judged. `fileEnd` and the span list grow into the verdict.
 class Judge {
  public:
-  Judge(const McuRecord& model, const catalogue::IspRange& range, const LoadedFile& file, std::span<const std::uint8_t> bytes)
+  Judge(const McuRecord& model, const catalogue::IspRange& range, const LoadedFile& file,
+        std::span<const std::uint8_t> bytes)
       : model_(model), range_(range), file_(file), bytes_(bytes) {
     verdict_.fileEnd = file.fileEnd;
     verdict_.sumInCodeBox = file.isCode;
@@ -40,9 +45,12 @@ class Judge {
       return std::move(verdict_);
     }
     withoutDataMemory();
-    if (!isFirstGeneration(model_)) oneFile();
-    else if (file_.format == FileFormat::Hex) sharedMapHex();
-    else sharedMapBinary();
+    if (!isFirstGeneration(model_))
+      oneFile();
+    else if (file_.format == FileFormat::Hex)
+      sharedMapHex();
+    else
+      sharedMapBinary();
     return std::move(verdict_);
   }
 
@@ -54,7 +62,8 @@ class Judge {
     return false;
   }
   bool isCleared(std::int32_t address) const {
-    return std::any_of(verdict_.cleared.begin(), verdict_.cleared.end(), [&](const auto& span) { return span.holds(address); });
+    return std::any_of(verdict_.cleared.begin(), verdict_.cleared.end(),
+                       [&](const auto& span) { return span.holds(address); });
   }
   void clear(std::int32_t first, std::int32_t last) {
     if (first <= last) verdict_.cleared.push_back({first, last});
@@ -186,6 +195,8 @@ std::string checkStart(const McuRecord& model, bool isCode, std::int64_t startOf
   return startOffset > last ? "Start Buffer Address exceeded the valid scope. \n" : "";
 }
 
-std::string loadTitle(FileFormat format) { return format == FileFormat::Hex ? "Open HEX file" : "Open BIN file"; }
+std::string loadTitle(FileFormat format) {
+  return format == FileFormat::Hex ? "Open HEX file" : "Open BIN file";
+}
 
 }  // namespace kvr::images

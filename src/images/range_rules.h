@@ -1,8 +1,8 @@
 // How a file's extent is held against the memory of the model: what is cut, what is cleared, what the person is told.
 //
-// Three layouts. Models with a Data Memory file of their own: code and data are checked apart. Other models of the later
-// generation: the Data Memory lies behind the code in the same file. First generation: code, Data Memory and boot area share
-// one 64 KB map, and the application may or may not reach up to the boot area.
+// Three layouts. Models with a Data Memory file of their own: code and data are checked apart. Other models of the
+// later generation: the Data Memory lies behind the code in the same file. First generation: code, Data Memory and boot
+// area share one 64 KB map, and the application may or may not reach up to the boot area.
 #pragma once
 
 #include <cstdint>
@@ -25,10 +25,10 @@ struct LoadedFile {
 };
 
 struct RangeVerdict {
-  std::int32_t fileEnd = 0;               // the end that counts
-  std::vector<AddressSpan> cleared;       // of the image: set to 0
-  std::vector<std::string> messages;      // in order, each a message box of its own
-  bool sumInCodeBox = true;               // which check sum box takes `sumText`
+  std::int32_t fileEnd = 0;           // the end that counts
+  std::vector<AddressSpan> cleared;   // of the image: set to 0
+  std::vector<std::string> messages;  // in order, each a message box of its own
+  bool sumInCodeBox = true;           // which check sum box takes `sumText`
   std::string sumText;
 };
 

@@ -7,7 +7,9 @@
 namespace kvr::images {
 
 namespace {
-int whole16(const std::string& text) { return std::clamp(platform::wholeOf(text), -32768, 32767); }
+int whole16(const std::string& text) {
+  return std::clamp(platform::wholeOf(text), -32768, 32767);
+}
 }  // namespace
 
 SerialCounters::SerialCounters(platform::World& world, const catalogue::SelectedModel& selected, ImagePanel& panel,
@@ -26,14 +28,32 @@ SerialCounters::SerialCounters(platform::World& world, const catalogue::Selected
 
 SerialCounters::Side SerialCounters::side(const AutoIncrement& record) {
   if (record.isCode())
-    return {code, panel_.cheAuto_Increase, panel_.texAuto_Increase, panel_.optAuto_Increase, state_.CodeBuffer, 0,
-            "Auto_Increase", "Set Program Automatic Increment", codeAllowed_};
-  return {data, panel_.cheData_Auto_Increase, panel_.texData_Auto_Increase, panel_.optData_Auto_Increase,
-          state_.EepromBuffer, 1, "Data_Auto_Increase", "Set EEPROM Automatic Increment", dataAllowed_};
+    return {code,
+            panel_.cheAuto_Increase,
+            panel_.texAuto_Increase,
+            panel_.optAuto_Increase,
+            state_.CodeBuffer,
+            0,
+            "Auto_Increase",
+            "Set Program Automatic Increment",
+            codeAllowed_};
+  return {data,
+          panel_.cheData_Auto_Increase,
+          panel_.texData_Auto_Increase,
+          panel_.optData_Auto_Increase,
+          state_.EepromBuffer,
+          1,
+          "Data_Auto_Increase",
+          "Set EEPROM Automatic Increment",
+          dataAllowed_};
 }
 
-void SerialCounters::cheAuto_Increase_Click() { click(code); }
-void SerialCounters::cheData_Auto_Increase_Click() { click(data); }
+void SerialCounters::cheAuto_Increase_Click() {
+  click(code);
+}
+void SerialCounters::cheData_Auto_Increase_Click() {
+  click(data);
+}
 
 void SerialCounters::click(AutoIncrement& record) {
   const Side at = side(record);
@@ -121,7 +141,9 @@ void SerialCounters::saveAutoSettings() {
   world_.store.flush();  // a number that has gone into a chip must be on the disk before the next chip comes
 }
 
-bool SerialCounters::armForRun() { return armOne(code) && armOne(data); }
+bool SerialCounters::armForRun() {
+  return armOne(code) && armOne(data);
+}
 
 bool SerialCounters::armOne(AutoIncrement& record) {
   const Side at = side(record);

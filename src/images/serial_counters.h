@@ -1,7 +1,7 @@
 // The two serial number counters of the window: boxes, image, settings.
 //
-// A box that is on promises that every chip carries its own number. So a run starts with `armForRun` and goes on after a
-// success only when `advanceAfterSuccess` says so: a chip without its number must not leave.
+// A box that is on promises that every chip carries its own number. So a run starts with `armForRun` and goes on after
+// a success only when `advanceAfterSuccess` says so: a chip without its number must not leave.
 #pragma once
 
 #include "catalogue/selected_model.h"
@@ -24,19 +24,19 @@ class SerialCounters {
   void cheAuto_Increase_Click();
   void cheData_Auto_Increase_Click();
 
-  void readAutoControls();                              // both records from their controls
-  [[nodiscard]] bool checkAutoRange(AutoIncrement&);    // message box and false when the field does not fit; arms it
-  [[nodiscard]] bool writeAutoValue(AutoIncrement&);    // message box and false when `next` cannot be written
-  void advanceIncrement(AutoIncrement&);                // the following value into the box, if armed
+  void readAutoControls();                            // both records from their controls
+  [[nodiscard]] bool checkAutoRange(AutoIncrement&);  // message box and false when the field does not fit; arms it
+  [[nodiscard]] bool writeAutoValue(AutoIncrement&);  // message box and false when `next` cannot be written
+  void advanceIncrement(AutoIncrement&);              // the following value into the box, if armed
   void showAutoField(AutoIncrement&);
   void loadAutoSettings();
   void saveAutoSettings();
 
-  // Start of a run: a box that is on but not armed yet is clicked (settings, value, range). False: a box is on and its field
-  // could not be armed or written; the message box has been shown and the run must end there.
+  // Start of a run: a box that is on but not armed yet is clicked (settings, value, range). False: a box is on and its
+  // field could not be armed or written; the message box has been shown and the run must end there.
   [[nodiscard]] bool armForRun();
-  // After a chip was programmed and verified, code first: next value into box, image, view and settings. False: the next value
-  // cannot be written (message box shown); a repeat must end.
+  // After a chip was programmed and verified, code first: next value into box, image, view and settings. False: the
+  // next value cannot be written (message box shown); a repeat must end.
   [[nodiscard]] bool advanceAfterSuccess();
 
   // What the chip in hand carries, for a record: the number of each armed counter, code first, a slash between two.

@@ -8,7 +8,9 @@ namespace {
 constexpr const char* kTitle = "KVR-ISP";
 constexpr int kAskEvery = 100;  // differences between two questions
 
-std::string address4(std::int32_t address) { return platform::padLeft(platform::hexText(static_cast<std::uint32_t>(address)), 4); }
+std::string address4(std::int32_t address) {
+  return platform::padLeft(platform::hexText(static_cast<std::uint32_t>(address)), 4);
+}
 
 // A box's last `digits` characters as an unsigned hexadecimal number; negative when one of them is no digit.
 std::int32_t boxNumber(const platform::TextBox& box, int digits) {
@@ -52,8 +54,8 @@ void StoreCompare::store() {
                                                     .initialFolder = world_.store.getOr("Settings", "FilePath", ""),
                                                     .fileName = ""});
   if (path.empty()) return;
-  const auto bytes = state_.CodeBuffer.bytes().subspan(static_cast<std::size_t>(range.span.first),
-                                                       static_cast<std::size_t>(range.span.last - range.span.first + 1));
+  const auto bytes = state_.CodeBuffer.bytes().subspan(
+      static_cast<std::size_t>(range.span.first), static_cast<std::size_t>(range.span.last - range.span.first + 1));
   if (const auto result = world_.files.replace(path, bytes); !result)
     world_.dialogs.message(kTitle, "The file cannot be written: " + result.error, platform::BoxIcon::Warning);
 }

@@ -1,5 +1,5 @@
-// Store: a range of the code image to a binary file. Compare: the code image against a dump of the chip's memory that the
-// terminal received.
+// Store: a range of the code image to a binary file. Compare: the code image against a dump of the chip's memory that
+// the terminal received.
 #pragma once
 
 #include <cstdint>

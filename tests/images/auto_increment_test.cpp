@@ -10,11 +10,19 @@ namespace {
 using platform::Bytes;
 
 AutoIncrement counter(int bytes, int radix, const std::string& next, int step = 1) {
-  return {.kind = "AP_AUTO_INCREASE", .address = 0x100, .bytes = bytes, .next = next, .armed = true, .step = step, .radix = radix};
+  return {.kind = "AP_AUTO_INCREASE",
+          .address = 0x100,
+          .bytes = bytes,
+          .next = next,
+          .armed = true,
+          .step = step,
+          .radix = radix};
 }
 
 TEST(AutoIncrement, WritesMostSignificantByteFirstWithZerosInFront) {
-  const auto bytes = [](int count, int radix, const std::string& next) { return autoValue(counter(count, radix, next)).bytes; };
+  const auto bytes = [](int count, int radix, const std::string& next) {
+    return autoValue(counter(count, radix, next)).bytes;
+  };
   EXPECT_EQ(bytes(2, kRadixHex, "65535"), (Bytes{0xFF, 0xFF}));
   EXPECT_EQ(bytes(4, kRadixHex, "2147483647"), (Bytes{0x7F, 0xFF, 0xFF, 0xFF}));
   EXPECT_EQ(bytes(4, kRadixHex, "258"), (Bytes{0, 0, 1, 2}));

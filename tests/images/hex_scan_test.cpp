@@ -26,7 +26,9 @@ Bytes fileBytes(const std::string& path) {
   EXPECT_TRUE(file.good()) << path;
   return {std::istreambuf_iterator<char>(file), {}};
 }
-Bytes dataFile(const std::string& name) { return fileBytes(std::string(KVR_SOURCE_DIR) + "/tests/images/data/" + name); }
+Bytes dataFile(const std::string& name) {
+  return fileBytes(std::string(KVR_SOURCE_DIR) + "/tests/images/data/" + name);
+}
 
 Bytes part(const HexScan& scan, std::int32_t first, std::size_t count) {
   return {scan.layer.bytes.begin() + first, scan.layer.bytes.begin() + first + static_cast<std::ptrdiff_t>(count)};
@@ -46,7 +48,8 @@ TEST(HexScan, ReadsRecordsOfEveryLengthFromOneTo255) {
     for (std::size_t at = 0; at < payload.size(); at += length)
       text += hexRecord(static_cast<int>(0x0345 + at),
                         Bytes(payload.begin() + static_cast<std::ptrdiff_t>(at),
-                              payload.begin() + static_cast<std::ptrdiff_t>(std::min(payload.size(), at + length)))) + "\n";
+                              payload.begin() + static_cast<std::ptrdiff_t>(std::min(payload.size(), at + length)))) +
+              "\n";
     const HexScan result = scan(text + kEndRecord);
     ASSERT_EQ(part(result, 0x0345, payload.size()), payload) << length;
     EXPECT_EQ(result.badSums, 0);
@@ -60,9 +63,12 @@ TEST(HexScan, ReadsWhatToolsWrite) {
   const Bytes payload = dataFile("payload.bin");
   for (const auto* name : {"records_1.hex", "records_255.hex", "records_17_crlf.hex", "descending.hex"}) {
     const HexScan result = scanHex(dataFile(name), 0, 0x10000, kSize);
-    const std::size_t count = std::string(name) == "records_1.hex" ? 64 : std::string(name) == "descending.hex" ? 300 : 700;
+    const std::size_t count = std::string(name) == "records_1.hex"    ? 64
+                              : std::string(name) == "descending.hex" ? 300
+                                                                      : 700;
     const std::int32_t at = std::string(name) == "descending.hex" ? 0xE000 : 0;
-    EXPECT_EQ(part(result, at, count), Bytes(payload.begin(), payload.begin() + static_cast<std::ptrdiff_t>(count))) << name;
+    EXPECT_EQ(part(result, at, count), Bytes(payload.begin(), payload.begin() + static_cast<std::ptrdiff_t>(count)))
+        << name;
     EXPECT_EQ(result.badSums, 0) << name;
   }
   // Holes stay what they were: zeros that no file wrote.
@@ -101,8 +107,8 @@ TEST(HexScan, LastRecordWinsAndOverlapsAreCounted) {
 
 TEST(HexScan, EndsLinesWithAnyLineEndAndAtTheEndRecord) {
   for (const auto* end : {"\n", "\r\n", "\r"}) {
-    const HexScan result = scan(hexRecord(0, {5}) + end + "a comment" + end + end + hexRecord(1, {6}) + end + kEndRecord + end +
-                                hexRecord(2, {7}) + end);
+    const HexScan result = scan(hexRecord(0, {5}) + end + "a comment" + end + end + hexRecord(1, {6}) + end +
+                                kEndRecord + end + hexRecord(2, {7}) + end);
     EXPECT_EQ(part(result, 0, 3), (Bytes{5, 6, 0})) << "nothing behind the end record is read";
     EXPECT_TRUE(result.endRecord);
   }
@@ -123,8 +129,8 @@ TEST(HexScan, ReadsBrokenLinesByTheirPairs) {
   HexScan result = scan(":020010001xEE01\n");
   EXPECT_EQ(part(result, 0x10, 2), (Bytes{0, 0xEE}));
   EXPECT_EQ(result.badSums, 1);
-  // 11 digits behind the colon: half of that less two is 3.5, to the even 4; the last pair before the sum is whole, the sum is
-  // the half pair, which is 0.
+  // 11 digits behind the colon: half of that less two is 3.5, to the even 4; the last pair before the sum is whole, the
+  // sum is the half pair, which is 0.
   result = scan(":02001000AAB\n");
   EXPECT_EQ(part(result, 0x10, 2), (Bytes{0xAA, 0}));
   // 13 digits: 4.5 goes to 4; the odd digit behind the sum counts nowhere.
@@ -160,7 +166,10 @@ TEST(HexScan, SurvivesGarbage) {
     const auto length = random() % 2000;
     for (unsigned i = 0; i < length; ++i) {
       const auto kind = random() % 8;
-      text += kind == 0 ? '\n' : kind == 1 ? ':' : kind < 7 ? "0123456789ABCDEFabcdef"[random() % 22] : static_cast<char>(random());
+      text += kind == 0   ? '\n'
+              : kind == 1 ? ':'
+              : kind < 7  ? "0123456789ABCDEFabcdef"[random() % 22]
+                          : static_cast<char>(random());
     }
     const HexScan result = scan(text, static_cast<std::int32_t>(random() % 65536));
     EXPECT_LE(result.badLines.size(), 3U);
@@ -171,7 +180,8 @@ TEST(HexScan, SurvivesGarbage) {
 }
 
 TEST(HexScan, ReadsTheSampleAsTheCompilerWroteIt) {
-  const HexScan result = scanHex(fileBytes(std::string(KVR_SOURCE_DIR) + "/samples/bench-clock.hex"), 0, 0x10000, kSize);
+  const HexScan result =
+      scanHex(fileBytes(std::string(KVR_SOURCE_DIR) + "/samples/bench-clock.hex"), 0, 0x10000, kSize);
   EXPECT_TRUE(result.endRecord);
   EXPECT_EQ(result.badSums, 0);
   EXPECT_EQ(result.overlappingBytes, 0);

@@ -42,7 +42,9 @@ struct ImagesBench {
     dialogs.paths.push_back(path);
     room.panel.comLoadFile.press();
   }
-  void openCode(const std::string& path, const std::string& text) { openCode(path, platform::Bytes(text.begin(), text.end())); }
+  void openCode(const std::string& path, const std::string& text) {
+    openCode(path, platform::Bytes(text.begin(), text.end()));
+  }
   void openData(const std::string& path, const platform::Bytes& bytes) {
     files.put(path, bytes);
     dialogs.paths.push_back(path);

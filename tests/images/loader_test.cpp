@@ -136,7 +136,8 @@ TEST_F(LoaderTest, TwoBadSumsAreToldAndNothingIsAsked) {
 TEST_F(LoaderTest, CutsAFileThatIsTooLongAndSaysSoUnderItsTitle) {
   bench.openCode("/long.bin", Bytes(0xF001, 0x55));
   EXPECT_EQ(bench.dialogs.shown.back().title, "Open BIN file");
-  EXPECT_EQ(bench.boxes(), std::vector<std::string>{"The file is over the valid scope, and the exceeding part has been cleared."});
+  EXPECT_EQ(bench.boxes(),
+            std::vector<std::string>{"The file is over the valid scope, and the exceeding part has been cleared."});
   EXPECT_EQ(code.rangeEnd, 0xEFFF);
 }
 
@@ -163,7 +164,8 @@ TEST_F(LoaderTest, EmptyAndOddFilesLoadAsWhatTheyHold) {
   EXPECT_NE(panel.labFileInfo.caption().find("no line of this file is a HEX record"), std::string::npos);
   bench.openCode("/half.hex", hexRecord(0, {1, 2}));
   EXPECT_NE(panel.labFileInfo.caption().find("no end record"), std::string::npos);
-  bench.openCode("/old.hex", hexRecord(0, {0, 0}, 4) + "\n" + hexRecord(0x20, {9}) + "\n" + hexRecord(0x20, {8}) + "\n" + kEndRecord);
+  bench.openCode("/old.hex", hexRecord(0, {0, 0}, 4) + "\n" + hexRecord(0x20, {9}) + "\n" + hexRecord(0x20, {8}) +
+                                 "\n" + kEndRecord);
   EXPECT_NE(panel.labFileInfo.caption().find("1 record of type 2 to 5"), std::string::npos);
   EXPECT_NE(panel.labFileInfo.caption().find("1 byte is written more than once"), std::string::npos);
   EXPECT_EQ(panel.txtFileCheckSum.text(), "0000011H       ");

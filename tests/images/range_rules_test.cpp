@@ -27,15 +27,16 @@ RangeVerdict judge(const Case& c) {
   const auto& model = *catalogue::findByName(c.model);
   Bytes bytes(kCodeBufferSize);
   for (std::int32_t i = c.first; i <= c.last; ++i) bytes[static_cast<std::size_t>(i)] = 1;
-  const LoadedFile file{.format = c.format, .isCode = c.isCode, .fileStart = c.first, .fileEnd = std::max(511, c.last), .sum = 0x123};
+  const LoadedFile file{
+      .format = c.format, .isCode = c.isCode, .fileStart = c.first, .fileEnd = std::max(511, c.last), .sum = 0x123};
   return judgeRange(model, catalogue::computeIspRange(model), file, bytes);
 }
 
 void check(const std::vector<Case>& cases) {
   for (const auto& c : cases) {
     const RangeVerdict verdict = judge(c);
-    const std::string name = c.model + (c.format == FileFormat::Hex ? " HEX " : " BIN ") + (c.isCode ? "code " : "data ") +
-                             std::to_string(c.first) + ".." + std::to_string(c.last);
+    const std::string name = c.model + (c.format == FileFormat::Hex ? " HEX " : " BIN ") +
+                             (c.isCode ? "code " : "data ") + std::to_string(c.first) + ".." + std::to_string(c.last);
     EXPECT_EQ(verdict.fileEnd, c.fileEnd) << name;
     EXPECT_EQ(verdict.cleared, c.cleared) << name;
     EXPECT_EQ(verdict.messages, c.messages) << name;
@@ -71,7 +72,13 @@ TEST(RangeRules, OneFileModelsTellOfGapDataAndExcess) {
          {"Elm-H08A", H, true, 4096, 4096, 4096, {{2048, 4095}}, {"Data Memory contain datas.\n\n\n         Continue"}},
          // A binary is asked for its end, not for what it holds.
          {"Elm-H08A", B, true, 0, 4096, 4096, {{2048, 4095}}, {gap + "\n" + blanks14 + "Continue"}},
-         {"Elm-H08A", H, true, 0, 5120, 5119, {{2048, 4095}},
+         {"Elm-H08A",
+          H,
+          true,
+          0,
+          5120,
+          5119,
+          {{2048, 4095}},
           {gap + "Data Memory contain datas.\n\n    File over the valid scope.\n\n\n" + blanks14 + "Continue"}},
          // An application that may rewrite its own code is cleared in the gap without a word.
          {"Ivy-HF0Si", H, true, 0, 0xEFFF, 0xEFFF, {}, {}}});
@@ -97,7 +104,13 @@ TEST(RangeRules, EarlyFamiliesTellOfDataBehindTheCode) {
          {"Cedar-H20R", H, true, 0, 14335, 14335, {}, {data}},
          {"Cedar-H20R", H, true, 0, 14336, 14335, {}, {both}},
          {"Cedar-H20R", B, true, 0, 8192, 8192, {}, {"   Data Memory contain datas.\n\n          Continue"}},
-         {"Cedar-H20R", B, true, 0, 14336, 14335, {},
+         {"Cedar-H20R",
+          B,
+          true,
+          0,
+          14336,
+          14335,
+          {},
           {"    File over the valid scope.\n\n\n   Data Memory contain datas.\n\n          Continue"}},
          // Late members of the generation go the same way.
          {"Nutmeg-H20R", H, true, 0, 14336, 13311, {}, {both}}});
@@ -109,18 +122,35 @@ TEST(RangeRules, CedarsWithDataInTheUpperHalfAreJudgedByHalves) {
   check({{"Cedar-H50D", H, true, 0, 20479, 20479, {{20480, 32767}}, {}},
          {"Cedar-H50D", H, true, 0, 20480, 62463, {{20480, 32767}}, {over}},
          {"Cedar-L50D", H, true, 32768, 32768, 32768, {{20480, 32767}}, {data}},
-         {"Cedar-H50D", B, true, 0, 20480, 20480, {{20480, 32767}}, {"    File over the valid scope.\n\n          Continue"}},
-         {"Cedar-H50D", B, true, 32768, 40000, 40000, {{20480, 32767}}, {"   Data Memory contain datas.\n\n          Continue"}}});
+         {"Cedar-H50D",
+          B,
+          true,
+          0,
+          20480,
+          20480,
+          {{20480, 32767}},
+          {"    File over the valid scope.\n\n          Continue"}},
+         {"Cedar-H50D",
+          B,
+          true,
+          32768,
+          40000,
+          40000,
+          {{20480, 32767}},
+          {"   Data Memory contain datas.\n\n          Continue"}}});
 }
 
 TEST(RangeRules, EveryModelTakesAFileThatFillsItsCodeAreaWithoutAWord) {
   for (const auto& model : catalogue::allRows()) {
     const auto range = catalogue::computeIspRange(model);
     Bytes bytes(kCodeBufferSize);
-    const std::int32_t last = catalogue::hasDataFile(model) ? model.apEnd : std::min<std::int32_t>(model.apEnd, range.top);
+    const std::int32_t last =
+        catalogue::hasDataFile(model) ? model.apEnd : std::min<std::int32_t>(model.apEnd, range.top);
     for (std::int32_t i = 0; i <= last; ++i) bytes[static_cast<std::size_t>(i)] = 0x5A;
-    const auto verdict = judgeRange(model, range, {.format = H, .isCode = true, .fileStart = 0, .fileEnd = std::max(511, last), .sum = 1}, bytes);
-    const bool reachesBootArea = model.family <= 2 || catalogue::isLateFamily(model.family) ? last >= range.ispStart : last > model.dataEnd;
+    const auto verdict = judgeRange(
+        model, range, {.format = H, .isCode = true, .fileStart = 0, .fileEnd = std::max(511, last), .sum = 1}, bytes);
+    const bool reachesBootArea =
+        model.family <= 2 || catalogue::isLateFamily(model.family) ? last >= range.ispStart : last > model.dataEnd;
     if (reachesBootArea) continue;
     EXPECT_TRUE(verdict.messages.empty()) << model.name << ": " << verdict.messages.front();
     for (const auto& span : verdict.cleared) EXPECT_GT(span.first, model.apEnd) << model.name;

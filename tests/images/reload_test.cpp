@@ -11,7 +11,9 @@ namespace {
 using platform::Bytes;
 using platform::Millis;
 
-std::string hexFile(std::uint8_t value) { return hexRecord(0, Bytes(16, value)) + "\n" + kEndRecord + "\n"; }
+std::string hexFile(std::uint8_t value) {
+  return hexRecord(0, Bytes(16, value)) + "\n" + kEndRecord + "\n";
+}
 
 struct WatchTest : ::testing::Test {
   WatchTest() {
@@ -189,7 +191,8 @@ struct CompareTest : ::testing::Test {
   std::vector<std::string> lines() const {
     std::vector<std::string> result;
     std::string rest = bench.textMsg.text();
-    for (std::size_t at; (at = rest.find('\n')) != std::string::npos; rest.erase(0, at + 1)) result.push_back(rest.substr(0, at));
+    for (std::size_t at; (at = rest.find('\n')) != std::string::npos; rest.erase(0, at + 1))
+      result.push_back(rest.substr(0, at));
     result.push_back(rest);
     return result;
   }
@@ -215,8 +218,9 @@ TEST_F(CompareTest, TellsOfEqualAndOfDifferingBytes) {
                                                "MCU AP 区的内容与程序文件缓冲区一致。"}));
   ring[0x2A] = 0xF1;
   bench.room.storeCompare.comComp_Click();
-  EXPECT_EQ(lines(), (std::vector<std::string>{"", "地址: 002AH;  文件缓冲区: 07;  MCU: F1", "比较范围: 0000H -- 03E7H",
-                                               "          时    间: 12:00:00", "MCU AP 区的内容与程序文件缓冲区不相等。"}));
+  EXPECT_EQ(lines(),
+            (std::vector<std::string>{"", "地址: 002AH;  文件缓冲区: 07;  MCU: F1", "比较范围: 0000H -- 03E7H",
+                                      "          时    间: 12:00:00", "MCU AP 区的内容与程序文件缓冲区不相等。"}));
 }
 
 TEST_F(CompareTest, AsksAtEvery101stDifference) {

@@ -58,8 +58,8 @@ struct HexViewTest : ::testing::Test {
   }
   void mouse(QEvent::Type kind, HexSpot spot) {
     const QPointF at = view->cellRect(spot).center();
-    QMouseEvent event(kind, at, view->viewport()->mapToGlobal(at), kind == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton,
-                      Qt::LeftButton, Qt::NoModifier);
+    QMouseEvent event(kind, at, view->viewport()->mapToGlobal(at),
+                      kind == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(view->viewport(), &event);
     settle();
   }
@@ -164,7 +164,8 @@ TEST_F(HexViewTest, AssistiveProgramsReadLinesByteAndCaret) {
   EXPECT_EQ(accessible->role(), QAccessible::EditableText);
   EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("Code image"));
   mouse(QEvent::MouseButtonPress, {0x21, true});
-  EXPECT_EQ(accessible->text(QAccessible::Value), QString::asprintf("Address 21, byte %02x, second digit", code.at(0x21)));
+  EXPECT_EQ(accessible->text(QAccessible::Value),
+            QString::asprintf("Address 21, byte %02x, second digit", code.at(0x21)));
   auto* text = accessible->textInterface();
   ASSERT_NE(text, nullptr);
   EXPECT_EQ(text->cursorPosition(), 2 * kHexLineLength + 14);
@@ -242,8 +243,8 @@ TEST_F(HexViewTest, EveryScrollAndKeyTakesLessThanAFrameAndNoMemory) {
   for (int i = 0; i < 150; ++i) measured([&] { key(Qt::Key_PageDown); });
   EXPECT_LT((residentPages() - before) * 4096.0, 1e6);
   std::sort(times.begin(), times.end());
-  std::printf("hex view: %zu events, median %.2f ms, p99 %.2f ms, worst %.2f ms\n", times.size(), times[times.size() / 2],
-              times[times.size() * 99 / 100], times.back());
+  std::printf("hex view: %zu events, median %.2f ms, p99 %.2f ms, worst %.2f ms\n", times.size(),
+              times[times.size() / 2], times[times.size() * 99 / 100], times.back());
   EXPECT_LT(times[times.size() * 99 / 100], 16.0);
 }
 

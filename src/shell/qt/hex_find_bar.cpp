@@ -40,10 +40,12 @@ QLineEdit* line(const QString& name, const QString& objectName, const QString& h
 }
 
 FindBar makeBar(const QString& view) {
-  FindBar bar{line(QStringLiteral("Find in ") + view, view + QStringLiteral("_find"), QStringLiteral("12 34 or text")), new QComboBox,
+  FindBar bar{line(QStringLiteral("Find in ") + view, view + QStringLiteral("_find"), QStringLiteral("12 34 or text")),
+              new QComboBox,
               arrow(Qt::UpArrow, QStringLiteral("Find previous (Shift+F3)"), view + QStringLiteral("_previous")),
               arrow(Qt::DownArrow, QStringLiteral("Find next (F3)"), view + QStringLiteral("_next")),
-              line(QStringLiteral("Go to address in ") + view, view + QStringLiteral("_goto"), QStringLiteral("HEX")), new QLabel};
+              line(QStringLiteral("Go to address in ") + view, view + QStringLiteral("_goto"), QStringLiteral("HEX")),
+              new QLabel};
   bar.kind->addItems({QStringLiteral("HEX"), QStringLiteral("Text")});
   bar.kind->setObjectName(view + QStringLiteral("_findKind"));
   bar.kind->setAccessibleName(QStringLiteral("What to find is hexadecimal or text"));
@@ -61,8 +63,9 @@ QHBoxLayout* layOut(const FindBar& bar) {
   go->setBuddy(bar.address);
   row->addWidget(find);
   row->addWidget(bar.pattern, 1);
-  for (QWidget* widget : {static_cast<QWidget*>(bar.kind), static_cast<QWidget*>(bar.back), static_cast<QWidget*>(bar.next),
-                          static_cast<QWidget*>(bar.note), static_cast<QWidget*>(go), static_cast<QWidget*>(bar.address)})
+  for (QWidget* widget :
+       {static_cast<QWidget*>(bar.kind), static_cast<QWidget*>(bar.back), static_cast<QWidget*>(bar.next),
+        static_cast<QWidget*>(bar.note), static_cast<QWidget*>(go), static_cast<QWidget*>(bar.address)})
     row->addWidget(widget);
   return row;
 }

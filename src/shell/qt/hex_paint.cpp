@@ -38,12 +38,14 @@ RowText::Style styleOf(const images::HexCell& cell) {
 RowText rowText(const images::HexLine& line) {
   RowText row;
   for (int shift = 0; shift < 6; ++shift)
-    row.put(RowText::Faint, HexGeometry::kAddressAt + shift, kDigits[static_cast<std::size_t>(line.address >> (20 - 4 * shift) & 15)]);
+    row.put(RowText::Faint, HexGeometry::kAddressAt + shift,
+            kDigits[static_cast<std::size_t>(line.address >> (20 - 4 * shift) & 15)]);
   for (int column = 0; column < line.count; ++column) {
     const images::HexCell& cell = line.cells[static_cast<std::size_t>(column)];
     const RowText::Style style = styleOf(cell);
     row.putByte(style, HexGeometry::byteAt(column), cell.value);
-    row.put(style, HexGeometry::asciiAt(column), cell.value >= 0x20 && cell.value < 0x7F ? static_cast<char>(cell.value) : '.');
+    row.put(style, HexGeometry::asciiAt(column),
+            cell.value >= 0x20 && cell.value < 0x7F ? static_cast<char>(cell.value) : '.');
   }
   return row;
 }
@@ -79,7 +81,9 @@ int HexGeometry::columnAt(int x) const {
   return 0;
 }
 
-bool HexGeometry::lowDigitAt(int x) const { return x < asciiX(0) && x >= digitX(columnAt(x), true); }
+bool HexGeometry::lowDigitAt(int x) const {
+  return x < asciiX(0) && x >= digitX(columnAt(x), true);
+}
 
 HexColours::HexColours(const QPalette& palette)
     : text(palette.color(QPalette::Text)),
@@ -102,15 +106,18 @@ void HexPainting::draw(QPainter& painter, const QRect& area, int surfaceWidth) c
   painter.fillRect(0, 0, std::max(surfaceWidth, geometry.width()), geometry.headHeight - 2, colours.head);
   painter.setPen(colours.faint);
   for (int column = 0; column < 16; ++column)
-    painter.drawText(geometry.digitX(column, true), geometry.ascent + 1, QString(QLatin1Char(kDigits[static_cast<std::size_t>(column)])));
+    painter.drawText(geometry.digitX(column, true), geometry.ascent + 1,
+                     QString(QLatin1Char(kDigits[static_cast<std::size_t>(column)])));
 }
 
 void HexPainting::drawRow(QPainter& painter, int row) const {
   const images::HexLine line = model.line(model.topLine() + row);
   const int y = geometry.rowY(row);
-  for (int column = 0; column < line.count; ++column) drawBehind(painter, line.cells[static_cast<std::size_t>(column)], column, y);
+  for (int column = 0; column < line.count; ++column)
+    drawBehind(painter, line.cells[static_cast<std::size_t>(column)], column, y);
   const RowText text = rowText(line);
-  const std::array<const QColor*, RowText::Styles> pens{&colours.faint, &colours.text, &colours.changed, &colours.highlightedText};
+  const std::array<const QColor*, RowText::Styles> pens{&colours.faint, &colours.text, &colours.changed,
+                                                        &colours.highlightedText};
   for (int style = 0; style < RowText::Styles; ++style) {
     const QString& part = text.text(static_cast<RowText::Style>(style));
     if (part.isNull()) continue;
@@ -142,7 +149,8 @@ void HexPainting::drawCaret(QPainter& painter, const images::HexLine& line, int 
     painter.fillRect(box, colours.text);
     painter.setPen(colours.base);
     const std::uint8_t value = line.cells[static_cast<std::size_t>(place)].value;
-    painter.drawText(box.left(), y + geometry.ascent, QString(QLatin1Char(kDigits[caret.lowDigit ? value & 15 : value >> 4])));
+    painter.drawText(box.left(), y + geometry.ascent,
+                     QString(QLatin1Char(kDigits[caret.lowDigit ? value & 15 : value >> 4])));
   } else {
     painter.setPen(colours.text);
     painter.drawRect(box.adjusted(0, 0, -1, -1));

@@ -29,9 +29,9 @@ struct HexGeometry {
   int asciiX(int column) const { return charWidth * asciiAt(column); }
   int width() const { return asciiX(16) + charWidth; }
   int rowY(int row) const { return headHeight + row * lineHeight; }
-  int rowAt(int y) const;          // below 0: above the first row
-  int columnAt(int x) const;       // 0 .. 15, the nearest
-  bool lowDigitAt(int x) const;    // the second digit of its byte
+  int rowAt(int y) const;        // below 0: above the first row
+  int columnAt(int x) const;     // 0 .. 15, the nearest
+  bool lowDigitAt(int x) const;  // the second digit of its byte
 };
 
 // The colours that a palette gives no role for, readable on its base.

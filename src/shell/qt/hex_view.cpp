@@ -31,9 +31,8 @@ HexView::HexView(platform::EventLoop& loop, images::HexPane& pane, platform::Scr
   scroll->setAccessibleName(name + QStringLiteral(", scroll position"));
   binding_ = new Binding(loop, pane, *this, name, [this] { showModel(); });
   binding_->watch(bar_.changed, [this] { showModel(); });
-  connect(scroll, &QScrollBar::valueChanged, this, [this](int value) {
-    binding_->post([this, value] { bar_.userScroll(value); });
-  });
+  connect(scroll, &QScrollBar::valueChanged, this,
+          [this](int value) { binding_->post([this, value] { bar_.userScroll(value); }); });
 }
 
 // Brings bars, picture and what assistive programs know in line with the model.
@@ -77,7 +76,9 @@ HexSpot HexView::spotAt(const QPoint& point) const {
   return {std::min(address, std::max(0, model().lastAddress())), geometry_.lowDigitAt(x)};
 }
 
-void HexView::copySelection() const { QApplication::clipboard()->setText(qtText(model().copyHex())); }
+void HexView::copySelection() const {
+  QApplication::clipboard()->setText(qtText(model().copyHex()));
+}
 
 void HexView::moveBy(std::function<void(images::HexViewModel&)> change) {
   binding_->post([this, change = std::move(change)] {
@@ -109,13 +110,18 @@ void HexView::changeEvent(QEvent* event) {
 }
 
 bool HexView::command(QKeyEvent* event) {
-  if (event->matches(QKeySequence::Copy)) copySelection();
+  if (event->matches(QKeySequence::Copy))
+    copySelection();
   else if (event->matches(QKeySequence::SelectAll))
     moveBy([](images::HexViewModel& model) { model.selectSpan({model.firstAddress(), model.lastAddress()}); });
-  else if (event->matches(QKeySequence::Find)) Q_EMIT findWanted();
-  else if (event->key() == Qt::Key_G && event->modifiers() == Qt::ControlModifier) Q_EMIT goToWanted();
-  else if (event->key() == Qt::Key_F3) Q_EMIT findAgain((event->modifiers() & Qt::ShiftModifier) == 0);
-  else return false;
+  else if (event->matches(QKeySequence::Find))
+    Q_EMIT findWanted();
+  else if (event->key() == Qt::Key_G && event->modifiers() == Qt::ControlModifier)
+    Q_EMIT goToWanted();
+  else if (event->key() == Qt::Key_F3)
+    Q_EMIT findAgain((event->modifiers() & Qt::ShiftModifier) == 0);
+  else
+    return false;
   return true;
 }
 
@@ -125,15 +131,32 @@ void HexView::keyPressEvent(QKeyEvent* event) {
   const bool selecting = (event->modifiers() & Qt::ShiftModifier) != 0;
   std::optional<HexKey> key;
   switch (event->key()) {
-    case Qt::Key_Left: key = HexKey::Left; break;
-    case Qt::Key_Right: key = HexKey::Right; break;
-    case Qt::Key_Up: key = HexKey::Up; break;
-    case Qt::Key_Down: key = HexKey::Down; break;
-    case Qt::Key_PageUp: key = HexKey::PageUp; break;
-    case Qt::Key_PageDown: key = HexKey::PageDown; break;
-    case Qt::Key_Home: key = control ? HexKey::First : HexKey::LineStart; break;
-    case Qt::Key_End: key = control ? HexKey::Last : HexKey::LineEnd; break;
-    default: break;
+    case Qt::Key_Left:
+      key = HexKey::Left;
+      break;
+    case Qt::Key_Right:
+      key = HexKey::Right;
+      break;
+    case Qt::Key_Up:
+      key = HexKey::Up;
+      break;
+    case Qt::Key_Down:
+      key = HexKey::Down;
+      break;
+    case Qt::Key_PageUp:
+      key = HexKey::PageUp;
+      break;
+    case Qt::Key_PageDown:
+      key = HexKey::PageDown;
+      break;
+    case Qt::Key_Home:
+      key = control ? HexKey::First : HexKey::LineStart;
+      break;
+    case Qt::Key_End:
+      key = control ? HexKey::Last : HexKey::LineEnd;
+      break;
+    default:
+      break;
   }
   if (key) {
     binding_->post([this, key = *key, selecting] { pane_.userKey(key, selecting); });
@@ -181,10 +204,13 @@ void HexView::focusOutEvent(QFocusEvent* event) {
   viewport()->update();
 }
 
-void HexView::scrollContentsBy(int, int) { viewport()->update(); }
+void HexView::scrollContentsBy(int, int) {
+  viewport()->update();
+}
 
 QSize HexView::sizeHint() const {
-  return {geometry_.width() + verticalScrollBar()->sizeHint().width() + 2 * frameWidth(), geometry_.rowY(16) + 2 * frameWidth()};
+  return {geometry_.width() + verticalScrollBar()->sizeHint().width() + 2 * frameWidth(),
+          geometry_.rowY(16) + 2 * frameWidth()};
 }
 
 }  // namespace kvr::window

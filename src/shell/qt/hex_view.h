@@ -1,9 +1,9 @@
-// An image in hexadecimal: address, sixteen bytes, the same as text. Draws only the lines that show, so its cost does not
-// depend on the size of the image. All it shows lies in the pane's model; all that a person does goes to the pane as a
-// gesture.
+// An image in hexadecimal: address, sixteen bytes, the same as text. Draws only the lines that show, so its cost does
+// not depend on the size of the image. All it shows lies in the pane's model; all that a person does goes to the pane
+// as a gesture.
 //
-// Keys: arrows, page and line keys (with Shift they select), Ctrl+Home and Ctrl+End, hexadecimal digits change the byte,
-// Ctrl+A, Ctrl+C (the selection as hexadecimal text), Ctrl+F, Ctrl+G, F3 and Shift+F3.
+// Keys: arrows, page and line keys (with Shift they select), Ctrl+Home and Ctrl+End, hexadecimal digits change the
+// byte, Ctrl+A, Ctrl+C (the selection as hexadecimal text), Ctrl+F, Ctrl+G, F3 and Shift+F3.
 #pragma once
 
 #include <QAbstractScrollArea>
