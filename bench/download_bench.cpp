@@ -93,6 +93,7 @@ Run runReal(const QString& target, const QDir& place) {
       run.ms = std::chrono::duration<double, std::milli>(Clock::now() - answer).count();
       run.cpuMs = cpuMs() - cpuAtAnswer;
       run.passed = verdict == VerdictKind::Pass;
+      if (!run.passed) std::printf("%s\n", program.form.main.textMsg.text().c_str());
       program.loop.whenIdle([] { QApplication::quit(); });
     });
     program.loop.post([&] { program.form.download.comDownload[0].press(); });
@@ -108,7 +109,7 @@ Run runReal(const QString& target, const QDir& place) {
 int main(int argc, char** argv) {
   QApplication app(argc, argv);
   if (argc != 3) return 2;
-  const QDir place(argv[2]);
+  const QDir place(QDir(argv[2]).absolutePath());
   QDir().mkpath(place.path());
 
   const auto ideal = runVirtual();

@@ -6,15 +6,29 @@
 namespace bench {
 namespace {
 
-constexpr double kGatherMs = 10;  // at the head of every receive event
+// The receive event gathers for so long from the first waiting byte on, and again from the next byte behind it.
+constexpr sim::Micros kGather = 10 * sim::kMillisecond;
 
-// What lies between the last byte of an answer and the frame that follows, by the frame's command.
-double prescribedMs(int command) {
+// What is left of the gathering when the answer's last byte has arrived.
+double gatherMs(const sim::Unit& answer) {
+  const auto count = static_cast<double>(answer.bytes.size());
+  const double byte = static_cast<double>(answer.end - answer.start) / count;
+  double arrived = 1;
+  double handled = 0;
+  while (arrived <= count) {
+    handled = arrived * byte + static_cast<double>(kGather);
+    arrived = static_cast<double>(static_cast<int>(handled / byte)) + 1;
+  }
+  return (handled - count * byte) / 1000;
+}
+
+// What the protocol prescribes besides, ahead of a frame with this command.
+double pauseMs(int command) {
   switch (command) {
-    case 0x8F: return kGatherMs + 50 + 5;           // before a test of the new rate
-    case 0x8E: return kGatherMs + 50 + 50;          // before the change
-    case 0x8D: return kGatherMs + 1000 + 5;         // before the options, when the rate has changed
-    default: return kGatherMs;
+    case 0x8F: return 50 + 5;   // before a test of the new rate
+    case 0x8E: return 50 + 50;  // before the change
+    case 0x8D: return 1000 + 5; // before the options, when the rate has changed
+    default: return 0;
   }
 }
 
@@ -28,24 +42,25 @@ double overlapMs(const sim::Chip& chip, sim::Micros from, sim::Micros to) {
   return sum;
 }
 
+bool isFrame(const sim::Unit& unit) { return unit.bytes.size() > 5 && (unit.bytes[0] == 0x46 || unit.bytes[0] == 0xFE); }
+
 }  // namespace
 
 Floor floorOf(const sim::Wire& wire, const sim::Chip& chip) {
-  const auto& log = wire.log();
-  std::size_t first = 0;
-  while (first < log.size() && log[first].direction != sim::Direction::deviceToHost) ++first;
   Floor floor;
-  if (first == log.size()) return floor;
   const double turnaroundMs = static_cast<double>(sim::ChipTimes{}.turnaround) / 1000;
-  for (std::size_t i = first; i < log.size(); ++i) {
-    floor.wireMs += static_cast<double>(log[i].end - log[i].start) / 1000;
-    if (i == first) continue;
-    if (log[i].direction == sim::Direction::hostToDevice)
-      floor.hostMs += prescribedMs(log[i].bytes.size() > 5 ? log[i].bytes[5] : 0);
-    else
-      floor.chipMs += overlapMs(chip, log[i - 1].end, log[i].start) + turnaroundMs;
+  const sim::Unit* before = nullptr;
+  for (const auto& unit : wire.log()) {
+    const bool answer = unit.direction == sim::Direction::deviceToHost;
+    if (!before && !answer) continue;    // nobody has answered yet
+    if (!answer && !isFrame(unit)) continue;  // sync bytes cross the answer on the other wire
+    floor.wireMs += static_cast<double>(unit.end - unit.start) / 1000;
+    if (!before) floor.takenMs = -static_cast<double>(unit.start) / 1000;
+    else if (answer) floor.chipMs += overlapMs(chip, before->end, unit.start) + turnaroundMs;
+    else floor.hostMs += gatherMs(*before) + pauseMs(unit.bytes[5]);
+    before = &unit;
   }
-  floor.takenMs = static_cast<double>(log.back().end - log[first].start) / 1000;
+  if (before) floor.takenMs += static_cast<double>(before->end) / 1000;
   return floor;
 }
 
