@@ -15,8 +15,8 @@
 #include <fstream>
 #include <thread>
 
-#include "bench/figure.h"
-#include "bench/terminal_feeder.h"
+#include "benchmarks/figure.h"
+#include "benchmarks/terminal_feeder.h"
 #include "shell/qt/application.h"
 
 namespace {

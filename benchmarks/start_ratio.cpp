@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "bench/figure.h"
+#include "benchmarks/figure.h"
 
 extern char** environ;
 

@@ -1,4 +1,4 @@
-#include "bench/download_floor.h"
+#include "benchmarks/download_floor.h"
 
 #include <algorithm>
 #include <cstddef>

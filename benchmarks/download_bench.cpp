@@ -11,8 +11,8 @@
 #include <QThread>
 #include <chrono>
 
-#include "bench/download_floor.h"
-#include "bench/figure.h"
+#include "benchmarks/download_floor.h"
+#include "benchmarks/figure.h"
 #include "shell/qt/application.h"
 #include "tests/support/engine_bench.h"
 

@@ -4,7 +4,7 @@
 #include <QScrollBar>
 #include <chrono>
 
-#include "bench/figure.h"
+#include "benchmarks/figure.h"
 #include "platform/qt/qt_loop.h"
 #include "shell/qt/hex_view.h"
 #include "tests/images/images_bench.h"

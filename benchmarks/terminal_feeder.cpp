@@ -1,4 +1,4 @@
-#include "bench/terminal_feeder.h"
+#include "benchmarks/terminal_feeder.h"
 
 #include <fcntl.h>
 #include <poll.h>

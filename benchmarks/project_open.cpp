@@ -1,7 +1,7 @@
 // How long opening a project of 64 KB of code takes, dialogs aside: reading, checking, panel, images, views.
 #include <chrono>
 
-#include "bench/figure.h"
+#include "benchmarks/figure.h"
 #include "tests/project/project_bench.h"
 
 int main() {

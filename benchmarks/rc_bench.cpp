@@ -1,7 +1,7 @@
 // How many whole downloads with measuring and trim of the internal oscillator the virtual world gets through in a second.
 #include <chrono>
 
-#include "bench/figure.h"
+#include "benchmarks/figure.h"
 #include "tests/support/engine_bench.h"
 
 int main() {

@@ -2,7 +2,7 @@
 // board and the gathering of replies take by themselves.
 #include <chrono>
 
-#include "bench/figure.h"
+#include "benchmarks/figure.h"
 #include "offline/board_header.h"
 #include "offline/increment_blocks.h"
 #include "tests/offline/offline_bench.h"
