@@ -159,8 +159,11 @@ Bytes hexBytes(const std::string& text) {
 std::unique_ptr<Application> makeApplication(const TargetOptions& options) {
   if (options.application == "echo") return std::make_unique<EchoApplication>(options.applicationLine);
   if (options.application == "chatter") return std::make_unique<ChatterApplication>(options.applicationLine);
-  if (options.application == "monitor")
-    return std::make_unique<MonitorApplication>(options.applicationLine, MonitorConfig{});
+  if (options.application == "monitor") {
+    MonitorConfig config;
+    config.faults = {BadFrame::none, BadFrame::badSum, BadFrame::none, BadFrame::cutShort, BadFrame::unknownType};
+    return std::make_unique<MonitorApplication>(options.applicationLine, config);
+  }
   return std::make_unique<TriggerApplication>(options.applicationLine, hexBytes(options.command));
 }
 
