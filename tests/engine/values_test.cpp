@@ -269,7 +269,7 @@ TEST(StatusFrame, GivesClockVersionAndReservedSize) {
   EXPECT_FLOAT_EQ(clockFromFixedLink(rx), 500.5f * (2048 + 145));
   EXPECT_EQ(versionTextOf(0x63), "6.3");
   EXPECT_EQ(versionTextOf(0x00), "");
-  EXPECT_EQ(reservedBytesOf(row("Cedar-HF4D"), 3), 0);
+  EXPECT_EQ(reservedBytesOf(catalogue::McuRecord{.name = "Cedar-HF4D"}, 3), 0);
   EXPECT_EQ(reservedBytesOf(row("Cedar-HF8D"), 0xA3), 0xA00);
   EXPECT_EQ(reservedFromVersion(26, 7), 1024);
   EXPECT_EQ(reservedFromVersion(5, 7), 2048);
@@ -307,7 +307,7 @@ TEST(RcPlan, ChoosesBandsWindowsAndThePairNearestToTheWish) {
   EXPECT_EQ(lines.a.slope, 10000);
   const auto scan = roundTwo(lines, 7500000, 11);
   ASSERT_EQ(scan.size(), 11u);
-  EXPECT_EQ(scan.front().fine, 244) << "predicted 250, half of the scan below";
+  EXPECT_EQ(scan.front().fine, 245) << "predicted 250; the window ends at the register's end";
   EXPECT_EQ(roundTwo(lines, 7550000, 11).front().fine, 245) << "never beyond the register";
   RcResult result;
   const std::vector<RcPoint> points = {{24, 1, 0, 7481250}, {24, 2, 0, 7518750}, {24, 3, 0, 7600000}};
