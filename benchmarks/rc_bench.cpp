@@ -9,7 +9,7 @@ int main() {
   const auto start = std::chrono::steady_clock::now();
   for (int i = 0; i < kSessions; ++i) {
     kvr::support::EngineBench bench;
-    bench.select(i % 2 ? "Quince-H10" : "Pine-H10");
+    bench.select(i % 2 ? "Quince-H0F" : "Pine-H0F");
     bench.bauds("9600", "38400");
     bench.loadCode(static_cast<std::uint64_t>(i) + 1);
     bench.insertChip(kvr::platform::Millis(100), static_cast<std::uint64_t>(i) + 1);
