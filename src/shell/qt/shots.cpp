@@ -1,0 +1,96 @@
+#include "shell/qt/shots.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QStyleFactory>
+
+namespace kvr::window {
+namespace {
+
+class Photographer {
+ public:
+  Photographer(Application& program, const QString& folder, const QString& prefix)
+      : program_(program), start_(folder + QLatin1Char('/') + prefix) {
+    QDir().mkpath(folder);
+  }
+  void shoot(const QString& name) {
+    platform::delay(program_.loop, platform::Millis(60));
+    program_.window->grab().save(start_ + name + QStringLiteral(".png"));
+  }
+  void tabs(platform::TabStrip& strip, const QString& which) {
+    for (std::size_t i = 0; i < strip.tabs().size(); ++i) {
+      strip.userSelect(static_cast<int>(i));
+      if (strip.selected() == static_cast<int>(i)) shoot(which + qtText(strip.tabs()[i].key));
+    }
+    strip.userSelect(0);
+  }
+  void families() {
+    for (int family = 0; family <= 18; ++family) {
+      const auto* record = firstModel(family);
+      if (!record || !program_.form.picker.tryApply(std::string(record->name))) continue;
+      shoot(QStringLiteral("family%1-").arg(family, 2, 10, QLatin1Char('0')) + qtText(std::string(record->name)));
+    }
+  }
+  void verdicts() {
+    using engine::VerdictKind;
+    const std::pair<VerdictKind, const char*> all[] = {{VerdictKind::Waiting, "waiting"}, {VerdictKind::Working, "working"},
+                                                       {VerdictKind::Pass, "pass"}, {VerdictKind::Fail, "fail"}, {VerdictKind::Idle, "ready"}};
+    for (const auto& [kind, name] : all) {
+      program_.form.download.verdict.set(kind);
+      shoot(QStringLiteral("verdict-") + QString::fromLatin1(name));
+    }
+  }
+  void popups() {
+    program_.form.main.Command3.press();
+    shoot(QStringLiteral("models"));
+    program_.form.picker.hideDeviceTree();
+    program_.form.main.comMastWindow.press();
+    shoot(QStringLiteral("shrunk"));
+    program_.form.main.comMastWindow.press();
+  }
+
+ private:
+  static const catalogue::McuRecord* firstModel(int family) {
+    for (const auto& record : catalogue::allRows())
+      if (record.family == family && !record.name.empty() && !record.noOptions) return &record;
+    return nullptr;
+  }
+  Application& program_;
+  QString start_;
+};
+
+}  // namespace
+
+void takeShots(Application& program, const QString& folder, const QString& prefix, std::function<void()> ended) {
+  program.loop.post([&program, folder, prefix, ended = std::move(ended)] {
+    Photographer camera(program, folder, prefix);
+    camera.tabs(program.form.main.TabStrip2, QStringLiteral("upper-"));
+    camera.tabs(program.form.main.TabStrip1, QStringLiteral("lower-"));
+    camera.verdicts();
+    camera.popups();
+    camera.families();
+    ended();
+  });
+}
+
+void useDarkTheme() {
+  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  QPalette dark;
+  dark.setColor(QPalette::Window, QColor(45, 45, 48));
+  dark.setColor(QPalette::WindowText, QColor(225, 225, 225));
+  dark.setColor(QPalette::Base, QColor(30, 30, 32));
+  dark.setColor(QPalette::AlternateBase, QColor(45, 45, 48));
+  dark.setColor(QPalette::Text, QColor(225, 225, 225));
+  dark.setColor(QPalette::Button, QColor(60, 60, 64));
+  dark.setColor(QPalette::ButtonText, QColor(225, 225, 225));
+  dark.setColor(QPalette::ToolTipBase, QColor(60, 60, 64));
+  dark.setColor(QPalette::ToolTipText, QColor(225, 225, 225));
+  dark.setColor(QPalette::PlaceholderText, QColor(150, 150, 150));
+  dark.setColor(QPalette::Highlight, QColor(42, 130, 218));
+  dark.setColor(QPalette::HighlightedText, Qt::white);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    dark.setColor(QPalette::Disabled, role, QColor(125, 125, 125));
+  QApplication::setPalette(dark);
+}
+
+}  // namespace kvr::window
