@@ -85,9 +85,12 @@ QLabel* makeLabel(platform::EventLoop& loop, platform::Label& control, const QSt
   auto* label = new QLabel;
   label->setTextFormat(Qt::PlainText);
   label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  label->setMaximumHeight(0);
   new Binding(loop, control, *label, name, [label, &control] {
     const QString text = qtText(control.caption()).trimmed();
-    if (label->text() != text) label->setText(text);
+    if (label->text() == text) return;
+    label->setText(text);
+    label->setMaximumHeight(text.isEmpty() ? 0 : QWIDGETSIZE_MAX);  // a line without words takes no room
   });
   return label;
 }

@@ -48,14 +48,24 @@ class FileNote : public QLabel {
       const QString path = qtText(caption.caption()).section(QLatin1Char(':'), 1).trimmed();
       const QString details = qtText(info.caption()).simplified();
       const QString name = path.isEmpty() ? QStringLiteral("no file") : QFileInfo(path).fileName();
-      setText(details.isEmpty() ? name : name + QLatin1String("   ") + details);
+      words_ = details.isEmpty() ? name : name + QLatin1String("   ") + details;
+      setAccessibleName(words_);
+      fit();
       setToolTip(path + (details.isEmpty() ? QString() : QLatin1Char('\n') + qtText(info.caption())));
     };
     tokens_ = {const_cast<platform::Label&>(caption).changed.watch(show), const_cast<platform::Label&>(info).changed.watch(show)};
     show();
   }
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QLabel::resizeEvent(event);
+    fit();
+  }
+
  private:
+  void fit() { setText(fontMetrics().elidedText(words_, Qt::ElideRight, width())); }
+  QString words_;
   std::vector<platform::Signal::Token> tokens_;
 };
 
@@ -63,22 +73,23 @@ QGroupBox* stepFiles(const Maker& maker) {
   auto& p = maker.form.images.panel;
   auto* grid = new QGridLayout;
   grid->setVerticalSpacing(3);
+  grid->setHorizontalSpacing(4);
   const QString start = QStringLiteral("Start(HEX)");
   const QString sum = QStringLiteral("Check Sum");
   grid->addWidget(maker.button(p.comLoadFile, 'O'), 0, 0);
   grid->addWidget(new QLabel(start), 0, 1);
-  grid->addWidget(maker.line(p.txtAP_FileStart, QStringLiteral("Start address of the code file, hexadecimal"), 5), 0, 2);
+  grid->addWidget(maker.line(p.txtAP_FileStart, QStringLiteral("Start address of the code file, hexadecimal"), 4), 0, 2);
   grid->addWidget(new QLabel(sum), 0, 3);
-  grid->addWidget(maker.line(p.txtFileCheckSum, QStringLiteral("Check sum of the code file"), 8), 0, 4);
+  grid->addWidget(maker.line(p.txtFileCheckSum, QStringLiteral("Check sum of the code file"), 6), 0, 4);
   grid->addWidget(maker.check(p.cheClearAP_Buffer, 0, QStringLiteral("Clear the code buffer before a file is opened")), 0, 5);
   auto* codeNote = new FileNote(p.Frame7, p.labFileInfo);
   codeNote->setObjectName(QStringLiteral("codeFileNote"));
   grid->addWidget(codeNote, 1, 0, 1, 6);
   grid->addWidget(maker.button(p.comLoadDataFile, 'E'), 2, 0);
   grid->addWidget(new QLabel(start), 2, 1);
-  grid->addWidget(maker.line(p.txtDataFileStart, QStringLiteral("Start address of the EEPROM file, hexadecimal"), 5), 2, 2);
+  grid->addWidget(maker.line(p.txtDataFileStart, QStringLiteral("Start address of the EEPROM file, hexadecimal"), 4), 2, 2);
   grid->addWidget(new QLabel(sum), 2, 3);
-  grid->addWidget(maker.line(p.txtDataFileCheckSum, QStringLiteral("Check sum of the EEPROM file"), 8), 2, 4);
+  grid->addWidget(maker.line(p.txtDataFileCheckSum, QStringLiteral("Check sum of the EEPROM file"), 6), 2, 4);
   grid->addWidget(maker.check(p.cheClearDataBuffer, 0, QStringLiteral("Clear the EEPROM buffer before a file is opened")), 2, 5);
   auto* dataNote = new FileNote(p.frmDataFlash, p.labDataFileInfo);
   dataNote->setObjectName(QStringLiteral("dataFileNote"));

@@ -73,10 +73,10 @@ void MainWindow::restorePlace() { placeWindow(*this, maker_.form.windowPlace());
 void MainWindow::followShrink() {
   if (shrunk_ == maker_.form.shrunk()) return;
   shrunk_ = maker_.form.shrunk();
+  QRect place = geometry();
   if (shrunk_) shrunkBy_ = left_->width() + halves_->handleWidth();
   left_->setVisible(!shrunk_);
   if (isMaximized() || isFullScreen()) return;
-  QRect place = geometry();
   place.setLeft(place.left() + (shrunk_ ? shrunkBy_ : -shrunkBy_));
   setGeometry(place);
 }

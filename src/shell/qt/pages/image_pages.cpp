@@ -11,7 +11,7 @@ QGroupBox* counterGroup(const Maker& maker, platform::CheckBox& box, Boxes& boxe
   const QString captions[] = {QStringLiteral("Address of the last byte (HEX)"), QStringLiteral("Bytes"),
                               QStringLiteral("Next value"), QStringLiteral("Increase by")};
   for (int i = 0; i < 4; ++i) {
-    auto* line = maker.line(boxes[static_cast<std::size_t>(i)], captions[i] + QStringLiteral(" of the serial number in the ") + of);
+    auto* line = maker.line(boxes[static_cast<std::size_t>(i)], captions[i] + QStringLiteral(" of the serial number in the ") + of, 12);
     grid->addWidget(captionFor(captions[i], line), i + 1, 0);
     grid->addWidget(line, i + 1, 1, 1, 3);
   }

@@ -24,12 +24,12 @@ std::map<std::string, PageStack::Builder> lowerPages(const Maker& maker) {
 
 std::map<std::string, PageStack::Builder> upperPages(const Maker& maker) {
   return {
-      {"tab_file", [maker] { return makeCodeBufferPage(maker); }},
-      {"EEPROM_File", [maker] { return makeDataBufferPage(maker); }},
-      {"Debug_COM", [maker] { return makeToolPage(maker); }},
+      {"tab_file", scrollingPage(maker, makeCodeBufferPage)},
+      {"EEPROM_File", scrollingPage(maker, makeDataBufferPage)},
+      {"Debug_COM", scrollingPage(maker, makeToolPage)},
       {"Batch_quantity", scrollingPage(maker, makeProjectPage)},
-      {"Debug1", [maker] { return makeMonitorPage(maker, 1); }},
-      {"Debug2", [maker] { return makeMonitorPage(maker, 2); }},
+      {"Debug1", [maker] { return scrolling(makeMonitorPage(maker, 1)); }},
+      {"Debug2", [maker] { return scrolling(makeMonitorPage(maker, 2)); }},
   };
 }
 

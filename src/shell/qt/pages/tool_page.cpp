@@ -1,6 +1,7 @@
 // The terminal: port settings above, what comes in and what goes out on the left, the strings of the round on the right.
 #include <QScrollArea>
 #include <QSplitter>
+#include <QTimer>
 
 #include "shell/qt/pages/pages.h"
 #include "shell/qt/terminal_view.h"
@@ -62,11 +63,14 @@ QGroupBox* receivePane(const Maker& maker) {
   column->addLayout(row({maker.option(p.optReceiveHex[0], QStringLiteral("Show what comes in as text")),
                          maker.option(p.optReceiveHex[1], QStringLiteral("Show what comes in in hexadecimal")),
                          maker.combo(p.comb_TimeStamp, QStringLiteral("Time stamp")), maker.check(p.che_AutoScroll),
-                         maker.check(p.che_KeepNewest), nullptr, maker.button(p.comSaveReceive), maker.button(p.comDebugClear[0])}));
-  column->addWidget(makeTerminalView(maker.loop(), p), 1);
-  column->addLayout(row({maker.label(p.labReceiveCount), maker.label(p.labSendCount), maker.button(p.comClearCount), nullptr,
-                         maker.line(p.texFind, QStringLiteral("Text to find in the receive pane"), 16), maker.button(p.comFindNext),
-                         maker.button(p.comFindPrevious), maker.label(p.labFind)}));
+                         maker.check(p.che_KeepNewest), nullptr}));
+  auto* view = makeTerminalView(maker.loop(), p);
+  view->setMinimumHeight(view->fontMetrics().height() * 6);
+  column->addWidget(view, 1);
+  column->addLayout(row({maker.label(p.labReceiveCount), maker.label(p.labSendCount), nullptr, maker.button(p.comClearCount),
+                         maker.button(p.comDebugClear[0])}));
+  column->addLayout(row({maker.line(p.texFind, QStringLiteral("Text to find in the receive pane")), maker.button(p.comFindNext),
+                         maker.button(p.comFindPrevious), maker.label(p.labFind), maker.button(p.comSaveReceive)}));
   auto* frame = makeFrame(maker.loop(), p.frmReceive);
   frame->setLayout(column);
   return frame;
@@ -77,15 +81,30 @@ QGroupBox* sendPane(const Maker& maker) {
   auto* column = new QVBoxLayout;
   column->setContentsMargins(4, 2, 4, 4);
   column->setSpacing(2);
-  column->addWidget(maker.line(p.texSend, QStringLiteral("Text to send")));
+  column->addLayout(row({maker.line(p.texSend, QStringLiteral("Text to send")), maker.button(p.comDebugSend),
+                         maker.button(p.comClearSend, 0, QStringLiteral("Clear the text to send"))}));
   column->addLayout(row({maker.option(p.optHexSend[0], QStringLiteral("Send as text")), maker.option(p.optHexSend[1], QStringLiteral("Send as hexadecimal bytes")),
-                         maker.combo(p.comb_LineEnd, QStringLiteral("Line end added to a text")), maker.button(p.comDebugSend),
-                         maker.button(p.comClearSend, 0, QStringLiteral("Clear the text to send")), maker.button(p.comAutoSend), maker.label(p.labSendCycle[0]),
-                         maker.line(p.texSendCycle, QStringLiteral("Interval of the repeated send, milliseconds"), 6),
-                         maker.label(p.labSendCycle[1]), nullptr}));
+                         maker.combo(p.comb_LineEnd, QStringLiteral("Line end added to a text")), nullptr, maker.button(p.comAutoSend),
+                         maker.label(p.labSendCycle[0]), maker.line(p.texSendCycle, QStringLiteral("Interval of the repeated send, milliseconds"), 6),
+                         maker.label(p.labSendCycle[1])}));
   auto* frame = makeFrame(maker.loop(), p.frmSend);
   frame->setLayout(column);
   return frame;
+}
+
+// The width of the strings is the form's to keep; 15 twips to a pixel.
+void followWidth(const Maker& maker, QSplitter& halves) {
+  auto& form = maker.form;
+  halves.setStretchFactor(0, 1);
+  halves.setStretchFactor(1, 0);
+  QTimer::singleShot(0, &halves, [&halves, &form] {  // once the page has its width
+    const int strings = form.main.tabWidth / 15;
+    halves.setSizes({std::max(halves.width() - strings, 1), strings});
+  });
+  QObject::connect(&halves, &QSplitter::splitterMoved, &halves, [&halves, &form] {
+    const int twips = halves.sizes().at(1) * 15;
+    form.world.loop.post([&form, twips] { form.splitterMoved(twips); });
+  });
 }
 
 }  // namespace
@@ -103,6 +122,7 @@ QWidget* makeToolPage(const Maker& maker) {
   halves->setChildrenCollapsible(false);
   halves->addWidget(left);
   halves->addWidget(stringsPane(maker));
+  followWidth(maker, *halves);
   auto* whole = new QVBoxLayout;
   whole->setSpacing(3);
   whole->addLayout(portRow(maker));
