@@ -1,0 +1,150 @@
+// Clicks and keys on the real widgets reach the controls, and what the controls become shows.
+#include <QPlainTextEdit>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QTreeWidget>
+
+#include "tests/window/desk.h"
+
+namespace kvr::window {
+namespace {
+
+class Window : public Desk {};
+
+TEST_F(Window, EveryInputOfEveryPageHasANameForAScreenReader) {
+  open();
+  ASSERT_TRUE(program->form.picker.tryApply("Ivy-HF0S"));
+  for (const char* strip : {"TabStrip1", "TabStrip2"})
+    for (int i = 0; i < widget<QTabBar>(strip).count(); ++i) {
+      widget<QTabBar>(strip).setCurrentIndex(i);
+      settle();
+    }
+  int inputs = 0;
+  for (auto* child : program->window->findChildren<QWidget*>()) {
+    const QString kind = QString::fromLatin1(child->metaObject()->className());
+    if (kind.startsWith(QLatin1String("qt_")) || child->focusPolicy() == Qt::NoFocus) continue;
+    if (qobject_cast<QScrollArea*>(child) || qobject_cast<QScrollBar*>(child)) continue;
+    ++inputs;
+    EXPECT_FALSE(child->accessibleName().isEmpty()) << child->objectName().toStdString() << " " << kind.toStdString();
+  }
+  EXPECT_GT(inputs, 150);
+}
+
+TEST_F(Window, TypingAPartOfTheNamePicksTheModel) {
+  open();
+  EXPECT_EQ(program->form.model.name(), "Hazel-H04");
+  QTest::keyClicks(&widget("txtDevice"), QStringLiteral("ivy-hf0"));
+  settle();
+  EXPECT_TRUE(widget("modelPopup").isVisible());
+  QTest::keyClick(&widget("modelSearch"), Qt::Key_Return);
+  settle();
+  EXPECT_EQ(program->form.model.name().substr(0, 7), "Ivy-HF0");
+  EXPECT_EQ(widget<QLineEdit>("txtDevice").text().toStdString(), program->form.model.name());
+  EXPECT_FALSE(widget("modelPopup").isVisible());
+}
+
+TEST_F(Window, EscapeAndAClickElsewhereLeaveTheModel) {
+  open();
+  click("Command3");
+  settle();
+  auto& tree = widget<QTreeWidget>("TreeViewDevice");
+  EXPECT_TRUE(tree.isVisible());
+  EXPECT_EQ(tree.topLevelItemCount(), 10);
+  QTest::keyClick(&widget("modelSearch"), Qt::Key_Escape);
+  settle();
+  EXPECT_FALSE(tree.isVisible());
+  click("txtDevice");
+  settle();
+  EXPECT_TRUE(tree.isVisible());
+  widget("textMsg").setFocus();
+  settle();
+  EXPECT_FALSE(tree.isVisible());
+  EXPECT_EQ(program->form.model.name(), "Hazel-H04");
+}
+
+TEST_F(Window, GesturesChangeControlsAndControlsChangeWidgets) {
+  open();
+  auto& form = program->form;
+  click("optBeepNo");
+  QTest::keyClicks(&widget<QLineEdit>("txtAP_FileStart"), QStringLiteral("12"));
+  QTest::keyClick(&widget("cobBaudMax"), Qt::Key_Down);
+  click("cekReloadFile");
+  settle();
+  EXPECT_TRUE(form.download.optBeepNo.value());
+  EXPECT_FALSE(widget<QRadioButton>("optBeepYes").isChecked());
+  EXPECT_EQ(form.images.panel.txtAP_FileStart.text(), "012");
+  EXPECT_EQ(form.download.cobBaudMax.text(), "57600");
+  EXPECT_TRUE(form.images.panel.cekReloadFile.value());
+  form.download.cobBaudMax.setListIndex(0);
+  form.main.textMsg.appendLine("first");
+  form.main.textMsg.appendLine("second 安全锁");
+  EXPECT_EQ(widget<QComboBox>("cobBaudMax").currentText(), QStringLiteral("115200"));
+  EXPECT_TRUE(widget<QPlainTextEdit>("textMsg").toPlainText().endsWith(QStringLiteral("first\nsecond 安全锁")));
+  EXPECT_FALSE(widget("textMsg").hasFocus());
+}
+
+TEST_F(Window, ATabThatDoesNotApplyIsShownAndCannotBeChosen) {
+  open();
+  auto& bar = widget<QTabBar>("TabStrip2");
+  EXPECT_EQ(bar.tabText(1), QStringLiteral("_no_"));
+  EXPECT_FALSE(bar.isTabEnabled(1));
+  QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.tabRect(1).center());
+  settle();
+  EXPECT_EQ(program->form.main.TabStrip2.selected(), 0);
+  pickModel(QStringLiteral("Ivy-HF0S"));
+  EXPECT_EQ(bar.tabText(1), QStringLiteral("EEPROM File Buffer"));
+  QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.tabRect(1).center());
+  settle();
+  EXPECT_EQ(program->form.main.TabStrip2.selectedKey(), "EEPROM_File");
+}
+
+// Every widget takes input exactly when its control does, in all four states of the lock.
+TEST_F(Window, WidgetsFollowTheLockInEveryState) {
+  open();
+  pickModel(QStringLiteral("Ivy-HF0S"));
+  auto& form = program->form;
+  for (const int state : {0, 1, 2, 3, 0}) {
+    form.lock.set(state);
+    for (auto* control : form.registry.all()) {
+      const auto* shown = program->window->findChild<QWidget*>(objectNameOf(*control));
+      if (shown) EXPECT_EQ(shown->isEnabledTo(shown->parentWidget()), control->enabled()) << control->name() << " in state " << state;
+    }
+    const bool free = state == 0;
+    const bool busy = state == 1 || state == 3;
+    EXPECT_EQ(widget("comLoadFile").isEnabled(), free);
+    EXPECT_EQ(widget("txtDevice").isEnabled(), free);
+    EXPECT_EQ(widget("Option0_0").isEnabled(), free);
+    EXPECT_EQ(widget("comDownload_0").isEnabled(), !busy) << state;
+    EXPECT_EQ(widget("comStop_Download").isEnabled(), busy) << state;
+    if (busy) EXPECT_TRUE(widget("textMsg").hasFocus() || !program->window->isActiveWindow());
+  }
+}
+
+TEST_F(Window, ShrinkAndResumeLeaveItAsItWas) {
+  open();
+  const QRect before = program->window->geometry();
+  click("comMastWindow");
+  settle();
+  EXPECT_FALSE(widget("leftColumn").isVisible());
+  EXPECT_LT(program->window->width(), before.width() - 300);
+  EXPECT_EQ(program->window->geometry().right(), before.right());
+  program->form.main.comMastWindow.press();
+  settle();
+  EXPECT_EQ(program->window->geometry(), before);
+}
+
+TEST_F(Window, TheProgramButtonIsTheLargestAndTheLeftColumnFitsASmallScreen) {
+  open();
+  program->window->resize(1366, 708);
+  settle();
+  const auto& column = widget<QScrollArea>("leftColumn");
+  EXPECT_LE(column.widget()->minimumSizeHint().height(), column.viewport()->height());
+  EXPECT_EQ(program->window->width(), 1366);
+  const QSize program_button = widget("comDownload_0").size();
+  for (auto* button : program->window->findChildren<QAbstractButton*>())
+    if (button->objectName() != QLatin1String("comDownload_0"))
+      EXPECT_LE(button->width() * button->height(), program_button.width() * program_button.height()) << button->objectName().toStdString();
+}
+
+}  // namespace
+}  // namespace kvr::window
