@@ -105,7 +105,7 @@ QTabBar* makeTabs(platform::EventLoop& loop, platform::TabStrip& control, const 
   bar->setStyle(compact);
   bar->setUsesScrollButtons(true);
   bar->setExpanding(false);
-  bar->setDrawBase(true);
+  bar->setDrawBase(false);
   auto* binding = new Binding(loop, control, *bar, name, [bar, &control] {
     const QSignalBlocker quiet(*bar);
     const auto& tabs = control.tabs();

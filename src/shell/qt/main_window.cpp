@@ -77,6 +77,8 @@ void MainWindow::followShrink() {
   if (shrunk_) shrunkBy_ = left_->width() + halves_->handleWidth();
   left_->setVisible(!shrunk_);
   if (isMaximized() || isFullScreen()) return;
+  QCoreApplication::sendPostedEvents(halves_, QEvent::LayoutRequest);  // the window's least width is another one now
+  layout()->activate();
   place.setLeft(place.left() + (shrunk_ ? shrunkBy_ : -shrunkBy_));
   setGeometry(place);
 }

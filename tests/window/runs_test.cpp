@@ -1,0 +1,136 @@
+// The real window on a pseudo-terminal with a simulated chip behind it: runs, Stop and closing at any moment.
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QSettings>
+
+#include "shell/qt/verdict_view.h"
+#include "tests/window/desk.h"
+
+namespace kvr::window {
+namespace {
+
+class WindowRun : public Desk {
+ protected:
+  // A chip with power from the start, or after some seconds, on COM1 of a window with the sample loaded.
+  void openWithChip(const QStringList& extra = {}) {
+    const QString port = folder.filePath(QStringLiteral("com1"));
+    chip.setProgram(QStringLiteral(KVR_BINARY_DIR "/kvr-target"));
+    chip.setArguments(QStringList{QStringLiteral("--model"), QStringLiteral("Ivy-HF0S"), QStringLiteral("--link"), port,
+                                  QStringLiteral("--json"), folder.filePath(QStringLiteral("chip.json"))} + extra);
+    chip.start();
+    ASSERT_TRUE(chip.waitForStarted());
+    for (int i = 0; i < 500 && !QFile::exists(port); ++i) QTest::qWait(10);
+    QSettings settings(QString::fromStdString(settingsPath()), QSettings::IniFormat);
+    settings.setValue(QStringLiteral("Ports/COM1"), port);
+    settings.setValue(QStringLiteral("Settings/DeviceProducts"), QStringLiteral("Ivy-HF0S"));
+    settings.sync();
+    open();
+    program->form.openDropped(KVR_SOURCE_DIR "/samples/bench-clock.hex");
+    settle();
+  }
+  void TearDown() override {
+    program.reset();
+    if (chip.state() == QProcess::NotRunning) return;
+    chip.terminate();
+    chip.waitForFinished(3000);
+  }
+  QJsonObject chipHolds() {
+    chip.terminate();
+    chip.waitForFinished(3000);
+    QFile file(folder.filePath(QStringLiteral("chip.json")));
+    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
+  }
+  std::string pane() { return program->form.main.textMsg.text(); }
+  QString verdict() { return static_cast<VerdictView&>(widget("verdict")).word(); }
+  bool ended() { return verdict() == QLatin1String("PASS") || verdict() == QLatin1String("FAIL"); }
+  QProcess chip;
+};
+
+TEST_F(WindowRun, AChipIsProgrammedByAPressOfTheButton) {
+  openWithChip({QStringLiteral("--power-on"), QStringLiteral("0.5")});
+  const auto& count = widget<QLineEdit>("txtWrite_OK_Count");
+  const int before = count.text().toInt();
+  click("comDownload_0");
+  ASSERT_TRUE(waitFor([&] { return program->form.activity.busy(); }));
+  EXPECT_EQ(verdict(), QStringLiteral("WAITING"));
+  EXPECT_FALSE(widget("comLoadFile").isEnabled());
+  ASSERT_TRUE(waitFor([&] { return ended() && !program->form.activity.busy(); }, std::chrono::seconds(60))) << pane();
+  EXPECT_EQ(verdict(), QStringLiteral("PASS")) << pane();
+  EXPECT_EQ(count.text().toInt(), before + 1);
+  EXPECT_TRUE(widget("comLoadFile").isEnabled());
+  const QJsonObject holds = chipHolds();
+  EXPECT_FALSE(holds.isEmpty());
+}
+
+TEST_F(WindowRun, StopEndsAWaitForAChipAndFreesTheWindow) {
+  openWithChip({QStringLiteral("--power-on"), QStringLiteral("1000")});
+  click("comDownload_0");
+  ASSERT_TRUE(waitFor([&] { return widget("comStop_Download").isEnabled(); }));
+  EXPECT_TRUE(program->link.isOpen());
+  click("comStop_Download");
+  ASSERT_TRUE(waitFor([&] { return !program->form.activity.busy(); }));
+  EXPECT_EQ(verdict(), QStringLiteral("FAIL"));
+  EXPECT_FALSE(program->link.isOpen());
+  EXPECT_TRUE(widget("comDownload_0").isEnabled());
+}
+
+TEST_F(WindowRun, AnAdapterPulledOutEndsTheRunWithinASecond) {
+  openWithChip({QStringLiteral("--power-on"), QStringLiteral("1000")});
+  click("comDownload_0");
+  ASSERT_TRUE(waitFor([&] { return program->link.isOpen(); }));
+  chip.kill();
+  chip.waitForFinished();
+  ASSERT_TRUE(waitFor([&] { return !program->form.activity.busy(); }, std::chrono::seconds(2))) << pane();
+  EXPECT_EQ(verdict(), QStringLiteral("FAIL"));
+  EXPECT_TRUE(QApplication::activeModalWidget() == nullptr);
+}
+
+// The window goes, with the port closed, whatever the run is doing at that moment.
+TEST_F(WindowRun, ACloseAtAnyMomentOfARunEndsItAndTheWindowGoes) {
+  for (const int ms : {0, 30, 200, 450, 700, 1000, 1400, 2000, 3000}) {
+    gone = false;
+    openWithChip({QStringLiteral("--power-on"), QStringLiteral("0.2")});
+    click("comDownload_0");
+    platform::delay(program->loop, platform::Millis(ms));
+    program->window->close();
+    ASSERT_TRUE(waitFor([&] { return !program->window->isVisible(); }, std::chrono::seconds(5))) << "closed after " << ms << " ms";
+    QApplication::processEvents();
+    EXPECT_TRUE(gone);
+    EXPECT_FALSE(program->link.isOpen());
+    EXPECT_FALSE(program->form.activity.busy());
+    TearDown();
+    QFile::remove(folder.filePath(QStringLiteral("com1")));
+  }
+}
+
+TEST_F(WindowRun, AClosePressedTwiceDuringAQuestionGoesToo) {
+  open();
+  bool answer = true;
+  program->loop.post([&] { answer = program->dialogs.askYesNo("KVR-ISP", "Go on?"); });
+  program->loop.runOnce();
+  program->window->close();
+  EXPECT_TRUE(waitFor([&] { return !program->window->isVisible(); }, std::chrono::seconds(3)));
+  EXPECT_FALSE(answer);
+}
+
+TEST_F(WindowRun, WhatWasChosenIsThereAgainAtTheNextStart) {
+  open();
+  pickModel(QStringLiteral("Ivy-HF0S"));
+  click("optBeepNo");
+  QTest::keyClick(&widget("combCommPort"), Qt::Key_Down);
+  program->window->setGeometry(40, 30, 1200, 700);
+  settle();
+  program->window->close();
+  ASSERT_TRUE(waitFor([&] { return !program->window->isVisible(); }, std::chrono::seconds(3)));
+  program.reset();
+  open();
+  EXPECT_EQ(program->form.model.name(), "Ivy-HF0S");
+  EXPECT_TRUE(widget<QAbstractButton>("optBeepNo").isChecked());
+  EXPECT_EQ(widget<QComboBox>("combCommPort").currentText(), QStringLiteral("COM2"));
+  EXPECT_EQ(program->window->geometry(), QRect(40, 30, 1200, 700));
+}
+
+}  // namespace
+}  // namespace kvr::window
