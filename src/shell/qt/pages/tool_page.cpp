@@ -4,6 +4,7 @@
 #include <QTimer>
 
 #include "shell/qt/pages/pages.h"
+#include "shell/qt/terminal_view.h"
 
 namespace kvr::window {
 namespace {
@@ -63,7 +64,9 @@ QGroupBox* receivePane(const Maker& maker) {
                          maker.option(p.optReceiveHex[1], QStringLiteral("Show what comes in in hexadecimal")),
                          maker.combo(p.comb_TimeStamp, QStringLiteral("Time stamp")), maker.check(p.che_AutoScroll),
                          maker.check(p.che_KeepNewest), nullptr}));
-  column->addStretch(1);
+  auto* view = makeTerminalView(maker.loop(), p);
+  view->setMinimumHeight(view->fontMetrics().height() * 6);
+  column->addWidget(view, 1);
   column->addLayout(row({maker.label(p.labReceiveCount), maker.label(p.labSendCount), nullptr, maker.button(p.comClearCount),
                          maker.button(p.comDebugClear[0])}));
   column->addLayout(row({maker.line(p.texFind, QStringLiteral("Text to find in the receive pane")), maker.button(p.comFindNext),
