@@ -1,6 +1,7 @@
 // Clicks and keys on the real widgets reach the controls, and what the controls become shows.
 #include <QPlainTextEdit>
 #include <QRadioButton>
+#include <QLabel>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTreeWidget>
@@ -24,7 +25,8 @@ TEST_F(Window, EveryInputOfEveryPageHasANameForAScreenReader) {
   for (auto* child : program->window->findChildren<QWidget*>()) {
     const QString kind = QString::fromLatin1(child->metaObject()->className());
     if (kind.startsWith(QLatin1String("qt_")) || child->focusPolicy() == Qt::NoFocus) continue;
-    if (qobject_cast<QScrollArea*>(child) || qobject_cast<QScrollBar*>(child)) continue;
+    if (qobject_cast<QScrollArea*>(child) || qobject_cast<QScrollBar*>(child) || qobject_cast<QLabel*>(child)) continue;
+    if (kind == QLatin1String("QComboBoxListView")) continue;  // speaks for its box
     ++inputs;
     EXPECT_FALSE(child->accessibleName().isEmpty()) << child->objectName().toStdString() << " " << kind.toStdString();
   }
@@ -144,7 +146,7 @@ TEST_F(Window, TheProgramButtonIsTheLargestAndTheLeftColumnFitsASmallScreen) {
   EXPECT_EQ(program->window->width(), 1366);
   const QSize program_button = widget("comDownload_0").size();
   for (auto* button : program->window->findChildren<QAbstractButton*>()) {
-    if (button->objectName() == QLatin1String("comDownload_0")) continue;
+    if (button->objectName() == QLatin1String("comDownload_0") || !button->isVisible()) continue;
     EXPECT_LT(button->width() * button->height(), program_button.width() * program_button.height()) << button->objectName().toStdString();
   }
 }

@@ -25,6 +25,10 @@ class Desk : public ::testing::Test {
     settle();
   }
   std::string settingsPath() const { return folder.path().toStdString() + "/settings.ini"; }
+  void TearDown() override {
+    plans.clear();
+    program.reset();
+  }
   template <class T = QWidget>
   T& widget(const char* name) {
     auto* found = program->window->findChild<T*>(QString::fromLatin1(name));
@@ -32,6 +36,12 @@ class Desk : public ::testing::Test {
     return *found;
   }
   void click(const char* name) { QTest::mouseClick(&widget(name), Qt::LeftButton); }
+  // A person does this so much later. A press that starts a run returns to the test when the run has ended, so what
+  // happens during one is planned before.
+  void later(int ms, std::function<void()> action) {
+    plans.push_back(std::make_unique<platform::Timer>(program->loop, std::move(action)));
+    plans.back()->start(platform::Millis(ms));
+  }
   // Runs the loop until the condition holds, at most so long.
   bool waitFor(const std::function<bool()>& done, std::chrono::milliseconds limit = std::chrono::seconds(10)) {
     platform::Timer timer(program->loop);
@@ -54,6 +64,7 @@ class Desk : public ::testing::Test {
   }
   QTemporaryDir folder;
   std::unique_ptr<Application> program;
+  std::vector<std::unique_ptr<platform::Timer>> plans;  // go before the loop they are armed in
   bool gone = false;
 };
 

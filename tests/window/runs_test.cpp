@@ -17,7 +17,7 @@ class WindowRun : public Desk {
   void openWithChip(const QStringList& extra = {}) {
     const QString port = folder.filePath(QStringLiteral("com1"));
     chip.setProgram(QStringLiteral(KVR_BINARY_DIR "/kvr-target"));
-    chip.setArguments(QStringList{QStringLiteral("--model"), QStringLiteral("Ivy-HF0S"), QStringLiteral("--link"), port,
+    chip.setArguments(QStringList{QStringLiteral("--model"), QStringLiteral("Ivy-HF0S"), QStringLiteral("--paced"), QStringLiteral("--link"), port,
                                   QStringLiteral("--json"), folder.filePath(QStringLiteral("chip.json"))} + extra);
     chip.start();
     ASSERT_TRUE(chip.waitForStarted());
@@ -31,7 +31,7 @@ class WindowRun : public Desk {
     settle();
   }
   void TearDown() override {
-    program.reset();
+    Desk::TearDown();
     if (chip.state() == QProcess::NotRunning) return;
     chip.terminate();
     chip.waitForFinished(3000);
@@ -52,12 +52,17 @@ TEST_F(WindowRun, AChipIsProgrammedByAPressOfTheButton) {
   openWithChip({QStringLiteral("--power-on"), QStringLiteral("0.5")});
   const auto& count = widget<QLineEdit>("txtWrite_OK_Count");
   const int before = count.text().toInt();
+  QString duringWait;
+  bool lockedThen = false;
+  later(250, [&] {
+    duringWait = verdict();
+    lockedThen = !widget("comLoadFile").isEnabled() && widget("comStop_Download").isEnabled();
+  });
   click("comDownload_0");
-  ASSERT_TRUE(waitFor([&] { return program->form.activity.busy(); }));
-  EXPECT_EQ(verdict(), QStringLiteral("WAITING"));
-  EXPECT_FALSE(widget("comLoadFile").isEnabled());
   ASSERT_TRUE(waitFor([&] { return ended() && !program->form.activity.busy(); }, std::chrono::seconds(60))) << pane();
   EXPECT_EQ(verdict(), QStringLiteral("PASS")) << pane();
+  EXPECT_EQ(duringWait, QStringLiteral("WAITING"));
+  EXPECT_TRUE(lockedThen);
   EXPECT_EQ(count.text().toInt(), before + 1);
   EXPECT_TRUE(widget("comLoadFile").isEnabled());
   const QJsonObject holds = chipHolds();
@@ -66,11 +71,14 @@ TEST_F(WindowRun, AChipIsProgrammedByAPressOfTheButton) {
 
 TEST_F(WindowRun, StopEndsAWaitForAChipAndFreesTheWindow) {
   openWithChip({QStringLiteral("--power-on"), QStringLiteral("1000")});
+  bool openThen = false;
+  later(400, [&] {
+    openThen = program->link.isOpen();
+    click("comStop_Download");
+  });
   click("comDownload_0");
-  ASSERT_TRUE(waitFor([&] { return widget("comStop_Download").isEnabled(); }));
-  EXPECT_TRUE(program->link.isOpen());
-  click("comStop_Download");
-  ASSERT_TRUE(waitFor([&] { return !program->form.activity.busy(); }));
+  ASSERT_TRUE(waitFor([&] { return ended() && !program->form.activity.busy(); }));
+  EXPECT_TRUE(openThen);
   EXPECT_EQ(verdict(), QStringLiteral("FAIL"));
   EXPECT_FALSE(program->link.isOpen());
   EXPECT_TRUE(widget("comDownload_0").isEnabled());
@@ -78,11 +86,17 @@ TEST_F(WindowRun, StopEndsAWaitForAChipAndFreesTheWindow) {
 
 TEST_F(WindowRun, AnAdapterPulledOutEndsTheRunWithinASecond) {
   openWithChip({QStringLiteral("--power-on"), QStringLiteral("1000")});
+  platform::Instant pulled{};
+  later(400, [&] {
+    EXPECT_TRUE(program->link.isOpen());
+    chip.kill();
+    chip.waitForFinished();
+    pulled = program->loop.now();
+  });
+  later(8000, [&] { click("comStop_Download"); });  // ends the test if nothing else ends the run
   click("comDownload_0");
-  ASSERT_TRUE(waitFor([&] { return program->link.isOpen(); }));
-  chip.kill();
-  chip.waitForFinished();
-  ASSERT_TRUE(waitFor([&] { return !program->form.activity.busy(); }, std::chrono::seconds(2))) << pane();
+  ASSERT_TRUE(waitFor([&] { return ended() && !program->form.activity.busy(); })) << pane();
+  EXPECT_LT(program->loop.now() - pulled, std::chrono::seconds(1));
   EXPECT_EQ(verdict(), QStringLiteral("FAIL"));
   EXPECT_TRUE(QApplication::activeModalWidget() == nullptr);
 }
@@ -92,9 +106,8 @@ TEST_F(WindowRun, ACloseAtAnyMomentOfARunEndsItAndTheWindowGoes) {
   for (const int ms : {0, 30, 200, 450, 700, 1000, 1400, 2000, 3000}) {
     gone = false;
     openWithChip({QStringLiteral("--power-on"), QStringLiteral("0.2")});
+    later(ms, [&] { program->window->close(); });
     click("comDownload_0");
-    platform::delay(program->loop, platform::Millis(ms));
-    program->window->close();
     ASSERT_TRUE(waitFor([&] { return !program->window->isVisible(); }, std::chrono::seconds(5))) << "closed after " << ms << " ms";
     QApplication::processEvents();
     EXPECT_TRUE(gone);
@@ -108,9 +121,8 @@ TEST_F(WindowRun, ACloseAtAnyMomentOfARunEndsItAndTheWindowGoes) {
 TEST_F(WindowRun, AClosePressedTwiceDuringAQuestionGoesToo) {
   open();
   bool answer = true;
+  later(50, [&] { program->window->close(); });
   program->loop.post([&] { answer = program->dialogs.askYesNo("KVR-ISP", "Go on?"); });
-  program->loop.runOnce();
-  program->window->close();
   EXPECT_TRUE(waitFor([&] { return !program->window->isVisible(); }, std::chrono::seconds(3)));
   EXPECT_FALSE(answer);
 }

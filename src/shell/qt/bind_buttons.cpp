@@ -72,7 +72,7 @@ QRadioButton* makeOption(platform::EventLoop& loop, platform::OptionButton& cont
   option->setAutoExclusive(false);
   auto* binding = new Binding(loop, control, *option, name, [option, &control, name] {
     setTextOf(*option, buttonText(control.caption()));
-    if (name.isEmpty()) option->setAccessibleName(qtText(control.caption()).simplified());
+    if (name.isEmpty()) option->setAccessibleName(control.caption().empty() ? objectNameOf(control) : qtText(control.caption()).simplified());
     if (option->isChecked() != control.value()) option->setChecked(control.value());
   });
   QObject::connect(option, &QRadioButton::clicked, binding, [binding, &control] {

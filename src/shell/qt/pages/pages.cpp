@@ -24,8 +24,8 @@ std::map<std::string, PageStack::Builder> lowerPages(const Maker& maker) {
 
 std::map<std::string, PageStack::Builder> upperPages(const Maker& maker) {
   return {
-      {"tab_file", scrollingPage(maker, makeCodeBufferPage)},
-      {"EEPROM_File", scrollingPage(maker, makeDataBufferPage)},
+      {"tab_file", [maker] { return makeCodeBufferPage(maker); }},  // the views scroll by themselves
+      {"EEPROM_File", [maker] { return makeDataBufferPage(maker); }},
       {"Debug_COM", scrollingPage(maker, makeToolPage)},
       {"Batch_quantity", scrollingPage(maker, makeProjectPage)},
       {"Debug1", [maker] { return scrolling(makeMonitorPage(maker, 1)); }},
