@@ -4,6 +4,7 @@
 
 #include "shell/qt/application.h"
 #include "shell/qt/demo_run.h"
+#include "shell/qt/first_paint.h"
 #include "shell/qt/shots.h"
 
 int main(int argc, char** argv) {
@@ -13,6 +14,7 @@ int main(int argc, char** argv) {
   QCommandLineParser parser;
   parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("Code file or project to open"), QStringLiteral("[file]"));
   parser.addOptions({{QStringLiteral("demo-run"), QStringLiteral("Press Program, print the message pane and end")},
+                     {QStringLiteral("first-paint"), QStringLiteral("Print the time of the first paint and end")},
                      {QStringLiteral("png"), QStringLiteral("With --demo-run: picture of the window"), QStringLiteral("path")},
                      {QStringLiteral("shots"), QStringLiteral("Take pictures of every page and end"), QStringLiteral("folder")},
                      {QStringLiteral("prefix"), QStringLiteral("With --shots: head of the pictures' names"), QStringLiteral("text")},
@@ -30,6 +32,7 @@ int main(int argc, char** argv) {
   program.show(files.isEmpty() ? std::string() : files.first().toStdString());
   if (const QStringList size = parser.value(QStringLiteral("size")).split(QLatin1Char('x')); size.size() == 2)
     program.window->resize(size[0].toInt(), size[1].toInt());
+  if (parser.isSet(QStringLiteral("first-paint"))) new kvr::shell::FirstPaint(*program.window);  // the window owns it
   kvr::window::DemoRun demo(program, [&](bool ok) {
     result = ok ? 0 : 1;
     program.window->close();
