@@ -55,7 +55,8 @@ QLineEdit* makeLine(platform::EventLoop& loop, platform::TextBox& control, const
     if (line->text() == text) return;
     const int caret = line->cursorPosition();
     line->setText(text);
-    if (line->hasFocus()) line->setCursorPosition(std::min(caret, static_cast<int>(text.size())));
+    // A box that is too narrow shows the head of its text: the end may be no more than blanks.
+    line->setCursorPosition(line->hasFocus() ? std::min(caret, static_cast<int>(text.size())) : 0);
   });
   QObject::connect(line, &QLineEdit::textEdited, binding, [binding, &control](const QString& text) {
     binding->post([&control, typed = text.toStdString()] { control.userType(typed); });
