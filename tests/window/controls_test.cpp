@@ -69,13 +69,14 @@ TEST_F(Window, GesturesChangeControlsAndControlsChangeWidgets) {
   open();
   auto& form = program->form;
   click("optBeepNo");
+  widget<QLineEdit>("txtAP_FileStart").selectAll();
   QTest::keyClicks(&widget<QLineEdit>("txtAP_FileStart"), QStringLiteral("12"));
   QTest::keyClick(&widget("cobBaudMax"), Qt::Key_Down);
   click("cekReloadFile");
   settle();
   EXPECT_TRUE(form.download.optBeepNo.value());
   EXPECT_FALSE(widget<QRadioButton>("optBeepYes").isChecked());
-  EXPECT_EQ(form.images.panel.txtAP_FileStart.text(), "012");
+  EXPECT_EQ(form.images.panel.txtAP_FileStart.text(), "12");
   EXPECT_EQ(form.download.cobBaudMax.text(), "57600");
   EXPECT_TRUE(form.images.panel.cekReloadFile.value());
   form.download.cobBaudMax.setListIndex(0);
