@@ -12,7 +12,7 @@ namespace {
 
 QGroupBox* step(const Maker& maker, int index, QLayout* layout) {
   auto* frame = makeFrame(maker.loop(), maker.form.main.FrameX[static_cast<std::size_t>(index)]);
-  layout->setContentsMargins(8, 4, 8, 6);
+  layout->setContentsMargins(5, 4, 5, 6);
   frame->setLayout(layout);
   return frame;
 }
@@ -73,14 +73,14 @@ QGroupBox* stepFiles(const Maker& maker) {
   auto& p = maker.form.images.panel;
   auto* grid = new QGridLayout;
   grid->setVerticalSpacing(3);
-  grid->setHorizontalSpacing(4);
+  grid->setHorizontalSpacing(3);
   const QString start = QStringLiteral("Start(HEX)");
   const QString sum = QStringLiteral("Check Sum");
   grid->addWidget(maker.button(p.comLoadFile, 'O'), 0, 0);
   grid->addWidget(new QLabel(start), 0, 1);
   grid->addWidget(maker.line(p.txtAP_FileStart, QStringLiteral("Start address of the code file, hexadecimal"), 4), 0, 2);
   grid->addWidget(new QLabel(sum), 0, 3);
-  grid->addWidget(maker.line(p.txtFileCheckSum, QStringLiteral("Check sum of the code file"), 6), 0, 4);
+  grid->addWidget(maker.line(p.txtFileCheckSum, QStringLiteral("Check sum of the code file"), 8), 0, 4);
   grid->addWidget(maker.check(p.cheClearAP_Buffer, 0, QStringLiteral("Clear the code buffer before a file is opened")), 0, 5);
   auto* codeNote = new FileNote(p.Frame7, p.labFileInfo);
   codeNote->setObjectName(QStringLiteral("codeFileNote"));
@@ -89,7 +89,7 @@ QGroupBox* stepFiles(const Maker& maker) {
   grid->addWidget(new QLabel(start), 2, 1);
   grid->addWidget(maker.line(p.txtDataFileStart, QStringLiteral("Start address of the EEPROM file, hexadecimal"), 4), 2, 2);
   grid->addWidget(new QLabel(sum), 2, 3);
-  grid->addWidget(maker.line(p.txtDataFileCheckSum, QStringLiteral("Check sum of the EEPROM file"), 6), 2, 4);
+  grid->addWidget(maker.line(p.txtDataFileCheckSum, QStringLiteral("Check sum of the EEPROM file"), 8), 2, 4);
   grid->addWidget(maker.check(p.cheClearDataBuffer, 0, QStringLiteral("Clear the EEPROM buffer before a file is opened")), 2, 5);
   auto* dataNote = new FileNote(p.frmDataFlash, p.labDataFileInfo);
   dataNote->setObjectName(QStringLiteral("dataFileNote"));

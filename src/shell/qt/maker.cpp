@@ -6,7 +6,7 @@ namespace kvr::window {
 
 QLineEdit* Maker::line(platform::TextBox& control, const QString& name, int columns) const {
   auto* edit = makeLine(loop(), control, name);
-  if (columns > 0) edit->setFixedWidth(edit->fontMetrics().horizontalAdvance(QString(columns, QLatin1Char('0'))) + 16);
+  if (columns > 0) edit->setFixedWidth(edit->fontMetrics().horizontalAdvance(QString(columns, QLatin1Char('0'))) + 12);
   return edit;
 }
 
