@@ -48,7 +48,8 @@ void MainForm::registerControls() {
 void MainForm::connectRooms() {
   picker.hooks = {
       .clearBuffers = [this] { images.loader.clearBuffers(); },
-      .setDataFileControls = [this](bool on) { images.setDataFileControls(on); },
+      // A project may be opened, and with it another model chosen, while the options are locked.
+      .setDataFileControls = [this](bool on) { images.setDataFileControls(on && lock.free()); },
       .switchDataIncrementOff = [this] { images.panel.cheData_Auto_Increase.setValue(false); },
       .showRange = [this](const catalogue::IspRange&) { images.showModel(); },
       .refreshMonitor = [this] { sfrMonitor.fillSfrList(); },
