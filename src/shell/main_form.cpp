@@ -89,9 +89,16 @@ void MainForm::shrinkOrResume() {
   shrinkChanged.emit();
 }
 
+// A project may come while the options are locked, as through its own button; an image goes to the buffer that is
+// shown.
 void MainForm::openDropped(const std::string& path) {
-  if (activity.busy() || !images.panel.comLoadFile.enabled()) return;
-  images.loader.open(path, images.state.CodeBuffer);
+  if (activity.busy()) return;
+  const bool data = !images::isProjectPath(path) && main.TabStrip2.selectedKey() == "EEPROM_File";
+  const auto& way = images::isProjectPath(path) ? project.panel.comOpenBatchFile[0]
+                    : data                      ? images.panel.comLoadDataFile
+                                                : images.panel.comLoadFile;
+  if (!way.enabled()) return;
+  images.loader.open(path, data ? images.state.EepromBuffer : images.state.CodeBuffer);
 }
 
 void MainForm::splitterMoved(int tabWidthTwips) {
@@ -99,6 +106,8 @@ void MainForm::splitterMoved(int tabWidthTwips) {
   settings.saveFrame24Width(main.tabWidth);
 }
 
-void MainForm::saveWindowPlace(const WindowPlace& place) { settings.saveWindowPlace(place); }
+void MainForm::saveWindowPlace(const WindowPlace& place) {
+  settings.saveWindowPlace(place);
+}
 
 }  // namespace kvr::shell

@@ -49,7 +49,9 @@ class MainForm {
   void unload();
   std::function<void()> onUnload;  // the window is to go now
 
-  // A file was dropped onto the window or handed over by the desktop. Nothing happens while a sequence runs.
+  // A file was dropped onto the window or handed over by the desktop: a project is opened, an image goes to the data
+  // buffer while that buffer's page is shown and to the code buffer otherwise. Nothing happens while a sequence runs or
+  // while the button for such a file is disabled.
   void openDropped(const std::string& path);
 
   // Width of the terminal's string pane after the splitter was moved, twips; saved.
