@@ -12,6 +12,8 @@ ImagePanel::ImagePanel() {
     box->setCaption("Clear the Buffer");
     box->setValue(true);
   }
+  for (auto* view : {&txtBuffer2, &tetDataFlash2})
+    view->setToolTip("You can modify any single highlight character in this buffer.");
   Frame7.setCaption("Program File: ");
   frmDataFlash.setCaption("Data File: ");
   Label7[1].setCaption("AP File effective length: ");
