@@ -7,27 +7,9 @@
 #include "images/image_room.h"
 #include "platform/virtual/virtual_loop.h"
 #include "platform/virtual/virtual_world.h"
+#include "tests/support/no_link.h"
 
 namespace kvr::images {
-
-class NoLink : public platform::SerialLink {
- public:
-  void setPortNumber(int) override {}
-  int portNumber() const override { return 1; }
-  platform::PortError setSettings(const std::string&) override { return {}; }
-  std::string settings() const override { return {}; }
-  platform::PortError open() override { return {}; }
-  void close() override {}
-  bool isOpen() const override { return false; }
-  void write(std::span<const std::uint8_t>) override {}
-  std::size_t outBytesPending() const override { return 0; }
-  std::size_t inBytesPending() const override { return 0; }
-  std::vector<std::uint8_t> readBytes(std::size_t) override { return {}; }
-  void clearOut() override {}
-  void clearIn() override {}
-  void setDtr(bool) override {}
-  void setRts(bool) override {}
-};
 
 struct ImagesBench {
   explicit ImagesBench(std::string_view model) : selected(catalogue::describeModel(*catalogue::findByName(model))) {
@@ -67,7 +49,7 @@ struct ImagesBench {
   }
 
   platform::VirtualLoop loop;
-  NoLink link;
+  support::NoLink link;
   platform::MemoryStore store;
   platform::MemoryFiles files;
   platform::ScriptedDialogs dialogs{loop};
