@@ -151,6 +151,7 @@ void Handshake::readIdentity() {
   target.firmwareVersionText = versionTextOf(c_.rx()[20]);
   target.targetModelName = found ? std::string(found->name) : std::string();
   target.targetRecord = found ? *found : c_.record();
+  if (!found) target.targetRecord.name = {};  // a borrowed row must not pass for the chip's own
   const int byLetter = familyOfLetter(target.steppingLetter);
   target.familyClass = catalogue::familyClassOf(found || byLetter < 0 ? target.targetRecord.family : byLetter);
   c_.link.reportedCode = target.modelCode();

@@ -23,7 +23,7 @@ struct TargetInfo {
   bool modelCodeKnown = false;              // the status frame was long enough to hold the code
   std::string extendedCodeText;             // four digits; empty when absent or zero
   std::string targetModelName;              // empty: no row bears the code
-  catalogue::McuRecord targetRecord;        // its row; of an unknown model the selected one
+  catalogue::McuRecord targetRecord;        // its row; of an unknown model the selected one, without a name
   int familyClass = 0;                      // of the chip, by its letter when the model is unknown
   float targetClockHz = 0;
   bool doubleSpeed = false;

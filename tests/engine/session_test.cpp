@@ -110,13 +110,16 @@ TEST(Session, RefusesAWrongModelAndForgetsTheImage) {
   bench.insertChip(sim::configFor(*catalogue::findByName("Cedar-HF8D")));
   bench.chip->config().faults = {};
   (void)bench.program(Millis(20000));
-  EngineBench other;
-  setUp(other);
-  other.chip->config().faults.wrongModelCode = true;
-  ASSERT_TRUE(other.program());
-  expectFailure(other, "MCU Type is incorrect. please select correct MCU type and open the file again.", 3);
-  EXPECT_FALSE(other.images.imageValid);
-  EXPECT_EQ(other.chip->erases(), 0);
+  for (const char* model : {"Ivy-HF0S", "Fir-H10A"}) {  // Fir goes by the name of the chip's row, and this one has none
+    SCOPED_TRACE(model);
+    EngineBench other;
+    setUp(other, model);
+    other.chip->config().faults.wrongModelCode = true;
+    ASSERT_TRUE(other.program());
+    expectFailure(other, "MCU Type is incorrect. please select correct MCU type and open the file again.", 3);
+    EXPECT_FALSE(other.images.imageValid);
+    EXPECT_EQ(other.chip->erases(), 0);
+  }
 }
 
 TEST(Session, KeepsOldFirmwareAway) {
