@@ -88,6 +88,21 @@ TEST_F(FormSettings, ComeBackAfterARestart) {
   }
 }
 
+TEST_F(FormSettings, LeaveTheOptionsOfTheModelAtTheirDefaults) {
+  auto form = start();
+  form->main.TreeViewDevice.userPick("Pine-H07E");
+  ASSERT_EQ(form->options.com_RC_frequency[4].text(), "4.05");
+  form->options.com_RC_frequency[4].userPick(2);
+  form->options.com_RC_frequency[5].setText("22.1184");
+  loop.runFor(1s);
+  ASSERT_EQ(store.getOr("Settings", "com_RC_frequency_4", ""), "2");
+
+  form = start();
+  EXPECT_EQ(form->model.name(), "Pine-H07E");
+  EXPECT_EQ(form->options.com_RC_frequency[4].text(), "4.05");
+  EXPECT_EQ(form->options.com_RC_frequency[5].text(), "22.1184");
+}
+
 TEST_F(FormSettings, SurviveAProjectThatIsOpened) {
   const auto form = start();
   files.put("/p.KVR",
