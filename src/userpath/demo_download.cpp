@@ -91,7 +91,9 @@ bool DemoDownload::round() {
   if (!demoConnect() || !demoReadModel() || !demoErase()) return false;
   DemoDataFrames frames(line_);
   if (!line_.pause(Millis(100))) return false;
-  if (!context_.programming.programImage(&frames)) {
+  const bool programmed = context_.programming.programImage(&frames);
+  context_.programming.hideProgress();
+  if (!programmed) {
     stopTold_ = true;  // it has said all there is to say
     return false;
   }
@@ -145,7 +147,6 @@ bool DemoDownload::demoErase() {
 }
 
 void DemoDownload::finishRound() {
-  link().shared().ProgressBar1.setVisible(false);
   // Said twice, each time with room for an answer: one of them may get lost.
   for (int i = 0; i < 2; ++i) line_.demoExchange(kDemoFinish);
   link().say("Program OK.");

@@ -26,6 +26,7 @@ EngineBench::EngineBench(sim::WireConfig wireConfig)
   combCommPort.setItems({"COM1", "COM2", "COM3"});
   combCommPort.setListIndex(0);
   target.baseFrequencyMHz = [this] { return options.baseFrequencyHz() / 1000000; };
+  ProgressBar1.setVisible(false);
   hooks.onRunEnd = [this](const engine::RunRecord& record) { records.push_back(record); };
 }
 
@@ -119,6 +120,7 @@ std::string EngineBench::notAtRest() const {
   check(!panel.comStop_Download.enabled(), "Stop is on");
   check(!conversation.run.targetConnected, "a chip counts as connected");
   check(!imgOpen_sys.on(), "the lamp is on");
+  check(!ProgressBar1.visible(), "the progress bar is shown");
   return faults;
 }
 
