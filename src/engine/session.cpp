@@ -252,6 +252,7 @@ void Session::finishRun() {
   if (ask(hooks_.autoOpenPort, false) && hooks_.imgNotOpen_Click) {
     tell(hooks_.relock);
     lock_.toFree();
+    link.shared().imgOpen_sys.setOn(false);  // lit again below when the terminal has the same port
     hooks_.imgNotOpen_Click();
     return;
   }

@@ -122,6 +122,21 @@ TEST(Session, RefusesAWrongModelAndForgetsTheImage) {
   }
 }
 
+TEST(Session, LeavesThePortToTheTerminalAfterAGoodRun) {
+  EngineBench bench;
+  setUp(bench);
+  bool lockHeld = true, lampOn = true;
+  bench.hooks.autoOpenPort = [] { return true; };
+  bench.hooks.imgNotOpen_Click = [&] {
+    lockHeld = bench.lock.busy();
+    lampOn = bench.imgOpen_sys.on();
+  };
+  ASSERT_TRUE(bench.program());
+  EXPECT_TRUE(bench.passed()) << bench.text();
+  EXPECT_FALSE(lockHeld) << "the terminal opens nothing while a run is on";
+  EXPECT_FALSE(lampOn) << "the terminal may have another port";
+}
+
 TEST(Session, KeepsOldFirmwareAway) {
   EngineBench bench;
   setUp(bench);
