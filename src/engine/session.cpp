@@ -97,6 +97,8 @@ bool Session::prepare(int index) {
   if (!ask(hooks_.reloadIfAsked, true) || !c_.images.imageValid) return refuse("The file could not be loaded again.");
   if (!ask(hooks_.armCounters, true)) return refuse("The serial number could not be written.");
   if (c_.run.rcTrimRequested && !c_.room.checkFrequency()) return refuse("The R/C frequency is out of range.");
+  // The window was asked to close while the file was waited for: a run that began now would keep it open.
+  if (ask(hooks_.closeAsked, false)) return refuse("Operation stopped. ");
   lock_.toBusy();
   c_.run.frameSize = hasTrimmedOscillator(c_.family()) ? 64 : 128;
   if (index == 0 && link.panel().cheTL.value()) c_.run.frameSize = 128;

@@ -32,7 +32,8 @@ void MainForm::load() {
   settings.loadDemoSettings();
   settings.loadToolSettings();
   settings.loadUserCodeSettings();
-  optionsRoom.showFamilyPanel();  // options start from the model's defaults, whatever the last session left in their boxes
+  optionsRoom
+      .showFamilyPanel();  // options start from the model's defaults, whatever the last session left in their boxes
   images.loader.clearBuffers();
   offline.combPins.setListIndex(9);
   lock.set(options::UiLock::kFree);
