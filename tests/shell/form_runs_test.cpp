@@ -1,0 +1,134 @@
+// Runs on the whole form: what they take from the terminal and give back, what the watcher starts, and a close at any
+// moment.
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "tests/support/engine_bench.h"
+#include "tests/support/form_bench.h"
+
+namespace kvr {
+namespace {
+
+using platform::Millis;
+using support::FormBench;
+
+constexpr const char* kModel = "Ivy-H20S";
+
+void setUp(FormBench& bench) {
+  bench.select(kModel);
+  bench.loadCode(support::randomBytes(3, 1500));
+}
+
+bool finishes(FormBench& bench) {
+  return bench.loop.runUntil([&] { return !bench.form.activity.busy(); }, std::chrono::minutes(2));
+}
+
+TEST(FormRun, TakesThePortFromTheTerminalAndGivesItBackWhenAsked) {
+  for (const bool back : {false, true}) {
+    FormBench bench;
+    setUp(bench);
+    auto& tool = bench.form.tool;
+    tool.che_AutoOpenPort.userSet(back);
+    tool.com_Debug_COM.setListIndex(0);
+    tool.com_Debug_Baud.setText("4800");
+    tool.comOpenCOM[0].press();
+    ASSERT_TRUE(bench.form.comTool.isOpen());
+    const std::string toolSettings = bench.link.settings();
+    tool.comAutoSend.press();  // an automatic send is on, too
+    bench.loop.runFor(Millis(300));
+    bench.insertChip();
+    ASSERT_TRUE(bench.press(bench.form.download.comDownload[0]));
+    EXPECT_TRUE(bench.passed()) << bench.pane();
+    EXPECT_EQ(bench.form.comTool.isOpen(), back);
+    EXPECT_EQ(bench.link.isOpen(), back);
+    EXPECT_EQ(tool.comOpenCOM[0].caption(), back ? comtool::kCloseCaption : comtool::kOpenCaption);
+    if (back) {
+      EXPECT_EQ(bench.link.settings(), toolSettings);
+    }
+    EXPECT_EQ(bench.chip->violationText(), "");
+  }
+}
+
+TEST(FormRun, TheWatcherSendsTheCommandToTheRunningProgramAndDownloads) {
+  FormBench bench;
+  setUp(bench);
+  bench.insertChip().setApplication(
+      std::make_unique<sim::TriggerApplication>(sim::Line{38400, 'n'}, sim::Bytes{0x12, 0x34, 0xAB}));
+  bench.form.userpath.txtUserCode.userType("12 34 AB");
+  ASSERT_TRUE(bench.press(bench.form.download.comDownload[0]));
+  ASSERT_TRUE(bench.passed()) << bench.pane();
+  ASSERT_EQ(bench.chip->state(), sim::ChipState::application);
+  bench.form.images.panel.cekReloadFileWhileFileChange1.userSet(true);
+  bench.loop.runFor(Millis(2500));
+  EXPECT_EQ(bench.chip->releases(), 1);
+  const auto next = support::randomBytes(4, 1500);
+  bench.files.put("/image.bin", next);
+  ASSERT_TRUE(bench.loop.runUntil([&] { return bench.chip->releases() == 2; }, std::chrono::minutes(2))) << bench.pane();
+  ASSERT_TRUE(finishes(bench));
+  EXPECT_TRUE(bench.passed()) << bench.pane();
+  EXPECT_TRUE(std::equal(next.begin(), next.end(), bench.chip->flash().begin()));
+  bench.loop.runFor(std::chrono::seconds(10));
+  EXPECT_EQ(bench.chip->releases(), 2) << "one change, one download";
+  EXPECT_EQ(bench.chip->violationText(), "");
+}
+
+// The moments at which a run waits, from the press on: before the chip has power, around every frame, and behind the last.
+std::set<int> momentsOfARun() {
+  FormBench bench;
+  setUp(bench);
+  const auto pressed = bench.loop.now();
+  bench.insertChip();
+  EXPECT_TRUE(bench.press(bench.form.download.comDownload[0]));
+  EXPECT_TRUE(bench.passed()) << bench.pane();
+  std::set<int> moments{0, 1};
+  for (const sim::Unit& unit : bench.wire.log())
+    if (unit.bytes.size() > 2)
+      for (const sim::Micros at : {unit.start - 2000, unit.start + 1000, unit.end + 1000, unit.end + 12000})
+        moments.insert(static_cast<int>(std::max<sim::Micros>(at - pressed.count(), 0) / 1000));
+  return moments;
+}
+
+TEST(FormRun, AClosePressedAtAnyOfItsWaitsEndsItFirstAndThenTheWindowOnce) {
+  const auto moments = momentsOfARun();
+  EXPECT_GT(moments.size(), 60U);
+  int cutShort = 0;
+  for (const int presses : {1, 2})
+    for (const int moment : moments) {
+      SCOPED_TRACE(std::to_string(presses) + " at " + std::to_string(moment) + " ms");
+      FormBench bench;
+      setUp(bench);
+      bench.insertChip();
+      int unloads = 0;
+      bench.form.onUnload = [&] {
+        ++unloads;
+        EXPECT_FALSE(bench.form.activity.busy()) << "the run stands on what goes now";
+        EXPECT_FALSE(bench.link.isOpen());
+      };
+      platform::Instant closed{};
+      for (int i = 0; i < presses; ++i)
+        bench.loop.after(Millis(moment + 90 * i), [&, i] {
+          if (i == 0) closed = bench.loop.now();
+          if (!bench.form.queryUnload()) bench.form.unload();
+        });
+      bool done = false;
+      bench.loop.post([&] {
+        bench.form.download.comDownload[0].press();
+        done = true;
+      });
+      ASSERT_TRUE(bench.loop.runUntil([&] { return done && unloads > 0; }, std::chrono::minutes(2))) << bench.pane();
+      EXPECT_LT((bench.loop.now() - closed).count(), 3000000);
+      cutShort += !bench.passed();
+      const int opens = bench.link.opens;
+      bench.loop.runFor(std::chrono::seconds(5));
+      EXPECT_EQ(unloads, 1);
+      EXPECT_EQ(bench.link.opens, opens);
+      EXPECT_FALSE(bench.link.isOpen());
+      EXPECT_EQ(bench.chip->violationText(), "");
+      if (HasFailure()) return;
+    }
+  EXPECT_GT(cutShort, 60);
+}
+
+}  // namespace
+}  // namespace kvr
