@@ -1,0 +1,340 @@
+// The real window and the real kvr-target, each a process's worth of its own, with a pseudo-terminal between: what an
+// operator does from the first start on.
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLabel>
+#include <QMimeData>
+#include <QDropEvent>
+#include <QPlainTextEdit>
+#include <QProcess>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QUrl>
+#include <csignal>
+
+#include "shell/qt/verdict_view.h"
+#include "tests/window/desk.h"
+
+namespace kvr::window {
+namespace {
+
+using std::chrono::seconds;
+
+class RealTarget : public Desk {
+ protected:
+  void TearDown() override {
+    Desk::TearDown();
+    end();
+  }
+  void end() {
+    if (target.state() == QProcess::NotRunning) return;
+    target.terminate();
+    target.waitForFinished(3000);
+  }
+  // The target on COM1 of a window that has never been used.
+  void openWith(const QStringList& arguments) {
+    const QString port = folder.filePath(QStringLiteral("com1"));
+    target.setProgram(QStringLiteral(KVR_BINARY_DIR "/kvr-target"));
+    target.setArguments(QStringList{QStringLiteral("--link"), port, QStringLiteral("--json"), jsonPath()} + arguments);
+    target.start();
+    ASSERT_TRUE(target.waitForStarted());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QFile::exists(port); }, 5000));
+    QSettings settings(QString::fromStdString(settingsPath()), QSettings::IniFormat);
+    settings.setValue(QStringLiteral("Ports/COM1"), port);
+    settings.sync();
+    open();
+  }
+  QString jsonPath() { return folder.filePath(QStringLiteral("target.json")); }
+  QJsonObject holds() {  // ends the target
+    end();
+    return readReport();
+  }
+  QJsonObject readReport() {
+    QFile file(jsonPath());
+    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
+  }
+  static std::string violations(const QJsonObject& report) {
+    return QJsonDocument(report[QStringLiteral("violations")].toArray()).toJson().toStdString();
+  }
+  // As soon as the condition holds, once.
+  void whenever(std::function<bool()> condition, std::function<void()> action) {
+    plans.push_back(nullptr);
+    const std::size_t place = plans.size() - 1;
+    plans[place] = std::make_unique<platform::Timer>(
+        program->loop,
+        [this, place, condition, action] {
+          if (!condition()) return;
+          plans[place]->stop();
+          action();
+        },
+        platform::Timer::Kind::Periodic);
+    plans[place]->start(platform::Millis(20));
+  }
+  void cyclePower() { ::kill(static_cast<pid_t>(target.processId()), SIGUSR1); }
+  void cyclePowerWhenThePortOpens() {
+    whenever([this] { return program->form.activity.busy() && program->link.isOpen(); }, [this] { cyclePower(); });
+  }
+  // The button, and the run that it starts, to its end.
+  void press(const char* button, seconds limit = seconds(20)) {
+    bool began = false;
+    whenever([this] { return program->form.activity.busy(); }, [&] { began = true; });
+    later(static_cast<int>(limit.count()) * 1000, [this] { click("comStop_Download"); });
+    click(button);
+    EXPECT_TRUE(waitFor([&] { return began && !program->form.activity.busy(); }, limit)) << pane();
+    plans.clear();
+  }
+  std::string pane() { return widget<QPlainTextEdit>("textMsg").toPlainText().toStdString(); }
+  bool says(const std::string& words) { return pane().find(words) != std::string::npos; }
+  QString verdict() { return static_cast<VerdictView&>(widget("verdict")).word(); }
+  int passes() { return widget<QLineEdit>("txtWrite_OK_Count").text().toInt(); }
+  void type(const char* box, const QString& text) {
+    auto& line = widget<QLineEdit>(box);
+    line.selectAll();
+    QTest::keyClicks(&line, text);
+    settle();
+  }
+  void drop(const QString& path) {
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(path)});
+    QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(program->window.get(), &enter);
+    ASSERT_TRUE(enter.isAccepted());
+    QDropEvent event(QPointF(20, 20), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(program->window.get(), &event);
+    ASSERT_TRUE(waitFor([&] { return program->form.images.loader.codeFile().path == path.toStdString(); }));
+    settle();
+  }
+  void write(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+  }
+  QString sample() { return QStringLiteral(KVR_SOURCE_DIR "/samples/bench-clock.hex"); }
+  QProcess target;
+};
+
+// A hex file of one record after another, each with the same byte throughout.
+QByteArray hexOf(int records, std::uint8_t fill) {
+  QByteArray text;
+  for (int i = 0; i < records; ++i) {
+    QByteArray line;
+    line.append(char(16)).append(char(i * 16 >> 8)).append(char(i * 16)).append('\0');
+    line.append(QByteArray(16, static_cast<char>(fill)));
+    int sum = 0;
+    for (const char byte : line) sum += static_cast<std::uint8_t>(byte);
+    line.append(static_cast<char>(-sum));
+    text += ":" + line.toHex().toUpper() + "\r\n";
+  }
+  return text + ":00000001FF\r\n";
+}
+
+// What a chip's flash begins with when it holds the records.
+QString filled(int bytes, std::uint8_t fill) {
+  return QString::fromLatin1(QByteArray(bytes, static_cast<char>(fill)).toHex().toUpper());
+}
+
+// The bytes of a plain hex file up to the end of its code, gaps as 0xFF; `known` tells which are the file's.
+struct Image {
+  QByteArray bytes, known;
+};
+Image imageOf(const QString& path) {
+  Image image{QByteArray(65536, '\xFF'), QByteArray(65536, '\0')};
+  QFile file(path);
+  EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+  for (const QByteArray& line : file.readAll().split('\n')) {
+    const QByteArray record = QByteArray::fromHex(line.trimmed().mid(1));
+    if (record.size() < 5 || record[3] != 0) continue;
+    const int at = static_cast<std::uint8_t>(record[1]) * 256 + static_cast<std::uint8_t>(record[2]);
+    for (int i = 0; i < record[0]; ++i) {
+      image.bytes[at + i] = record[4 + i];
+      image.known[at + i] = 1;
+    }
+  }
+  return image;
+}
+int differences(const QString& flashHex, const Image& image) {
+  const QByteArray flash = QByteArray::fromHex(flashHex.toLatin1());
+  int count = 0;
+  for (int i = 0; i < image.bytes.size(); ++i)
+    if (image.known[i]) count += i >= flash.size() || flash[i] != image.bytes[i];
+  return count;
+}
+
+TEST_F(RealTarget, ServesANewUserFromTheModelToTheCheckOfTheChip) {
+  openWith({QStringLiteral("--model"), QStringLiteral("Ivy-HF0S"), QStringLiteral("--power-on"),
+            QStringLiteral("0.4")});
+  pickModel(QStringLiteral("y-hf0s"));
+  ASSERT_EQ(widget<QLineEdit>("txtDevice").text(), QStringLiteral("Ivy-HF0S"));
+  drop(sample());
+  tab("TabStrip1", "options");
+  click("Option2_0");  // the other delay after a reset
+  click("Option8_0");  // P4.6 resets
+  cyclePowerWhenThePortOpens();
+  press("comDownload_0");
+  EXPECT_EQ(verdict(), QStringLiteral("PASS")) << pane();
+  EXPECT_TRUE(says("Ivy-HF0S")) << pane();
+  EXPECT_EQ(passes(), 1);
+
+  tab("TabStrip1", "CheckMCUoption");
+  cyclePowerWhenThePortOpens();
+  press("comReadChipLock");
+  EXPECT_TRUE(says("P4.6/RESET2 pin voltage<1.33V Reset")) << pane();
+  EXPECT_EQ(passes(), 1);
+
+  tab("TabStrip1", "options");
+  const QString before = widget<QLabel>("LabOption_8").text();
+  EXPECT_TRUE(widget("Option8_0").isVisible());
+  widget<QLineEdit>("txtDevice").setFocus();
+  click("txtDevice");
+  settle();
+  for (int i = 0; i < 20; ++i) QTest::keyClick(&widget("modelSearch"), Qt::Key_Backspace);
+  QTest::keyClicks(&widget("modelSearch"), QStringLiteral("pine-h03"));
+  settle();
+  QTest::keyClick(&widget("modelSearch"), Qt::Key_Return);
+  settle();
+  EXPECT_TRUE(widget<QLineEdit>("txtDevice").text().startsWith(QLatin1String("Pine-H03")));
+  EXPECT_NE(widget<QLabel>("LabOption_8").text(), before);
+  EXPECT_TRUE(widget("com_RC_frequency_5").isVisible()) << "the frequency of its oscillator";
+
+  const QJsonObject chip = holds();
+  EXPECT_EQ(violations(chip), "[\n]\n");
+  EXPECT_EQ(chip[QStringLiteral("erases")].toInt(), 1);
+  EXPECT_EQ(differences(chip[QStringLiteral("flash")].toString(), imageOf(sample())), 0);
+}
+
+class Watched : public RealTarget {
+ protected:
+  void openWithChip() {
+    openWith({QStringLiteral("--model"), QStringLiteral("Ivy-HF0S"), QStringLiteral("--power-cycle-after"), QStringLiteral("0.1")});
+    pickModel(QStringLiteral("ivy-hf0s"));
+  }
+  void watch(const QString& path) {
+    drop(path);
+    tab("TabStrip1", "store_buffer");
+    click("cekReloadFileWhileFileChange");
+    platform::delay(program->loop, platform::Millis(1200));  // its first tick takes the file as it stands
+    ASSERT_TRUE(program->form.images.panel.cekReloadFileWhileFileChange.value());
+  }
+  void expectRun(int number) {
+    EXPECT_TRUE(waitFor([&] { return passes() >= number && !program->form.activity.busy(); }, seconds(20))) << pane();
+    EXPECT_EQ(passes(), number);
+  }
+  // Ticks of the watcher without a run.
+  void expectQuiet(int number, int ms = 2500) {
+    platform::delay(program->loop, platform::Millis(ms));
+    EXPECT_EQ(passes(), number) << pane();
+    EXPECT_FALSE(program->form.activity.busy());
+  }
+};
+
+TEST_F(Watched, EachBuildOfTheCompilerIsProgrammedOnce) {
+  if (QStandardPaths::findExecutable(QStringLiteral("sdcc")).isEmpty()) GTEST_SKIP() << "no sdcc";
+  const auto build = [this](int value) {
+    write(folder.filePath(QStringLiteral("main.c")),
+          QStringLiteral("__code const char sign[] = \"build %1\"; volatile char x; void main(void) { for (;;) x = sign[%1]; }\n").arg(value).toLatin1());
+    QProcess compiler;
+    compiler.setWorkingDirectory(folder.path());
+    compiler.start(QStringLiteral("sdcc"), {QStringLiteral("-mmcs51"), QStringLiteral("main.c"), QStringLiteral("-o"), QStringLiteral("main.ihx")});
+    // The window goes on meanwhile, and looks at the file at any moment of the build.
+    ASSERT_TRUE(waitFor([&] { return compiler.state() == QProcess::NotRunning; }, seconds(30)));
+    ASSERT_EQ(compiler.exitCode(), 0) << compiler.readAllStandardError().toStdString();
+  };
+  const QString path = folder.filePath(QStringLiteral("main.ihx"));
+  openWithChip();
+  build(1);
+  watch(path);
+  for (int number = 1; number <= 2; ++number) {
+    build(number + 1);
+    expectRun(number);
+    EXPECT_EQ(verdict(), QStringLiteral("PASS"));
+    EXPECT_EQ(differences(readReport()[QStringLiteral("flash")].toString(), imageOf(path)), 0) << "build " << number + 1;
+  }
+  expectQuiet(2);
+  const QJsonObject chip = holds();
+  EXPECT_EQ(chip[QStringLiteral("erases")].toInt(), 2);
+  EXPECT_EQ(violations(chip), "[\n]\n");
+}
+
+TEST_F(Watched, AFileWrittenInPiecesCountsWhenItIsWholeAndAReplacedOneCountsToo) {
+  const QString path = folder.filePath(QStringLiteral("slow.hex"));
+  write(path, hexOf(40, 0x11));
+  openWithChip();
+  watch(path);
+  const QByteArray text = hexOf(48, 0x22);
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  for (const auto& piece : {text.left(700), text.mid(700, 400)}) {  // longer pauses than the watcher's two looks
+    file.write(piece);
+    file.flush();
+    expectQuiet(0, 2300);
+  }
+  file.write(text.mid(1100));
+  file.close();
+  expectRun(1);
+  EXPECT_TRUE(readReport()[QStringLiteral("flash")].toString().startsWith(filled(48 * 16, 0x22)));
+  write(path + QStringLiteral(".new"), hexOf(32, 0x33));
+  ASSERT_EQ(std::rename((path + QStringLiteral(".new")).toLocal8Bit(), path.toLocal8Bit()), 0);
+  expectRun(2);
+  const QString flash = holds()[QStringLiteral("flash")].toString();
+  EXPECT_TRUE(flash.startsWith(filled(32 * 16, 0x33)));
+  EXPECT_FALSE(flash.startsWith(filled(32 * 16 + 1, 0x33)));
+}
+
+class SelfDefined : public RealTarget, public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(SelfDefined, ACommandBringsTheRunningProgramBackWithoutAPowerCycle) {
+  const QString path = folder.filePath(QStringLiteral("next.hex"));
+  write(path, hexOf(40, 0x11));
+  openWith({QStringLiteral("--model"), QString::fromLatin1(GetParam()), QStringLiteral("--power-on"), QStringLiteral("0.2"),
+            QStringLiteral("--firmware"), QStringLiteral("trigger"), QStringLiteral("--command"), QStringLiteral("12 34 AB"),
+            QStringLiteral("--line"), QStringLiteral("57600,n,8,1")});
+  pickModel(QString::fromLatin1(GetParam()));
+  ASSERT_EQ(widget<QLineEdit>("txtDevice").text(), QString::fromLatin1(GetParam()));
+  drop(path);
+  press("comDownload_0");
+  ASSERT_EQ(verdict(), QStringLiteral("PASS")) << pane();
+  EXPECT_EQ(readReport()[QStringLiteral("state")].toString(), QStringLiteral("application"));
+
+  write(path, hexOf(40, 0x44));
+  drop(path);
+  tab("TabStrip1", "user_code");
+  type("txtUserCode", QStringLiteral("12 34 AB"));
+  widget<QComboBox>("cobUserCodeBaud").setFocus();
+  QTest::keyClick(&widget("cobUserCodeBaud"), Qt::Key_Up);
+  ASSERT_EQ(widget<QComboBox>("cobUserCodeBaud").currentText(), QStringLiteral("57600"));
+  press("comSendUserCode");
+  EXPECT_EQ(verdict(), QStringLiteral("PASS")) << pane();
+  EXPECT_EQ(passes(), 2);
+  const QJsonObject chip = holds();
+  EXPECT_TRUE(chip[QStringLiteral("flash")].toString().startsWith(filled(40 * 16, 0x44)));
+  EXPECT_EQ(chip[QStringLiteral("releases")].toInt(), 2);
+  EXPECT_EQ(violations(chip), "[\n]\n");
+}
+INSTANTIATE_TEST_SUITE_P(Models, SelfDefined, ::testing::Values("Ivy-HF0S", "Nutmeg-H80D"));
+
+TEST_F(RealTarget, ABoardWrittenFromTheWindowProgramsItsChipsAndStopsAtTheLimit) {
+  openWith({QStringLiteral("--device"), QStringLiteral("board"), QStringLiteral("--model"), QStringLiteral("Ivy-HF0S"),
+            QStringLiteral("--chips"), QStringLiteral("3")});
+  pickModel(QStringLiteral("ivy-hf0s"));
+  drop(sample());
+  tab("TabStrip1", "TJXZ");
+  type("txt_download_max", QStringLiteral("2"));
+  press("comTJXZ");
+  EXPECT_TRUE(says("OK.")) << pane();
+  const QJsonObject board = holds();
+  EXPECT_EQ(violations(board), "[\n]\n");
+  EXPECT_EQ(board[QStringLiteral("loads")].toInt(), 1);
+  const QJsonArray programmed = board[QStringLiteral("programmed")].toArray();
+  ASSERT_EQ(programmed.size(), 3);
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_TRUE(programmed[i][QStringLiteral("done")].toBool()) << programmed[i][QStringLiteral("why")].toString().toStdString();
+    EXPECT_EQ(programmed[i][QStringLiteral("leftOut")].toInt(), 0);
+    EXPECT_EQ(differences(programmed[i][QStringLiteral("flash")].toString(), imageOf(sample())), 0);
+  }
+  EXPECT_FALSE(programmed[2][QStringLiteral("done")].toBool());
+}
+
+}  // namespace
+}  // namespace kvr::window
