@@ -26,6 +26,7 @@ MainPanel::MainPanel() {
                      {"ISP_DEMO", "ISP DEMO"},
                      {"store_buffer", "Store Buffer"},
                      {"Hardware_Help", "Hardware Help"}});
+  ProgressBar1.setVisible(false);  // a run shows it
   comMastWindow.setCaption("Shrink");
   comMastWindow.setToolTip("Hide the left column and keep the working pages");
   comHelp[0].setCaption("Help");
