@@ -1,5 +1,5 @@
-// A download of 60 KB at 115200, in the virtual world and in the real window against kvr-target, held against the shortest time
-// that wire, chip and protocol allow.
+// A download of 60 KB at 115200, in the virtual world and in the real window against kvr-target, held against the
+// shortest time that wire, chip and protocol allow.
 //   download_bench KVR-TARGET SCRATCH-FOLDER
 #include <sys/resource.h>
 

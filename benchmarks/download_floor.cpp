@@ -25,10 +25,14 @@ double gatherMs(const sim::Unit& answer) {
 // What the protocol prescribes besides, ahead of a frame with this command.
 double pauseMs(int command) {
   switch (command) {
-    case 0x8F: return 50 + 5;   // before a test of the new rate
-    case 0x8E: return 50 + 50;  // before the change
-    case 0x8D: return 1000 + 5; // before the options, when the rate has changed
-    default: return 0;
+    case 0x8F:
+      return 50 + 5;  // before a test of the new rate
+    case 0x8E:
+      return 50 + 50;  // before the change
+    case 0x8D:
+      return 1000 + 5;  // before the options, when the rate has changed
+    default:
+      return 0;
   }
 }
 
@@ -42,7 +46,9 @@ double overlapMs(const sim::Chip& chip, sim::Micros from, sim::Micros to) {
   return sum;
 }
 
-bool isFrame(const sim::Unit& unit) { return unit.bytes.size() > 5 && (unit.bytes[0] == 0x46 || unit.bytes[0] == 0xFE); }
+bool isFrame(const sim::Unit& unit) {
+  return unit.bytes.size() > 5 && (unit.bytes[0] == 0x46 || unit.bytes[0] == 0xFE);
+}
 
 }  // namespace
 
@@ -52,12 +58,15 @@ Floor floorOf(const sim::Wire& wire, const sim::Chip& chip) {
   const sim::Unit* before = nullptr;
   for (const auto& unit : wire.log()) {
     const bool answer = unit.direction == sim::Direction::deviceToHost;
-    if (!before && !answer) continue;    // nobody has answered yet
+    if (!before && !answer) continue;         // nobody has answered yet
     if (!answer && !isFrame(unit)) continue;  // sync bytes cross the answer on the other wire
     floor.wireMs += static_cast<double>(unit.end - unit.start) / 1000;
-    if (!before) floor.takenMs = -static_cast<double>(unit.start) / 1000;
-    else if (answer) floor.chipMs += overlapMs(chip, before->end, unit.start) + turnaroundMs;
-    else floor.hostMs += gatherMs(*before) + pauseMs(unit.bytes[5]);
+    if (!before)
+      floor.takenMs = -static_cast<double>(unit.start) / 1000;
+    else if (answer)
+      floor.chipMs += overlapMs(chip, before->end, unit.start) + turnaroundMs;
+    else
+      floor.hostMs += gatherMs(*before) + pauseMs(unit.bytes[5]);
     before = &unit;
   }
   if (before) floor.takenMs += static_cast<double>(before->end) / 1000;

@@ -9,9 +9,9 @@
 namespace bench {
 
 struct Floor {
-  double wireMs = 0;   // every byte, both ways
-  double chipMs = 0;   // flash work and the chip's own waits, where the host had to wait for them
-  double hostMs = 0;   // the waits that the protocol prescribes to the host between two frames
+  double wireMs = 0;  // every byte, both ways
+  double chipMs = 0;  // flash work and the chip's own waits, where the host had to wait for them
+  double hostMs = 0;  // the waits that the protocol prescribes to the host between two frames
   double totalMs() const { return wireMs + chipMs + hostMs; }
   double takenMs = 0;  // from the chip's first answer to the last frame
 };

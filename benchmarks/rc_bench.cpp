@@ -1,4 +1,5 @@
-// How many whole downloads with measuring and trim of the internal oscillator the virtual world gets through in a second.
+// How many whole downloads with measuring and trim of the internal oscillator the virtual world gets through in a
+// second.
 #include <chrono>
 
 #include "benchmarks/figure.h"

@@ -49,7 +49,8 @@ bool Programming::eraseFirstGeneration(const Bytes& frame) {
   return erased;
 }
 
-// The answer itself says nothing, so it must not be mistaken for a late answer to a ping: those are status frames, far longer.
+// The answer itself says nothing, so it must not be mistaken for a late answer to a ping: those are status frames, far
+// longer.
 bool Programming::awaitErased() {
   TargetLink& link = c_.link;
   const platform::Instant end = link.world().loop.now() + kFirstGenerationErase;

@@ -1,4 +1,5 @@
-// What a good monitor frame says, as values: the type of the record, nine registers at the moment of the dump, and memory.
+// What a good monitor frame says, as values: the type of the record, nine registers at the moment of the dump, and
+// memory.
 #pragma once
 
 #include <array>

@@ -1,8 +1,8 @@
 // Finds the frames that a monitored firmware sends in the middle of whatever else it writes.
 //
-// On the line: A5 5A, then the frame: AA, its length N (two bytes, high first, counted from AA through the sum), the record
-// type, ..., and the low 8 bits of the sum of all bytes from AA on. N is 1 to 1099. The search keeps its state from chunk to
-// chunk, so it does not matter where reads cut the stream.
+// On the line: A5 5A, then the frame: AA, its length N (two bytes, high first, counted from AA through the sum), the
+// record type, ..., and the low 8 bits of the sum of all bytes from AA on. N is 1 to 1099. The search keeps its state
+// from chunk to chunk, so it does not matter where reads cut the stream.
 #pragma once
 
 #include <cstddef>

@@ -23,7 +23,9 @@ std::string withValue(std::string row, std::uint8_t value) {
   return row + platform::hexText(value, 2) + "H  " + platform::padLeft(std::to_string(value), 3, ' ');
 }
 
-std::string valueOf(const std::string& row) { return row.size() > kValueColumn ? row.substr(kValueColumn) : ""; }
+std::string valueOf(const std::string& row) {
+  return row.size() > kValueColumn ? row.substr(kValueColumn) : "";
+}
 
 std::vector<std::string> ramRows() {
   std::vector<std::string> rows;

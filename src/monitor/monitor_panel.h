@@ -9,8 +9,8 @@ struct MonitorPanel {
   MonitorPanel();
   void addTo(platform::ControlRegistry& registry);
 
-  platform::Frame Frame21{"Frame21"};  // page "Debug_SFR": lst_debug1, lst_debug2
-  platform::Frame Frame22{"Frame22"};  // page "Debug_xdata": lst_debug3, lst_debug4
+  platform::Frame Frame21{"Frame21"};          // page "Debug_SFR": lst_debug1, lst_debug2
+  platform::Frame Frame22{"Frame22"};          // page "Debug_xdata": lst_debug3, lst_debug4
   platform::ListBox lst_debug1{"lst_debug1"};  // named registers of the selected model's family
   platform::ListBox lst_debug2{"lst_debug2"};  // 256 bytes of internal memory
   platform::ListBox lst_debug3{"lst_debug3"};  // 1024 bytes of external memory

@@ -6,6 +6,8 @@ namespace kvr::monitor {
 
 namespace {
 
+// One register a place, in the order in which the lists show them.
+// clang-format off
 constexpr std::array<NamedRegister, 41> kCedar{{
     {0xE0, "ACC"}, {0xF0, "B"}, {0x81, "SP"}, {0x83, "DPH"}, {0x82, "DPL"}, {0xD0, "PSW"}, {0x80, "P0"}, {0x90, "P1"},
     {0xA0, "P2"}, {0xB0, "P3"}, {0xE8, "P4"}, {0xE2, "ISP_DATA"}, {0xE3, "ISP_ADDRH"}, {0xE4, "ISP_ADDRL"},
@@ -56,5 +58,6 @@ std::span<const NamedRegister> registerTable(int family) {
       return {};
   }
 }
+// clang-format on
 
 }  // namespace kvr::monitor

@@ -1,6 +1,6 @@
-// The register monitor: a firmware on the chip dumps its registers and memory into the terminal's byte stream; this finds
-// the dumps, answers the firmware and shows what they hold. Nothing is sent unless a frame has come, or the person presses
-// "Continue".
+// The register monitor: a firmware on the chip dumps its registers and memory into the terminal's byte stream; this
+// finds the dumps, answers the firmware and shows what they hold. Nothing is sent unless a frame has come, or the
+// person presses "Continue".
 #pragma once
 
 #include <array>

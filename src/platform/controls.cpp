@@ -44,8 +44,10 @@ std::string CheckBox::property(std::string_view name) const {
 }
 
 void CheckBox::setProperty(std::string_view name, const std::string& value) {
-  if (name == "Value") setValue(value == "True" || valueOf(value) != 0);
-  else Label::setProperty(name, value);
+  if (name == "Value")
+    setValue(value == "True" || valueOf(value) != 0);
+  else
+    Label::setProperty(name, value);
 }
 
 void OptionGroup::add(OptionButton& button) {
@@ -73,11 +75,15 @@ std::string OptionButton::property(std::string_view name) const {
 }
 
 void OptionButton::setProperty(std::string_view name, const std::string& value) {
-  if (name == "Value") setValue(value == "True" || valueOf(value) != 0);
-  else Label::setProperty(name, value);
+  if (name == "Value")
+    setValue(value == "True" || valueOf(value) != 0);
+  else
+    Label::setProperty(name, value);
 }
 
-std::string TextBox::trimmed() const { return trim(text_); }
+std::string TextBox::trimmed() const {
+  return trim(text_);
+}
 
 void TextBox::setText(const std::string& text) {
   selStart_ = text.size();
@@ -94,7 +100,9 @@ void TextBox::append(std::string_view text) {
   appended.emit();
 }
 
-void TextBox::appendLine(std::string_view text) { append("\n" + std::string(text)); }
+void TextBox::appendLine(std::string_view text) {
+  append("\n" + std::string(text));
+}
 
 void TextBox::select(std::size_t start, std::size_t length) {
   start = std::min(start, text_.size());
@@ -115,9 +123,13 @@ void TextBox::userLeave() {
   if (onLeave) onLeave();
 }
 
-bool TextBox::userKey(char32_t key) { return enabled() && onKeyPress && onKeyPress(key); }
+bool TextBox::userKey(char32_t key) {
+  return enabled() && onKeyPress && onKeyPress(key);
+}
 
-std::string TextBox::property(std::string_view name) const { return name == "Text" ? text_ : std::string(); }
+std::string TextBox::property(std::string_view name) const {
+  return name == "Text" ? text_ : std::string();
+}
 
 void TextBox::setProperty(std::string_view name, const std::string& value) {
   if (name == "Text") setText(value);
@@ -151,7 +163,9 @@ void ComboBox::setText(const std::string& text) {
   changed.emit();
 }
 
-std::string ComboBox::trimmed() const { return trim(text_); }
+std::string ComboBox::trimmed() const {
+  return trim(text_);
+}
 
 void ComboBox::userPick(int index) {
   if (!enabled()) return;

@@ -1,11 +1,12 @@
-// The window's controls as plain objects: the program's state and its command surface. A window binds a widget to each; the
-// virtual world drives them directly.
+// The window's controls as plain objects: the program's state and its command surface. A window binds a widget to each;
+// the virtual world drives them directly.
 //
 // Two ways to change one:
 //  * code sets a property (`setText`, `setValue`, ...): the state changes, `changed` is emitted (for bindings and for
 //    saving), no handler runs;
 //  * a person's gesture (`press`, `userToggle`, `userPick`, ...): only when the control is enabled; the state changes,
-//    `changed` is emitted, and then the handler (`onClick`, `onChange`) runs. Bindings post gestures through the event loop.
+//    `changed` is emitted, and then the handler (`onClick`, `onChange`) runs. Bindings post gestures through the event
+//    loop.
 #pragma once
 
 #include <algorithm>
@@ -143,7 +144,7 @@ class OptionButton : public Label {
   bool value() const { return value_; }
   void setValue(bool on);
   void userChoose();
-  std::string property(std::string_view name) const override;  // "Value": "True" or "False"
+  std::string property(std::string_view name) const override;                  // "Value": "True" or "False"
   void setProperty(std::string_view name, const std::string& value) override;  // "True", "False", or a number
   const OptionGroup* group() const { return group_; }
   std::function<void()> onClick;

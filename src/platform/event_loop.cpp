@@ -56,9 +56,13 @@ bool EventLoop::dispatchOne() {
 Timer::Timer(EventLoop& loop, std::function<void()> onTick, Kind kind)
     : loop_(loop), onTick_(std::move(onTick)), kind_(kind) {}
 
-Timer::~Timer() { stop(); }
+Timer::~Timer() {
+  stop();
+}
 
-void Timer::start() { arm(loop_.now() + interval_); }
+void Timer::start() {
+  arm(loop_.now() + interval_);
+}
 
 void Timer::start(Millis interval) {
   interval_ = interval;
@@ -91,7 +95,9 @@ void Timer::fire() {
 
 PortEvent::PortEvent(EventLoop& loop, std::function<void()> handler) : loop_(loop), handler_(std::move(handler)) {}
 
-PortEvent::~PortEvent() { withdraw(); }
+PortEvent::~PortEvent() {
+  withdraw();
+}
 
 void PortEvent::raise() {
   if (pending_) return;

@@ -1,6 +1,6 @@
-// The one place where the program waits. It keeps what has happened (bytes at a port, timers that fell due, gestures of a
-// person) in one order and hands it out one thing a turn, so that a conversation can be written straight down: send, run
-// turns until a flag has changed, look at the flag.
+// The one place where the program waits. It keeps what has happened (bytes at a port, timers that fell due, gestures of
+// a person) in one order and hands it out one thing a turn, so that a conversation can be written straight down: send,
+// run turns until a flag has changed, look at the flag.
 //
 // A turn (`runOnce`) handles the first thing that is ready, in the order: port events, timers (by due time, then by
 // arming), gestures; when nothing is ready it sleeps until something is. Handlers may run turns themselves.
@@ -69,8 +69,8 @@ class EventLoop {
   std::uint64_t armings_ = 0;
 };
 
-// A timer that belongs to whoever holds it. One-shot timers turn themselves off before the handler runs; periodic ones keep
-// their beat. Destroying a timer takes it back.
+// A timer that belongs to whoever holds it. One-shot timers turn themselves off before the handler runs; periodic ones
+// keep their beat. Destroying a timer takes it back.
 class Timer {
  public:
   enum class Kind { OneShot, Periodic };
@@ -100,8 +100,8 @@ class Timer {
   std::uint64_t order_ = 0;
 };
 
-// What a port raises when bytes wait. Raised twice before it was handled, it is one event; `withdraw` takes back an event
-// that has not been handled yet.
+// What a port raises when bytes wait. Raised twice before it was handled, it is one event; `withdraw` takes back an
+// event that has not been handled yet.
 class PortEvent {
  public:
   PortEvent(EventLoop& loop, std::function<void()> handler);

@@ -29,8 +29,8 @@ class FileSystem {
   virtual bool fileExists(const std::string& path) const = 0;
   virtual bool folderExists(const std::string& path) const = 0;
   [[nodiscard]] virtual FileResult makeFolder(const std::string& path) = 0;
-  // A text that changes whenever the file's content may have changed (time of last change, size, identity); nothing when
-  // the file is absent.
+  // A text that changes whenever the file's content may have changed (time of last change, size, identity); nothing
+  // when the file is absent.
   virtual std::optional<std::string> stamp(const std::string& path) const = 0;
   // Local date and time of the file's last change, "yyyy-mm-dd hh:mm:ss"; empty when the file is absent.
   virtual std::string changedAt(const std::string& path) const = 0;

@@ -1,8 +1,8 @@
 // What the program needs of a serial port. One port object serves four masters in turn (see engine/port_lease.h).
 //
-// Port mode, in every implementation: binary, NUL bytes kept, no end-of-file handling, no flow control, receive event at
-// one waiting byte, no transmit event. `close` and a change of settings first let go out what was written (drained, at most
-// one second), since a chip must get whole frames.
+// Port mode, in every implementation: binary, NUL bytes kept, no end-of-file handling, no flow control, receive event
+// at one waiting byte, no transmit event. `close` and a change of settings first let go out what was written (drained,
+// at most one second), since a chip must get whole frames.
 #pragma once
 
 #include <cstddef>
@@ -29,8 +29,8 @@ class SerialLink {
   virtual void setPortNumber(int number) = 0;  // COM port 1..16
   virtual int portNumber() const = 0;
 
-  // "9600,n,8,1": baud, parity letter (n, e, o), data bits, stop bits (1, 1.5, 2). Set while closed it takes effect at the
-  // next open; set while open, at once. An error: the text is no such thing, or the open port refuses it.
+  // "9600,n,8,1": baud, parity letter (n, e, o), data bits, stop bits (1, 1.5, 2). Set while closed it takes effect at
+  // the next open; set while open, at once. An error: the text is no such thing, or the open port refuses it.
   virtual PortError setSettings(const std::string& text) = 0;
   virtual std::string settings() const = 0;  // the text last set
 

@@ -9,7 +9,9 @@
 namespace kvr::platform {
 namespace {
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+bool isBlank(char c) {
+  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
 
 std::size_t digitsFrom(std::string_view text, std::size_t at) {
   std::size_t end = at;
@@ -92,8 +94,12 @@ std::string padLeft(std::string_view text, int count, char fill) {
   return std::string(wanted - text.size(), fill) + std::string(text);
 }
 
-std::int64_t roundEven(double value) { return static_cast<std::int64_t>(std::nearbyint(value)); }
+std::int64_t roundEven(double value) {
+  return static_cast<std::int64_t>(std::nearbyint(value));
+}
 
-std::int64_t floorOf(double value) { return static_cast<std::int64_t>(std::floor(value)); }
+std::int64_t floorOf(double value) {
+  return static_cast<std::int64_t>(std::floor(value));
+}
 
 }  // namespace kvr::platform

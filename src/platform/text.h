@@ -7,7 +7,7 @@
 
 namespace kvr::platform {
 
-std::string trim(std::string_view text);  // blanks, tabs and line ends off both sides
+std::string trim(std::string_view text);   // blanks, tabs and line ends off both sides
 std::string upper(std::string_view text);  // ASCII letters
 
 // The number at the head of a text: leading blanks, sign, decimal digits, point, exponent, as far as they go; else 0.
@@ -15,7 +15,8 @@ double valueOf(std::string_view text);
 // The same, truncated to a whole number and held to the 32-bit range.
 int wholeOf(std::string_view text);
 
-// A value as a number text: at most 15 significant digits, no trailing zeros, no leading blank ("11.0592", "-3", "1E+20").
+// A value as a number text: at most 15 significant digits, no trailing zeros, no leading blank ("11.0592", "-3",
+// "1E+20").
 std::string numberText(double value);
 
 // Unsigned hexadecimal at the head of a text, as far as digits go; 0 when there is none. At most 32 bits are kept.

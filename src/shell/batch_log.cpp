@@ -30,8 +30,8 @@ std::string csvLine(const BatchEntry& e) {
 }
 
 std::string csvHeader() {
-  return joined({"time", "model", "verdict", "failure", "code sum", "data sum", "firmware", "serial", "factory id",
-                 "seconds"});
+  return joined(
+      {"time", "model", "verdict", "failure", "code sum", "data sum", "firmware", "serial", "factory id", "seconds"});
 }
 
 platform::FileResult appendToBatchLog(platform::FileSystem& files, const std::string& path, const BatchEntry& entry) {

@@ -8,15 +8,15 @@
 namespace kvr::shell {
 
 struct BatchEntry {
-  std::string time;     // local, "yyyy-mm-dd hh:mm:ss"
+  std::string time;  // local, "yyyy-mm-dd hh:mm:ss"
   std::string model;
   std::string verdict;  // "PASS" or "FAIL"
   std::string failure;  // the words of the failure, empty after a success
   std::string codeSum;  // as the check sum boxes show them
   std::string dataSum;
-  std::string firmware;  // version and letter, such as "6.3Q"
-  std::string serial;    // the number that went into this chip; empty without auto-increment
-  std::string factoryId; // 14 hexadecimal digits, when the chip told it
+  std::string firmware;   // version and letter, such as "6.3Q"
+  std::string serial;     // the number that went into this chip; empty without auto-increment
+  std::string factoryId;  // 14 hexadecimal digits, when the chip told it
   int seconds = 0;
 };
 

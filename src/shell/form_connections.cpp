@@ -66,20 +66,22 @@ void MainForm::connectTerminal() {
   sfrMonitor.openAndSend = [this](std::span<const std::uint8_t> bytes) { comTool.send(bytes); };
 }
 
-// On the disk before anyone reads the verdict. A log that cannot be written is said in the pane: the chip itself is fine.
+// On the disk before anyone reads the verdict. A log that cannot be written is said in the pane: the chip itself is
+// fine.
 void MainForm::logRun(const engine::RunRecord& record) {
   if (!main.cheBatchLog.value() || main.txtBatchLog.trimmed().empty()) return;
-  const auto written = appendToBatchLog(world.files, main.txtBatchLog.trimmed(),
-                                        {.time = record.time,
-                                         .model = record.model,
-                                         .verdict = record.passed ? "PASS" : "FAIL",
-                                         .failure = record.failure,
-                                         .codeSum = platform::hexText(static_cast<std::uint32_t>(record.codeSum), 7) + "H",
-                                         .dataSum = platform::hexText(static_cast<std::uint32_t>(record.dataSum), 7) + "H",
-                                         .firmware = record.firmware,
-                                         .serial = record.serialNumber,
-                                         .factoryId = record.factoryId,
-                                         .seconds = record.seconds});
+  const auto written =
+      appendToBatchLog(world.files, main.txtBatchLog.trimmed(),
+                       {.time = record.time,
+                        .model = record.model,
+                        .verdict = record.passed ? "PASS" : "FAIL",
+                        .failure = record.failure,
+                        .codeSum = platform::hexText(static_cast<std::uint32_t>(record.codeSum), 7) + "H",
+                        .dataSum = platform::hexText(static_cast<std::uint32_t>(record.dataSum), 7) + "H",
+                        .firmware = record.firmware,
+                        .serial = record.serialNumber,
+                        .factoryId = record.factoryId,
+                        .seconds = record.seconds});
   if (!written) main.textMsg.appendLine("The batch log could not be written: " + written.error);
 }
 

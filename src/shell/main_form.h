@@ -1,6 +1,6 @@
-// The main form: the composition root without a toolkit. It builds every room, connects their callbacks, and carries the
-// window's own behaviour: start, tabs, shrinking, the two-step close. A window binds widgets to its panels; tests drive the
-// panels directly.
+// The main form: the composition root without a toolkit. It builds every room, connects their callbacks, and carries
+// the window's own behaviour: start, tabs, shrinking, the two-step close. A window binds widgets to its panels; tests
+// drive the panels directly.
 #pragma once
 
 #include <functional>
@@ -43,7 +43,8 @@ class MainForm {
   // The start, in its order; once, before anything else.
   void load();
 
-  // A request to close. True: not yet; the run under way was asked to end and `onUnload` comes when it has. False: go now.
+  // A request to close. True: not yet; the run under way was asked to end and `onUnload` comes when it has. False: go
+  // now.
   bool queryUnload();
   // The last step: the port is closed. Nothing runs any more when this is called.
   void unload();

@@ -42,8 +42,8 @@ MainPanel::MainPanel() {
 }
 
 void MainPanel::addTo(platform::ControlRegistry& registry) {
-  registry.addAll(textMsg, txtDevice, Command3, TreeViewDevice, combCommPort, portStatus, imgOpen_sys, ProgressBar1, labKbyte,
-                  TabStrip1, TabStrip2, comMastWindow, cheBatchLog, txtBatchLog);
+  registry.addAll(textMsg, txtDevice, Command3, TreeViewDevice, combCommPort, portStatus, imgOpen_sys, ProgressBar1,
+                  labKbyte, TabStrip1, TabStrip2, comMastWindow, cheBatchLog, txtBatchLog);
   registry.add(FrameX);
   registry.add(comHelp);
   registry.add(Label2);

@@ -1,5 +1,5 @@
-// The controls that the main form itself owns, and the few that many rooms write through it: the message pane, the progress
-// bar, the model box and the port box.
+// The controls that the main form itself owns, and the few that many rooms write through it: the message pane, the
+// progress bar, the model box and the port box.
 #pragma once
 
 #include "platform/controls.h"
@@ -20,14 +20,14 @@ struct MainPanel {
   platform::ProgressBar ProgressBar1{"ProgressBar1"};
   platform::Label labKbyte{"labKbyte"};  // "1.500K" while a run goes on
   platform::ControlArray<platform::Frame, 5> FrameX{"FrameX"};
-  platform::TabStrip TabStrip1{"TabStrip1"};  // below: options and the paths beside the main job
-  platform::TabStrip TabStrip2{"TabStrip2"};  // above: buffers, terminal, projects
+  platform::TabStrip TabStrip1{"TabStrip1"};        // below: options and the paths beside the main job
+  platform::TabStrip TabStrip2{"TabStrip2"};        // above: buffers, terminal, projects
   platform::Button comMastWindow{"comMastWindow"};  // "Shrink" and "Resume"
   platform::ControlArray<platform::Button, 2> comHelp{"comHelp"};
   platform::ControlArray<platform::Label, 7> Label2{"Label2"};
   platform::CheckBox cheBatchLog{"cheBatchLog"};  // one line of CSV for each run
   platform::TextBox txtBatchLog{"txtBatchLog"};   // where that log lies
-  int tabWidth = 2000;  // width of the terminal's string pane, twips; kept as `Frame24_Width`
+  int tabWidth = 2000;                            // width of the terminal's string pane, twips; kept as `Frame24_Width`
 };
 
 }  // namespace kvr::shell

@@ -43,7 +43,9 @@ void ModelPicker::showDeviceTree() {
   panel_.TreeViewDevice.setFocus();
 }
 
-void ModelPicker::hideDeviceTree() { panel_.TreeViewDevice.setVisible(false); }
+void ModelPicker::hideDeviceTree() {
+  panel_.TreeViewDevice.setVisible(false);
+}
 
 void ModelPicker::treeClicked() {
   const std::string key = panel_.TreeViewDevice.selectedKey();

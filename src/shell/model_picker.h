@@ -1,5 +1,5 @@
-// Choosing the model: the tree over the model box, and applying a name, which brings everything that hangs on the model in
-// line. The same applying runs for a picked model, a stored one and one that a project file names.
+// Choosing the model: the tree over the model box, and applying a name, which brings everything that hangs on the model
+// in line. The same applying runs for a picked model, a stored one and one that a project file names.
 #pragma once
 
 #include <functional>
@@ -15,11 +15,11 @@ class ModelPicker {
  public:
   // What else follows a model, in other rooms. One that is not connected does nothing.
   struct Hooks {
-    std::function<void()> clearBuffers;               // both images, fill 0; a valid image is forgotten
-    std::function<void(bool)> setDataFileControls;    // the Data Memory file's controls
+    std::function<void()> clearBuffers;             // both images, fill 0; a valid image is forgotten
+    std::function<void(bool)> setDataFileControls;  // the Data Memory file's controls
     std::function<void()> switchDataIncrementOff;
     std::function<void(const catalogue::IspRange&)> showRange;
-    std::function<void()> refreshMonitor;             // the register lists of the family
+    std::function<void()> refreshMonitor;  // the register lists of the family
     std::function<void()> clearTargetReport;
     std::function<void()> showFamilyPanel;
     std::function<void()> cancelRcTrim;

@@ -1,9 +1,9 @@
 // The terminal and the monitor with a talking firmware at the other end of a simulated line.
 #include <gtest/gtest.h>
 
+#include "comtool/com_tool.h"
 #include "monitor/sfr_monitor.h"
 #include "platform/virtual/virtual_world.h"
-#include "comtool/com_tool.h"
 #include "sim/application.h"
 #include "sim/monitor_firmware.h"
 #include "tests/support/virtual_link.h"
@@ -17,7 +17,9 @@ using platform::Millis;
 class RunningChip : public sim::Device {
  public:
   explicit RunningChip(sim::Application& program) : program_(program) {
-    program_.say = [this](sim::Micros start, std::span<const std::uint8_t> bytes) { return say(start, program_.line(), bytes); };
+    program_.say = [this](sim::Micros start, std::span<const std::uint8_t> bytes) {
+      return say(start, program_.line(), bytes);
+    };
   }
   std::optional<sim::Line> line() const override { return program_.line(); }
   void hear(sim::Micros end, const sim::Heard& heard) override { program_.hear(end, heard.byte); }
@@ -104,8 +106,8 @@ TEST(TalkingFirmware, AnUnpluggedAdapterEndsARepeatedSend) {
 
 TEST(TalkingFirmware, BadRecordsAreAskedForAgainAndAllFourListsFill) {
   using sim::BadFrame;
-  sim::MonitorApplication dumps({115200, 'n'}, {.faults = {BadFrame::badSum, BadFrame::cutShort, BadFrame::none, BadFrame::tooLong,
-                                                           BadFrame::none, BadFrame::unknownType}});
+  sim::MonitorApplication dumps({115200, 'n'}, {.faults = {BadFrame::badSum, BadFrame::cutShort, BadFrame::none,
+                                                           BadFrame::tooLong, BadFrame::none, BadFrame::unknownType}});
   Line line(dumps);
   line.open(dumps);
   line.loop.runFor(Millis(60000));

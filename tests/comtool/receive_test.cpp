@@ -55,7 +55,9 @@ TEST(Receive, ACharacterThatNeverEndsShowsAfterAWhile) {
   b.arriveAndShow("\xC3");
   b.showHex();
   b.arriveAndShow("A");
-  EXPECT_EQ(b.shown(), "a\xEF\xBF\xBD\xEF\xBF\xBD" "C3 41 ");
+  EXPECT_EQ(b.shown(),
+            "a\xEF\xBF\xBD\xEF\xBF\xBD"
+            "C3 41 ");
 }
 
 TEST(Receive, BytesShowWithinTheDisplayTimeOnALineThatNeverPauses) {

@@ -58,8 +58,9 @@ TEST(Send, ABadHexadecimalTextSendsNothingAndEndsBothAutomaticSends) {
     EXPECT_TRUE(b.link.sent.empty());
     EXPECT_TRUE(b.tool.isOpen());
     ASSERT_EQ(b.dialogs.shown.size(), 1U);
-    EXPECT_EQ(b.lastMessage(), tooLong ? "The HEX data is too long, at most 4097 bytes."
-                                       : "Please input HEX format data: 0-9, A-F, a-f, a space between each two charaters.");
+    EXPECT_EQ(b.lastMessage(),
+              tooLong ? "The HEX data is too long, at most 4097 bytes."
+                      : "Please input HEX format data: 0-9, A-F, a-f, a space between each two charaters.");
     EXPECT_EQ(b.panel.comAutoSend.caption(), "Repeat Send");
     EXPECT_EQ(b.panel.comSpreadAutoSend.caption(), "Round Send");
   }
@@ -194,8 +195,10 @@ TEST(HexText, AnyTextIsReadAsItsTokensOrRefused) {
     const bool spoil = !text.empty() && random() % 4 == 0;
     if (spoil) text[random() % text.size()] = "gG-x.,\xFF"[random() % 7];
     const HexText parsed = parseHexText(text);
-    if (spoil) ASSERT_EQ(parsed.fault, HexText::Fault::BadCharacter) << text;
-    else ASSERT_EQ(parsed, (HexText{HexText::Fault::None, readTokenByToken(text)})) << text;
+    if (spoil)
+      ASSERT_EQ(parsed.fault, HexText::Fault::BadCharacter) << text;
+    else
+      ASSERT_EQ(parsed, (HexText{HexText::Fault::None, readTokenByToken(text)})) << text;
   }
 }
 

@@ -1,4 +1,5 @@
-// The terminal with a port that a test plays: it lets bytes arrive and sees what was written, without the time of a wire.
+// The terminal with a port that a test plays: it lets bytes arrive and sees what was written, without the time of a
+// wire.
 #pragma once
 
 #include <algorithm>
@@ -17,7 +18,9 @@ namespace kvr::comtool {
 using platform::Millis;
 using Bytes = std::vector<std::uint8_t>;
 
-inline Bytes bytesOf(std::string_view text) { return {text.begin(), text.end()}; }
+inline Bytes bytesOf(std::string_view text) {
+  return {text.begin(), text.end()};
+}
 
 class PlayedLink : public platform::SerialLink {
  public:

@@ -146,7 +146,8 @@ TEST(PaneText, AnEndlessLineAndEndlessMarksMakeBoundedRows) {
 
 TEST(PaneText, RandomTrafficKeepsRowsPositionsAndTextTogether) {
   std::mt19937 random(5);
-  const std::vector<std::string> pieces{"a", "\r", "\n", "\t", "\xC3\xA9", "\xE6\xB8\xA9", std::string(1, '\0'), "xyz "};
+  const std::vector<std::string> pieces{"a",   "\r", "\n", "\t", "\xC3\xA9", "\xE6\xB8\xA9", std::string(1, '\0'),
+                                        "xyz "};
   PaneText text;
   std::string expected;
   for (int turn = 0; turn < 3000; ++turn) {

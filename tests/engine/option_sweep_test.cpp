@@ -37,7 +37,9 @@ void chooseAtRandom(EngineBench& bench, std::mt19937_64& random) {
   }
 }
 
-bool alwaysWrites(int family) { return family == 0 || (family >= 15 && family <= 17); }
+bool alwaysWrites(int family) {
+  return family == 0 || (family >= 15 && family <= 17);
+}
 
 // Families 3 and up skip the frame only for chips that run from an external clock.
 bool mayLeaveOut(const EngineBench& bench) {
@@ -71,7 +73,8 @@ std::string runOne(const std::string& name, std::uint64_t seed) {
   if (!bench.program() || !bench.passed()) return faults + "second run failed: " + bench.records.back().failure;
   // Rowan's first status frame does not carry all that its options are compared by, so its frame goes out every time.
   const bool wrote = chip.optionWrites() > writes;
-  if (record.family != 18 && wrote == mayLeaveOut(bench)) faults += wrote ? "a second option frame; " : "the clock was not sent again; ";
+  if (record.family != 18 && wrote == mayLeaveOut(bench))
+    faults += wrote ? "a second option frame; " : "the clock was not sent again; ";
   return faults + chip.violationText();
 }
 

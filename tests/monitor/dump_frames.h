@@ -14,7 +14,9 @@ inline Bytes operator+(Bytes left, const Bytes& right) {
   left.insert(left.end(), right.begin(), right.end());
   return left;
 }
-inline Bytes textBytes(std::string_view text) { return {text.begin(), text.end()}; }
+inline Bytes textBytes(std::string_view text) {
+  return {text.begin(), text.end()};
+}
 
 // A5 5A and the frame. The registers are 0x11, 0x22, ... 0x99 in their order (PSW first, R0 last).
 inline Bytes dump(int type, const Bytes& data, int address = 0) {

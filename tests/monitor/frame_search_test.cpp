@@ -86,21 +86,30 @@ TEST(FrameSearch, FramesTooShortForTheirRegistersSayNothing) {
   }
 }
 
-// Frames with bytes flipped, lost, doubled and put in: whatever comes out must be a frame whose sum holds, must not depend
-// on where reads cut the stream, and a good frame behind the mess is found again.
+// Frames with bytes flipped, lost, doubled and put in: whatever comes out must be a frame whose sum holds, must not
+// depend on where reads cut the stream, and a good frame behind the mess is found again.
 TEST(FrameSearch, SurvivesMutatedStreams) {
   std::mt19937 random(2024);
   for (int round = 0; round < 1500; ++round) {
     Bytes stream;
     for (int i = 0; i < 3; ++i)
-      stream = stream + dump(static_cast<int>(random() % 6), counting(random() % 60), static_cast<int>(random() % 65536));
+      stream =
+          stream + dump(static_cast<int>(random() % 6), counting(random() % 60), static_cast<int>(random() % 65536));
     for (std::uint32_t i = random() % 5; i > 0; --i) {
       const auto at = stream.begin() + static_cast<std::ptrdiff_t>(random() % stream.size());
       switch (random() % 4) {
-        case 0: *at ^= static_cast<std::uint8_t>(1U << random() % 8); break;
-        case 1: stream.erase(at); break;
-        case 2: stream.insert(at, *at); break;
-        default: stream.insert(at, Bytes{0xA5, 0x5A, 0xAA}[random() % 3]); break;
+        case 0:
+          *at ^= static_cast<std::uint8_t>(1U << random() % 8);
+          break;
+        case 1:
+          stream.erase(at);
+          break;
+        case 2:
+          stream.insert(at, *at);
+          break;
+        default:
+          stream.insert(at, Bytes{0xA5, 0x5A, 0xAA}[random() % 3]);
+          break;
       }
     }
     FrameSearch whole;
@@ -111,7 +120,9 @@ TEST(FrameSearch, SurvivesMutatedStreams) {
       readRecord(frame);
     }
     FrameSearch pieces;
-    ASSERT_EQ(feedInPieces(pieces, stream, [](std::mt19937& r) -> std::size_t { return 1 + r() % 9; }, random()), expected);
+    ASSERT_EQ(feedInPieces(
+                  pieces, stream, [](std::mt19937& r) -> std::size_t { return 1 + r() % 9; }, random()),
+              expected);
     ASSERT_EQ(pieces.owesFrame(), whole.owesFrame());
     whole.feed(Bytes(FrameSearch::kMaxFrame + 1, 0));
     ASSERT_EQ(whole.feed(dump(1, {})).size(), 1U);

@@ -26,7 +26,9 @@ struct Watch {
   Bytes opened;
 
   Watch() {
-    monitor.write = [this](std::span<const std::uint8_t> bytes) { answers.insert(answers.end(), bytes.begin(), bytes.end()); };
+    monitor.write = [this](std::span<const std::uint8_t> bytes) {
+      answers.insert(answers.end(), bytes.begin(), bytes.end());
+    };
     monitor.openAndSend = [this](std::span<const std::uint8_t> bytes) { opened.assign(bytes.begin(), bytes.end()); };
     select(2);
   }
@@ -164,8 +166,10 @@ TEST(SfrMonitor, ADamagedFrameIsAskedForAgainAndTheSecondSendingShows) {
   for (const bool lost : {false, true}) {
     Watch w;
     Bytes bad = dump(1, counting(256));
-    if (lost) bad.erase(bad.begin() + 50);
-    else bad[50] ^= 0x10;
+    if (lost)
+      bad.erase(bad.begin() + 50);
+    else
+      bad[50] ^= 0x10;
     w.monitor.monitorScan(bad);
     EXPECT_EQ(w.panel.lst_debug2.rows()[0], "00H ");
     w.loop.runFor(Millis(1000));
@@ -180,7 +184,8 @@ TEST(SfrMonitor, ADamagedFrameIsAskedForAgainAndTheSecondSendingShows) {
 
 TEST(SfrMonitor, OrdinaryTextIsNeverAnswered) {
   Watch w;
-  for (const char* text : {"hello\r\n", "\xA5", "world \xA5!", "\xA5\x5A no frame"}) w.monitor.monitorScan(textBytes(text));
+  for (const char* text : {"hello\r\n", "\xA5", "world \xA5!", "\xA5\x5A no frame"})
+    w.monitor.monitorScan(textBytes(text));
   w.loop.runFor(Millis(10000));
   EXPECT_TRUE(w.answers.empty());
 }

@@ -4,8 +4,8 @@
 
 #include "platform/controls.h"
 #include "platform/text.h"
-#include "platform/virtual/virtual_world.h"
 #include "platform/virtual/virtual_loop.h"
+#include "platform/virtual/virtual_world.h"
 
 namespace kvr::platform {
 namespace {
@@ -22,7 +22,10 @@ TEST(EventOrder, PortsComeBeforeTimersAndTimersBeforeGestures) {
   sameTime.start(Millis(5));
   loop.post([&] { order += "g"; });
   loop.runOnce();
-  loop.after(Millis(5), [&] { order += "p"; bytes.raise(); });
+  loop.after(Millis(5), [&] {
+    order += "p";
+    bytes.raise();
+  });
   while (order.size() < 6) loop.runOnce();
   EXPECT_EQ(order, "g123pb");
 }

@@ -34,8 +34,14 @@ TYPED_TEST_P(LoopContract, TimersComeByTheirTimeAndNeverEarly) {
   std::string order;
   const Instant start = this->loop.now();
   Instant at[3];
-  Timer late(this->loop, [&] { order += "l"; at[1] = this->loop.now(); });
-  Timer early(this->loop, [&] { order += "e"; at[0] = this->loop.now(); });
+  Timer late(this->loop, [&] {
+    order += "l";
+    at[1] = this->loop.now();
+  });
+  Timer early(this->loop, [&] {
+    order += "e";
+    at[0] = this->loop.now();
+  });
   Timer never(this->loop, [&] { order += "n"; });
   late.start(Millis(30));
   early.start(Millis(12));
@@ -50,7 +56,11 @@ TYPED_TEST_P(LoopContract, TimersComeByTheirTimeAndNeverEarly) {
 TYPED_TEST_P(LoopContract, ASequenceInAHandlerHearsBytesTimersAndGestures) {
   std::string heard;
   PortEvent bytes(this->loop, [&] { heard += "b"; });
-  Timer inner(this->loop, [&] { heard += "t"; bytes.raise(); this->loop.post([&] { heard += "g"; }); });
+  Timer inner(this->loop, [&] {
+    heard += "t";
+    bytes.raise();
+    this->loop.post([&] { heard += "g"; });
+  });
   bool ended = false;
   this->loop.post([&] {
     inner.start(Millis(5));
@@ -72,7 +82,8 @@ TYPED_TEST_P(LoopContract, AnInnerDelayLeavesTheOuterOneItsLength) {
 TYPED_TEST_P(LoopContract, APeriodicTimerKeepsItsBeat) {
   int ticks = 0;
   const Instant start = this->loop.now();
-  Timer beat(this->loop, [&] { ++ticks; }, Timer::Kind::Periodic);
+  Timer beat(
+      this->loop, [&] { ++ticks; }, Timer::Kind::Periodic);
   beat.start(Millis(7));
   while (ticks < 10) this->loop.runOnce();
   EXPECT_GE(this->loop.now() - start, Millis(70));
@@ -84,13 +95,17 @@ TYPED_TEST_P(LoopContract, AWithdrawnEventAndADestroyedTimerNeverCome) {
   PortEvent bytes(this->loop, [&] { order += "b"; });
   bytes.raise();
   bytes.withdraw();
-  { Timer gone(this->loop, [&] { order += "t"; }); gone.start(Millis(1)); }
+  {
+    Timer gone(this->loop, [&] { order += "t"; });
+    gone.start(Millis(1));
+  }
   delay(this->loop, Millis(10));
   EXPECT_EQ(order, "");
 }
 
-REGISTER_TYPED_TEST_SUITE_P(LoopContract, BytesGoBeforeTimersAndTimersBeforeGestures, TimersComeByTheirTimeAndNeverEarly,
-                            ASequenceInAHandlerHearsBytesTimersAndGestures, AnInnerDelayLeavesTheOuterOneItsLength,
-                            APeriodicTimerKeepsItsBeat, AWithdrawnEventAndADestroyedTimerNeverCome);
+REGISTER_TYPED_TEST_SUITE_P(LoopContract, BytesGoBeforeTimersAndTimersBeforeGestures,
+                            TimersComeByTheirTimeAndNeverEarly, ASequenceInAHandlerHearsBytesTimersAndGestures,
+                            AnInnerDelayLeavesTheOuterOneItsLength, APeriodicTimerKeepsItsBeat,
+                            AWithdrawnEventAndADestroyedTimerNeverCome);
 
 }  // namespace kvr::platform

@@ -21,7 +21,8 @@ TYPED_TEST_SUITE_P(StorageContract);
 TYPED_TEST_P(StorageContract, AStoreKeepsEveryTextAsItStands) {
   SettingsStore& store = this->world.store();
   EXPECT_FALSE(store.get("Settings", "texSendText"));
-  const std::string texts[] = {"", "0", " two  blanks ", "a,b;c=d \"q\" %41 @x \\", "安全锁", "@Variant(x)", "line\nline", "#1;"};
+  const std::string texts[] = {"",       "0",           " two  blanks ", "a,b;c=d \"q\" %41 @x \\",
+                               "安全锁", "@Variant(x)", "line\nline",    "#1;"};
   for (const auto& text : texts) {
     store.set("Settings", "texSendText", text);
     store.set("Settings", "安全锁", text);

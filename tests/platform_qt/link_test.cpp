@@ -1,5 +1,5 @@
-#include <gtest/gtest.h>
 #include <asm/termbits.h>
+#include <gtest/gtest.h>
 #include <sys/ioctl.h>
 #include <sys/resource.h>
 
@@ -28,7 +28,8 @@ class QtLinkTest : public ::testing::Test {
   unsigned rate() const {
     QFile file(QString::fromStdString(far.device()));
     termios2 state{};
-    if (!file.open(QIODevice::ReadWrite | QIODevice::Unbuffered) || ::ioctl(file.handle(), TCGETS2, &state) != 0) return 0;
+    if (!file.open(QIODevice::ReadWrite | QIODevice::Unbuffered) || ::ioctl(file.handle(), TCGETS2, &state) != 0)
+      return 0;
     return state.c_ospeed;
   }
   QtLoop loop;
@@ -41,7 +42,9 @@ TEST_F(QtLinkTest, CarriesEveryByteBothWays) {
   std::vector<std::uint8_t> bytes(1000);
   std::iota(bytes.begin(), bytes.end(), std::uint8_t(0));
   std::vector<std::uint8_t> got;
-  link.onReceive([&] { for (const auto byte : link.readBytes(0)) got.push_back(byte); });
+  link.onReceive([&] {
+    for (const auto byte : link.readBytes(0)) got.push_back(byte);
+  });
   link.setSettings("115200,e,8,1");
   ASSERT_FALSE(link.open());
   EXPECT_TRUE(link.isOpen());
@@ -120,7 +123,8 @@ TEST_F(QtLinkTest, SaysWhyAPortCannotBeOpened) {
   EXPECT_EQ(link.open().text, far.device() + ": busy");
   other.close();
   EXPECT_FALSE(link.open());
-  EXPECT_EQ(told, (std::vector<Kind>{Kind::NoSuchDevice, Kind::NoSuchDevice, Kind::NoSuchDevice, Kind::Busy, Kind::None}));
+  EXPECT_EQ(told,
+            (std::vector<Kind>{Kind::NoSuchDevice, Kind::NoSuchDevice, Kind::NoSuchDevice, Kind::Busy, Kind::None}));
 }
 
 TEST_F(QtLinkTest, AVanishedDeviceIsReportedOnceWithThePortClosedAndTheCoreAsleep) {
@@ -138,8 +142,9 @@ TEST_F(QtLinkTest, AVanishedDeviceIsReportedOnceWithThePortClosedAndTheCoreAslee
   delay(loop, Millis(400));
   getrusage(RUSAGE_SELF, &after);
   EXPECT_EQ(openWhenTold, std::vector<bool>{false});
-  EXPECT_LT((after.ru_utime.tv_sec - before.ru_utime.tv_sec) * 1'000'000 + after.ru_utime.tv_usec - before.ru_utime.tv_usec,
-            20'000);
+  EXPECT_LT(
+      (after.ru_utime.tv_sec - before.ru_utime.tv_sec) * 1'000'000 + after.ru_utime.tv_usec - before.ru_utime.tv_usec,
+      20'000);
   link.write(std::vector<std::uint8_t>{1});
   EXPECT_EQ(link.open().kind, Kind::NoSuchDevice);
 }

@@ -1,8 +1,8 @@
 #include "platform/qt/qt_loop.h"
 
+#include <sys/resource.h>
 #include <QApplication>
 #include <QTimer>
-#include <sys/resource.h>
 
 #include "tests/platform/loop_contract.h"
 
@@ -43,8 +43,16 @@ TEST(QtLoop, AnIdleApplicationDispatchesWhatIsReady) {
   std::string order;
   Timer timer(loop, [&] { order += "t"; });
   PortEvent bytes(loop, [&] { order += "b"; });
-  QTimer::singleShot(0, qApp, [&] { timer.start(Millis(10)); bytes.raise(); });
-  QTimer::singleShot(60, qApp, [&] { loop.post([&] { order += "g"; QApplication::quit(); }); });
+  QTimer::singleShot(0, qApp, [&] {
+    timer.start(Millis(10));
+    bytes.raise();
+  });
+  QTimer::singleShot(60, qApp, [&] {
+    loop.post([&] {
+      order += "g";
+      QApplication::quit();
+    });
+  });
   QApplication::exec();
   EXPECT_EQ(order, "btg");
 }
@@ -60,7 +68,10 @@ TEST(QtLoop, ASequenceStartedFromTheIdleLoopHearsLaterTimersAndGestures) {
     while (order.size() < 2) loop.runOnce();
     order += "s";
     EXPECT_TRUE(loop.busy());
-    loop.whenIdle([&] { order += loop.busy() ? "?" : "i"; QApplication::quit(); });
+    loop.whenIdle([&] {
+      order += loop.busy() ? "?" : "i";
+      QApplication::quit();
+    });
   });
   starter.start(Millis(1));
   QApplication::exec();
@@ -71,7 +82,8 @@ TEST(QtLoop, ASequenceStartedFromTheIdleLoopHearsLaterTimersAndGestures) {
 TEST(QtLoop, AGestureQueuedByAQueuedEventIsNotSleptOver) {
   QtLoop loop;
   bool pressed = false;
-  QMetaObject::invokeMethod(qApp, [&] { loop.post([&] { pressed = true; }); }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      qApp, [&] { loop.post([&] { pressed = true; }); }, Qt::QueuedConnection);
   const Instant start = loop.now();
   Timer limit(loop, [&] { pressed = true; });
   limit.start(Millis(1000));

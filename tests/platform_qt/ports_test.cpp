@@ -9,7 +9,9 @@ const FoundDevice kBoard{"/dev/ttyS0", "/dev/ttyS0", "", false};
 const FoundDevice kFirst{"/dev/ttyUSB0", "usb 1a86:7523 A", "USB Serial", true};
 const FoundDevice kSecond{"/dev/ttyUSB1", "usb 0403:6001 B", "FT232R", true};
 
-std::string device(const PortMap& map, int number) { return map[static_cast<std::size_t>(number - 1)].device; }
+std::string device(const PortMap& map, int number) {
+  return map[static_cast<std::size_t>(number - 1)].device;
+}
 
 TEST(PortMap, UsbAdaptersComeFirstAndEntriesOfTheSettingsBeforeThem) {
   const auto map = assignPorts({{1, "/dev/pts/4"}, {3, "/dev/ttyUSB1"}}, {kBoard, kSecond, kFirst}, {});

@@ -100,7 +100,9 @@ TEST(ProjectFuzz, NeverLeavesAnImageValidThatIsNotTheOneSaved) {
     std::uint32_t sum = 0;
     for (const auto byte : bench.kept(bench.images.state.CodeBuffer)) sum += byte;
     const bool patched = bench.images.counters.code.armed;  // a counter that the damage switched on
-    ASSERT_TRUE(patched || statedSum(bench.fileText("/bad.KVR")) == sum) << "mutation " << i << " sum " << sum << " count " << bench.images.state.CodeBuffer.rangeEnd + 1 << "\n" << bench.fileText("/bad.KVR");
+    ASSERT_TRUE(patched || statedSum(bench.fileText("/bad.KVR")) == sum)
+        << "mutation " << i << " sum " << sum << " count " << bench.images.state.CodeBuffer.rangeEnd + 1 << "\n"
+        << bench.fileText("/bad.KVR");
   }
   EXPECT_GT(opened, kMutations / 100);  // some damage lies where it does not matter
   EXPECT_LT(opened, kMutations);

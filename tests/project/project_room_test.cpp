@@ -55,7 +55,9 @@ TEST_F(ProjectRoomTest, BringsBackEveryModelWithItsImagesOptionsAndCounters) {
     ASSERT_EQ(untouched->look(), before) << record.name;
     ASSERT_EQ(kept(images.state.CodeBuffer), code) << record.name;
     ASSERT_EQ(images.state.EepromBuffer.loaded, hasData) << record.name;
-    if (hasData) { ASSERT_EQ(kept(images.state.EepromBuffer), data) << record.name; }
+    if (hasData) {
+      ASSERT_EQ(kept(images.state.EepromBuffer), data) << record.name;
+    }
   }
 }
 

@@ -71,8 +71,10 @@ class Line {
     const auto count = static_cast<std::size_t>(batch_.bytes);
     numbers.push_back(numberIn(bench.chip->flash().subspan(last + 1 - count, count), batch_.radix));
     EXPECT_EQ(bench.chip->violationText(), "");
-    if (passed >= batch_.chips) bench.loop.after(platform::Millis(300), [this] { bench.form.download.comStop_Download.press(); });
-    else bench.loop.after(platform::Millis(300), [this] { nextChip(); });
+    if (passed >= batch_.chips)
+      bench.loop.after(platform::Millis(300), [this] { bench.form.download.comStop_Download.press(); });
+    else
+      bench.loop.after(platform::Millis(300), [this] { nextChip(); });
   }
 
   void nextChip() {
@@ -93,7 +95,8 @@ TEST(Batch, GivesAThousandChipsTheirNumbersNoneTwiceNoneMissing) {
     line.run();
     ASSERT_EQ(line.numbers.size(), static_cast<std::size_t>(batch.chips));
     for (int i = 0; i < batch.chips; ++i)
-      ASSERT_EQ(line.numbers[static_cast<std::size_t>(i)], 95 + static_cast<std::int64_t>(i) * batch.step) << "chip " << i;
+      ASSERT_EQ(line.numbers[static_cast<std::size_t>(i)], 95 + static_cast<std::int64_t>(i) * batch.step)
+          << "chip " << i;
     EXPECT_GT(line.failed, 20);
     EXPECT_EQ(platform::wholeOf(line.bench.form.download.txtWrite_OK_Count.text()), batch.chips);
     EXPECT_EQ(platform::wholeOf(*line.bench.store.get("Auto_Increase", "next_value")), 95 + batch.chips * batch.step);

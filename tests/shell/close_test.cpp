@@ -29,7 +29,8 @@ TEST(Close, IsNotForgottenByARunThatStillWaitsForItsFile) {
   support::FormBench bench;
   bench.loadCode(platform::Bytes(600, 0x12));
   bench.form.images.panel.cekReloadFile.setValue(true);
-  bench.files.put("/image.bin", platform::Bytes(700, 0x34));  // rewritten: the start of the run waits until it is at rest
+  bench.files.put("/image.bin",
+                  platform::Bytes(700, 0x34));  // rewritten: the start of the run waits until it is at rest
   EXPECT_TRUE(closesDuringARun(bench, 100ms));
 }
 

@@ -64,7 +64,8 @@ TEST(FormRun, TheWatcherSendsTheCommandToTheRunningProgramAndDownloads) {
   EXPECT_EQ(bench.chip->releases(), 1);
   const auto next = support::randomBytes(4, 1500);
   bench.files.put("/image.bin", next);
-  ASSERT_TRUE(bench.loop.runUntil([&] { return bench.chip->releases() == 2; }, std::chrono::minutes(2))) << bench.pane();
+  ASSERT_TRUE(bench.loop.runUntil([&] { return bench.chip->releases() == 2; }, std::chrono::minutes(2)))
+      << bench.pane();
   ASSERT_TRUE(finishes(bench));
   EXPECT_TRUE(bench.passed()) << bench.pane();
   EXPECT_TRUE(std::equal(next.begin(), next.end(), bench.chip->flash().begin()));
@@ -73,7 +74,8 @@ TEST(FormRun, TheWatcherSendsTheCommandToTheRunningProgramAndDownloads) {
   EXPECT_EQ(bench.chip->violationText(), "");
 }
 
-// The moments at which a run waits, from the press on: before the chip has power, around every frame, and behind the last.
+// The moments at which a run waits, from the press on: before the chip has power, around every frame, and behind the
+// last.
 std::set<int> momentsOfARun() {
   FormBench bench;
   setUp(bench);

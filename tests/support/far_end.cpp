@@ -12,7 +12,8 @@
 namespace kvr::support {
 
 FarEnd::FarEnd() : master_(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
-  if (master_ < 0 || ::grantpt(master_) != 0 || ::unlockpt(master_) != 0) throw std::runtime_error("no pseudo-terminal");
+  if (master_ < 0 || ::grantpt(master_) != 0 || ::unlockpt(master_) != 0)
+    throw std::runtime_error("no pseudo-terminal");
   device_ = ::ptsname(master_);
   termios raw{};
   ::tcgetattr(master_, &raw);

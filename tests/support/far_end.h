@@ -16,7 +16,7 @@ class FarEnd {
   const std::string& device() const { return device_; }
   void send(const std::vector<std::uint8_t>& bytes);
   std::vector<std::uint8_t> receive(std::size_t count);  // fewer when two seconds bring nothing
-  void hangUp();  // what pulling an adapter out looks like
+  void hangUp();                                         // what pulling an adapter out looks like
 
  private:
   int master_;

@@ -2,7 +2,9 @@
 
 namespace kvr::support {
 
-FormBench::FormBench() { form.load(); }
+FormBench::FormBench() {
+  form.load();
+}
 
 void FormBench::select(const std::string& model) {
   form.main.txtDevice.setText(model);

@@ -53,8 +53,7 @@ PortError VirtualLink::open() {
   const sim::Line line = *lineOf(settings_);
   if (line.stopBits == 1.5 && line.dataBits != 5)
     return {PortError::Kind::BadSettings, devices[number_] + ": 1.5 stop bits go with 5 data bits only"};
-  if (!wire_.open(line, now()))
-    return {PortError::Kind::NoSuchDevice, devices[number_] + ": no such device"};
+  if (!wire_.open(line, now())) return {PortError::Kind::NoSuchDevice, devices[number_] + ": no such device"};
   ++opens;
   told_ = 0;
   return {};

@@ -1,7 +1,7 @@
 // Clicks and keys on the real widgets reach the controls, and what the controls become shows.
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QRadioButton>
-#include <QLabel>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTreeWidget>
@@ -112,7 +112,8 @@ TEST_F(Window, WidgetsFollowTheLockInEveryState) {
     for (auto* control : form.registry.all()) {
       const auto* shown = program->window->findChild<QWidget*>(objectNameOf(*control));
       if (!shown) continue;  // on a page that has not been shown, or without a widget
-      EXPECT_EQ(shown->isEnabledTo(shown->parentWidget()), control->enabled()) << control->name() << " in state " << state;
+      EXPECT_EQ(shown->isEnabledTo(shown->parentWidget()), control->enabled())
+          << control->name() << " in state " << state;
     }
     const bool free = state == 0;
     const bool busy = state == 1 || state == 3;
@@ -148,7 +149,8 @@ TEST_F(Window, TheProgramButtonIsTheLargestAndTheLeftColumnFitsASmallScreen) {
   const QSize program_button = widget("comDownload_0").size();
   for (auto* button : program->window->findChildren<QAbstractButton*>()) {
     if (button->objectName() == QLatin1String("comDownload_0") || !button->isVisible()) continue;
-    EXPECT_LT(button->width() * button->height(), program_button.width() * program_button.height()) << button->objectName().toStdString();
+    EXPECT_LT(button->width() * button->height(), program_button.width() * program_button.height())
+        << button->objectName().toStdString();
   }
 }
 

@@ -1,12 +1,12 @@
 // The real window and the real kvr-target, each a process's worth of its own, with a pseudo-terminal between: what an
 // operator does from the first start on.
+#include <QDropEvent>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
 #include <QMimeData>
-#include <QDropEvent>
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QSettings>
@@ -163,8 +163,8 @@ int differences(const QString& flashHex, const Image& image) {
 }
 
 TEST_F(RealTarget, ServesANewUserFromTheModelToTheCheckOfTheChip) {
-  openWith({QStringLiteral("--model"), QStringLiteral("Ivy-HF0S"), QStringLiteral("--power-on"),
-            QStringLiteral("0.4")});
+  openWith(
+      {QStringLiteral("--model"), QStringLiteral("Ivy-HF0S"), QStringLiteral("--power-on"), QStringLiteral("0.4")});
   pickModel(QStringLiteral("y-hf0s"));
   ASSERT_EQ(widget<QLineEdit>("txtDevice").text(), QStringLiteral("Ivy-HF0S"));
   drop(sample());
@@ -207,7 +207,8 @@ TEST_F(RealTarget, ServesANewUserFromTheModelToTheCheckOfTheChip) {
 class Watched : public RealTarget {
  protected:
   void openWithChip() {
-    openWith({QStringLiteral("--model"), QStringLiteral("Ivy-HF0S"), QStringLiteral("--power-cycle-after"), QStringLiteral("0.1")});
+    openWith({QStringLiteral("--model"), QStringLiteral("Ivy-HF0S"), QStringLiteral("--power-cycle-after"),
+              QStringLiteral("0.1")});
     pickModel(QStringLiteral("ivy-hf0s"));
   }
   void watch(const QString& path) {
@@ -233,10 +234,14 @@ TEST_F(Watched, EachBuildOfTheCompilerIsProgrammedOnce) {
   if (QStandardPaths::findExecutable(QStringLiteral("sdcc")).isEmpty()) GTEST_SKIP() << "no sdcc";
   const auto build = [this](int value) {
     write(folder.filePath(QStringLiteral("main.c")),
-          QStringLiteral("__code const char sign[] = \"build %1\"; volatile char x; void main(void) { for (;;) x = sign[%1]; }\n").arg(value).toLatin1());
+          QStringLiteral(
+              "__code const char sign[] = \"build %1\"; volatile char x; void main(void) { for (;;) x = sign[%1]; }\n")
+              .arg(value)
+              .toLatin1());
     QProcess compiler;
     compiler.setWorkingDirectory(folder.path());
-    compiler.start(QStringLiteral("sdcc"), {QStringLiteral("-mmcs51"), QStringLiteral("main.c"), QStringLiteral("-o"), QStringLiteral("main.ihx")});
+    compiler.start(QStringLiteral("sdcc"), {QStringLiteral("-mmcs51"), QStringLiteral("main.c"), QStringLiteral("-o"),
+                                            QStringLiteral("main.ihx")});
     // The window goes on meanwhile, and looks at the file at any moment of the build.
     ASSERT_TRUE(waitFor([&] { return compiler.state() == QProcess::NotRunning; }, seconds(30)));
     ASSERT_EQ(compiler.exitCode(), 0) << compiler.readAllStandardError().toStdString();
@@ -249,7 +254,8 @@ TEST_F(Watched, EachBuildOfTheCompilerIsProgrammedOnce) {
     build(number + 1);
     expectRun(number);
     EXPECT_EQ(verdict(), QStringLiteral("PASS"));
-    EXPECT_EQ(differences(readReport()[QStringLiteral("flash")].toString(), imageOf(path)), 0) << "build " << number + 1;
+    EXPECT_EQ(differences(readReport()[QStringLiteral("flash")].toString(), imageOf(path)), 0)
+        << "build " << number + 1;
   }
   expectQuiet(2);
   const QJsonObject chip = holds();
@@ -287,9 +293,9 @@ class SelfDefined : public RealTarget, public ::testing::WithParamInterface<cons
 TEST_P(SelfDefined, ACommandBringsTheRunningProgramBackWithoutAPowerCycle) {
   const QString path = folder.filePath(QStringLiteral("next.hex"));
   write(path, hexOf(40, 0x11));
-  openWith({QStringLiteral("--model"), QString::fromLatin1(GetParam()), QStringLiteral("--power-on"), QStringLiteral("0.2"),
-            QStringLiteral("--firmware"), QStringLiteral("trigger"), QStringLiteral("--command"), QStringLiteral("12 34 AB"),
-            QStringLiteral("--line"), QStringLiteral("57600,n,8,1")});
+  openWith({QStringLiteral("--model"), QString::fromLatin1(GetParam()), QStringLiteral("--power-on"),
+            QStringLiteral("0.2"), QStringLiteral("--firmware"), QStringLiteral("trigger"), QStringLiteral("--command"),
+            QStringLiteral("12 34 AB"), QStringLiteral("--line"), QStringLiteral("57600,n,8,1")});
   pickModel(QString::fromLatin1(GetParam()));
   ASSERT_EQ(widget<QLineEdit>("txtDevice").text(), QString::fromLatin1(GetParam()));
   drop(path);
@@ -329,7 +335,8 @@ TEST_F(RealTarget, ABoardWrittenFromTheWindowProgramsItsChipsAndStopsAtTheLimit)
   const QJsonArray programmed = board[QStringLiteral("programmed")].toArray();
   ASSERT_EQ(programmed.size(), 3);
   for (int i = 0; i < 2; ++i) {
-    EXPECT_TRUE(programmed[i][QStringLiteral("done")].toBool()) << programmed[i][QStringLiteral("why")].toString().toStdString();
+    EXPECT_TRUE(programmed[i][QStringLiteral("done")].toBool())
+        << programmed[i][QStringLiteral("why")].toString().toStdString();
     EXPECT_EQ(programmed[i][QStringLiteral("leftOut")].toInt(), 0);
     EXPECT_EQ(differences(programmed[i][QStringLiteral("flash")].toString(), imageOf(sample())), 0);
   }

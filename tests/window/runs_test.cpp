@@ -17,8 +17,10 @@ class WindowRun : public Desk {
   void openWithChip(const QStringList& extra = {}) {
     const QString port = folder.filePath(QStringLiteral("com1"));
     chip.setProgram(QStringLiteral(KVR_BINARY_DIR "/kvr-target"));
-    chip.setArguments(QStringList{QStringLiteral("--model"), QStringLiteral("Ivy-HF0S"), QStringLiteral("--paced"), QStringLiteral("--link"), port,
-                                  QStringLiteral("--json"), folder.filePath(QStringLiteral("chip.json"))} + extra);
+    chip.setArguments(QStringList{QStringLiteral("--model"), QStringLiteral("Ivy-HF0S"), QStringLiteral("--paced"),
+                                  QStringLiteral("--link"), port, QStringLiteral("--json"),
+                                  folder.filePath(QStringLiteral("chip.json"))} +
+                      extra);
     chip.start();
     ASSERT_TRUE(chip.waitForStarted());
     for (int i = 0; i < 500 && !QFile::exists(port); ++i) QTest::qWait(10);
@@ -108,7 +110,8 @@ TEST_F(WindowRun, ACloseAtAnyMomentOfARunEndsItAndTheWindowGoes) {
     openWithChip({QStringLiteral("--power-on"), QStringLiteral("0.2")});
     later(ms, [&] { program->window->close(); });
     click("comDownload_0");
-    ASSERT_TRUE(waitFor([&] { return !program->window->isVisible(); }, std::chrono::seconds(5))) << "closed after " << ms << " ms";
+    ASSERT_TRUE(waitFor([&] { return !program->window->isVisible(); }, std::chrono::seconds(5)))
+        << "closed after " << ms << " ms";
     QApplication::processEvents();
     EXPECT_TRUE(gone);
     EXPECT_FALSE(program->link.isOpen());

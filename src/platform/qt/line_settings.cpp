@@ -20,7 +20,8 @@ std::vector<std::string> fieldsOf(const std::string& text) {
 }
 
 bool isNumber(const std::string& text) {
-  return !text.empty() && text.size() < 9 && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+  return !text.empty() && text.size() < 9 &&
+         std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
 }  // namespace
@@ -31,15 +32,20 @@ std::optional<LineSettings> lineSettingsOf(const std::string& text) {
   LineSettings line;
   line.baud = wholeOf(fields[0]);
   if (line.baud < 1) return std::nullopt;
-  if (fields[1] == "E") line.parity = QSerialPort::EvenParity;
-  else if (fields[1] == "O") line.parity = QSerialPort::OddParity;
-  else if (fields[1] != "N") return std::nullopt;
+  if (fields[1] == "E")
+    line.parity = QSerialPort::EvenParity;
+  else if (fields[1] == "O")
+    line.parity = QSerialPort::OddParity;
+  else if (fields[1] != "N")
+    return std::nullopt;
   if (!isNumber(fields[2])) return std::nullopt;
   const int dataBits = wholeOf(fields[2]);
   if (dataBits < 5 || dataBits > 8) return std::nullopt;
   line.dataBits = static_cast<QSerialPort::DataBits>(dataBits);
-  if (fields[3] == "2" || fields[3] == "1.5") line.stopBits = QSerialPort::TwoStop;
-  else if (fields[3] != "1") return std::nullopt;
+  if (fields[3] == "2" || fields[3] == "1.5")
+    line.stopBits = QSerialPort::TwoStop;
+  else if (fields[3] != "1")
+    return std::nullopt;
   line.oneAndAHalf = fields[3] == "1.5";
   return line;
 }

@@ -15,7 +15,8 @@ std::optional<int> freeNumber(const PortMap& map, const std::map<int, std::strin
                               const std::map<int, std::string>& remembered) {
   for (const bool spare : {true, false})
     for (int i = 0; i < kPortCount; ++i)
-      if (map[static_cast<std::size_t>(i)].device.empty() && !named.count(i + 1) && (!spare || !remembered.count(i + 1)))
+      if (map[static_cast<std::size_t>(i)].device.empty() && !named.count(i + 1) &&
+          (!spare || !remembered.count(i + 1)))
         return i;
   return std::nullopt;
 }
@@ -34,17 +35,18 @@ PortMap assignPorts(const std::map<int, std::string>& named, std::vector<FoundDe
     entry.description = same->description;
     found.erase(same);
   }
-  std::stable_sort(found.begin(), found.end(), [](const FoundDevice& a, const FoundDevice& b) {
-    return a.usb != b.usb ? a.usb : a.path < b.path;
-  });
+  std::stable_sort(found.begin(), found.end(),
+                   [](const FoundDevice& a, const FoundDevice& b) { return a.usb != b.usb ? a.usb : a.path < b.path; });
   std::vector<FoundDevice> rest;
   for (const auto& device : found) {
     const auto known = std::find_if(remembered.begin(), remembered.end(), [&](const auto& pair) {
       return pair.second == device.identity && pair.first >= 1 && pair.first <= kPortCount &&
              map[static_cast<std::size_t>(pair.first - 1)].device.empty();
     });
-    if (known == remembered.end()) rest.push_back(device);
-    else give(map, known->first - 1, device);
+    if (known == remembered.end())
+      rest.push_back(device);
+    else
+      give(map, known->first - 1, device);
   }
   for (const auto& device : rest)
     if (const auto index = freeNumber(map, named, remembered)) give(map, *index, device);

@@ -27,8 +27,9 @@ struct PortEntry {
 
 using PortMap = std::array<PortEntry, kPortCount>;  // COM1 at index 0
 
-// Numbers with an entry in `named` keep it. A device that has had a number before gets it again; the others take the free
-// numbers, USB adapters first, sparing the numbers of adapters that are remembered and away as long as others are free.
+// Numbers with an entry in `named` keep it. A device that has had a number before gets it again; the others take the
+// free numbers, USB adapters first, sparing the numbers of adapters that are remembered and away as long as others are
+// free.
 PortMap assignPorts(const std::map<int, std::string>& named, std::vector<FoundDevice> found,
                     const std::map<int, std::string>& remembered);
 

@@ -6,7 +6,9 @@
 namespace kvr::platform {
 namespace {
 
-std::string comName(int number) { return "COM" + std::to_string(number); }
+std::string comName(int number) {
+  return "COM" + std::to_string(number);
+}
 
 std::string describe(const QSerialPortInfo& info) {
   QString words = info.description();
@@ -46,7 +48,8 @@ std::vector<FoundDevice> findSerialDevices() {
 
 bool Ports::rescan() {
   PortMap map = assignPorts(entriesOf(store_, "Ports"), findSerialDevices(), entriesOf(store_, "PortMemory"));
-  for (auto& entry : map) entry.present = !entry.device.empty() && QFileInfo::exists(QString::fromStdString(entry.device));
+  for (auto& entry : map)
+    entry.present = !entry.device.empty() && QFileInfo::exists(QString::fromStdString(entry.device));
   bool changed = !scanned_;
   for (std::size_t i = 0; i < map.size(); ++i)
     changed = changed || map[i].device != map_[i].device || map[i].present != map_[i].present ||

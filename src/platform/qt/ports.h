@@ -1,5 +1,5 @@
-// The machine's serial ports by the numbers that the program uses. Settings: section "Ports", keys "COM1" to "COM16" with a
-// device path each, written by the user; section "PortMemory" with the adapters that the numbers were given to.
+// The machine's serial ports by the numbers that the program uses. Settings: section "Ports", keys "COM1" to "COM16"
+// with a device path each, written by the user; section "PortMemory" with the adapters that the numbers were given to.
 #pragma once
 
 #include <functional>

@@ -4,7 +4,9 @@
 
 namespace kvr::platform {
 
-std::string QtClock::timeOfDay() const { return QTime::currentTime().toString(QStringLiteral("HH:mm:ss")).toStdString(); }
+std::string QtClock::timeOfDay() const {
+  return QTime::currentTime().toString(QStringLiteral("HH:mm:ss")).toStdString();
+}
 
 std::string QtClock::timeOfDayMillis() const {
   return QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz")).toStdString();

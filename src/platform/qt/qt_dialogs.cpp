@@ -11,7 +11,9 @@
 namespace kvr::platform {
 namespace {
 
-QString qt(const std::string& text) { return QString::fromStdString(text); }
+QString qt(const std::string& text) {
+  return QString::fromStdString(text);
+}
 
 void prepareFileDialog(QFileDialog& dialog, const FileQuestion& question, bool save) {
   dialog.setObjectName(QStringLiteral("fileDialog"));
@@ -43,7 +45,8 @@ QStringList nameFiltersOf(const std::string& filter) {
     const QString caption = parts[i].section(QLatin1Char('('), 0, 0).trimmed();
     QString patterns = parts[i + 1];
     patterns.replace(QLatin1Char(';'), QLatin1Char(' ')).replace(QLatin1String("*.*"), QLatin1String("*"));
-    filters << (caption.isEmpty() ? QStringLiteral("Files") : caption) + QLatin1String(" (") + patterns + QLatin1Char(')');
+    filters << (caption.isEmpty() ? QStringLiteral("Files") : caption) + QLatin1String(" (") + patterns +
+                   QLatin1Char(')');
   }
   return filters.isEmpty() ? QStringList{QStringLiteral("All Files (*)")} : filters;
 }
@@ -117,8 +120,12 @@ void QtDialogs::help(const std::string& title, const std::string& text) {
   window->show();
 }
 
-std::string QtDialogs::openFile(const FileQuestion& question) { return askFile(question, false); }
-std::string QtDialogs::saveFile(const FileQuestion& question) { return askFile(question, true); }
+std::string QtDialogs::openFile(const FileQuestion& question) {
+  return askFile(question, false);
+}
+std::string QtDialogs::saveFile(const FileQuestion& question) {
+  return askFile(question, true);
+}
 
 std::string QtDialogs::askFile(const FileQuestion& question, bool save) {
   FileQuestion next = question;
@@ -142,14 +149,17 @@ std::string QtDialogs::askFile(const FileQuestion& question, bool save) {
 }
 
 void QtDialogs::beep() {
-  QMetaObject::invokeMethod(qApp, [] { QApplication::beep(); }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      qApp, [] { QApplication::beep(); }, Qt::QueuedConnection);
 }
 
 void QtDialogs::setBusy(bool busy) {
   if (busy == busy_) return;
   busy_ = busy;
-  if (busy) QApplication::setOverrideCursor(Qt::WaitCursor);
-  else QApplication::restoreOverrideCursor();
+  if (busy)
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+  else
+    QApplication::restoreOverrideCursor();
 }
 
 }  // namespace kvr::platform

@@ -16,7 +16,9 @@
 namespace kvr::platform {
 namespace {
 
-QString qtPath(const std::string& path) { return QString::fromStdString(path); }
+QString qtPath(const std::string& path) {
+  return QString::fromStdString(path);
+}
 
 // Qt hands the system's words through; the usual ones get words that an operator knows.
 FileResult failure(const QString& words) {
@@ -59,16 +61,21 @@ FileResult QtFiles::replace(const std::string& path, std::span<const std::uint8_
 
 FileResult QtFiles::append(const std::string& path, std::span<const std::uint8_t> bytes) {
   QFile file(qtPath(path));
-  if (!file.open(QIODevice::WriteOnly | QIODevice::Append) || !writeAll(file, bytes)) return failure(file.errorString());
+  if (!file.open(QIODevice::WriteOnly | QIODevice::Append) || !writeAll(file, bytes))
+    return failure(file.errorString());
 #ifdef Q_OS_UNIX
   if (::fsync(file.handle()) != 0 && errno != EINVAL && errno != EROFS) return failure(qt_error_string(errno));
 #endif
   return {};
 }
 
-bool QtFiles::fileExists(const std::string& path) const { return QFileInfo(qtPath(path)).isFile(); }
+bool QtFiles::fileExists(const std::string& path) const {
+  return QFileInfo(qtPath(path)).isFile();
+}
 
-bool QtFiles::folderExists(const std::string& path) const { return QFileInfo(qtPath(path)).isDir(); }
+bool QtFiles::folderExists(const std::string& path) const {
+  return QFileInfo(qtPath(path)).isDir();
+}
 
 FileResult QtFiles::makeFolder(const std::string& path) {
   if (QDir().mkpath(qtPath(path))) return {};
@@ -80,7 +87,8 @@ std::optional<std::string> QtFiles::stamp(const std::string& path) const {
   if (!info.isFile()) return std::nullopt;
   std::string stamp = std::to_string(info.lastModified().toMSecsSinceEpoch()) + "/" + std::to_string(info.size());
 #ifdef Q_OS_UNIX
-  // A file that was replaced by another of the same size within a clock tick has another number or time to the nanosecond.
+  // A file that was replaced by another of the same size within a clock tick has another number or time to the
+  // nanosecond.
   struct stat state {};
   if (::stat(path.c_str(), &state) == 0)
     stamp += "/" + std::to_string(state.st_ino) + "/" + std::to_string(state.st_ctim.tv_sec) + "." +

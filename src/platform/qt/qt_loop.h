@@ -1,9 +1,9 @@
 // The real world's event loop: one thread, asleep in Qt's loop until a byte, a timer or a gesture comes.
 //
-// Two ways to be in it. A sequence that waits runs turns (`runOnce`), each at most one sleep in Qt. When nothing waits, the
-// application idles in `QApplication::exec()`, and what is ready is dispatched from a queued event of this object; never
-// from inside a slot of a QTimer or of a port, since such a slot is not called again while it is still running, and a
-// sequence started in it would then wait for bytes that nobody announces.
+// Two ways to be in it. A sequence that waits runs turns (`runOnce`), each at most one sleep in Qt. When nothing waits,
+// the application idles in `QApplication::exec()`, and what is ready is dispatched from a queued event of this object;
+// never from inside a slot of a QTimer or of a port, since such a slot is not called again while it is still running,
+// and a sequence started in it would then wait for bytes that nobody announces.
 #pragma once
 
 #include <QObject>

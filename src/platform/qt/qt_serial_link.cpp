@@ -26,12 +26,16 @@ PortError notOpened(const std::string& device, const QSerialPort& port) {
 }  // namespace
 
 QtSerialLink::QtSerialLink(EventLoop& loop, std::function<std::string(int)> deviceOf)
-    : received_(loop, [this] { if (receive_ && isOpen()) receive_(); }),
-      goneEvent_(loop, [this] {
-        const PortError error{PortError::Kind::Vanished, device_ + ": the port has vanished"};
-        if (onStatus) onStatus(error);
-        if (SerialLink::vanished_) SerialLink::vanished_(error);
-      }),
+    : received_(loop,
+                [this] {
+                  if (receive_ && isOpen()) receive_();
+                }),
+      goneEvent_(loop,
+                 [this] {
+                   const PortError error{PortError::Kind::Vanished, device_ + ": the port has vanished"};
+                   if (onStatus) onStatus(error);
+                   if (SerialLink::vanished_) SerialLink::vanished_(error);
+                 }),
       deviceOf_(std::move(deviceOf)) {
   QObject::connect(&port_, &QSerialPort::readyRead, &port_, [this] { received_.raise(); });
   QObject::connect(&port_, &QSerialPort::errorOccurred, &port_,
@@ -58,8 +62,10 @@ PortError QtSerialLink::open() {
   dropPort();
   const std::string device = deviceOf_(number_);
   PortError error;
-  if (device.empty()) error = {PortError::Kind::NoSuchDevice, "COM" + std::to_string(number_) + ": no such device"};
-  else error = openDevice(device);
+  if (device.empty())
+    error = {PortError::Kind::NoSuchDevice, "COM" + std::to_string(number_) + ": no such device"};
+  else
+    error = openDevice(device);
   if (onStatus) onStatus(error);
   return error;
 }
@@ -86,8 +92,10 @@ PortError QtSerialLink::openDevice(const std::string& device) {
     return error;
   }
   const PortError error = apply(line_);
-  if (error) dropPort();
-  else port_.clear();
+  if (error)
+    dropPort();
+  else
+    port_.clear();
   return error;
 }
 
@@ -167,18 +175,21 @@ void QtSerialLink::setRts(bool on) {
   if (isOpen()) port_.setRequestToSend(on);
 }
 
-// Called inside Qt's own slots: only notes. A device that is gone would report without end while its port stays open, so
-// the port is closed at the next turn of Qt's loop, before anybody hears of it.
+// Called inside Qt's own slots: only notes. A device that is gone would report without end while its port stays open,
+// so the port is closed at the next turn of Qt's loop, before anybody hears of it.
 void QtSerialLink::onPortError(QSerialPort::SerialPortError error) {
   if (error == QSerialPort::NoError || gone_ || !port_.isOpen()) return;
   if (error == QSerialPort::TimeoutError || error == QSerialPort::UnsupportedOperationError) return;
   if (!deviceGone(static_cast<std::intptr_t>(port_.handle()))) return;
   gone_ = true;
-  QMetaObject::invokeMethod(&port_, [this] {
-    if (!gone_) return;
-    dropPort();
-    goneEvent_.raise();
-  }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      &port_,
+      [this] {
+        if (!gone_) return;
+        dropPort();
+        goneEvent_.raise();
+      },
+      Qt::QueuedConnection);
 }
 
 }  // namespace kvr::platform

@@ -20,9 +20,13 @@ namespace {
 PortError openError(const std::string& device, int code) {
   using Kind = PortError::Kind;
   switch (code) {
-    case ENOENT: case ENXIO: case ENODEV: case EIO:
+    case ENOENT:
+    case ENXIO:
+    case ENODEV:
+    case EIO:
       return {Kind::NoSuchDevice, device + ": no such device"};
-    case EACCES: case EPERM:
+    case EACCES:
+    case EPERM:
       return {Kind::Denied, device + ": permission denied, join group dialout"};
     case EBUSY:
       return {Kind::Busy, device + ": busy"};
@@ -35,8 +39,10 @@ PortError openError(const std::string& device, int code) {
 
 DeviceGuard::DeviceGuard(const std::string& device) {
   handle_ = ::open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-  if (handle_ < 0) error_ = openError(device, errno);
-  else if (::isatty(handle_) == 0) error_ = {PortError::Kind::NoSuchDevice, device + ": no serial device"};
+  if (handle_ < 0)
+    error_ = openError(device, errno);
+  else if (::isatty(handle_) == 0)
+    error_ = {PortError::Kind::NoSuchDevice, device + ": no serial device"};
 }
 
 DeviceGuard::~DeviceGuard() {
@@ -58,7 +64,9 @@ std::size_t bytesInDriver(std::intptr_t handle) {
   return ::ioctl(static_cast<int>(handle), TIOCOUTQ, &count) == 0 && count > 0 ? static_cast<std::size_t>(count) : 0;
 }
 
-void drainDevice(std::intptr_t handle) { ::tcdrain(static_cast<int>(handle)); }
+void drainDevice(std::intptr_t handle) {
+  ::tcdrain(static_cast<int>(handle));
+}
 
 bool deviceGone(std::intptr_t handle) {
   pollfd state{static_cast<int>(handle), 0, 0};
@@ -70,9 +78,13 @@ bool deviceGone(std::intptr_t handle) {
 DeviceGuard::DeviceGuard(const std::string&) {}
 DeviceGuard::~DeviceGuard() = default;
 void DeviceGuard::prepare() {}
-std::size_t bytesInDriver(std::intptr_t) { return 0; }
+std::size_t bytesInDriver(std::intptr_t) {
+  return 0;
+}
 void drainDevice(std::intptr_t) {}
-bool deviceGone(std::intptr_t) { return true; }
+bool deviceGone(std::intptr_t) {
+  return true;
+}
 #endif
 
 }  // namespace kvr::platform

@@ -4,7 +4,9 @@
 
 namespace kvr::platform {
 
-void VirtualLoop::removeSource(VirtualSource& source) { std::erase(sources_, &source); }
+void VirtualLoop::removeSource(VirtualSource& source) {
+  std::erase(sources_, &source);
+}
 
 void VirtualLoop::after(Millis time, std::function<void()> gesture) {
   const Instant when = now_ + time;

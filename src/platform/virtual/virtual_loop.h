@@ -1,5 +1,5 @@
-// The virtual world's clock: a turn jumps to the next due timer or outside event, so an hour of waiting takes no time and
-// every run is the same to the microsecond.
+// The virtual world's clock: a turn jumps to the next due timer or outside event, so an hour of waiting takes no time
+// and every run is the same to the microsecond.
 #pragma once
 
 #include <functional>

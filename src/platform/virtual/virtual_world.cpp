@@ -56,7 +56,9 @@ std::string MemoryFiles::changedAt(const std::string& path) const {
   return fileExists(path) ? "2030-01-01 12:00:00" : std::string();
 }
 
-void MemoryFiles::put(const std::string& path, const Bytes& bytes) { files[path] = {bytes, ++versions_}; }
+void MemoryFiles::put(const std::string& path, const Bytes& bytes) {
+  files[path] = {bytes, ++versions_};
+}
 
 void ScriptedDialogs::message(const std::string& title, const std::string& text, BoxIcon icon) {
   shown.push_back({"message", title, text, icon == BoxIcon::Warning});
@@ -104,6 +106,8 @@ std::string VirtualClock::timeOfDayMillis() const {
   return timeOfDay() + "." + padLeft(std::to_string(millis), 3);
 }
 
-std::string VirtualClock::dateTime() const { return "2030-01-01 " + timeOfDay(); }
+std::string VirtualClock::dateTime() const {
+  return "2030-01-01 " + timeOfDay();
+}
 
 }  // namespace kvr::platform

@@ -1,5 +1,5 @@
-// The rest of the virtual world's platform: a store and files in memory, a person who answers from a script, a clock that
-// follows the simulated time.
+// The rest of the virtual world's platform: a store and files in memory, a person who answers from a script, a clock
+// that follows the simulated time.
 #pragma once
 
 #include <deque>
@@ -54,8 +54,8 @@ class MemoryFiles : public FileSystem {
   int versions_ = 0;
 };
 
-// Answers come from the script, each after its time; what no script foresees is answered No or with an empty path at once.
-// Everything that was shown is kept.
+// Answers come from the script, each after its time; what no script foresees is answered No or with an empty path at
+// once. Everything that was shown is kept.
 class ScriptedDialogs : public Dialogs {
  public:
   explicit ScriptedDialogs(EventLoop& loop) : loop_(loop) {}

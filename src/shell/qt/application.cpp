@@ -16,7 +16,9 @@ Application::Application(const std::string& settingsPath)
   };
 }
 
-Application::~Application() { form.onUnload = {}; }
+Application::~Application() {
+  form.onUnload = {};
+}
 
 void Application::show(const std::string& file) {
   form.load();

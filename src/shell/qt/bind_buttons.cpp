@@ -49,7 +49,8 @@ QPushButton* makeButton(platform::EventLoop& loop, platform::Button& control, ch
     setTextOf(*button, buttonText(control.caption(), mnemonic));
     if (name.isEmpty()) button->setAccessibleName(qtText(control.caption()).simplified());
   });
-  QObject::connect(button, &QPushButton::clicked, binding, [binding, &control] { binding->post([&control] { control.press(); }); });
+  QObject::connect(button, &QPushButton::clicked, binding,
+                   [binding, &control] { binding->post([&control] { control.press(); }); });
   return button;
 }
 
@@ -60,9 +61,8 @@ QCheckBox* makeCheckBox(platform::EventLoop& loop, platform::CheckBox& control, 
     if (name.isEmpty()) box->setAccessibleName(qtText(control.caption()).simplified());
     if (box->isChecked() != control.value()) box->setChecked(control.value());
   });
-  QObject::connect(box, &QCheckBox::clicked, binding, [binding, &control](bool on) {
-    binding->post([&control, on] { control.userSet(on); });
-  });
+  QObject::connect(box, &QCheckBox::clicked, binding,
+                   [binding, &control](bool on) { binding->post([&control, on] { control.userSet(on); }); });
   return box;
 }
 
@@ -72,12 +72,13 @@ QRadioButton* makeOption(platform::EventLoop& loop, platform::OptionButton& cont
   option->setAutoExclusive(false);
   auto* binding = new Binding(loop, control, *option, name, [option, &control, name] {
     setTextOf(*option, buttonText(control.caption()));
-    if (name.isEmpty()) option->setAccessibleName(control.caption().empty() ? objectNameOf(control) : qtText(control.caption()).simplified());
+    if (name.isEmpty())
+      option->setAccessibleName(control.caption().empty() ? objectNameOf(control)
+                                                          : qtText(control.caption()).simplified());
     if (option->isChecked() != control.value()) option->setChecked(control.value());
   });
-  QObject::connect(option, &QRadioButton::clicked, binding, [binding, &control] {
-    binding->post([&control] { control.userChoose(); });
-  });
+  QObject::connect(option, &QRadioButton::clicked, binding,
+                   [binding, &control] { binding->post([&control] { control.userChoose(); }); });
   return option;
 }
 
@@ -110,7 +111,8 @@ QWidget* makeLamp(platform::EventLoop& loop, platform::Lamp& control, const QStr
     lamp->setOn(control.on());
     lamp->setAccessibleDescription(control.on() ? QStringLiteral("on") : QStringLiteral("off"));
   });
-  QObject::connect(lamp, &QAbstractButton::clicked, binding, [binding, &control] { binding->post([&control] { control.press(); }); });
+  QObject::connect(lamp, &QAbstractButton::clicked, binding,
+                   [binding, &control] { binding->post([&control] { control.press(); }); });
   return lamp;
 }
 

@@ -11,8 +11,10 @@
 
 namespace kvr::window {
 
-QPushButton* makeButton(platform::EventLoop& loop, platform::Button& control, char mnemonic = 0, const QString& name = {});
-QCheckBox* makeCheckBox(platform::EventLoop& loop, platform::CheckBox& control, char mnemonic = 0, const QString& name = {});
+QPushButton* makeButton(platform::EventLoop& loop, platform::Button& control, char mnemonic = 0,
+                        const QString& name = {});
+QCheckBox* makeCheckBox(platform::EventLoop& loop, platform::CheckBox& control, char mnemonic = 0,
+                        const QString& name = {});
 QRadioButton* makeOption(platform::EventLoop& loop, platform::OptionButton& control, const QString& name = {});
 QLabel* makeLabel(platform::EventLoop& loop, platform::Label& control, const QString& name = {});
 QGroupBox* makeFrame(platform::EventLoop& loop, platform::Frame& control, const QString& name = {});

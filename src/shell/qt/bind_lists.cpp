@@ -61,9 +61,8 @@ void showCombo(QComboBox& box, const platform::ComboBox& control) {
 void bindCombo(platform::EventLoop& loop, platform::ComboBox& control, QComboBox& box, const QString& name) {
   new WheelFilter(box);
   auto* binding = new Binding(loop, control, box, name, [&box, &control] { showCombo(box, control); });
-  QObject::connect(&box, &QComboBox::activated, binding, [binding, &control](int index) {
-    binding->post([&control, index] { control.userPick(index); });
-  });
+  QObject::connect(&box, &QComboBox::activated, binding,
+                   [binding, &control](int index) { binding->post([&control, index] { control.userPick(index); }); });
   if (!control.editable() || !box.lineEdit()) return;
   box.lineEdit()->setAccessibleName(name);
   box.lineEdit()->setDragEnabled(false);
@@ -89,10 +88,13 @@ QListWidget* makeList(platform::EventLoop& loop, platform::ListBox& control, con
     while (list->count() > count) delete list->takeItem(list->count() - 1);
     for (int i = 0; i < count; ++i) {
       const QString text = qtText(rows[static_cast<std::size_t>(i)]);
-      if (i >= list->count()) list->addItem(text);
-      else if (list->item(i)->text() != text) list->item(i)->setText(text);
+      if (i >= list->count())
+        list->addItem(text);
+      else if (list->item(i)->text() != text)
+        list->item(i)->setText(text);
       const auto& selected = control.selected();
-      list->item(i)->setSelected(static_cast<std::size_t>(i) < selected.size() && selected[static_cast<std::size_t>(i)]);
+      list->item(i)->setSelected(static_cast<std::size_t>(i) < selected.size() &&
+                                 selected[static_cast<std::size_t>(i)]);
     }
   });
   return list;
@@ -116,13 +118,13 @@ QTabBar* makeTabs(platform::EventLoop& loop, platform::TabStrip& control, const 
       if (index >= bar->count()) bar->addTab(text);
       if (bar->tabText(index) != text) bar->setTabText(index, text);
       bar->setTabEnabled(index, tabs[i].available());
-      bar->setTabToolTip(index, tabs[i].available() ? QString() : QStringLiteral("Not available for the selected model"));
+      bar->setTabToolTip(index,
+                         tabs[i].available() ? QString() : QStringLiteral("Not available for the selected model"));
     }
     if (bar->currentIndex() != control.selected()) bar->setCurrentIndex(control.selected());
   });
-  QObject::connect(bar, &QTabBar::currentChanged, binding, [binding, &control](int index) {
-    binding->post([&control, index] { control.userSelect(index); });
-  });
+  QObject::connect(bar, &QTabBar::currentChanged, binding,
+                   [binding, &control](int index) { binding->post([&control, index] { control.userSelect(index); }); });
   return bar;
 }
 

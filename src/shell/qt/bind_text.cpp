@@ -45,7 +45,9 @@ void showEnd(QPlainTextEdit& pane) {
 
 }  // namespace
 
-void onFocusLeft(QWidget& widget, std::function<void()> left) { new LeaveFilter(widget, std::move(left)); }
+void onFocusLeft(QWidget& widget, std::function<void()> left) {
+  new LeaveFilter(widget, std::move(left));
+}
 
 QLineEdit* makeLine(platform::EventLoop& loop, platform::TextBox& control, const QString& name) {
   auto* line = new QLineEdit;

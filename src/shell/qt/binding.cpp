@@ -47,7 +47,9 @@ void Binding::showCommon() {
   if (!tip.isEmpty() && widget_.toolTip() != tip) widget_.setToolTip(tip);
 }
 
-QString qtText(const std::string& text) { return QString::fromStdString(text); }
+QString qtText(const std::string& text) {
+  return QString::fromStdString(text);
+}
 
 QString objectNameOf(const platform::Control& control) {
   QString name = qtText(control.name());

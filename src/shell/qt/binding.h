@@ -1,6 +1,6 @@
-// The link between one control and its widget, both ways: the control's changes are shown at once, what a person does is
-// posted to the event loop as a gesture. Knows nothing of what any control means. The files bind_*.h make and bind one kind
-// of widget each.
+// The link between one control and its widget, both ways: the control's changes are shown at once, what a person does
+// is posted to the event loop as a gesture. Knows nothing of what any control means. The files bind_*.h make and bind
+// one kind of widget each.
 #pragma once
 
 #include <QObject>
@@ -19,8 +19,8 @@ namespace kvr::window {
 // Lives as a child of its widget and ends with it; the control must outlive the widget.
 class Binding : public QObject {
  public:
-  // Names the widget, shows enabled, visible and tool tip, and lets the control take the focus. `show` brings the rest of
-  // the control's state into the widget; it must not run any gesture.
+  // Names the widget, shows enabled, visible and tool tip, and lets the control take the focus. `show` brings the rest
+  // of the control's state into the widget; it must not run any gesture.
   Binding(platform::EventLoop& loop, platform::Control& control, QWidget& widget, const QString& accessibleName,
           std::function<void()> show);
 
@@ -47,8 +47,8 @@ class Binding : public QObject {
 QString qtText(const std::string& text);
 // "textMsg", or "FrameX_3" for an element of an array.
 QString objectNameOf(const platform::Control& control);
-// A caption as buttons take it: an ampersand stands for itself, and one in front of the first `mnemonic` (if the caption
-// has that letter) makes it the key that presses the button with Alt.
+// A caption as buttons take it: an ampersand stands for itself, and one in front of the first `mnemonic` (if the
+// caption has that letter) makes it the key that presses the button with Alt.
 QString buttonText(const std::string& caption, char mnemonic = 0);
 
 }  // namespace kvr::window

@@ -27,7 +27,8 @@ void DemoRun::press() {
     if (verdict == VerdictKind::Pass || verdict == VerdictKind::Fail) program_.loop.whenIdle([this] { end(); });
   });
   auto* button = program_.window->findChild<QPushButton*>(QStringLiteral("comDownload_0"));
-  QMetaObject::invokeMethod(button, [button] { button->click(); }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      button, [button] { button->click(); }, Qt::QueuedConnection);
 }
 
 void DemoRun::end() {

@@ -9,7 +9,9 @@
 
 namespace kvr::shell {
 
-FirstPaint::FirstPaint(QWidget& window) : QObject(&window) { window.installEventFilter(this); }
+FirstPaint::FirstPaint(QWidget& window) : QObject(&window) {
+  window.installEventFilter(this);
+}
 
 // The filter sees the event before the window does; the queued call comes when all of it has been painted.
 bool FirstPaint::eventFilter(QObject* object, QEvent* event) {

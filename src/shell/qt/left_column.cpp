@@ -53,7 +53,8 @@ class FileNote : public QLabel {
       fit();
       setToolTip(path + (details.isEmpty() ? QString() : QLatin1Char('\n') + qtText(info.caption())));
     };
-    tokens_ = {const_cast<platform::Label&>(caption).changed.watch(show), const_cast<platform::Label&>(info).changed.watch(show)};
+    tokens_ = {const_cast<platform::Label&>(caption).changed.watch(show),
+               const_cast<platform::Label&>(info).changed.watch(show)};
     show();
   }
 
@@ -78,19 +79,23 @@ QGroupBox* stepFiles(const Maker& maker) {
   const QString sum = QStringLiteral("Check Sum");
   grid->addWidget(maker.button(p.comLoadFile, 'O'), 0, 0);
   grid->addWidget(new QLabel(start), 0, 1);
-  grid->addWidget(maker.line(p.txtAP_FileStart, QStringLiteral("Start address of the code file, hexadecimal"), 4), 0, 2);
+  grid->addWidget(maker.line(p.txtAP_FileStart, QStringLiteral("Start address of the code file, hexadecimal"), 4), 0,
+                  2);
   grid->addWidget(new QLabel(sum), 0, 3);
   grid->addWidget(maker.line(p.txtFileCheckSum, QStringLiteral("Check sum of the code file"), 8), 0, 4);
-  grid->addWidget(maker.check(p.cheClearAP_Buffer, 0, QStringLiteral("Clear the code buffer before a file is opened")), 0, 5);
+  grid->addWidget(maker.check(p.cheClearAP_Buffer, 0, QStringLiteral("Clear the code buffer before a file is opened")),
+                  0, 5);
   auto* codeNote = new FileNote(p.Frame7, p.labFileInfo);
   codeNote->setObjectName(QStringLiteral("codeFileNote"));
   grid->addWidget(codeNote, 1, 0, 1, 6);
   grid->addWidget(maker.button(p.comLoadDataFile, 'E'), 2, 0);
   grid->addWidget(new QLabel(start), 2, 1);
-  grid->addWidget(maker.line(p.txtDataFileStart, QStringLiteral("Start address of the EEPROM file, hexadecimal"), 4), 2, 2);
+  grid->addWidget(maker.line(p.txtDataFileStart, QStringLiteral("Start address of the EEPROM file, hexadecimal"), 4), 2,
+                  2);
   grid->addWidget(new QLabel(sum), 2, 3);
   grid->addWidget(maker.line(p.txtDataFileCheckSum, QStringLiteral("Check sum of the EEPROM file"), 8), 2, 4);
-  grid->addWidget(maker.check(p.cheClearDataBuffer, 0, QStringLiteral("Clear the EEPROM buffer before a file is opened")), 2, 5);
+  grid->addWidget(
+      maker.check(p.cheClearDataBuffer, 0, QStringLiteral("Clear the EEPROM buffer before a file is opened")), 2, 5);
   auto* dataNote = new FileNote(p.frmDataFlash, p.labDataFileInfo);
   dataNote->setObjectName(QStringLiteral("dataFileNote"));
   grid->addWidget(dataNote, 3, 0, 1, 6);
@@ -105,9 +110,10 @@ QGroupBox* stepPort(const Maker& maker) {
   auto* port = maker.portBox(form.main.combCommPort, QStringLiteral("Serial port"));
   auto* least = maker.combo(form.download.cobBaudMin, QStringLiteral("Lowest baud rate"));
   auto* most = maker.combo(form.download.cobBaudMax, QStringLiteral("Highest baud rate"));
-  column->addLayout(row({makeLamp(maker.loop(), form.main.imgOpen_sys, QStringLiteral("The terminal holds the port; press to take it back")),
-                         captionFor(QStringLiteral("&COM"), port), port, captionFor(QStringLiteral("Ma&x Baud:"), most), most,
-                         captionFor(QStringLiteral("Mi&n Baud:"), least), least, nullptr}));
+  column->addLayout(row({makeLamp(maker.loop(), form.main.imgOpen_sys,
+                                  QStringLiteral("The terminal holds the port; press to take it back")),
+                         captionFor(QStringLiteral("&COM"), port), port, captionFor(QStringLiteral("Ma&x Baud:"), most),
+                         most, captionFor(QStringLiteral("Mi&n Baud:"), least), least, nullptr}));
   auto* status = maker.label(form.main.portStatus);
   status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   status->setMinimumHeight(status->fontMetrics().height());
@@ -137,9 +143,10 @@ QLayout* runChoices(const Maker& maker) {
   auto* count = maker.line(p.txtWrite_OK_Count, QStringLiteral("Chips programmed well"), 8);
   auto* delay = maker.combo(p.comDalay_ReDownLoad, QStringLiteral("Seconds between two rounds of Re-Program"));
   delay->setMaximumWidth(delay->fontMetrics().averageCharWidth() * 12);
-  column->addLayout(row({captionFor(QStringLiteral("Programmed &OK"), count), count,
-                         maker.button(p.comClear_OK_Count, 0, QStringLiteral("Set the counter of good chips to 0")), nullptr,
-                         captionFor(QStringLiteral("Repeat de&lay"), delay), delay, new QLabel(QStringLiteral("s"))}));
+  column->addLayout(
+      row({captionFor(QStringLiteral("Programmed &OK"), count), count,
+           maker.button(p.comClear_OK_Count, 0, QStringLiteral("Set the counter of good chips to 0")), nullptr,
+           captionFor(QStringLiteral("Repeat de&lay"), delay), delay, new QLabel(QStringLiteral("s"))}));
   column->addLayout(row({new QLabel(QStringLiteral("Beep")), maker.option(p.optBeepYes, QStringLiteral("Beep: yes")),
                          maker.option(p.optBeepNo, QStringLiteral("Beep: no")), nullptr,
                          maker.button(p.Command2, 0, QStringLiteral("TL: program over the fixed link")),

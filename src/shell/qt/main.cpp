@@ -12,14 +12,16 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("KVR-ISP"));
   QApplication::setQuitOnLastWindowClosed(false);
   QCommandLineParser parser;
-  parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("Code file or project to open"), QStringLiteral("[file]"));
-  parser.addOptions({{QStringLiteral("demo-run"), QStringLiteral("Press Program, print the message pane and end")},
-                     {QStringLiteral("first-paint"), QStringLiteral("Print the time of the first paint and end")},
-                     {QStringLiteral("png"), QStringLiteral("With --demo-run: picture of the window"), QStringLiteral("path")},
-                     {QStringLiteral("shots"), QStringLiteral("Take pictures of every page and end"), QStringLiteral("folder")},
-                     {QStringLiteral("prefix"), QStringLiteral("With --shots: head of the pictures' names"), QStringLiteral("text")},
-                     {QStringLiteral("size"), QStringLiteral("Size of the window"), QStringLiteral("WxH")},
-                     {QStringLiteral("dark"), QStringLiteral("Dark colours")}});
+  parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("Code file or project to open"),
+                               QStringLiteral("[file]"));
+  parser.addOptions(
+      {{QStringLiteral("demo-run"), QStringLiteral("Press Program, print the message pane and end")},
+       {QStringLiteral("first-paint"), QStringLiteral("Print the time of the first paint and end")},
+       {QStringLiteral("png"), QStringLiteral("With --demo-run: picture of the window"), QStringLiteral("path")},
+       {QStringLiteral("shots"), QStringLiteral("Take pictures of every page and end"), QStringLiteral("folder")},
+       {QStringLiteral("prefix"), QStringLiteral("With --shots: head of the pictures' names"), QStringLiteral("text")},
+       {QStringLiteral("size"), QStringLiteral("Size of the window"), QStringLiteral("WxH")},
+       {QStringLiteral("dark"), QStringLiteral("Dark colours")}});
   parser.addHelpOption();
   parser.process(application);
   const QStringList files = parser.positionalArguments();

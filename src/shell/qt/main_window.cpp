@@ -15,7 +15,8 @@ namespace kvr::window {
 namespace {
 
 // A tab strip with its pages below it.
-QVBoxLayout* tabbed(const Maker& maker, platform::TabStrip& strip, std::map<std::string, PageStack::Builder> pages, const QString& name) {
+QVBoxLayout* tabbed(const Maker& maker, platform::TabStrip& strip, std::map<std::string, PageStack::Builder> pages,
+                    const QString& name) {
   auto* column = new QVBoxLayout;
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
@@ -26,7 +27,8 @@ QVBoxLayout* tabbed(const Maker& maker, platform::TabStrip& strip, std::map<std:
 
 }  // namespace
 
-MainWindow::MainWindow(shell::MainForm& form, PortWatch& ports, platform::QtDialogs& dialogs, std::function<void()> gone)
+MainWindow::MainWindow(shell::MainForm& form, PortWatch& ports, platform::QtDialogs& dialogs,
+                       std::function<void()> gone)
     : maker_{form, ports}, dialogs_(dialogs), gone_(std::move(gone)) {
   setObjectName(QStringLiteral("mainWindow"));
   setWindowTitle(QString::fromLatin1(shell::MainForm::kCaption));
@@ -48,14 +50,18 @@ MainWindow::MainWindow(shell::MainForm& form, PortWatch& ports, platform::QtDial
   tokens_.push_back(form.main.combCommPort.changed.watch([this] { followPort(); }));
 }
 
-MainWindow::~MainWindow() { maker_.form.onUnload = {}; }
+MainWindow::~MainWindow() {
+  maker_.form.onUnload = {};
+}
 
 QWidget* MainWindow::rightSide() {
   auto& panel = maker_.form.main;
   auto* upper = new QWidget;
-  upper->setLayout(tabbed(maker_, panel.TabStrip2, upperPages(maker_), QStringLiteral("Buffers, terminal, project, registers")));
+  upper->setLayout(
+      tabbed(maker_, panel.TabStrip2, upperPages(maker_), QStringLiteral("Buffers, terminal, project, registers")));
   auto* lower = makeFrame(maker_.loop(), panel.FrameX[3]);
-  lower->setLayout(tabbed(maker_, panel.TabStrip1, lowerPages(maker_), QStringLiteral("Options and other ways to program")));
+  lower->setLayout(
+      tabbed(maker_, panel.TabStrip1, lowerPages(maker_), QStringLiteral("Options and other ways to program")));
   lower->layout()->setContentsMargins(4, 2, 4, 4);
   auto* split = new QSplitter(Qt::Vertical);
   split->setObjectName(QStringLiteral("rightSplitter"));
@@ -67,7 +73,9 @@ QWidget* MainWindow::rightSide() {
   return split;
 }
 
-void MainWindow::restorePlace() { placeWindow(*this, maker_.form.windowPlace()); }
+void MainWindow::restorePlace() {
+  placeWindow(*this, maker_.form.windowPlace());
+}
 
 // The right edge stays where it is, so the working pages do not move under the operator's eyes.
 void MainWindow::followShrink() {
@@ -88,7 +96,8 @@ void MainWindow::followPort() {
   const int number = maker_.form.main.combCommPort.listIndex() + 1;
   const std::string device = maker_.ports.ports().describe(number);
   if (number < 1 || maker_.form.activity.busy()) return;
-  maker_.form.main.portStatus.setCaption(device.empty() ? "COM" + std::to_string(number) + ": no device found" : device);
+  maker_.form.main.portStatus.setCaption(device.empty() ? "COM" + std::to_string(number) + ": no device found"
+                                                        : device);
 }
 
 // The form decides: a first request asks a run to end and the window goes when it has.

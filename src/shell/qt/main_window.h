@@ -1,4 +1,5 @@
-// The one window: the left column with the steps of a download, on the right the working pages above and the options below.
+// The one window: the left column with the steps of a download, on the right the working pages above and the options
+// below.
 #pragma once
 
 #include <QPointer>

@@ -14,8 +14,10 @@ QHBoxLayout* row(std::initializer_list<QWidget*> widgets) {
   auto* layout = new QHBoxLayout;
   layout->setContentsMargins(0, 0, 0, 0);
   for (auto* widget : widgets) {
-    if (widget) layout->addWidget(widget);
-    else layout->addStretch(1);
+    if (widget)
+      layout->addWidget(widget);
+    else
+      layout->addStretch(1);
   }
   return layout;
 }

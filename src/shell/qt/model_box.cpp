@@ -13,7 +13,8 @@ constexpr int kKeyRole = Qt::UserRole;
 // Opens the popup for a click and for the first typed letter.
 class OpenFilter : public QObject {
  public:
-  OpenFilter(QLineEdit& box, shell::MainForm& form, ModelPopup& popup) : QObject(&box), box_(box), form_(form), popup_(popup) {
+  OpenFilter(QLineEdit& box, shell::MainForm& form, ModelPopup& popup)
+      : QObject(&box), box_(box), form_(form), popup_(popup) {
     box.installEventFilter(this);
   }
 
@@ -25,9 +26,11 @@ class OpenFilter : public QObject {
     auto& key = *static_cast<QKeyEvent*>(event);
     const bool opens = key.key() == Qt::Key_Down || key.key() == Qt::Key_F4 || key.key() == Qt::Key_Space;
     if (opens) return open();
-    const bool types = !key.text().isEmpty() && key.text()[0].isPrint() && !(key.modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+    const bool types = !key.text().isEmpty() && key.text()[0].isPrint() &&
+                       !(key.modifiers() & (Qt::ControlModifier | Qt::AltModifier));
     if (!types && !popup_.isVisible()) return false;
-    if (!types && key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter && key.key() != Qt::Key_Escape) return false;
+    if (!types && key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter && key.key() != Qt::Key_Escape)
+      return false;
     open();
     popup_.typeAhead(key);
     return true;
@@ -65,7 +68,8 @@ ModelPopup::ModelPopup(shell::MainForm& form, QWidget& window, QWidget& anchor)
   tree_->installEventFilter(this);
   QObject::connect(search_, &QLineEdit::textChanged, this, [this](const QString& text) { filter(text); });
   QObject::connect(tree_, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* item) { choose(item); });
-  auto* binding = new Binding(form.world.loop, form.main.TreeViewDevice, *tree_, QStringLiteral("Models by series"), [this] { showTree(); });
+  auto* binding = new Binding(form.world.loop, form.main.TreeViewDevice, *tree_, QStringLiteral("Models by series"),
+                              [this] { showTree(); });
   binding->setParent(this);
   form.main.TreeViewDevice.focusRequest = [this] { search_->setFocus(); };
   hide();
@@ -89,7 +93,8 @@ void ModelPopup::showTree() {
   filter(search_->text());
   const QPoint corner = anchor_.mapTo(parentWidget(), QPoint(0, 0));
   const int height = std::min(parentWidget()->height() - corner.y() - 4, fontMetrics().height() * 26);
-  setGeometry(corner.x(), corner.y(), std::max(anchor_.width(), fontMetrics().averageCharWidth() * 36), std::max(height, 120));
+  setGeometry(corner.x(), corner.y(), std::max(anchor_.width(), fontMetrics().averageCharWidth() * 36),
+              std::max(height, 120));
   show();
   raise();
 }
@@ -166,9 +171,12 @@ void ModelPopup::typeAhead(QKeyEvent& key) {
 
 // Keys that mean the same in the search box, in the tree and ahead of both.
 bool ModelPopup::stepInto(int key) {
-  if (key == Qt::Key_Escape) hideSoon();
-  else if (key == Qt::Key_Return || key == Qt::Key_Enter) choose(tree_->currentItem());
-  else return false;
+  if (key == Qt::Key_Escape)
+    hideSoon();
+  else if (key == Qt::Key_Return || key == Qt::Key_Enter)
+    choose(tree_->currentItem());
+  else
+    return false;
   return true;
 }
 
@@ -176,7 +184,8 @@ bool ModelPopup::eventFilter(QObject* object, QEvent* event) {
   if (event->type() == QEvent::KeyPress) {
     auto& key = *static_cast<QKeyEvent*>(event);
     if (stepInto(key.key())) return true;
-    const bool moves = key.key() == Qt::Key_Down || key.key() == Qt::Key_Up || key.key() == Qt::Key_PageDown || key.key() == Qt::Key_PageUp;
+    const bool moves = key.key() == Qt::Key_Down || key.key() == Qt::Key_Up || key.key() == Qt::Key_PageDown ||
+                       key.key() == Qt::Key_PageUp;
     if (object == search_ && moves) return QApplication::sendEvent(tree_, event);
   }
   if (event->type() == QEvent::FocusOut) {

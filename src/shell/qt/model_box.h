@@ -1,5 +1,5 @@
-// The model picker: the box with the model's name, and the two-level tree that drops down over it. Typing filters the tree;
-// Return takes the model found first, Esc and a click elsewhere leave the model as it was.
+// The model picker: the box with the model's name, and the two-level tree that drops down over it. Typing filters the
+// tree; Return takes the model found first, Esc and a click elsewhere leave the model as it was.
 #pragma once
 
 #include <QFrame>

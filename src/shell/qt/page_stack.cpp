@@ -8,7 +8,9 @@ PageStack::PageStack(platform::TabStrip& strip, std::map<std::string, Builder> b
   showSelected();
 }
 
-QSize PageStack::sizeHint() const { return {fontMetrics().averageCharWidth() * 90, fontMetrics().height() * 14}; }
+QSize PageStack::sizeHint() const {
+  return {fontMetrics().averageCharWidth() * 90, fontMetrics().height() * 14};
+}
 
 void PageStack::showSelected() {
   const std::string key = strip_.selectedKey();

@@ -43,8 +43,9 @@ class PortCombo : public QComboBox {
       const bool present = i < static_cast<int>(map.size()) && map[static_cast<std::size_t>(i)].present;
       if (itemData(i, kDeviceRole).toString() != device) setItemData(i, device, kDeviceRole);
       if (itemData(i, kPresentRole).toBool() != present) setItemData(i, present, kPresentRole);
-      setItemData(i, device.isEmpty() ? itemText(i) + QStringLiteral(", no device") : itemText(i) + QLatin1Char(' ') + device,
-                  Qt::AccessibleTextRole);
+      setItemData(
+          i, device.isEmpty() ? itemText(i) + QStringLiteral(", no device") : itemText(i) + QLatin1Char(' ') + device,
+          Qt::AccessibleTextRole);
     }
   }
   void showPopup() override {
@@ -53,7 +54,9 @@ class PortCombo : public QComboBox {
     const QFontMetrics metrics(view()->font());
     int width = this->width();
     for (int i = 0; i < count(); ++i)
-      width = std::max(width, metrics.horizontalAdvance(itemText(i) + QLatin1String("    ") + itemData(i, kDeviceRole).toString()) + 40);
+      width = std::max(
+          width,
+          metrics.horizontalAdvance(itemText(i) + QLatin1String("    ") + itemData(i, kDeviceRole).toString()) + 40);
     view()->setMinimumWidth(std::min(width, 900));
     QComboBox::showPopup();
   }
@@ -71,7 +74,9 @@ PortWatch::PortWatch(platform::Ports& ports) : ports_(ports) {
   auto* settle = new QTimer(this);  // an adapter's files and their rights appear one after another
   settle->setSingleShot(true);
   settle->setInterval(400);
-  QObject::connect(files, &QFileSystemWatcher::directoryChanged, settle, [settle] { if (!settle->isActive()) settle->start(); });
+  QObject::connect(files, &QFileSystemWatcher::directoryChanged, settle, [settle] {
+    if (!settle->isActive()) settle->start();
+  });
   QObject::connect(settle, &QTimer::timeout, this, [this] { look(); });
 }
 

@@ -1,4 +1,5 @@
-// Pictures of the window in all its states: every tab, every family's options. For people to look at; see scripts/shots.
+// Pictures of the window in all its states: every tab, every family's options. For people to look at; see
+// scripts/shots.
 #pragma once
 
 #include <QString>

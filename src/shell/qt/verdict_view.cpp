@@ -17,11 +17,16 @@ struct Look {
 
 Look lookOf(VerdictKind kind) {
   switch (kind) {
-    case VerdictKind::Waiting: return {"WAITING", QColor(0xff, 0xc1, 0x07), QColor(0x1a, 0x1a, 0x1a)};
-    case VerdictKind::Working: return {"WORKING", QColor(0x0b, 0x5e, 0xd7), Qt::white};
-    case VerdictKind::Pass: return {"PASS", QColor(0x0f, 0x7b, 0x2f), Qt::white};
-    case VerdictKind::Fail: return {"FAIL", QColor(0xb7, 0x10, 0x10), Qt::white};
-    case VerdictKind::Idle: break;
+    case VerdictKind::Waiting:
+      return {"WAITING", QColor(0xff, 0xc1, 0x07), QColor(0x1a, 0x1a, 0x1a)};
+    case VerdictKind::Working:
+      return {"WORKING", QColor(0x0b, 0x5e, 0xd7), Qt::white};
+    case VerdictKind::Pass:
+      return {"PASS", QColor(0x0f, 0x7b, 0x2f), Qt::white};
+    case VerdictKind::Fail:
+      return {"FAIL", QColor(0xb7, 0x10, 0x10), Qt::white};
+    case VerdictKind::Idle:
+      break;
   }
   return {"READY", QColor(0x6c, 0x75, 0x7d), Qt::white};
 }
@@ -80,10 +85,16 @@ VerdictView::VerdictView(engine::Verdict& verdict) : verdict_(verdict) {
   });
 }
 
-QString VerdictView::word() const { return QString::fromLatin1(lookOf(verdict_.value()).word); }
+QString VerdictView::word() const {
+  return QString::fromLatin1(lookOf(verdict_.value()).word);
+}
 
-QSize VerdictView::sizeHint() const { return {fontMetrics().height() * 13, fontMetrics().height() * 11}; }
-QSize VerdictView::minimumSizeHint() const { return {fontMetrics().height() * 10, fontMetrics().height() * 6}; }
+QSize VerdictView::sizeHint() const {
+  return {fontMetrics().height() * 13, fontMetrics().height() * 11};
+}
+QSize VerdictView::minimumSizeHint() const {
+  return {fontMetrics().height() * 10, fontMetrics().height() * 6};
+}
 
 void VerdictView::paintEvent(QPaintEvent*) {
   const Look look = lookOf(verdict_.value());
@@ -109,7 +120,8 @@ void VerdictView::paintEvent(QPaintEvent*) {
   const qreal room = wordBox.top() - area.top();
   const qreal side = std::min(room * 0.78, area.width() * 0.7);
   painter.setPen(QPen(look.fore, std::max<qreal>(3, side * 0.12), Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-  drawShape(painter, verdict_.value(), QRectF(area.center().x() - side / 2, area.top() + (room - side) * 0.6, side, side));
+  drawShape(painter, verdict_.value(),
+            QRectF(area.center().x() - side / 2, area.top() + (room - side) * 0.6, side, side));
 }
 
 }  // namespace kvr::window

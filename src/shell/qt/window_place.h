@@ -8,8 +8,8 @@
 namespace kvr::window {
 
 shell::WindowPlace placeOf(const QWidget& window);
-// Puts the window where `place` says when its head then lies on a screen; the default place, which no run has saved, gives
-// a size that suits the screen.
+// Puts the window where `place` says when its head then lies on a screen; the default place, which no run has saved,
+// gives a size that suits the screen.
 void placeWindow(QWidget& window, const shell::WindowPlace& place);
 
 }  // namespace kvr::window

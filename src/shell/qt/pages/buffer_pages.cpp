@@ -5,7 +5,8 @@
 namespace kvr::window {
 namespace {
 
-QWidget* bufferPage(const Maker& maker, platform::Frame& frame, platform::Label& info, platform::Label& length, int view) {
+QWidget* bufferPage(const Maker& maker, platform::Frame& frame, platform::Label& info, platform::Label& length,
+                    int view) {
   auto* column = new QVBoxLayout;
   column->setContentsMargins(6, 2, 6, 4);
   column->setSpacing(2);
@@ -17,7 +18,8 @@ QWidget* bufferPage(const Maker& maker, platform::Frame& frame, platform::Label&
   auto& panel = maker.form.images.panel;
   column->addWidget(makeHexPage(maker.loop(), view == 0 ? panel.txtBuffer2 : panel.tetDataFlash2,
                                 panel.vscFile[static_cast<std::size_t>(view)],
-                                view == 0 ? QStringLiteral("Code image in hexadecimal") : QStringLiteral("Data image in hexadecimal")),
+                                view == 0 ? QStringLiteral("Code image in hexadecimal")
+                                          : QStringLiteral("Data image in hexadecimal")),
                     1);
   auto* group = makeFrame(maker.loop(), frame);
   group->setLayout(column);

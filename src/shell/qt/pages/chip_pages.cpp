@@ -36,15 +36,18 @@ QWidget* makeMonitorPage(const Maker& maker, int number) {
   const auto index = static_cast<std::size_t>(number);
   auto* column = new QVBoxLayout;
   const QString where = number == 1 ? QStringLiteral(" (register page)") : QStringLiteral(" (external memory page)");
-  column->addLayout(row({makeLamp(maker.loop(), tool.imgOpen[index], QStringLiteral("The terminal's port is open") + where),
-                         maker.button(tool.comOpenCOM[index]), maker.button(tool.comDebugClear[index]),
-                         maker.button(monitor.comDebugContinue[index]), maker.button(tool.comDebugHelp[index]), nullptr}));
+  column->addLayout(
+      row({makeLamp(maker.loop(), tool.imgOpen[index], QStringLiteral("The terminal's port is open") + where),
+           maker.button(tool.comOpenCOM[index]), maker.button(tool.comDebugClear[index]),
+           maker.button(monitor.comDebugContinue[index]), maker.button(tool.comDebugHelp[index]), nullptr}));
   QFont fixed(QStringLiteral("monospace"));
   fixed.setStyleHint(QFont::Monospace);
-  auto* first = makeList(maker.loop(), number == 1 ? monitor.lst_debug1 : monitor.lst_debug3,
-                         number == 1 ? QStringLiteral("Registers") : QStringLiteral("External memory, first 1024 bytes"));
+  auto* first =
+      makeList(maker.loop(), number == 1 ? monitor.lst_debug1 : monitor.lst_debug3,
+               number == 1 ? QStringLiteral("Registers") : QStringLiteral("External memory, first 1024 bytes"));
   auto* second = makeList(maker.loop(), number == 1 ? monitor.lst_debug2 : monitor.lst_debug4,
-                          number == 1 ? QStringLiteral("Internal memory, 256 bytes") : QStringLiteral("External memory, window of 512 bytes"));
+                          number == 1 ? QStringLiteral("Internal memory, 256 bytes")
+                                      : QStringLiteral("External memory, window of 512 bytes"));
   first->setFont(fixed);
   second->setFont(fixed);
   auto* lists = row({first, second});

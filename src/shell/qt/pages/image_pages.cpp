@@ -11,13 +11,15 @@ QGroupBox* counterGroup(const Maker& maker, platform::CheckBox& box, Boxes& boxe
   const QString captions[] = {QStringLiteral("Address of the last byte (HEX)"), QStringLiteral("Bytes"),
                               QStringLiteral("Next value"), QStringLiteral("Increase by")};
   for (int i = 0; i < 4; ++i) {
-    auto* line = maker.line(boxes[static_cast<std::size_t>(i)], captions[i] + QStringLiteral(" of the serial number in the ") + of, 12);
+    auto* line = maker.line(boxes[static_cast<std::size_t>(i)],
+                            captions[i] + QStringLiteral(" of the serial number in the ") + of, 12);
     grid->addWidget(captionFor(captions[i], line), i + 1, 0);
     grid->addWidget(line, i + 1, 1, 1, 3);
   }
   for (int i = 0; i < 3; ++i) {
     auto& control = radix[static_cast<std::size_t>(i)];
-    grid->addWidget(maker.option(control, qtText(control.caption()) + QStringLiteral(" serial number in the ") + of), 5, i + 1);
+    grid->addWidget(maker.option(control, qtText(control.caption()) + QStringLiteral(" serial number in the ") + of), 5,
+                    i + 1);
   }
   grid->setColumnStretch(3, 1);
   grid->setRowStretch(6, 1);
@@ -31,8 +33,10 @@ QGroupBox* counterGroup(const Maker& maker, platform::CheckBox& box, Boxes& boxe
 QWidget* makeIncrementPage(const Maker& maker) {
   auto& p = maker.form.images.panel;
   auto* line = new QHBoxLayout;
-  line->addWidget(counterGroup(maker, p.cheAuto_Increase, p.texAuto_Increase, p.optAuto_Increase, QStringLiteral("code")));
-  line->addWidget(counterGroup(maker, p.cheData_Auto_Increase, p.texData_Auto_Increase, p.optData_Auto_Increase, QStringLiteral("EEPROM")));
+  line->addWidget(
+      counterGroup(maker, p.cheAuto_Increase, p.texAuto_Increase, p.optAuto_Increase, QStringLiteral("code")));
+  line->addWidget(counterGroup(maker, p.cheData_Auto_Increase, p.texData_Auto_Increase, p.optData_Auto_Increase,
+                               QStringLiteral("EEPROM")));
   return page("fraAuto_Increase", line);
 }
 

@@ -29,9 +29,13 @@ QGridLayout* optionRows(const Maker& maker) {
     cell->setSpacing(14);
     const QString what = QStringLiteral(", option line %1").arg(i + 1);
     for (auto* button : panel.optionButtons(i)) addCell(*cell, maker.option(*button));
-    if (i == kFrequencyRow) addCell(*cell, maker.combo(panel.com_RC_frequency[5], QStringLiteral("Frequency of the internal oscillator, MHz")));
-    if (i == kWakeUpRow) addCell(*cell, maker.combo(panel.comWDT_Prescalar[1], QStringLiteral("Clocks to wait after wake-up")));
-    if (i == kVoltageRow) addCell(*cell, maker.combo(panel.com_RC_frequency[4], QStringLiteral("Low voltage threshold")));
+    if (i == kFrequencyRow)
+      addCell(*cell,
+              maker.combo(panel.com_RC_frequency[5], QStringLiteral("Frequency of the internal oscillator, MHz")));
+    if (i == kWakeUpRow)
+      addCell(*cell, maker.combo(panel.comWDT_Prescalar[1], QStringLiteral("Clocks to wait after wake-up")));
+    if (i == kVoltageRow)
+      addCell(*cell, maker.combo(panel.com_RC_frequency[4], QStringLiteral("Low voltage threshold")));
     cell->addStretch(1);
     grid->addLayout(cell, i, 1);
   }
@@ -57,8 +61,10 @@ QWidget* trimRow(const Maker& maker) {
   auto& panel = maker.form.options;
   auto* group = new QWidget;
   group->setLayout(row({maker.label(panel.Label8[0]), maker.label(panel.Label8[1]),
-                        maker.combo(panel.com_RC_frequency[1], QStringLiteral("Trim of the oscillator: band")), maker.label(panel.Label8[2]),
-                        maker.combo(panel.com_RC_frequency[2], QStringLiteral("Trim of the oscillator: step")), maker.label(panel.Label8[3]),
+                        maker.combo(panel.com_RC_frequency[1], QStringLiteral("Trim of the oscillator: band")),
+                        maker.label(panel.Label8[2]),
+                        maker.combo(panel.com_RC_frequency[2], QStringLiteral("Trim of the oscillator: step")),
+                        maker.label(panel.Label8[3]),
                         maker.line(panel.txt_RC_frequency, QStringLiteral("Trim of the oscillator: fine value"), 5),
                         maker.label(panel.Label8[4]), nullptr}));
   return group;
@@ -71,8 +77,9 @@ QGroupBox* pinGroup(const Maker& maker) {
   column->addLayout(row({maker.option(p.opt_485_pin[0]), maker.option(p.opt_485_pin[1]),
                          maker.combo(p.comb_485_pin, QStringLiteral("Pin that controls the RS485 driver")), nullptr}));
   column->addLayout(row({maker.option(p.opt_485_logic[0]), maker.option(p.opt_485_logic[1]), nullptr}));
-  column->addLayout(row({maker.option(p.opt_External_WDT[0]), maker.option(p.opt_External_WDT[1]),
-                         maker.combo(p.comb_External_WDT, QStringLiteral("Pin that feeds the external watchdog")), nullptr}));
+  column->addLayout(
+      row({maker.option(p.opt_External_WDT[0]), maker.option(p.opt_External_WDT[1]),
+           maker.combo(p.comb_External_WDT, QStringLiteral("Pin that feeds the external watchdog")), nullptr}));
   auto* group = new QGroupBox(QStringLiteral("Pins that the chip drives while it is programmed"));
   group->setObjectName(QStringLiteral("Frame16"));
   group->setLayout(column);
@@ -88,7 +95,8 @@ QWidget* makeOptionsPage(const Maker& maker) {
   column->addLayout(optionRows(maker));
   column->addWidget(withCaption(maker, panel.comWDT_Prescalar[0], QStringLiteral("Prescalar value of WatchDog Timer")));
   column->addWidget(trimRow(maker));
-  column->addLayout(row({maker.label(panel.LabOptionC[0]), maker.label(panel.LabOptionC[1]), maker.label(maker.form.images.panel.Label7[0]), nullptr}));
+  column->addLayout(row({maker.label(panel.LabOptionC[0]), maker.label(panel.LabOptionC[1]),
+                         maker.label(maker.form.images.panel.Label7[0]), nullptr}));
   column->addSpacing(4);
   column->addWidget(pinGroup(maker));
   column->addStretch(1);

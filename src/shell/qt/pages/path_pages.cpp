@@ -19,9 +19,13 @@ QWidget* makeSelfDefinedPage(const Maker& maker) {
   auto* column = new QVBoxLayout;
   column->addWidget(maker.label(p.labUserCode[0]));
   column->addLayout(lineBoxes(maker, p.userCodeLine(), maker.label(p.labUserCode[1]), maker.label(p.labUserCode[2]),
-                              maker.label(p.labUserCode[3]), maker.label(p.labUserCode[4]), QStringLiteral(" of the self-defined command")));
-  column->addLayout(row({maker.label(p.labUserCode[5]), maker.line(p.txtUserCode, QStringLiteral("Self-defined command, hexadecimal bytes"))}));
-  column->addLayout(row({maker.button(p.comSendUserCode), maker.button(maker.form.main.comHelp[0], 0, QStringLiteral("Help on the self-defined command")), nullptr}));
+                              maker.label(p.labUserCode[3]), maker.label(p.labUserCode[4]),
+                              QStringLiteral(" of the self-defined command")));
+  column->addLayout(row({maker.label(p.labUserCode[5]),
+                         maker.line(p.txtUserCode, QStringLiteral("Self-defined command, hexadecimal bytes"))}));
+  column->addLayout(
+      row({maker.button(p.comSendUserCode),
+           maker.button(maker.form.main.comHelp[0], 0, QStringLiteral("Help on the self-defined command")), nullptr}));
   column->addWidget(maker.check(maker.form.images.panel.cekReloadFileWhileFileChange1));
   auto* words = maker.label(p.labUserCode[6]);
   words->setWordWrap(true);
@@ -38,19 +42,26 @@ QWidget* makeDemoPage(const Maker& maker) {
   auto& p = maker.form.userpath;
   auto& o = maker.form.options;
   auto* column = new QVBoxLayout;
-  column->addLayout(row({maker.button(p.com_Demo_DownLoad, 0, QStringLiteral("Program through the demo routine")),
-                         maker.button(p.com_Demo_Re_DownLoad, 0, QStringLiteral("Program again and again through the demo routine")),
-                         maker.button(p.com_Demo_Stop, 0, QStringLiteral("Stop the run through the demo routine")), nullptr}));
+  column->addLayout(
+      row({maker.button(p.com_Demo_DownLoad, 0, QStringLiteral("Program through the demo routine")),
+           maker.button(p.com_Demo_Re_DownLoad, 0, QStringLiteral("Program again and again through the demo routine")),
+           maker.button(p.com_Demo_Stop, 0, QStringLiteral("Stop the run through the demo routine")), nullptr}));
   column->addWidget(maker.label(p.labDemo[0]));
-  column->addLayout(lineBoxes(maker, p.demoLine(), maker.label(p.labDemo[1]), maker.label(p.labDemo[2]), maker.label(p.labDemo[3]),
-                              maker.label(p.labDemo[4]), QStringLiteral(" of the demo download")));
+  column->addLayout(lineBoxes(maker, p.demoLine(), maker.label(p.labDemo[1]), maker.label(p.labDemo[2]),
+                              maker.label(p.labDemo[3]), maker.label(p.labDemo[4]),
+                              QStringLiteral(" of the demo download")));
   column->addWidget(maker.check(p.che_Demo_DownLoad));
   column->addWidget(maker.label(p.labDemo[5]));
-  column->addLayout(lineBoxes(maker, p.demoCommandLine(), maker.label(p.labDemo[6]), maker.label(p.labDemo[7]), maker.label(p.labDemo[8]),
-                              maker.label(p.labDemo[9]), QStringLiteral(" of the command before the demo download")));
-  column->addLayout(row({maker.label(p.labDemo[10]), maker.line(p.txt_DEMO_UserCode, QStringLiteral("Command before the demo download, hexadecimal bytes"))}));
-  column->addLayout(row({maker.option(o.opt_ISP_DEMO_WDT[0]), maker.option(o.opt_ISP_DEMO_WDT[1]),
-                         maker.combo(o.comb_WDT, QStringLiteral("Pin that feeds the external watchdog during the demo download")), nullptr}));
+  column->addLayout(lineBoxes(maker, p.demoCommandLine(), maker.label(p.labDemo[6]), maker.label(p.labDemo[7]),
+                              maker.label(p.labDemo[8]), maker.label(p.labDemo[9]),
+                              QStringLiteral(" of the command before the demo download")));
+  column->addLayout(
+      row({maker.label(p.labDemo[10]),
+           maker.line(p.txt_DEMO_UserCode, QStringLiteral("Command before the demo download, hexadecimal bytes"))}));
+  column->addLayout(
+      row({maker.option(o.opt_ISP_DEMO_WDT[0]), maker.option(o.opt_ISP_DEMO_WDT[1]),
+           maker.combo(o.comb_WDT, QStringLiteral("Pin that feeds the external watchdog during the demo download")),
+           nullptr}));
   column->addStretch(1);
   auto* frame = makeFrame(maker.loop(), p.Frame11);
   frame->setLayout(column);
@@ -68,9 +79,13 @@ QWidget* makeOfflinePage(const Maker& maker) {
   way->setWordWrap(true);
   column->addWidget(purpose);
   column->addWidget(way);
-  column->addLayout(row({maker.label(p.labTJXZ[2]), maker.line(p.txt_download_max, QStringLiteral("How many chips the board may program"), 9), nullptr}));
-  column->addLayout(row({maker.button(p.comTJXZ), maker.button(p.com_TJXZ_help, 0, QStringLiteral("Help on the off-line board")), nullptr}));
-  column->addLayout(row({maker.label(p.labTJXZ[3]), maker.combo(p.combPins, QStringLiteral("Pins of the package")), nullptr}));
+  column->addLayout(
+      row({maker.label(p.labTJXZ[2]),
+           maker.line(p.txt_download_max, QStringLiteral("How many chips the board may program"), 9), nullptr}));
+  column->addLayout(row({maker.button(p.comTJXZ),
+                         maker.button(p.com_TJXZ_help, 0, QStringLiteral("Help on the off-line board")), nullptr}));
+  column->addLayout(
+      row({maker.label(p.labTJXZ[3]), maker.combo(p.combPins, QStringLiteral("Pins of the package")), nullptr}));
   for (std::size_t i = 0; i < p.che_staple.size(); ++i) column->addWidget(maker.check(p.che_staple[i]));
   column->addStretch(1);
   auto* frame = makeFrame(maker.loop(), p.Frame18);

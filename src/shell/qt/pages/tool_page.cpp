@@ -1,4 +1,5 @@
-// The terminal: port settings above, what comes in and what goes out on the left, the strings of the round on the right.
+// The terminal: port settings above, what comes in and what goes out on the left, the strings of the round on the
+// right.
 #include <QScrollArea>
 #include <QSplitter>
 #include <QTimer>
@@ -36,9 +37,10 @@ QGroupBox* stringsPane(const Maker& maker) {
   auto* column = new QVBoxLayout;
   column->setContentsMargins(4, 2, 4, 4);
   column->addWidget(stringList(maker), 1);
-  column->addLayout(row({maker.button(p.comSpreadAutoSend), maker.label(p.labSpreadSendCycle[0]),
-                         maker.line(p.texSpreadSendCycle, QStringLiteral("Interval between the strings of the round, milliseconds"), 6),
-                         maker.label(p.labSpreadSendCycle[1]), nullptr}));
+  column->addLayout(row(
+      {maker.button(p.comSpreadAutoSend), maker.label(p.labSpreadSendCycle[0]),
+       maker.line(p.texSpreadSendCycle, QStringLiteral("Interval between the strings of the round, milliseconds"), 6),
+       maker.label(p.labSpreadSendCycle[1]), nullptr}));
   auto* frame = makeFrame(maker.loop(), p.Frame24);
   frame->setLayout(column);
   return frame;
@@ -46,13 +48,15 @@ QGroupBox* stringsPane(const Maker& maker) {
 
 QLayout* portRow(const Maker& maker) {
   auto& p = maker.form.tool;
-  return row({makeLamp(maker.loop(), p.imgOpen[0], QStringLiteral("The terminal's port is open")), maker.button(p.comOpenCOM[0]),
-              maker.label(p.labDebugPort[0]), maker.portBox(p.com_Debug_COM, QStringLiteral("Serial port of the terminal")),
-              maker.label(p.labDebugPort[1]), maker.combo(p.com_Debug_Baud, QStringLiteral("Baud rate of the terminal")),
-              maker.label(p.labDebugPort[2]), maker.combo(p.com_Debug_DataBits, QStringLiteral("Data bits of the terminal")),
-              maker.label(p.labDebugPort[3]), maker.combo(p.com_Debug_ParityCheck, QStringLiteral("Parity of the terminal")),
-              maker.label(p.labDebugPort[4]), maker.combo(p.com_Debug_StopBits, QStringLiteral("Stop bits of the terminal")),
-              maker.check(p.che_DTR), maker.check(p.che_RTS), nullptr, maker.button(p.comDebugHelp[0], 0, QStringLiteral("Help on the terminal"))});
+  return row(
+      {makeLamp(maker.loop(), p.imgOpen[0], QStringLiteral("The terminal's port is open")),
+       maker.button(p.comOpenCOM[0]), maker.label(p.labDebugPort[0]),
+       maker.portBox(p.com_Debug_COM, QStringLiteral("Serial port of the terminal")), maker.label(p.labDebugPort[1]),
+       maker.combo(p.com_Debug_Baud, QStringLiteral("Baud rate of the terminal")), maker.label(p.labDebugPort[2]),
+       maker.combo(p.com_Debug_DataBits, QStringLiteral("Data bits of the terminal")), maker.label(p.labDebugPort[3]),
+       maker.combo(p.com_Debug_ParityCheck, QStringLiteral("Parity of the terminal")), maker.label(p.labDebugPort[4]),
+       maker.combo(p.com_Debug_StopBits, QStringLiteral("Stop bits of the terminal")), maker.check(p.che_DTR),
+       maker.check(p.che_RTS), nullptr, maker.button(p.comDebugHelp[0], 0, QStringLiteral("Help on the terminal"))});
 }
 
 QGroupBox* receivePane(const Maker& maker) {
@@ -67,10 +71,11 @@ QGroupBox* receivePane(const Maker& maker) {
   auto* view = makeTerminalView(maker.loop(), p);
   view->setMinimumHeight(view->fontMetrics().height() * 6);
   column->addWidget(view, 1);
-  column->addLayout(row({maker.label(p.labReceiveCount), maker.label(p.labSendCount), nullptr, maker.button(p.comClearCount),
-                         maker.button(p.comDebugClear[0])}));
-  column->addLayout(row({maker.line(p.texFind, QStringLiteral("Text to find in the receive pane")), maker.button(p.comFindNext),
-                         maker.button(p.comFindPrevious), maker.label(p.labFind), maker.button(p.comSaveReceive)}));
+  column->addLayout(row({maker.label(p.labReceiveCount), maker.label(p.labSendCount), nullptr,
+                         maker.button(p.comClearCount), maker.button(p.comDebugClear[0])}));
+  column->addLayout(
+      row({maker.line(p.texFind, QStringLiteral("Text to find in the receive pane")), maker.button(p.comFindNext),
+           maker.button(p.comFindPrevious), maker.label(p.labFind), maker.button(p.comSaveReceive)}));
   auto* frame = makeFrame(maker.loop(), p.frmReceive);
   frame->setLayout(column);
   return frame;
@@ -83,9 +88,11 @@ QGroupBox* sendPane(const Maker& maker) {
   column->setSpacing(2);
   column->addLayout(row({maker.line(p.texSend, QStringLiteral("Text to send")), maker.button(p.comDebugSend),
                          maker.button(p.comClearSend, 0, QStringLiteral("Clear the text to send"))}));
-  column->addLayout(row({maker.option(p.optHexSend[0], QStringLiteral("Send as text")), maker.option(p.optHexSend[1], QStringLiteral("Send as hexadecimal bytes")),
-                         maker.combo(p.comb_LineEnd, QStringLiteral("Line end added to a text")), nullptr, maker.button(p.comAutoSend),
-                         maker.label(p.labSendCycle[0]), maker.line(p.texSendCycle, QStringLiteral("Interval of the repeated send, milliseconds"), 6),
+  column->addLayout(row({maker.option(p.optHexSend[0], QStringLiteral("Send as text")),
+                         maker.option(p.optHexSend[1], QStringLiteral("Send as hexadecimal bytes")),
+                         maker.combo(p.comb_LineEnd, QStringLiteral("Line end added to a text")), nullptr,
+                         maker.button(p.comAutoSend), maker.label(p.labSendCycle[0]),
+                         maker.line(p.texSendCycle, QStringLiteral("Interval of the repeated send, milliseconds"), 6),
                          maker.label(p.labSendCycle[1])}));
   auto* frame = makeFrame(maker.loop(), p.frmSend);
   frame->setLayout(column);
