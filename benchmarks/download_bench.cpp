@@ -42,7 +42,9 @@ VirtualResult runVirtual() {
   bench.select(kModel);
   bench.bauds("9600", "115200");
   bench.loadCode(60);
-  const auto& chip = bench.insertChip();
+  auto config = sim::configFor(*kvr::catalogue::findByName(kModel));
+  config.times = sim::patientTimes();  // as kvr-target's chip has them
+  const auto& chip = bench.insertChip(config);
   kvr::platform::Instant answer{0};
   kvr::platform::Instant pass{0};
   bench.panel.verdict.changed.connect([&] {

@@ -59,4 +59,11 @@ bool setChipFault(ChipConfig& config, std::string_view name, std::string_view va
   return name == "failsBlock" && addBlockFailure(config, value);
 }
 
+ChipTimes patientTimes() {
+  ChipTimes times;
+  for (auto* wait : {&times.testReply, &times.changeReply, &times.firstGenerationReply, &times.rcChangeReply})
+    *wait = 300 * kMillisecond;
+  return times;
+}
+
 }  // namespace sim

@@ -32,6 +32,9 @@ struct ChipTimes {
   Micros rcMeasure = 0;  // settling time of the oscillator at each measured point
 };
 
+// For hosts that run in real time: the answers around a change of rate leave them 300 ms to get there.
+ChipTimes patientTimes();
+
 struct BlockFailure {
   int block = -1;         // address / block size
   int times = 0;          // so many first frames of it fail

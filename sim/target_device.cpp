@@ -183,12 +183,8 @@ std::unique_ptr<TargetDevice> makeChip(const TargetOptions& options, const McuRe
   ChipConfig config = configFor(row, options.clockHz, options.seed + static_cast<std::uint64_t>(index));
   config.letter = options.letter;
   config.firmware = options.firmware;
-  // Bytes that take no time reach the chip the sooner, and its answers must not: the host is still on its way to the
-  // new rate then.
-  if (!options.paced)
-    for (auto* wait : {&config.times.testReply, &config.times.changeReply, &config.times.firstGenerationReply,
-                       &config.times.rcChangeReply})
-      *wait = 300 * kMillisecond;
+  // The host closes and opens its port on the way to another rate, on a machine that may have more to do.
+  config.times = patientTimes();
   if (!applyFaults(options, config, setChipFault, error)) return nullptr;
   auto target = std::make_unique<ChipTarget>(config);
   if (!options.application.empty()) target->chip().setApplication(makeApplication(options));
