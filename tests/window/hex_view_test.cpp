@@ -17,6 +17,7 @@
 #include "platform/qt/qt_loop.h"
 #include "shell/qt/hex_accessible.h"
 #include "tests/images/images_bench.h"
+#include "tests/support/no_link.h"
 
 namespace kvr::window {
 namespace {
@@ -69,7 +70,7 @@ struct HexViewTest : ::testing::Test {
   }
 
   platform::QtLoop loop;
-  images::NoLink link;
+  support::NoLink link;
   platform::MemoryStore store;
   platform::MemoryFiles files;
   platform::ScriptedDialogs dialogs{loop};
