@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "offline/board_help.h"
 #include "userpath/help_texts.h"
 
 namespace kvr::shell {
@@ -66,7 +65,6 @@ void MainForm::connectButtons() {
   main.comMastWindow.onClick = [this] { shrinkOrResume(); };
   main.comHelp[0].onClick = [this] { world.dialogs.help(userpath::kTriggerHelpTitle, userpath::triggerHelpText()); };
   main.comHelp[1].onClick = [this] { world.dialogs.help(userpath::kHardwareHelpTitle, userpath::hardwareHelpText()); };
-  offline.com_TJXZ_help.onClick = [this] { world.dialogs.help(offline::kBoardHelpTitle, offline::boardHelpText()); };
 }
 
 // Every room enables its own controls; these are the main form's.
