@@ -2,7 +2,9 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <signal.h>
 #include <stdlib.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <time.h>
@@ -58,8 +60,14 @@ Feeder::~Feeder() {
 void Feeder::start(double seconds, double bytesPerSecond) {
   int ends[2];
   if (pipe(ends) != 0) return;
+  const pid_t parent = getpid();
   child_ = fork();
-  if (child_ == 0) run(seconds, bytesPerSecond, ends[1]);
+  if (child_ == 0) {
+    // Nobody writes on for ever into a line whose reader has died.
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != parent) _exit(1);
+    run(seconds, bytesPerSecond, ends[1]);
+  }
   ::close(ends[1]);
   report_ = ends[0];
 }

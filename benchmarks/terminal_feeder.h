@@ -18,7 +18,7 @@ class Feeder {
   const std::string& device() const { return device_; }
   // Starts to write for so long; `bytesPerSecond` 0: without a pause.
   void start(double seconds, double bytesPerSecond);
-  bool ended();                 // the writing is over; `written` tells how much it was
+  bool ended();  // the writing is over; `written` tells how much it was
   std::uint64_t written() const { return written_; }
 
  private:
