@@ -87,17 +87,18 @@ bool OptionWrite::sendUntilDone(const Bytes& frame, Millis limit) {
 }
 
 bool OptionWrite::writeOptions() {
-  c_.run.optionsRead = false;
   const int family = c_.family();
+  // Three of Rowan's bytes are not in the first status frame; what it does not tell cannot be taken for what is wanted.
+  const bool allTold = family != 18 || c_.run.optionsRead;
+  c_.run.optionsRead = false;
   if (family == 0) return writeAlder();
   if (isCedarLike(family)) return writeCedarLike();
-  if (!writeLater()) return false;
+  if (!writeLater(allTold)) return false;
   return family != 18 || writeRowan();
 }
 
 bool OptionWrite::writeAlder() {
-  c_.composeOptions();
-  const bool doubleSpeed = c_.options.wantedWords.doubleSpeed == "1";
+  const bool doubleSpeed = c_.room.chosen("Double_speed_YES");
   const std::array<std::uint8_t, 1> payload = {alderOptionByte(c_.record().name, doubleSpeed)};
   const Bytes frame = buildFrame(0x8D, payload, sumFormOf(c_.record()));
   (void)c_.link.reopenTargetPort();
@@ -130,7 +131,7 @@ bool OptionWrite::writeCedarLike() {
   return optionsOk();
 }
 
-bool OptionWrite::writeLater() {
+bool OptionWrite::writeLater(bool allTold) {
   c_.composeOptions();
   const int family = c_.family();
   const int order = optionOrder(c_.target);
@@ -138,7 +139,7 @@ bool OptionWrite::writeLater() {
   if (!alwaysWrites) {
     leaveWatchdogAlone();
     const bool laterOrder = order > 0 || isLateHazel(c_.target);
-    if (runsFromExternalClock(family, order, c_.options) &&
+    if (allTold && runsFromExternalClock(family, order, c_.options) &&
         optionsAgree(family, laterOrder, Moment::BeforeWrite, c_.options))
       return nothingToWrite();
   }

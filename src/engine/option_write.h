@@ -25,7 +25,7 @@ class OptionWrite {
   bool sendUntilDone(const Bytes& frame, Millis limit);
   bool writeAlder();
   bool writeCedarLike();
-  bool writeLater();
+  bool writeLater(bool allTold);  // false: bytes to compare are not known of this chip
   void leaveWatchdogAlone();
   bool sendLater();
   bool readBackLater();

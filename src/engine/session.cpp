@@ -110,7 +110,7 @@ Session::RoundEnd Session::round(int index) {
   TargetLink& link = c_.link;
   link.rx.requireStartPair = false;
   link.shared().textMsg.clear();
-  c_.run.targetConnected = false;
+  c_.run.targetConnected = c_.run.optionsRead = false;
   c_.run.failureWords.clear();
   c_.run.factoryId.clear();
   answered_ = false;
