@@ -148,6 +148,7 @@ void ProjectRoom::setControls(const Header& lines) {
       options_.setControlValue(line.key, value);  // a key of another family means nothing here
     }
   }
+  options_.applyEnableRules();  // a project that fails further on leaves the page as it is now
   // The page of a data image that the model lacks is closed, so its counter cannot be on.
   if (!catalogue::hasDataFile(selected_.record)) images_.panel.cheData_Auto_Increase.setValue(false);
 }

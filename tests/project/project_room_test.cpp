@@ -177,8 +177,9 @@ TEST_F(ProjectRoomTest, ChangesNothingForAFileThatCannotBeOpened) {
 TEST_F(ProjectRoomTest, LeavesAnImageInvalidWhoseSumDiffers) {
   select("Gum-H04");
   images.state.imageValid = true;
-  open("VER: 1.2\r\nMCU_Type: Ivy-HF0S\r\nbuffer_check_sum: 4\r\nEND\r\n0102");
+  open("VER: 1.2\r\nMCU_Type: Ivy-HF0S\r\nPower_On_Run_WDT_YES: True\r\nbuffer_check_sum: 4\r\nEND\r\n0102");
   EXPECT_EQ(lastMessage(), "The check sum of code file is incorrect.");
+  EXPECT_TRUE(optionPanel.comWDT_Prescalar[0].enabled());  // the watchdog starts, so its prescaler matters
   EXPECT_FALSE(images.state.imageValid);
   EXPECT_EQ(images.state.CodeBuffer.at(1), 2);
   EXPECT_EQ(lock.state(), options::UiLock::kFree);
