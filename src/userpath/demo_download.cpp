@@ -114,6 +114,7 @@ Millis DemoDownload::pollPace() const {
 
 bool DemoDownload::demoConnect() {
   link().shared().textMsg.clear();
+  context_.conversation.room.clearLockLabels();  // they tell of a chip that was there before
   if (openLine(link(), settingsText(panel_.demoLine()))) {
     sayPortFailed(link());
     return false;

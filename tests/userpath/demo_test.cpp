@@ -42,7 +42,9 @@ TEST(Demo, TellsTheStoryInThePane) {
   sim::DemoFirmware firmware(UserPathBench::configFor("Cedar-H20R"));
   bench.insert(firmware);
   bench.loadCode(5, 3000);
+  bench.optionPanel.LabLock[1].setVisible(true);
   ASSERT_TRUE(bench.press(bench.page.com_Demo_DownLoad));
+  EXPECT_FALSE(bench.optionPanel.LabLock[1].visible());
   EXPECT_EQ(bench.text(),
             "\nWe are trying to connect to target MCU ... "
             "\nConnection is OK..."
