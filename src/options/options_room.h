@@ -49,8 +49,6 @@ class OptionsRoom {
   // Rebuilds `wanted` and its words from the panel. `trim` as measured in this run, if it was.
   void composeOptions(std::optional<RcTrim> trim = {});
   void refreshChoices();  // for the selected model's family
-  // A chip is about to be read: entry 16, which no chip reports, is the family's default again.
-  void forgetReported() { set_.reported[16] = defaultBytes(family())[16]; }
 
   // --- internal oscillator
   std::int32_t wantedFrequencyHz() const;  // box 5; a comma counts as a point; 0: no number

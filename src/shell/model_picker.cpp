@@ -49,9 +49,12 @@ void ModelPicker::hideDeviceTree() {
 
 void ModelPicker::treeClicked() {
   const std::string key = panel_.TreeViewDevice.selectedKey();
-  if (key.empty() || key.starts_with(catalogue::kSeriesKeyPrefix)) return;
+  if (key.empty() || key.starts_with(catalogue::kSeriesKeyPrefix)) {
+    // The selected node is what the next start begins with; a look into a series must not cost the operator the model.
+    panel_.TreeViewDevice.selectKey(picked_);
+    return;
+  }
   panel_.txtDevice.setText(key);
-  call(hooks.cancelRcTrim);
   call(hooks.clearBuffers);
   hideDeviceTree();
   applyDevice();
@@ -81,8 +84,10 @@ void ModelPicker::apply(const catalogue::McuRecord& record) {
   model_ = catalogue::describeModel(record);
   // A model without a node leaves the tree where it was: the stored choice stays one that can be picked again.
   const auto& nodes = panel_.TreeViewDevice.nodes();
-  if (std::any_of(nodes.begin(), nodes.end(), [&](const auto& node) { return node.key == record.name; }))
-    panel_.TreeViewDevice.selectKey(model_.name());
+  if (std::any_of(nodes.begin(), nodes.end(), [&](const auto& node) { return node.key == record.name; })) {
+    picked_ = model_.name();
+    panel_.TreeViewDevice.selectKey(picked_);
+  }
   call(hooks.showRange, model_.range);
   call(hooks.setDataFileControls, false);
   call(hooks.switchDataIncrementOff);

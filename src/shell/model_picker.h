@@ -22,7 +22,6 @@ class ModelPicker {
     std::function<void()> refreshMonitor;  // the register lists of the family
     std::function<void()> clearTargetReport;
     std::function<void()> showFamilyPanel;
-    std::function<void()> cancelRcTrim;
     std::function<void()> requestSave;
   };
 
@@ -45,6 +44,7 @@ class ModelPicker {
   platform::World world_;
   MainPanel& panel_;
   catalogue::SelectedModel& model_;
+  std::string picked_;  // the model whose node is selected
 };
 
 }  // namespace kvr::shell

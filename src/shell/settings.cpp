@@ -56,7 +56,7 @@ class Muting {
 }  // namespace
 
 Settings::Settings(platform::EventLoop& loop, platform::SettingsStore& store, const platform::ControlRegistry& registry)
-    : registry_(registry), keys_(store), timer3_(loop, [this] { timer3(); }) {}
+    : registry_(registry), keys_(store), timer3_(loop, [this] { saveMainSettings(); }) {}
 
 void Settings::connect() {
   const auto watch = [this](Control* control) {
@@ -77,12 +77,7 @@ void Settings::requestSave() {
 void Settings::savePending() {
   if (!timer3_.isActive()) return;
   timer3_.stop();
-  timer3();
-}
-
-void Settings::timer3() {
   saveMainSettings();
-  if (hooks.pinsShown) hooks.pinsShown();
 }
 
 void Settings::loadModel() {
@@ -100,7 +95,6 @@ void Settings::loadModel() {
 void Settings::loadMainSettings() {
   const Muting muting(loading_);
   loadModel();
-  if (hooks.fillBaudLists) hooks.fillBaudLists();
   load(SettingGroup::Main);
   if (auto* port = registry_.findAs<ComboBox>("combCommPort"); port && port->listIndex() == -1) port->setListIndex(0);
   if (auto* pin = registry_.findAs<ComboBox>("comb_WDT"); pin && pin->text().empty()) pin->setListIndex(0);

@@ -31,9 +31,7 @@ class Settings {
   // What happens around loading and saving; a member that is not connected does nothing.
   struct Hooks {
     std::function<void()> modelSelected;  // TreeViewDevice_Click: a node of the tree has been selected
-    std::function<void()> fillBaudLists;
-    std::function<void()> rangeShown;  // computeIspRange for the selected model
-    std::function<void()> pinsShown;   // opt_485_pin_Click and opt_External_WDT_Click, after a timed save
+    std::function<void()> rangeShown;     // computeIspRange for the selected model
   };
 
   // The registry must hold all bound controls by the time of the first load; one that is missing is passed over.
@@ -67,7 +65,6 @@ class Settings {
   void saveFrame24Width(int twips);
 
  private:
-  void timer3();
   void load(SettingGroup group);
   void save(SettingGroup group);
   void loadOne(const SettingBinding& binding);

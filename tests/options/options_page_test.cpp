@@ -92,9 +92,6 @@ TEST(OptionsPage, AFreshSelectionThrowsChoicesAway) {
   OptionsPage page;
   page.select("Ivy-HF0S");
   page.textMsg.setText("old words");
-  page.room.set().reported[16] = 0;
-  page.room.forgetReported();
-  EXPECT_EQ(page.room.set().reported[16], 255);
   page.panel.LabLock[2].setVisible(true);
   const auto fresh = page.room.readPanel().choices;
   page.button("Half_Gain_YES").userChoose();

@@ -28,7 +28,6 @@ class Window {
     combo("combCommPort").setListIndex(-1);
     settings_.hooks.modelSelected = [this] { models.push_back(tree_().selectedKey()); };
     settings_.hooks.rangeShown = [this] { ++ranges; };
-    settings_.hooks.pinsShown = [this] { ++pins; };
   }
 
   void start() {
@@ -91,7 +90,6 @@ class Window {
 
   std::vector<std::string> models;
   int ranges = 0;
-  int pins = 0;
 
  private:
   void keep(std::unique_ptr<Control> control) {
@@ -184,7 +182,6 @@ TEST_F(SettingsTest, AreSavedOnceHalfASecondAfterTheFirstOfSeveralChanges) {
   EXPECT_EQ(stored("COM_port"), "5");
   EXPECT_EQ(store.flushes, 1);
   EXPECT_EQ(window.ranges, 1);
-  EXPECT_EQ(window.pins, 1);
   // All keys of all groups are there now, those that are never read, too.
   for (const SettingBinding& binding : settingBindings()) EXPECT_TRUE(stored(binding.key)) << binding.key;
   EXPECT_EQ(stored("fillbyte"), "00");
