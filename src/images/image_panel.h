@@ -19,9 +19,9 @@ struct ImagePanel {
   platform::TextBox txtDataFileCheckSum{"txtDataFileCheckSum"};
   platform::CheckBox cheClearAP_Buffer{"cheClearAP_Buffer"};
   platform::CheckBox cheClearDataBuffer{"cheClearDataBuffer"};
-  platform::Frame Frame7{"Frame7"};                                           // "Program File: " and the path
-  platform::Frame frmDataFlash{"frmDataFlash"};                               // "Data File: " and the path
-  platform::ControlArray<platform::Label, 3> Label7{"Label7"};                // 1, 2: effective lengths
+  platform::Frame Frame7{"Frame7"};                             // "Program File: " and the path
+  platform::Frame frmDataFlash{"frmDataFlash"};                 // "Data File: " and the path
+  platform::ControlArray<platform::Label, 3> Label7{"Label7"};  // 1, 2: effective lengths; 0: on the options page
   platform::ControlArray<platform::Label, 2> LabISP_reange{"LabISP_reange"};  // address range of the application
   platform::Label labFileInfo{"labFileInfo"};  // size, CRC-32, time and notes of the code file, for people
   platform::Label labDataFileInfo{"labDataFileInfo"};

@@ -56,6 +56,7 @@ void MainForm::connectRooms() {
       .showFamilyPanel = [this] { optionsRoom.showFamilyPanel(); },
       .requestSave = [this] { settings.requestSave(); },
   };
+  optionsRoom.layoutChanged.connect([this] { showOptionNote(); });
   settings.hooks.modelSelected = [this] { picker.treeClicked(); };
   settings.hooks.rangeShown = [this] { images.showModel(); };
   lock.changed.connect([this] { applyLock(); });
@@ -77,6 +78,15 @@ void MainForm::applyLock() {
   main.comMastWindow.setEnabled(free);
   images.applyLock(lock.state());
   if (lock.busy()) main.textMsg.setFocus();
+}
+
+// The small print of an option line, of which a family has one at most.
+void MainForm::showOptionNote() {
+  std::string note;
+  for (const auto& group : optionsRoom.groups())
+    if (!group.notes.empty()) note = group.notes.front();
+  images.panel.Label7[0].setCaption(note);
+  images.panel.Label7[0].setVisible(!note.empty());
 }
 
 void MainForm::shrinkOrResume() {

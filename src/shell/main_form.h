@@ -107,6 +107,7 @@ class MainForm {
   void logRun(const engine::RunRecord& record);
   void connectButtons();
   void applyLock();
+  void showOptionNote();
   void shrinkOrResume();
   void timerUnload();
 

@@ -126,6 +126,20 @@ TEST_F(Window, WidgetsFollowTheLockInEveryState) {
   }
 }
 
+// What one family says beside its options is gone with the next one.
+TEST_F(Window, NotesAndTipsOnTheOptionsFollowTheFamily) {
+  open();
+  EXPECT_FALSE(widget("Option10_0").toolTip().isEmpty());  // the chip takes no other value
+  EXPECT_EQ(widget("Option11_0").accessibleDescription(), widget<QLabel>("LabOption_11").text());
+  ASSERT_TRUE(program->form.picker.tryApply("Rowan-H40"));
+  EXPECT_TRUE(widget("Option10_0").toolTip().isEmpty());
+  EXPECT_TRUE(widget<QLabel>("Label7_0").text().endsWith(QStringLiteral("振荡器增益可选 1/2 gain")));
+  EXPECT_GT(widget("Label7_0").y(), widget("LabOption_2").y());
+  EXPECT_LT(widget("Label7_0").y(), widget("LabOption_3").y());
+  ASSERT_TRUE(program->form.picker.tryApply("Ivy-HF0S"));
+  EXPECT_EQ(widget<QLabel>("Label7_0").text(), QString());
+}
+
 TEST_F(Window, ShrinkAndResumeLeaveItAsItWas) {
   open();
   const QRect before = program->window->geometry();

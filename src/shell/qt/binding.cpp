@@ -43,8 +43,8 @@ void Binding::showCommon() {
   enabled_ = control_.enabled();
   if (visible_ != control_.visible()) widget_.setVisible(control_.visible());
   visible_ = control_.visible();
-  const QString tip = qtText(control_.toolTip());
-  if (!tip.isEmpty() && widget_.toolTip() != tip) widget_.setToolTip(tip);
+  if (tip_ != control_.toolTip()) widget_.setToolTip(qtText(control_.toolTip()));
+  tip_ = control_.toolTip();
 }
 
 QString qtText(const std::string& text) {

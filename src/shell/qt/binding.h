@@ -42,6 +42,7 @@ class Binding : public QObject {
   int pending_ = 0;
   bool enabled_ = true;
   bool visible_ = true;
+  std::string tip_;  // a control that never had one leaves the widget its own
 };
 
 QString qtText(const std::string& text);

@@ -9,10 +9,18 @@ using options::OptionPanel;
 constexpr int kFrequencyRow = 0;
 constexpr int kWakeUpRow = 7;
 constexpr int kVoltageRow = 10;
+constexpr int kNotedRow = 2;  // small print of one family stands below it
 
 void addCell(QHBoxLayout& cell, QWidget* widget) {
   widget->setContentsMargins(0, 1, 0, 1);
   cell.addWidget(widget);
+}
+
+// Runs `show` now and at every change of the control, as long as the widget lives.
+void follow(QWidget* widget, platform::Control& control, const std::function<void()>& show) {
+  auto token = std::make_shared<platform::Signal::Token>(control.changed.watch(show));
+  QObject::connect(widget, &QObject::destroyed, widget, [token] { token->reset(); });
+  show();
 }
 
 // Rows that a family leaves out take no room: spacing is in the widgets, not between the rows.
@@ -22,13 +30,19 @@ QGridLayout* optionRows(const Maker& maker) {
   grid->setVerticalSpacing(0);
   grid->setHorizontalSpacing(16);
   for (int i = 0; i < OptionPanel::kRows; ++i) {
-    auto* label = maker.label(panel.LabOption[static_cast<std::size_t>(i)]);
+    auto& line = panel.LabOption[static_cast<std::size_t>(i)];
+    auto* label = maker.label(line);
     label->setContentsMargins(0, 3, 0, 3);
-    grid->addWidget(label, i, 0);
+    const int at = i > kNotedRow ? i + 1 : i;
+    grid->addWidget(label, at, 0);
     auto* cell = new QHBoxLayout;
     cell->setSpacing(14);
-    const QString what = QStringLiteral(", option line %1").arg(i + 1);
-    for (auto* button : panel.optionButtons(i)) addCell(*cell, maker.option(*button));
+    for (auto* button : panel.optionButtons(i)) {
+      auto* choice = maker.option(*button);
+      addCell(*cell, choice);
+      // "YES" and "NO" stand on many lines: whoever cannot see the line hears it with the button.
+      follow(choice, line, [choice, &line] { choice->setAccessibleDescription(qtText(line.caption())); });
+    }
     if (i == kFrequencyRow)
       addCell(*cell,
               maker.combo(panel.com_RC_frequency[5], QStringLiteral("Frequency of the internal oscillator, MHz")));
@@ -37,8 +51,9 @@ QGridLayout* optionRows(const Maker& maker) {
     if (i == kVoltageRow)
       addCell(*cell, maker.combo(panel.com_RC_frequency[4], QStringLiteral("Low voltage threshold")));
     cell->addStretch(1);
-    grid->addLayout(cell, i, 1);
+    grid->addLayout(cell, at, 1);
   }
+  grid->addWidget(maker.label(maker.form.images.panel.Label7[0]), kNotedRow + 1, 0, 1, 2);
   grid->setColumnStretch(1, 1);
   return grid;
 }
@@ -49,10 +64,7 @@ QWidget* withCaption(const Maker& maker, platform::ComboBox& control, const QStr
   auto* label = captionFor(caption, box);
   auto* group = new QWidget;
   group->setLayout(row({label, box, nullptr}));
-  auto token = std::make_shared<platform::Signal::Token>();
-  *token = control.changed.watch([label, &control] { label->setVisible(control.visible()); });
-  QObject::connect(label, &QObject::destroyed, label, [token] { token->reset(); });
-  label->setVisible(control.visible());
+  follow(label, control, [label, &control] { label->setVisible(control.visible()); });
   return group;
 }
 
@@ -95,8 +107,7 @@ QWidget* makeOptionsPage(const Maker& maker) {
   column->addLayout(optionRows(maker));
   column->addWidget(withCaption(maker, panel.comWDT_Prescalar[0], QStringLiteral("Prescalar value of WatchDog Timer")));
   column->addWidget(trimRow(maker));
-  column->addLayout(row({maker.label(panel.LabOptionC[0]), maker.label(panel.LabOptionC[1]),
-                         maker.label(maker.form.images.panel.Label7[0]), nullptr}));
+  column->addLayout(row({maker.label(panel.LabOptionC[0]), maker.label(panel.LabOptionC[1]), nullptr}));
   column->addSpacing(4);
   column->addWidget(pinGroup(maker));
   column->addStretch(1);
