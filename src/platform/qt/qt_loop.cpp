@@ -16,9 +16,7 @@ constexpr int kDispatchBurst = 64;
 }  // namespace
 
 QtLoop::QtLoop() {
-  wake_.setSingleShot(true);
-  wake_.setTimerType(Qt::PreciseTimer);  // a coarse one comes up to a twentieth late
-  QObject::connect(&wake_, &QTimer::timeout, this, [this] { postWake(); });
+  startTimer(kLongestSleep, Qt::CoarseTimer);
 }
 
 Instant QtLoop::now() const {
@@ -41,10 +39,7 @@ void QtLoop::sleepUntil(std::optional<Instant> due) {
 }
 
 void QtLoop::armWake(std::optional<Instant> due) {
-  using std::chrono::milliseconds;
-  milliseconds sleep = kLongestSleep;
-  if (due) sleep = std::clamp(std::chrono::ceil<milliseconds>(*due - now()), milliseconds(0), kLongestSleep);
-  wake_.start(sleep);
+  if (due) wake_.start(std::clamp(*due - now(), Instant(0), Instant(kLongestSleep)));
 }
 
 // Qt may go on to sleep after it has delivered what was queued here; the posted event keeps it awake.

@@ -7,11 +7,11 @@
 #pragma once
 
 #include <QObject>
-#include <QTimer>
 #include <functional>
 #include <vector>
 
 #include "platform/event_loop.h"
+#include "platform/qt/precise_wake.h"
 
 namespace kvr::platform {
 
@@ -34,7 +34,7 @@ class QtLoop : public QObject, public EventLoop {
   void dispatchIdle();
   void postWake();
   void armWake(std::optional<Instant> due);
-  QTimer wake_;
+  PreciseWake wake_{[this] { postWake(); }};
   bool wakePosted_ = false;
   bool asleep_ = false;
   int depth_ = 0;

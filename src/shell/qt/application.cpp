@@ -29,8 +29,8 @@ void Application::show(const std::string& file) {
   });
   window->restorePlace();
   window->show();
-  // The look at the ports waits until the window stands.
-  QTimer::singleShot(0, &portWatch, [this] { portWatch.look(); });
+  // The look at the ports costs as much as the window does; it waits until that has been painted.
+  QTimer::singleShot(100, &portWatch, [this] { portWatch.look(); });
   if (!file.empty()) loop.post([this, file] { form.openDropped(file); });
 }
 

@@ -11,6 +11,7 @@
 #include <cmath>
 
 #include "comtool/text_cells.h"
+#include "shell/qt/calm_scroll_bar.h"
 #include "shell/qt/terminal_row.h"
 
 namespace kvr::window {
@@ -24,12 +25,13 @@ int rowNumber(std::size_t row) { return static_cast<int>(row); }
 TerminalView::TerminalView(platform::EventLoop& loop, comtool::ReceivePane& pane, platform::CheckBox& autoScroll)
     : loop_(loop), pane_(pane), autoScroll_(autoScroll) {
   setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  setVerticalScrollBar(new CalmScrollBar(this));
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   setFocusPolicy(Qt::StrongFocus);
   setAttribute(Qt::WA_InputMethodEnabled);
   viewport()->setCursor(Qt::IBeamCursor);
-  viewport()->setBackgroundRole(QPalette::Base);
+  viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
   measureFont();
   binding_ = new Binding(loop, pane, *this, QStringLiteral("Received text; keys typed here are sent"),
                          [this] { textChanged(); });
@@ -111,6 +113,9 @@ void TerminalView::reveal(Position position) {
 void TerminalView::paintEvent(QPaintEvent* event) {
   QPainter painter(viewport());
   painter.setFont(font());
+  // Row by row: higher areas Qt hands to a pool of threads, whose waking costs more than the filling.
+  for (int y = event->rect().top() / rowHeight_ * rowHeight_; y <= event->rect().bottom(); y += rowHeight_)
+    painter.fillRect(0, y, viewport()->width(), rowHeight_, palette().base());
   const auto& text = pane_.content();
   const auto selection = pane_.selection();
   const CellMetrics cell{cellWidth_, rowHeight_, ascent_};

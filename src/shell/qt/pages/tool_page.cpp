@@ -10,6 +10,14 @@
 namespace kvr::window {
 namespace {
 
+// A counter runs while bytes flow, and a label of fixed size does not have the whole page laid out anew each time.
+QWidget* counter(const Maker& maker, platform::Label& control) {
+  auto* label = maker.label(control);
+  const QString widest = qtText(control.caption()) + QStringLiteral("000000000");
+  label->setFixedSize(label->fontMetrics().horizontalAdvance(widest) + 4, label->sizeHint().height());
+  return label;
+}
+
 using comtool::ToolPanel;
 
 // What makes one string's line: its text, its form, its button.
@@ -71,7 +79,7 @@ QGroupBox* receivePane(const Maker& maker) {
   auto* view = makeTerminalView(maker.loop(), p);
   view->setMinimumHeight(view->fontMetrics().height() * 6);
   column->addWidget(view, 1);
-  column->addLayout(row({maker.label(p.labReceiveCount), maker.label(p.labSendCount), nullptr,
+  column->addLayout(row({counter(maker, p.labReceiveCount), counter(maker, p.labSendCount), nullptr,
                          maker.button(p.comClearCount), maker.button(p.comDebugClear[0])}));
   column->addLayout(
       row({maker.line(p.texFind, QStringLiteral("Text to find in the receive pane")), maker.button(p.comFindNext),
