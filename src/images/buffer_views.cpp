@@ -1,5 +1,7 @@
 #include "images/buffer_views.h"
 
+#include <algorithm>
+
 #include "platform/text.h"
 
 namespace kvr::images {
@@ -38,13 +40,12 @@ void BufferViews::vscFile_Change(int index) {
   if (readCounter && counterOn) model.setField(counterOn(index) ? readCounter(index).field() : AddressSpan{});
   panel_.txt_length.setText(platform::hexText(static_cast<std::uint32_t>(buffer(index).rangeEnd + 1)));
   pane(index).refresh();
-  if (onPageDrawn) onPageDrawn();
 }
 
 void BufferViews::showRange(int index, const AutoIncrement& counter) {
   ImageBuffer& image = buffer(index);
   image.mergeFile();
-  if (counter.armed) image.takeIn(counter.field().first, counter.field().last);
+  if (counter.armed) image.takeIn(std::max(0, counter.address - counter.bytes), counter.address);
   panel_.vscFile[static_cast<std::size_t>(index)].setRange(0, pane(index).model.scrollMaximum());
   image.touch();
   vscFile_Change(index);
@@ -65,8 +66,13 @@ void BufferViews::showCleared(int index) {
 }
 
 void BufferViews::follow(int index) {
-  panel_.vscFile[static_cast<std::size_t>(index)].setValue(pane(index).model.topLine());
-  pane(index).refresh();
+  auto& bar = panel_.vscFile[static_cast<std::size_t>(index)];
+  const bool scrolled = bar.value() != pane(index).model.topLine();
+  bar.setValue(pane(index).model.topLine());
+  if (scrolled)
+    vscFile_Change(index);
+  else
+    pane(index).refresh();
 }
 
 void BufferViews::key(int index, HexKey key, bool selecting) {
@@ -89,10 +95,13 @@ void BufferViews::type(int index, char32_t character) {
 
 bool BufferViews::approve() {
   asking_ = true;
-  const bool yes = world_.dialogs.askYesNo(kTitle, "Update the buffer ?");
-  if (yes && !state_.imageValid) world_.dialogs.message(kTitle, " Please open code file.");
+  runAlone(alone, [this] {
+    const bool yes = world_.dialogs.askYesNo(kTitle, "Update the buffer ?");
+    if (yes && !state_.imageValid) world_.dialogs.message(kTitle, " Please open code file.");
+    editApproved_ = yes && state_.imageValid && !readOnly_;
+  });
   asking_ = false;
-  editApproved_ = yes && state_.imageValid && !readOnly_;
+  if (editApproved_) Timer11_.start();
   return editApproved_;
 }
 

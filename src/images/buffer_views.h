@@ -3,6 +3,7 @@
 
 #include <functional>
 
+#include "images/alone.h"
 #include "images/auto_increment.h"
 #include "images/image_panel.h"
 #include "platform/world.h"
@@ -21,7 +22,7 @@ class BufferViews {
   // An empty view: scroll bar 0 .. 64 at 0.
   void showCleared(int index);
 
-  std::function<void()> onPageDrawn;                     // after each redraw
+  Alone alone;                                           // the question before the first edit
   std::function<const AutoIncrement&(int)> readCounter;  // the counter of a view, fresh from its controls
   std::function<bool(int)> counterOn;                    // its field is to be shown marked
   bool editApproved() const { return editApproved_; }

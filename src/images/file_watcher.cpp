@@ -23,8 +23,21 @@ bool FileWatcher::wanted() const {
 void FileWatcher::listen() {
   if (!wanted())
     Timer12_.stop();
-  else if (!Timer12_.isActive())
+  else if (!Timer12_.isActive()) {
+    notePresent();
     Timer12_.start();
+  }
+}
+
+// A file that was loaded before the box was switched on counts as it stands now: what became of it in the meantime
+// starts no download. A build within the first second is seen.
+void FileWatcher::notePresent() {
+  const Loader::CodeFile& file = loader_.codeFile();
+  if (!state_.imageValid || file.path.empty() || file.path == watchedFile_) return;
+  const auto stamp = world_.files.stamp(file.path);
+  if (!stamp) return;
+  watchedFile_ = file.path;
+  watchedStamp_ = *stamp;
 }
 
 void FileWatcher::Timer12_Timer() {
@@ -42,8 +55,9 @@ bool FileWatcher::isChanged() {
   const auto stamp = world_.files.stamp(file.path);
   if (!stamp) return false;  // gone, or between two names
   if (file.path != watchedFile_) {
+    // Loaded under the watcher's eyes: what the load saw is what a new build differs from.
     watchedFile_ = file.path;
-    watchedStamp_ = *stamp;
+    watchedStamp_ = file.stamp;
     return false;
   }
   if (*stamp == file.stamp) watchedStamp_ = *stamp;  // loaded meanwhile, by hand or at the start of a run

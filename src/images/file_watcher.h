@@ -25,6 +25,7 @@ class FileWatcher {
  private:
   void listen();
   bool wanted() const;
+  void notePresent();
   bool isChanged();
   void start();
   platform::World& world_;

@@ -196,6 +196,7 @@ void HexViewModel::reveal() {
 std::optional<HexEdit> HexViewModel::digit(char32_t character) const {
   const int digit = digitValue(character);
   if (digit < 0 || buffer_ == nullptr || caret_.address < firstAddress() || caret_.address > lastAddress()) return {};
+  if (selection().last > selection().first) return {};
   const int old = buffer_->at(caret_.address);
   const int value = caret_.lowDigit ? (old & 0xF0) | digit : (old & 0x0F) | digit << 4;
   return HexEdit{caret_.address, static_cast<std::uint8_t>(value)};
@@ -225,8 +226,10 @@ bool HexViewModel::find(const std::vector<std::uint8_t>& pattern, bool forward) 
   const std::int32_t starts = lastAddress() - first + 1 - length + 1;  // places at which the pattern can begin
   if (starts <= 0) return false;
   const auto bytes = buffer_->bytes();
+  // Behind the last place at which it can begin, the search goes on from there, not from the middle.
+  const std::int32_t from = std::clamp(caret_.address - first, 0, forward ? starts - 1 : starts);
   for (std::int32_t step = 1; step <= starts; ++step) {
-    const std::int32_t offset = ((caret_.address - first + (forward ? step : -step)) % starts + starts) % starts;
+    const std::int32_t offset = (from + (forward ? step : starts - step)) % starts;
     const auto at = bytes.begin() + first + offset;
     if (!std::equal(pattern.begin(), pattern.end(), at)) continue;
     selectSpan({first + offset, first + offset + length - 1});

@@ -87,8 +87,8 @@ class HexViewModel {
   void setField(AddressSpan field) { field_ = field; }
   AddressSpan field() const { return field_; }
 
-  // Edit: what the digit under the caret becomes; nothing for a character that is no hexadecimal digit, or without a
-  // byte under the caret. `stepOn` moves to the next digit afterwards.
+  // Edit: what the digit under the caret becomes; nothing for a character that is no hexadecimal digit, without a byte
+  // under the caret, or while several bytes are selected. `stepOn` moves to the next digit afterwards.
   std::optional<HexEdit> digit(char32_t character) const;
   void stepOn();
 

@@ -31,7 +31,9 @@ class ImageRoom {
   // The data file's controls are offered or not (what the model takes and the lock allow).
   void setDataFileControls(bool enable);
   // Files are opened, stored and reloaded only while nothing else is under way.
-  void setAlone(const Alone& alone) { loader.alone = storeCompare.alone = watcher.alone = alone; }
+  void setAlone(const Alone& alone) {
+    loader.alone = storeCompare.alone = watcher.alone = views.alone = counters.alone = alone;
+  }
   // The lock of the window: 0 free, 1 busy, 2 options locked, 3 both.
   void applyLock(int uiLockState);
 

@@ -39,7 +39,7 @@ void Loader::pick(const std::string& kind, ImageBuffer& buffer) {
   std::string path;
   runAlone(alone, [&] {
     path = askFileName(kind);
-    if (path.empty() && buffer.isCode()) world_.store.set("Settings", "FilePath", world_.files.programFolder());
+    if (path.empty() && buffer.isCode()) noteCodePath(world_.files.programFolder());
   });
   open(path, buffer);
 }
@@ -60,11 +60,18 @@ std::string Loader::askFileName(const std::string& kind) {
 
 void Loader::remember(const std::string& path, bool isCode) {
   state_.lastFileName = path;
-  if (isCode)
+  if (isCode) {
     panel_.Frame7.setCaption("Program File: " + path);
-  else
+    noteCodePath(path);
+  } else {
     panel_.frmDataFlash.setCaption("Data File: " + path);
-  world_.store.set("Settings", isCode ? "FilePath" : "DataFilePath", path);
+    world_.store.set("Settings", "DataFilePath", path);
+  }
+}
+
+void Loader::noteCodePath(const std::string& path) {
+  world_.store.set("Settings", "FilePath", path);
+  reloadPath_ = path;
 }
 
 LoadResult Loader::open(const std::string& path, ImageBuffer& buffer) {
@@ -100,6 +107,7 @@ void Loader::prepare(ImageBuffer& buffer) {
     return;
   }
   state_.imageValid = false;
+  buffer.loaded = false;
   buffer.bounds() = {.fileStart = kNoRangeStart, .fileEnd = 0, .rangeStart = kNoRangeStart, .rangeEnd = 0};
   buffer.fill(0);
 }
@@ -118,7 +126,6 @@ LoadResult Loader::loadImage(const std::string& path, ImageBuffer& buffer) {
   if (result == LoadResult::Stopped) return result;
   if (showEnd) views_.showEnd(viewOf(buffer));
   views_.showRange(viewOf(buffer), buffer.isCode() ? counters_.code : counters_.data);
-  buffer.loaded = true;
   showLengths();
   if (onLoaded) onLoaded();
   return result;
@@ -212,6 +219,7 @@ void Loader::judge(Read& read, ImageBuffer& buffer) {
   for (const std::string& text : verdict.messages)
     world_.dialogs.message(loadTitle(read.file.format), text, platform::BoxIcon::Warning);
   state_.imageValid = true;
+  buffer.loaded = true;
 }
 
 void Loader::clearBuffer(std::uint8_t fill, ImageBuffer& buffer) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "catalogue/selected_model.h"
@@ -45,7 +46,7 @@ class Loader {
   bool reloadFiles();
   // The same code file anew, for a run or because it changed: waits while the file is being written, and counters that
   // were on are on again afterwards with their value in the fresh image. False: a run must end before anything is sent.
-  // A project is no file to reload: its image stands, and the answer is true.
+  // An image that came from a project has no file to reload: it stands, and the answer is true.
   [[nodiscard]] bool reload();
   [[nodiscard]] bool reloadNow();  // the same for a file that is known to be at rest
 
@@ -56,7 +57,9 @@ class Loader {
     bool endRecord = false;
   };
   const CodeFile& codeFile() const { return codeFile_; }
-  // The file may be taken: it is no HEX file that lacks the end record its last version had.
+  // The code image was filled by a project, not from the file that this window asked for last.
+  void imageIsNoFiles() { reloadPath_ = ""; }
+  // The file may be taken: it holds something, and a HEX file has the end record that its last version had.
   bool looksWhole(const std::string& path) const;
 
   Alone alone;                                          // the two buttons' dialogs and loads
@@ -70,6 +73,8 @@ class Loader {
   void judge(Read& read, ImageBuffer& buffer);
   void pick(const std::string& kind, ImageBuffer& buffer);
   void remember(const std::string& path, bool isCode);
+  void noteCodePath(const std::string& path);
+  std::string reloadPath() const;
   bool startAt(ImageBuffer& buffer);
   void prepare(ImageBuffer& buffer);
   LoadResult loadFileByType(const std::string& path, ImageBuffer& buffer, bool& showEnd);
@@ -82,6 +87,7 @@ class Loader {
   BufferViews& views_;
   SerialCounters& counters_;
   CodeFile codeFile_;
+  std::optional<std::string> reloadPath_;  // as this window set it; not yet: the setting
 };
 
 // A path that names a project, by the ".KVR" in it.

@@ -10,8 +10,13 @@ constexpr Millis kSettleStep{250};    // a file that is being written changes wi
 constexpr Millis kSettleLimit{5000};  // a file that does not come to rest is not waited for longer
 }  // namespace
 
+// Another window on the same settings may have opened another file: it must not come into this window's chips.
+std::string Loader::reloadPath() const {
+  return reloadPath_ ? *reloadPath_ : world_.store.getOr("Settings", "FilePath", "");
+}
+
 bool Loader::reloadFiles() {
-  const std::string path = world_.store.getOr("Settings", "FilePath", "");
+  const std::string path = reloadPath();
   if (!world_.files.fileExists(path)) {
     world_.dialogs.message("KVR-ISP", "Can not find the file.", platform::BoxIcon::Warning);
     return false;
@@ -22,8 +27,8 @@ bool Loader::reloadFiles() {
 }
 
 bool Loader::reload() {
-  const std::string path = world_.store.getOr("Settings", "FilePath", "");
-  if (isProjectPath(path)) return true;
+  const std::string path = reloadPath();
+  if (isProjectPath(path) || (reloadPath_ && path.empty())) return true;
   if (world_.files.fileExists(path) && !waitUntilWhole(path)) {
     world_.dialogs.message("KVR-ISP", "The file is still being written: " + path, platform::BoxIcon::Warning);
     return false;
@@ -50,9 +55,11 @@ bool Loader::reloadNow() {
 
 bool Loader::looksWhole(const std::string& path) const {
   const auto bytes = world_.files.read(path, kReadLimit);
-  if (!bytes) return false;
-  if (chooseFormat(path, *bytes).format != FileFormat::Hex) return true;
-  return !(codeFile_.path == path && !codeFile_.endRecord) ? scanHex(*bytes, 0, 0, 0).endRecord : true;
+  if (!bytes || bytes->empty()) return false;  // cut to nothing before it is written anew
+  const bool known = codeFile_.path == path;
+  // What was HEX stays HEX: the beginnings of one, or the zeros of space set aside for it, can look like a binary.
+  const bool needsEnd = known ? codeFile_.endRecord : chooseFormat(path, *bytes).format == FileFormat::Hex;
+  return !needsEnd || scanHex(*bytes, 0, 0, 0).endRecord;
 }
 
 // A compiler that rewrites the file in place, or in pieces, is given time to end.

@@ -17,8 +17,8 @@ SerialCounters::SerialCounters(platform::World& world, const catalogue::Selected
     : world_(world), selected_(selected), panel_(panel), state_(state), views_(views) {
   code.kind = "AP_AUTO_INCREASE";
   data.kind = "Data_Auto_Increase";
-  panel_.cheAuto_Increase.onClick = [this] { cheAuto_Increase_Click(); };
-  panel_.cheData_Auto_Increase.onClick = [this] { cheData_Auto_Increase_Click(); };
+  panel_.cheAuto_Increase.onClick = [this] { runAlone(alone, [this] { cheAuto_Increase_Click(); }); };
+  panel_.cheData_Auto_Increase.onClick = [this] { runAlone(alone, [this] { cheData_Auto_Increase_Click(); }); };
   views_.readCounter = [this](int view) -> const AutoIncrement& {
     readAutoControls();
     return view == 0 ? code : data;
@@ -151,9 +151,9 @@ bool SerialCounters::armOne(AutoIncrement& record) {
   if (!at.check.value()) return true;
   if (!record.armed) return false;
   const AutoValue value = autoValue(record);
-  const auto field = at.buffer.bytes().subspan(static_cast<std::size_t>(record.field().first));
-  if (value.fault.empty() && field.size() >= value.bytes.size() &&
-      std::equal(value.bytes.begin(), value.bytes.end(), field.begin()))
+  std::int32_t place = record.field().first;
+  if (value.fault.empty() && std::all_of(value.bytes.begin(), value.bytes.end(),
+                                         [&](std::uint8_t byte) { return at.buffer.at(place++) == byte; }))
     return true;
   // The image does not hold the number (edited over, or the value was refused when the box was switched on).
   if (!writeAutoValue(record)) return false;

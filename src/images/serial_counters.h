@@ -5,6 +5,7 @@
 #pragma once
 
 #include "catalogue/selected_model.h"
+#include "images/alone.h"
 #include "images/auto_increment.h"
 #include "images/buffer_views.h"
 #include "images/image_panel.h"
@@ -19,6 +20,7 @@ class SerialCounters {
 
   AutoIncrement code;
   AutoIncrement data;
+  Alone alone;  // a person's click, with the message box that may come of it
 
   // Handlers of the check boxes; also run by code to bring a counter in line with its box.
   void cheAuto_Increase_Click();

@@ -49,10 +49,11 @@ void StoreCompare::store() {
     world_.dialogs.message(kTitle, range.fault, platform::BoxIcon::Warning);
     return;
   }
-  const std::string path = world_.dialogs.saveFile({.title = "Save .bin file",
-                                                    .filter = "(*.bin)|*.bin|All Files (*.*)|*.*",
-                                                    .initialFolder = world_.store.getOr("Settings", "FilePath", ""),
-                                                    .fileName = ""});
+  const std::string path = world_.dialogs.saveFile(
+      {.title = "Save .bin file",
+       .filter = "(*.bin)|*.bin|All Files (*.*)|*.*",
+       .initialFolder = world_.store.getOr("Settings", "FilePath", world_.files.programFolder()),
+       .fileName = ""});
   if (path.empty()) return;
   const auto bytes = state_.CodeBuffer.bytes().subspan(
       static_cast<std::size_t>(range.span.first), static_cast<std::size_t>(range.span.last - range.span.first + 1));

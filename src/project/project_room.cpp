@@ -160,6 +160,7 @@ bool ProjectRoom::takeCode(const HexSection& code) {
   setBounds(buffer, code.bytes.size());
   images_.state.imageValid = true;
   // Runs use the images as the project filled them, not the file that was open before.
+  images_.loader.imageIsNoFiles();
   for (auto* reload : {&images_.panel.cekReloadFile, &images_.panel.cekReloadFileWhileFileChange,
                        &images_.panel.cekReloadFileWhileFileChange1}) {
     reload->setValue(false);

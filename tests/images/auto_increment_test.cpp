@@ -132,6 +132,10 @@ TEST_F(CounterTest, ARunIsRefusedWhenABoxIsOnAndItsNumberCannotBeWritten) {
   panel.cheAuto_Increase.userSet(true);
   EXPECT_FALSE(counters.armForRun()) << "the field lies outside the model's memory";
   panel.cheAuto_Increase.userSet(false);
+  bench.counterBoxes("EFFF", "-30000", "1", kRadixHex);
+  panel.cheAuto_Increase.userSet(true);
+  EXPECT_FALSE(counters.armForRun()) << "a length below nothing";
+  panel.cheAuto_Increase.userSet(false);
   bench.counterBoxes("100", "1", "256", kRadixHex);
   panel.cheAuto_Increase.userSet(true);
   bench.dialogs.shown.clear();

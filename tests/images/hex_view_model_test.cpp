@@ -93,6 +93,8 @@ TEST_F(ModelTest, ADigitChangesItsHalfOfTheByte) {
   for (const char32_t other : {U'g', U' ', U'/', U':', U'@', U'G', char32_t{0xFF11}}) EXPECT_FALSE(model.digit(other));
   model.stepOn();
   EXPECT_EQ(model.caret(), at(0x5B));
+  model.click(at(0x5D), true);
+  EXPECT_FALSE(model.digit(U'0')) << "several bytes are selected";
 }
 
 TEST_F(ModelTest, FindsBothWaysAndAroundTheEnd) {
@@ -110,9 +112,11 @@ TEST_F(ModelTest, FindsBothWaysAndAroundTheEnd) {
   EXPECT_FALSE(model.find({}, true));
   EXPECT_EQ(model.caret().address, 0x310);
   EXPECT_TRUE(model.find({0xE7}, true)) << "the very last byte";
-  model.click(at(999), false);
-  EXPECT_TRUE(model.find({0xE7}, true));
-  EXPECT_TRUE(model.find({0xE7}, false));
+  for (const bool forward : {true, false}) {
+    model.click(at(999), false);
+    EXPECT_TRUE(model.find({0xE5, 0xE6, 0xE7}, forward));
+    EXPECT_EQ(model.caret().address, forward ? 0xE5 : 997) << "the nearest in its direction";
+  }
   EXPECT_FALSE(model.find(Bytes(1001, 0), true)) << "longer than the range";
 }
 
@@ -189,7 +193,10 @@ TEST_F(ViewTest, AsksOnceAndAgainTwentySecondsAfterTheLastDigit) {
   EXPECT_EQ(bench.boxes().size(), 3U);
   EXPECT_TRUE(code.changedSinceLoad(0x10));
   pane.userType(U'x');
-  EXPECT_EQ(bench.boxes().size(), 3U) << "what is no digit asks nothing";
+  bench.loop.runFor(Millis{20001});
+  bench.room.setAlone([](const std::function<void()>&) { return false; });
+  pane.userType(U'0');
+  EXPECT_EQ(bench.boxes().size(), 3U) << "neither what is no digit nor a digit under another dialog asks anything";
 }
 
 TEST_F(ViewTest, WithoutAnImageNothingIsChanged) {
@@ -224,7 +231,10 @@ TEST_F(ViewTest, ScrollBarAndViewFollowEachOther) {
   bar.userScroll(7);
   EXPECT_EQ(pane.property("Text").substr(0, 15), "\n\n 000070   70 ");
   EXPECT_EQ(bench.room.panel.txt_length.text(), "FA0");
+  bench.room.views.vscFile_Change(1);
+  EXPECT_EQ(bench.room.panel.txt_length.text(), "400");
   pane.userKey(HexKey::Last);
+  EXPECT_EQ(bench.room.panel.txt_length.text(), "FA0") << "the length of the view drawn last";
   EXPECT_EQ(bar.value(), pane.model.topLine());
   EXPECT_GT(bar.value(), 100);
 }

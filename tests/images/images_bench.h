@@ -1,4 +1,4 @@
-// The images' room in the virtual world, with a model selected and nothing loaded.
+// The images' room with a model selected and nothing loaded: in the virtual world, or on a loop of the real one.
 #pragma once
 
 #include <string>
@@ -11,8 +11,9 @@
 
 namespace kvr::images {
 
-struct ImagesBench {
-  explicit ImagesBench(std::string_view model) : selected(catalogue::describeModel(*catalogue::findByName(model))) {
+template <class Loop>
+struct ImagesBenchOn {
+  explicit ImagesBenchOn(std::string_view model) : selected(catalogue::describeModel(*catalogue::findByName(model))) {
     room.showModel();
     room.applyLock(0);
     dialogs.shown.clear();
@@ -48,7 +49,7 @@ struct ImagesBench {
     panel.optAuto_Increase[static_cast<std::size_t>(radix)].setValue(true);
   }
 
-  platform::VirtualLoop loop;
+  Loop loop;
   support::NoLink link;
   platform::MemoryStore store;
   platform::MemoryFiles files;
@@ -59,6 +60,7 @@ struct ImagesBench {
   platform::TextBox textMsg{"textMsg"};
   ImageRoom room{world, selected, textMsg};
 };
+using ImagesBench = ImagesBenchOn<platform::VirtualLoop>;
 
 // A HEX record with its check sum, without a line end.
 inline std::string hexRecord(int address, const platform::Bytes& data, int type = 0) {

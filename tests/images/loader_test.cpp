@@ -65,6 +65,10 @@ TEST_F(LoaderTest, HandsProjectsOn) {
   bench.room.state.imageValid = true;
   code.put(0, Bytes{1, 2, 3});
   EXPECT_TRUE(bench.room.loader.reload());
+  bench.openCode("/a.bin", Bytes(600, 9));
+  bench.room.loader.imageIsNoFiles();
+  code.put(0, Bytes{1, 2, 3});
+  EXPECT_TRUE(bench.room.loader.reload());
   EXPECT_EQ(code.at(2), 3);
 }
 
@@ -102,6 +106,9 @@ TEST_F(LoaderTest, MergesFilesWhileTheClearBoxIsOff) {
 }
 
 TEST_F(LoaderTest, AsksAfterThreeBadSumsAndGoesOnWithYes) {
+  bench.openCode("/bad.hex", std::string(":0100000011FF\n:0100010022FF\n") + kEndRecord);
+  EXPECT_EQ(bench.boxes().size(), 2U) << "two are told, and nothing is asked";
+  bench.dialogs.shown.clear();
   const std::string bad = ":0100000011FF\n:0100010022FF\n:0100020033FF\n:0100030044FF\n" + kEndRecord;
   bench.dialogs.yesNo = {true};
   bench.openCode("/bad.hex", bad);
@@ -127,24 +134,11 @@ TEST_F(LoaderTest, NoAfterBadSumsLeavesNothingOfTheLoad) {
   EXPECT_EQ(panel.labFileInfo.caption(), "");
 }
 
-TEST_F(LoaderTest, TwoBadSumsAreToldAndNothingIsAsked) {
-  bench.openCode("/bad.hex", std::string(":0100000011FF\n:0100010022FF\n") + kEndRecord);
-  EXPECT_EQ(bench.boxes().size(), 2U);
-  EXPECT_TRUE(bench.room.state.imageValid);
-}
-
-TEST_F(LoaderTest, CutsAFileThatIsTooLongAndSaysSoUnderItsTitle) {
-  bench.openCode("/long.bin", Bytes(0xF001, 0x55));
-  EXPECT_EQ(bench.dialogs.shown.back().title, "Open BIN file");
-  EXPECT_EQ(bench.boxes(),
-            std::vector<std::string>{"The file is over the valid scope, and the exceeding part has been cleared."});
-  EXPECT_EQ(code.rangeEnd, 0xEFFF);
-}
-
 TEST_F(LoaderTest, UnreadableFilesLeaveNoImageThatARunCouldTake) {
   bench.dialogs.paths.push_back("/absent.hex");
   panel.comLoadFile.press();
   EXPECT_FALSE(bench.room.state.imageValid);
+  EXPECT_FALSE(code.loaded);
   EXPECT_EQ(bench.boxes().size(), 0U);
   EXPECT_EQ(panel.labFileInfo.caption(), "The file cannot be read.");
   EXPECT_EQ(panel.txtBuffer2.model.firstAddress(), 0) << "the view stands on an empty range";
@@ -174,7 +168,8 @@ TEST_F(LoaderTest, EmptyAndOddFilesLoadAsWhatTheyHold) {
 TEST_F(LoaderTest, SurvivesAHundredMegabytes) {
   Bytes huge(100'000'000, 0xA5);
   bench.openCode("/huge.bin", huge);
-  EXPECT_EQ(code.fileEnd, 0xEFFF);
+  EXPECT_EQ(bench.dialogs.shown.back().title, "Open BIN file");
+  EXPECT_EQ(code.rangeEnd, 0xEFFF);
   EXPECT_EQ(code.at(0x12000), 0xA5) << "what fits is kept";
   std::fill(huge.begin(), huge.end(), '0');
   for (std::size_t i = 0; i < huge.size(); i += 50) huge[i] = '\n';

@@ -41,6 +41,22 @@ TEST_F(WatchTest, DownloadsOnceForEachBuild) {
   EXPECT_EQ(triggers, 0);
 }
 
+TEST_F(WatchTest, SeesABuildRightAfterALoadButNotOneBeforeItsBoxWasOn) {
+  bench.openCode("/new.hex", hexFile(5));
+  bench.files.put("/new.hex", hexFile(6));
+  bench.loop.runFor(Millis{5000});
+  EXPECT_EQ(downloads, std::vector<int>{6});
+  panel.cekReloadFileWhileFileChange.userSet(false);
+  bench.openCode("/third.hex", hexFile(7));
+  bench.files.put("/third.hex", hexFile(8));
+  panel.cekReloadFileWhileFileChange.userSet(true);
+  bench.loop.runFor(Millis{5000});
+  EXPECT_EQ(downloads, std::vector<int>{6});
+  bench.files.put("/third.hex", hexFile(9));
+  bench.loop.runFor(Millis{5000});
+  EXPECT_EQ(downloads, (std::vector<int>{6, 9}));
+}
+
 TEST_F(WatchTest, SendsTheCommandInsteadWhenThatBoxIsOn) {
   panel.cekReloadFileWhileFileChange1.userSet(true);
   bench.files.put("/fw.hex", hexFile(2));
@@ -147,6 +163,22 @@ TEST(Reload, WaitsUntilTheFileIsWholeAndGivesUpOnOneThatNeverIs) {
   bench.files.put("/fw.hex", hexRecord(0, Bytes(16, 3)));
   EXPECT_FALSE(bench.room.loader.reload());
   EXPECT_EQ(bench.room.state.CodeBuffer.at(15), 2) << "half a file replaces nothing";
+  // HEX by what it holds: cut to nothing, or space set aside, it must not be taken for a binary of zeros.
+  bench.openCode("/fw.ihx", hexFile(4));
+  for (const std::size_t zeros : {0, 600}) {
+    bench.files.put("/fw.ihx", Bytes(zeros));
+    EXPECT_FALSE(bench.room.loader.reload()) << zeros;
+    EXPECT_EQ(bench.room.state.CodeBuffer.at(15), 4);
+  }
+}
+
+TEST(Reload, TakesTheFileOfThisWindowWhateverAnotherOneHasOpened) {
+  ImagesBench bench{"Ivy-HF0S"};
+  bench.openCode("/mine.hex", hexFile(1));
+  bench.files.put("/theirs.hex", hexFile(2));
+  bench.store.set("Settings", "FilePath", "/theirs.hex");
+  EXPECT_TRUE(bench.room.loader.reload());
+  EXPECT_EQ(bench.room.state.CodeBuffer.at(0), 1);
 }
 
 TEST(Store, WritesTheRangeOfTheBoxes) {

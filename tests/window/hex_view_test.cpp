@@ -17,7 +17,6 @@
 #include "platform/qt/qt_loop.h"
 #include "shell/qt/hex_accessible.h"
 #include "tests/images/images_bench.h"
-#include "tests/support/no_link.h"
 
 namespace kvr::window {
 namespace {
@@ -25,8 +24,8 @@ namespace {
 using images::HexSpot;
 using platform::Bytes;
 
-struct HexViewTest : ::testing::Test {
-  HexViewTest() {
+struct HexViewTest : ::testing::Test, images::ImagesBenchOn<platform::QtLoop> {
+  HexViewTest() : ImagesBenchOn("Ivy-HF0S") {
     Bytes bytes(0xF000);
     for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<std::uint8_t>(i * 31 + i / 256);
     files.put("/fw.bin", bytes);
@@ -69,16 +68,6 @@ struct HexViewTest : ::testing::Test {
     return page->findChild<T*>(QString::fromLatin1(name));
   }
 
-  platform::QtLoop loop;
-  support::NoLink link;
-  platform::MemoryStore store;
-  platform::MemoryFiles files;
-  platform::ScriptedDialogs dialogs{loop};
-  platform::VirtualClock clock{loop};
-  platform::World world{loop, link, dialogs, store, files, clock};
-  catalogue::SelectedModel selected = catalogue::describeModel(*catalogue::findByName("Ivy-HF0S"));
-  platform::TextBox textMsg{"textMsg"};
-  images::ImageRoom room{world, selected, textMsg};
   images::HexPane& pane = room.panel.txtBuffer2;
   images::ImageBuffer& code = room.state.CodeBuffer;
   std::unique_ptr<QWidget> page;

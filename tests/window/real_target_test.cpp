@@ -1,59 +1,25 @@
-// The real window and the real kvr-target, each a process's worth of its own, with a pseudo-terminal between: what an
-// operator does from the first start on.
+// What an operator does from the first start on.
+#include <QDir>
 #include <QDropEvent>
-#include <QFile>
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLabel>
 #include <QMimeData>
-#include <QPlainTextEdit>
-#include <QProcess>
-#include <QSettings>
 #include <QStandardPaths>
 #include <QUrl>
 #include <csignal>
 
-#include "shell/qt/verdict_view.h"
-#include "tests/window/desk.h"
+#include "tests/window/target_desk.h"
 
 namespace kvr::window {
 namespace {
 
 using std::chrono::seconds;
 
-class RealTarget : public Desk {
+class RealTarget : public TargetDesk {
  protected:
-  void TearDown() override {
-    Desk::TearDown();
-    end();
-  }
-  void end() {
-    if (target.state() == QProcess::NotRunning) return;
-    target.terminate();
-    target.waitForFinished(3000);
-  }
-  // The target on COM1 of a window that has never been used.
-  void openWith(const QStringList& arguments) {
-    const QString port = folder.filePath(QStringLiteral("com1"));
-    target.setProgram(QStringLiteral(KVR_BINARY_DIR "/kvr-target"));
-    target.setArguments(QStringList{QStringLiteral("--link"), port, QStringLiteral("--json"), jsonPath()} + arguments);
-    target.start();
-    ASSERT_TRUE(target.waitForStarted());
-    ASSERT_TRUE(QTest::qWaitFor([&] { return QFile::exists(port); }, 5000));
-    QSettings settings(QString::fromStdString(settingsPath()), QSettings::IniFormat);
-    settings.setValue(QStringLiteral("Ports/COM1"), port);
-    settings.sync();
+  void openWith(const QStringList& arguments) {  // a window that has never been used
+    startTarget(arguments);
     open();
-  }
-  QString jsonPath() { return folder.filePath(QStringLiteral("target.json")); }
-  QJsonObject holds() {  // ends the target
-    end();
-    return readReport();
-  }
-  QJsonObject readReport() {
-    QFile file(jsonPath());
-    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
   }
   static std::string violations(const QJsonObject& report) {
     return QJsonDocument(report[QStringLiteral("violations")].toArray()).toJson().toStdString();
@@ -85,9 +51,7 @@ class RealTarget : public Desk {
     EXPECT_TRUE(waitFor([&] { return began && !program->form.activity.busy(); }, limit)) << pane();
     plans.clear();
   }
-  std::string pane() { return widget<QPlainTextEdit>("textMsg").toPlainText().toStdString(); }
   bool says(const std::string& words) { return pane().find(words) != std::string::npos; }
-  QString verdict() { return static_cast<VerdictView&>(widget("verdict")).word(); }
   int passes() { return widget<QLineEdit>("txtWrite_OK_Count").text().toInt(); }
   void type(const char* box, const QString& text) {
     auto& line = widget<QLineEdit>(box);
@@ -112,7 +76,6 @@ class RealTarget : public Desk {
     file.write(bytes);
   }
   QString sample() { return QStringLiteral(KVR_SOURCE_DIR "/samples/bench-clock.hex"); }
-  QProcess target;
 };
 
 // A hex file of one record after another, each with the same byte throughout.
@@ -169,8 +132,8 @@ TEST_F(RealTarget, ServesANewUserFromTheModelToTheCheckOfTheChip) {
   ASSERT_EQ(widget<QLineEdit>("txtDevice").text(), QStringLiteral("Ivy-HF0S"));
   drop(sample());
   tab("TabStrip1", "options");
-  click("Option2_0");  // the other delay after a reset
-  click("Option8_0");  // P4.6 resets
+  click("Option2_0");      // the other delay after a reset
+  click("Option8_0");      // P4.6 resets
   press("comDownload_0");  // the chip has power and listens
   EXPECT_EQ(verdict(), QStringLiteral("PASS")) << pane();
   EXPECT_TRUE(says("Ivy-HF0S")) << pane();
@@ -214,7 +177,6 @@ class Watched : public RealTarget {
     drop(path);
     tab("TabStrip1", "store_buffer");
     click("cekReloadFileWhileFileChange");
-    platform::delay(program->loop, platform::Millis(1200));  // its first tick takes the file as it stands
     ASSERT_TRUE(program->form.images.panel.cekReloadFileWhileFileChange.value());
   }
   void expectRun(int number) {
@@ -229,32 +191,36 @@ class Watched : public RealTarget {
   }
 };
 
-TEST_F(Watched, EachBuildOfTheCompilerIsProgrammedOnce) {
+TEST_F(Watched, EachBuildOfTheSampleIsProgrammedOnce) {
   if (QStandardPaths::findExecutable(QStringLiteral("sdcc")).isEmpty()) GTEST_SKIP() << "no sdcc";
-  const auto build = [this](int value) {
-    write(folder.filePath(QStringLiteral("main.c")),
-          QStringLiteral(
-              "__code const char sign[] = \"build %1\"; volatile char x; void main(void) { for (;;) x = sign[%1]; }\n")
-              .arg(value)
-              .toLatin1());
+  // A tree of its own: the build puts its result beside the sources, too.
+  QProcess::execute(QStringLiteral("cp"), {QStringLiteral("-r"), QStringLiteral(KVR_SOURCE_DIR "/samples"),
+                                           folder.filePath(QStringLiteral("samples"))});
+  const QString built = folder.filePath(QStringLiteral("work/bench-clock.hex"));
+  const auto rebuild = [&](const QByteArray& word) {
+    QFile source(QStringLiteral(KVR_SOURCE_DIR "/samples/bench-clock/shell.c"));
+    ASSERT_TRUE(source.open(QIODevice::ReadOnly));
+    write(folder.filePath(QStringLiteral("samples/bench-clock/shell.c")),
+          source.readAll().replace("Bench clock.", word));
     QProcess compiler;
-    compiler.setWorkingDirectory(folder.path());
-    compiler.start(QStringLiteral("sdcc"), {QStringLiteral("-mmcs51"), QStringLiteral("main.c"), QStringLiteral("-o"),
-                                            QStringLiteral("main.ihx")});
+    compiler.start(QStringLiteral("bash"),
+                   {folder.filePath(QStringLiteral("samples/build")), folder.filePath(QStringLiteral("work"))});
     // The window goes on meanwhile, and looks at the file at any moment of the build.
-    ASSERT_TRUE(waitFor([&] { return compiler.state() == QProcess::NotRunning; }, seconds(30)));
+    ASSERT_TRUE(waitFor([&] { return compiler.state() == QProcess::NotRunning; }, seconds(120)));
     ASSERT_EQ(compiler.exitCode(), 0) << compiler.readAllStandardError().toStdString();
   };
-  const QString path = folder.filePath(QStringLiteral("main.ihx"));
+  ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("work")));
+  ASSERT_TRUE(QFile::copy(sample(), built));
   openWithChip();
-  build(1);
-  watch(path);
+  watch(built);
+  const QByteArrayList words{"Built again.", "Third build."};
   for (int number = 1; number <= 2; ++number) {
-    build(number + 1);
+    rebuild(words[number - 1]);
     expectRun(number);
     EXPECT_EQ(verdict(), QStringLiteral("PASS"));
-    EXPECT_EQ(differences(readReport()[QStringLiteral("flash")].toString(), imageOf(path)), 0)
-        << "build " << number + 1;
+    const QByteArray flash = QByteArray::fromHex(readReport()[QStringLiteral("flash")].toString().toLatin1());
+    EXPECT_TRUE(flash.contains(words[number - 1])) << "build " << number;
+    EXPECT_EQ(differences(QString::fromLatin1(flash.toHex()), imageOf(built)), 0) << "build " << number;
   }
   expectQuiet(2);
   const QJsonObject chip = holds();

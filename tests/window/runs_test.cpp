@@ -1,53 +1,20 @@
 // The real window on a pseudo-terminal with a simulated chip behind it: runs, Stop and closing at any moment.
-#include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
-#include <QSettings>
-
-#include "shell/qt/verdict_view.h"
-#include "tests/window/desk.h"
+#include "tests/window/target_desk.h"
 
 namespace kvr::window {
 namespace {
 
-class WindowRun : public Desk {
+class WindowRun : public TargetDesk {
  protected:
-  // A chip with power from the start, or after some seconds, on COM1 of a window with the sample loaded.
+  // A chip with power from the start, or after some seconds, and a window with the sample loaded.
   void openWithChip(const QStringList& extra = {}) {
-    const QString port = folder.filePath(QStringLiteral("com1"));
-    chip.setProgram(QStringLiteral(KVR_BINARY_DIR "/kvr-target"));
-    chip.setArguments(QStringList{QStringLiteral("--model"), QStringLiteral("Ivy-HF0S"), QStringLiteral("--paced"),
-                                  QStringLiteral("--link"), port, QStringLiteral("--json"),
-                                  folder.filePath(QStringLiteral("chip.json"))} +
-                      extra);
-    chip.start();
-    ASSERT_TRUE(chip.waitForStarted());
-    for (int i = 0; i < 500 && !QFile::exists(port); ++i) QTest::qWait(10);
-    QSettings settings(QString::fromStdString(settingsPath()), QSettings::IniFormat);
-    settings.setValue(QStringLiteral("Ports/COM1"), port);
-    settings.setValue(QStringLiteral("Settings/DeviceProducts"), QStringLiteral("Ivy-HF0S"));
-    settings.sync();
+    startTarget(QStringList{QStringLiteral("--model"), QStringLiteral("Ivy-HF0S"), QStringLiteral("--paced")} + extra);
+    setSetting(QStringLiteral("Settings/DeviceProducts"), QStringLiteral("Ivy-HF0S"));
     open();
     program->form.openDropped(KVR_SOURCE_DIR "/samples/bench-clock.hex");
     settle();
   }
-  void TearDown() override {
-    Desk::TearDown();
-    if (chip.state() == QProcess::NotRunning) return;
-    chip.terminate();
-    chip.waitForFinished(3000);
-  }
-  QJsonObject chipHolds() {
-    chip.terminate();
-    chip.waitForFinished(3000);
-    QFile file(folder.filePath(QStringLiteral("chip.json")));
-    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
-  }
-  std::string pane() { return program->form.main.textMsg.text(); }
-  QString verdict() { return static_cast<VerdictView&>(widget("verdict")).word(); }
   bool ended() { return verdict() == QLatin1String("PASS") || verdict() == QLatin1String("FAIL"); }
-  QProcess chip;
 };
 
 TEST_F(WindowRun, AChipIsProgrammedByAPressOfTheButton) {
@@ -67,8 +34,7 @@ TEST_F(WindowRun, AChipIsProgrammedByAPressOfTheButton) {
   EXPECT_TRUE(lockedThen);
   EXPECT_EQ(count.text().toInt(), before + 1);
   EXPECT_TRUE(widget("comLoadFile").isEnabled());
-  const QJsonObject holds = chipHolds();
-  EXPECT_FALSE(holds.isEmpty());
+  EXPECT_FALSE(holds().isEmpty());
 }
 
 TEST_F(WindowRun, StopEndsAWaitForAChipAndFreesTheWindow) {
@@ -91,8 +57,8 @@ TEST_F(WindowRun, AnAdapterPulledOutEndsTheRunWithinASecond) {
   platform::Instant pulled{};
   later(400, [&] {
     EXPECT_TRUE(program->link.isOpen());
-    chip.kill();
-    chip.waitForFinished();
+    target.kill();
+    target.waitForFinished();
     pulled = program->loop.now();
   });
   later(8000, [&] { click("comStop_Download"); });  // ends the test if nothing else ends the run
