@@ -87,17 +87,6 @@ TEST(IspRanges, FollowFamilyAndBootBlock) {
   }
 }
 
-TEST(Families, FallIntoTheirClasses) {
-  const int classes[] = {0, 0, 0, 1, 1, 1, 2, 2, 2, 2, 2, 0, 0, 0, 0, 4, 4, 4, 3};
-  for (int family = 0; family < 19; ++family) {
-    EXPECT_EQ(familyClassOf(family), classes[family]) << family;
-    EXPECT_EQ(seriesName(family).empty(), family == 14) << family;
-    EXPECT_EQ(blockSizeOf(family), family == 0 ? 128 : 512);
-  }
-  EXPECT_EQ(seriesName(19), "");
-  EXPECT_EQ(seriesName(-1), "");
-}
-
 TEST(DeviceTree, ShowsTheListedModelsOfTenSeries) {
   std::string order;
   std::size_t models = 0;

@@ -65,19 +65,6 @@ TEST(CatalogueRows, AreAllThereInTableOrder) {
   EXPECT_EQ(counts, expected);
 }
 
-TEST(CatalogueRows, LeaveGapsInTheNumbersOfPineAndQuinceOnly) {
-  std::map<int, std::set<int>> numbers;
-  for (const McuRecord& r : allRows()) numbers[r.family].insert(r.row);
-  for (const auto& [family, rows] : numbers) {
-    const bool gaps = *rows.rbegin() + 1 != static_cast<int>(rows.size()) || *rows.begin() != 0;
-    EXPECT_EQ(gaps, family == 15 || family == 16) << seriesName(family);
-  }
-  for (const int gap : {4, 5, 11, 17, 23, 29}) EXPECT_FALSE(numbers[15].contains(gap)) << gap;
-  for (const int gap : {1, 5, 6, 12, 17, 18, 24, 30}) EXPECT_FALSE(numbers[16].contains(gap)) << gap;
-  EXPECT_EQ(*numbers[15].rbegin(), 34);
-  EXPECT_EQ(*numbers[16].rbegin(), 35);
-}
-
 TEST(CatalogueRows, BearNamesThatTellSeriesVoltageSizeAndVariant) {
   for (const McuRecord& r : allRows()) {
     EXPECT_TRUE(voltageClass(r) == 'H' || voltageClass(r) == 'L') << r.name;

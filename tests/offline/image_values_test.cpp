@@ -189,21 +189,6 @@ TEST(CodeFit, HoldsTheBoardToTheModel) {
   EXPECT_EQ(fitCode(model("Hazel-H04"), 65536, file).codeLast, 5119);
 }
 
-// The limits by family and by whether the last block is free.
-TEST(CodeFit, KnowsTheLimitOfEveryListedModel) {
-  const std::vector<std::pair<int, int>> limits{
-      {0, 0},         {63488, 63488}, {62464, 62464}, {5120, 5120},   {28672, 28672}, {28672, 30720}, {5120, 6144},
-      {62464, 63488}, {13312, 14336}, {5120, 6144},   {62464, 63488}, {62464, 62464}, {-1, -1},       {62464, 62464},
-      {0, 0},         {13312, 14336}, {13312, 14336}, {13312, 14336}, {61440, 61440}};
-  for (const McuRecord& record : kvr::catalogue::allRows()) {
-    const auto [without, with] = limits[record.family];
-    const int expected = record.family == 12   ? (record.code.starts_with("F1") ? 62464 : 13312)
-                         : record.topBlockFree ? with
-                                               : without;
-    EXPECT_EQ(modelLimit(record), expected) << record.name;
-  }
-}
-
 BoardInputs inputsFor(const McuRecord& record) {
   BoardInputs inputs;
   inputs.record = &record;
@@ -357,18 +342,6 @@ TEST(BoardFacts, TellsWhatABoardCannotHold) {
   EXPECT_EQ(bytesLeftOut(file, 500, {"17", 65536, true}), 5 + 500 + 1024);
   EXPECT_EQ(leftOutText(0), "");
   EXPECT_EQ(leftOutText(9216), "9216 bytes of the code and data will not be programmed.");
-}
-
-TEST(BoardFrames, CarryTheBoardsCrc) {
-  EXPECT_EQ(crcBitByBit(std::span(kWakeFrame).subspan(2, 16)), kWakeFrame[18] | kWakeFrame[19] << 8);
-  const Bytes digits{'1', '2', '3', '4', '5', '6', '7', '8', '9'};
-  EXPECT_EQ(kvr::engine::boardCrc(digits), 0x4B37);
-  const Bytes frame = buildBoardWriteFrame(std::array<std::uint8_t, 3>{0xAB, 0xCD, 0xEF}, 0xF7E1, true);
-  Bytes expected{0x46, 0xB9, 0x6A, 0, 16, 0x30, 0, 0, 0xF7, 0xE1, 0, 3, 0xAB, 0xCD, 0xEF};
-  const std::uint16_t crc = crcBitByBit(std::span(expected).subspan(2));
-  expected.insert(expected.end(), {static_cast<std::uint8_t>(crc), static_cast<std::uint8_t>(crc >> 8), 0x16});
-  EXPECT_EQ(frame, expected);
-  EXPECT_EQ(buildBoardWriteFrame(digits, 0, false)[5], 0x00);
 }
 
 }  // namespace

@@ -44,10 +44,6 @@ TEST(LineBoxes, BecomeTheTextThatAPortTakes) {
   EXPECT_EQ(settingsText(page.demoCommandLine()), "38400,O,5,1.5");
 }
 
-TEST(DemoFrames, CarryLengthAndSum) {
-  EXPECT_EQ(buildDemoFrame(0xB5), (Bytes{0x5A, 0xA5, 0x00, 0x08, 0xB5, 0x01, 0xBC, 0x16}));
-}
-
 const Bytes kReply{0x5A, 0xA5, 0x00, 0x0B, 0xB5, 0x00, 0x40, 0x02, 0x02, 0x01, 0x16};
 
 TEST(DemoReceiver, PutsAReplyTogetherHoweverItIsCut) {
