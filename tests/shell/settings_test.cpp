@@ -93,7 +93,7 @@ TEST_F(SettingsTest, LeaveAControlAloneWhenAStoredValueDoesNotFit) {
   form->load();
   EXPECT_EQ(combo(*form, "combCommPort").listIndex(), 0);
   EXPECT_EQ(combo(*form, "comDalay_ReDownLoad").listIndex(), 2);
-  EXPECT_EQ(form->download.txtWrite_OK_Count.text(), "");
+  EXPECT_EQ(form->download.txtWrite_OK_Count.text(), "0");
   EXPECT_EQ(value(*form, "opt_485_logic", 1), "True");
   EXPECT_EQ(value(*form, "optBeepNo"), "True");
   EXPECT_EQ(form->model.name(), "Hazel-H04");

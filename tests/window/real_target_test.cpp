@@ -177,6 +177,7 @@ class Watched : public RealTarget {
     drop(path);
     tab("TabStrip1", "store_buffer");
     click("cekReloadFileWhileFileChange");
+    settle();
     ASSERT_TRUE(program->form.images.panel.cekReloadFileWhileFileChange.value());
   }
   void expectRun(int number) {
