@@ -1,8 +1,6 @@
 #include "engine/block_plan.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <string>
 
 #include "engine/family_rules.h"
@@ -99,10 +97,8 @@ ProgressScale progressScale(std::int32_t first, std::int32_t last) {
 }
 
 std::string kilobyteText(std::int32_t bytes) {
-  std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), "%.3fK", bytes / 1024.0);
-  const std::string_view view(text.data());
-  return std::string(view.substr(0, 2) == "0." ? view.substr(1) : view);
+  const std::string text = platform::fixedText(bytes / 1024.0, 3) + "K";
+  return text.starts_with("0.") ? text.substr(1) : text;
 }
 
 }  // namespace kvr::engine

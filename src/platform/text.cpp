@@ -1,6 +1,7 @@
 #include "platform/text.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <charconv>
 #include <cmath>
@@ -67,9 +68,15 @@ int wholeOf(std::string_view text) {
 }
 
 std::string numberText(double value) {
-  char text[64];
-  std::snprintf(text, sizeof text, "%.15G", value);
-  return text;
+  std::array<char, 64> text{};
+  const auto end = std::to_chars(text.begin(), text.end(), value, std::chars_format::general, 15).ptr;
+  return upper({text.data(), end});
+}
+
+std::string fixedText(double value, int decimals) {
+  std::array<char, 400> text{};  // the largest number has 309 digits in front of its point
+  const auto end = std::to_chars(text.begin(), text.end(), value, std::chars_format::fixed, decimals).ptr;
+  return {text.data(), end};
 }
 
 std::uint32_t hexOf(std::string_view text) {

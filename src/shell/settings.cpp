@@ -1,6 +1,6 @@
 #include "shell/settings.h"
 
-#include <cstdlib>
+#include <charconv>
 
 #include "platform/text.h"
 
@@ -18,9 +18,10 @@ constexpr const char* kLockKey = "安全锁";
 // A text that is a number from end to end; a box keeps its state for anything else.
 bool isNumber(const std::string& text) {
   const std::string trimmed = platform::trim(text);
-  char* end = nullptr;
-  std::strtod(trimmed.c_str(), &end);
-  return !trimmed.empty() && *end == '\0';
+  const char* first = trimmed.c_str() + (trimmed.starts_with('+') ? 1 : 0);
+  const char* last = trimmed.c_str() + trimmed.size();
+  double value = 0;
+  return first != last && std::from_chars(first, last, value).ptr == last;
 }
 
 std::optional<bool> truthOf(const std::string& text) {
