@@ -68,8 +68,7 @@ const RcLine& nearestLine(const RcLines& lines, double wantedHz) {
 RcLine lineThrough(const RcPoint& low, const RcPoint& high) {
   RcLine line{.low = low, .high = high, .offset = low.freq};
   if (high.fine == low.fine) return line;
-  line.slope = static_cast<std::int32_t>(
-      platform::roundEven(static_cast<double>(high.freq - low.freq) / (high.fine - low.fine)));
+  line.slope = platform::roundEven(static_cast<double>(high.freq - low.freq) / (high.fine - low.fine));
   line.offset = low.freq - line.slope * low.fine;
   return line;
 }

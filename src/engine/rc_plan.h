@@ -19,15 +19,15 @@ struct RcPoint {
   int code = 0;            // coarse register, 0..255; its two top bits choose the band
   int fine = 0;            // fine register, 0..255
   std::int32_t count = 0;  // measured, scaled to 1200 baud
-  std::int32_t freq = 0;   // Hz
+  std::int64_t freq = 0;   // Hz; from 19200 baud on a garbled count makes more than 32 bits of it
   bool operator==(const RcPoint&) const = default;
 };
 
 // The straight line through two points of one band.
 struct RcLine {
   RcPoint low, high;
-  std::int32_t slope = 0;   // Hz a fine step; 0: the points make no line
-  std::int32_t offset = 0;  // Hz at fine 0
+  std::int64_t slope = 0;   // Hz a fine step; 0: the points make no line
+  std::int64_t offset = 0;  // Hz at fine 0
   bool operator==(const RcLine&) const = default;
 };
 RcLine lineThrough(const RcPoint& low, const RcPoint& high);
@@ -40,7 +40,7 @@ struct RcResult {
   int bestIndex = kNoRcResult;
   RcPoint best;
   int errorCentiPercent = 10000;         // hundredths of a percent off the wanted frequency
-  std::int32_t gapLow = 0, gapHigh = 0;  // Hz between which the oscillator cannot be set
+  std::int64_t gapLow = 0, gapHigh = 0;  // Hz between which the oscillator cannot be set
   bool known() const { return bestIndex < 20; }
 };
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <cstdlib>
 
 #include "engine/baud_plan.h"
@@ -16,11 +15,10 @@ constexpr std::array<std::uint8_t, 2> kSyncBytes = {0x7F, 0x7F};
 constexpr std::uint8_t kPulse = 0x7F, kTrail = 0xAA;
 constexpr int kPulsesOfSync = 6;
 constexpr int kPassCentiPercent = 25;
+constexpr int kLengthWithoutPoints = 18;  // of a measure reply
 
-std::string megahertz(double hertz, int decimals) {
-  std::array<char, 48> text{};
-  std::snprintf(text.data(), text.size(), "%.*f", decimals, hertz / 1000000);
-  return text.data();
+double megahertz(std::int64_t hertz) {
+  return static_cast<double>(hertz) / 1000000;
 }
 
 }  // namespace
@@ -80,8 +78,10 @@ bool RcMeasuring::measureRound(const Bytes& frame, int pulseCount) {
 
 std::vector<RcPoint> RcMeasuring::readPoints() const {
   const auto rx = c_.rx();
-  const int units = baudUnits(c_.link.connectBaud()), factor = clockFactor(c_.link.connectBaud());
-  std::vector<RcPoint> points(std::min<std::size_t>(rx[14], kMostRcPoints));
+  const int units = baudUnits(c_.link.connectBaud());
+  const std::int64_t factor = clockFactor(c_.link.connectBaud());
+  const auto held = static_cast<std::size_t>(std::max(c_.link.rx.length() - kLengthWithoutPoints, 0)) / 4;
+  std::vector<RcPoint> points(std::min({std::size_t{rx[14]}, held, kMostRcPoints}));
   for (std::size_t i = 0; i < points.size(); ++i) {
     const std::size_t at = 4 * i + 15;
     const std::int32_t count = (rx[at + 2] * 256 + rx[at + 3]) * units;
@@ -129,6 +129,7 @@ bool RcMeasuring::fixedRateBaud(std::string& baudOut) {
     (void)link.setMSCommSettings(maxBaud);
     (void)link.reopenIfClosed();
   }
+  link.waitDrained();  // a line that stays open at a slow rate still has some of the frame to send
   link.clearReceiveState();
   const bool came = link.waitFrame(Millis(4200));
   baudOut = std::to_string(link.currentBaud());
@@ -140,13 +141,13 @@ bool RcMeasuring::reportRcResult() {
   TargetLink& link = c_.link;
   if (result_.known()) {
     link.say("");
-    link.say("Next time the R/C frequency: " + megahertz(result_.best.freq, 3) + "MHz");
+    link.say("Next time the R/C frequency: " + platform::fixedText(megahertz(result_.best.freq), 3) + "MHz");
     link.say("            Frequency error: " + platform::numberText(result_.errorCentiPercent / 100.0) + "%");
     if (std::abs(result_.errorCentiPercent) <= kPassCentiPercent) return true;
   }
   c_.fail(3, "The frequency of RC may be the film blind frequency within the MCU，");
-  link.say("Frequency range can not be covered:" + platform::numberText(result_.gapLow / 1000000.0) + " - " +
-           platform::numberText(result_.gapHigh / 1000000.0) + "MHz");
+  link.say("Frequency range can not be covered:" + platform::numberText(megahertz(result_.gapLow)) + " - " +
+           platform::numberText(megahertz(result_.gapHigh)) + "MHz");
   return false;
 }
 
