@@ -25,7 +25,8 @@ struct Receiver {
 
   // Nothing received: what every sender starts from. Keeps the modes and `armed`; `frameBad` stays as it is.
   void clear();
-  // All that waited at the port, in order.
+  // All that waited at the port, in order. Behind a whole frame the buffer then reads 0: what a short answer does not
+  // carry must not be taken from the one before it, which another chip may have sent.
   void take(std::span<const std::uint8_t> bytes);
   // Part of a frame is in and its end is not.
   bool midFrame() const { return !frameOk && (count > 0 || seenStart1_); }

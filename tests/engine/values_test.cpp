@@ -99,6 +99,13 @@ TEST(Receiver, DropsNoiseBadEndsAndBadSums) {
   EXPECT_TRUE(rx.frameBad && !rx.frameOk);
   rx.take(Bytes{0x46, 0xB9, 0x68, 0x00, 0x00});
   EXPECT_EQ(rx.count, 0) << "a length of zero empties the buffer";
+  rx.take(frame);
+  const Bytes bare = {0x46, 0xB9, 0x68, 0, 6, 0x80, 0xEE, 0x16};
+  rx.clear();
+  rx.take(bare);
+  EXPECT_TRUE(rx.frameOk);
+  EXPECT_EQ(rx.buffer[6], 0) << "nothing of the longer frame before it";
+  rx.clear();
   rx.armed = false;
   rx.take(frame);
   EXPECT_EQ(rx.count, 0);
@@ -317,6 +324,7 @@ TEST(RcPlan, ChoosesBandsWindowsAndThePairNearestToTheWish) {
   const auto base = baseSettings(lineThrough({88, 0, 0, 20000000}, {88, 128, 0, 32800000}), 24000000, 57600);
   EXPECT_EQ(base, (std::array<std::uint8_t, 7>{88, 40, 5, 256 - 83, 53, 0xB1, 0xE0}));
   EXPECT_EQ(baseSettings({}, 24000000, 57600)[1], 64) << "no line, no division by zero";
+  EXPECT_EQ(lineThrough({24, 255, 0, 0}, {24, 254, 0, 2000000000}).offset, 510000000000) << "garbled counts";
 }
 
 }  // namespace
