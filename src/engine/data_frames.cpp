@@ -43,8 +43,10 @@ void ChipDataFrames::clearReply() {
   c_.link.clearReceiveState();
 }
 
+// A chip that got one block twice, because its first answer was late, must not have the second answer taken for that of
+// the next block: where the sums are alike, as in blank areas, nothing else tells them apart.
 bool ChipDataFrames::awaitReply(Millis limit) {
-  return c_.link.waitFrame(limit);
+  return c_.link.waitAnswer(limit);
 }
 
 // Some chips of the first generation answer without a sum: a frame of length 6.

@@ -156,7 +156,8 @@ bool Session::firmwareSupported() {
 }
 
 bool Session::erase() {
-  if (c_.target.versionNumber() <= 0.2) return true;
+  // Compared as text: a version that is no number would pass for an old one, and its chip go unerased.
+  if (c_.target.firmwareVersionText <= "0.2") return true;
   const bool erased = programming_.eraseTarget();
   if (c_.stopped()) return false;
   if (erased) return true;

@@ -159,6 +159,20 @@ bool TargetLink::waitFrame(Millis limit) {
   return rx.frameOk;
 }
 
+bool TargetLink::waitAnswer(Millis limit) {
+  const platform::Instant end = world_.loop.now() + limit;
+  while (!stopRequested && isOpen() && lease_.link().outBytesPending() > 0 && world_.loop.now() < end) {
+    if (frameArriving()) {
+      lease_.clearIn();
+      rx.clear();
+    }
+    platform::Timer timer(world_.loop);
+    timer.start(drainTime());
+    world_.loop.runOnce();
+  }
+  return waitFrame(std::chrono::ceil<Millis>(end - world_.loop.now()));
+}
+
 bool TargetLink::frameArriving() const {
   return isOpen() && (rx.midFrame() || lease_.gathering());
 }
@@ -166,7 +180,8 @@ bool TargetLink::frameArriving() const {
 void TargetLink::awaitRestOfFrame() {
   const auto wireTime = std::chrono::milliseconds(257 * 12 * 1000 / std::max(currentBaud(), 1) + 1);
   const platform::Instant end = world_.loop.now() + wireTime;
-  while (frameArriving() && !rx.frameOk && !rx.frameBad && !stopRequested) {
+  const bool badBefore = rx.frameBad;  // may stand since an exchange long ago
+  while (frameArriving() && !rx.frameOk && rx.frameBad == badBefore && !stopRequested) {
     const platform::Instant due = std::min<platform::Instant>(end, lease_.lastByteAt() + kSilence);
     if (due <= world_.loop.now()) return;
     platform::Timer timer(world_.loop);
