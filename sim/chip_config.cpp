@@ -8,38 +8,39 @@ namespace sim {
 
 namespace {
 
-bool* flagOf(ChipConfig& config, std::string_view name) {
+std::map<std::string_view, bool*> flagsOf(ChipConfig& config) {
   ChipFaults& f = config.faults;
-  const std::map<std::string_view, bool*> flags = {{"dropsFinishReply", &f.dropsFinishReply},
-                                                   {"wrongFinishReply", &f.wrongFinishReply},
-                                                   {"silentErase", &f.silentErase},
-                                                   {"wrongEraseReply", &f.wrongEraseReply},
-                                                   {"wrongStageReply", &f.wrongStageReply},
-                                                   {"silentStage", &f.silentStage},
-                                                   {"passesTestNotChange", &f.passesTestNotChange},
-                                                   {"silentOptions", &f.silentOptions},
-                                                   {"optionsDoNotStick", &f.optionsDoNotStick},
-                                                   {"silentStatusRead", &f.silentStatusRead},
-                                                   {"wrongModelCode", &f.wrongModelCode},
-                                                   {"oldFirmware", &f.oldFirmware},
-                                                   {"idReadFails", &f.idReadFails},
-                                                   {"silentMeasure", &f.silentMeasure},
-                                                   {"wrongMeasureReply", &f.wrongMeasureReply},
-                                                   {"emptyMeasureReply", &f.emptyMeasureReply},
-                                                   {"silentRcBaud", &f.silentRcBaud},
-                                                   {"shortStatus", &config.shortStatus},
-                                                   {"directStatus", &config.directStatus},
-                                                   {"shortDataReplies", &config.shortDataReplies}};
-  const auto it = flags.find(name);
-  return it == flags.end() ? nullptr : it->second;
+  return {{"dropsFinishReply", &f.dropsFinishReply},
+          {"wrongFinishReply", &f.wrongFinishReply},
+          {"silentErase", &f.silentErase},
+          {"wrongEraseReply", &f.wrongEraseReply},
+          {"wrongStageReply", &f.wrongStageReply},
+          {"silentStage", &f.silentStage},
+          {"passesTestNotChange", &f.passesTestNotChange},
+          {"silentOptions", &f.silentOptions},
+          {"optionsDoNotStick", &f.optionsDoNotStick},
+          {"silentStatusRead", &f.silentStatusRead},
+          {"wrongModelCode", &f.wrongModelCode},
+          {"oldFirmware", &f.oldFirmware},
+          {"idReadFails", &f.idReadFails},
+          {"silentMeasure", &f.silentMeasure},
+          {"wrongMeasureReply", &f.wrongMeasureReply},
+          {"emptyMeasureReply", &f.emptyMeasureReply},
+          {"cutMeasureReply", &f.cutMeasureReply},
+          {"silentRcBaud", &f.silentRcBaud},
+          {"shortStatus", &config.shortStatus},
+          {"directStatus", &config.directStatus},
+          {"shortDataReplies", &config.shortDataReplies}};
 }
 
-int* countOf(ChipConfig& config, std::string_view name) {
-  if (name == "refusesBaudTests") return &config.faults.refusesBaudTests;
-  if (name == "diesAfterBlocks") return &config.faults.diesAfterBlocks;
-  if (name == "answersOptionsWith81") return &config.faults.answersOptionsWith81;
-  return nullptr;
+std::map<std::string_view, int*> countsOf(ChipConfig& config) {
+  ChipFaults& f = config.faults;
+  return {{"refusesBaudTests", &f.refusesBaudTests},
+          {"diesAfterBlocks", &f.diesAfterBlocks},
+          {"answersOptionsWith81", &f.answersOptionsWith81}};
 }
+
+constexpr std::string_view kBlockFailure = "failsBlock";
 
 bool addBlockFailure(ChipConfig& config, std::string_view value) {
   const auto counted = parseCounted(value, 10);
@@ -50,13 +51,24 @@ bool addBlockFailure(ChipConfig& config, std::string_view value) {
 }  // namespace
 
 bool setChipFault(ChipConfig& config, std::string_view name, std::string_view value) {
-  if (bool* flag = flagOf(config, name)) {
+  const auto flags = flagsOf(config);
+  if (const auto flag = flags.find(name); flag != flags.end()) {
     if (!value.empty() && value != "1") return false;
-    *flag = true;
+    *flag->second = true;
     return true;
   }
-  if (int* count = countOf(config, name)) return toNumber(value.empty() ? "1" : value, *count);
-  return name == "failsBlock" && addBlockFailure(config, value);
+  const auto counts = countsOf(config);
+  if (const auto count = counts.find(name); count != counts.end())
+    return toNumber(value.empty() ? "1" : value, *count->second);
+  return name == kBlockFailure && addBlockFailure(config, value);
+}
+
+std::vector<FaultName> chipFaultNames() {
+  ChipConfig any;
+  std::vector<FaultName> names = {{kBlockFailure, FaultValue::block}};
+  for (const auto& [name, flag] : flagsOf(any)) names.push_back({name, FaultValue::none});
+  for (const auto& [name, count] : countsOf(any)) names.push_back({name, FaultValue::count});
+  return names;
 }
 
 ChipTimes patientTimes() {

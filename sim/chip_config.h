@@ -63,6 +63,7 @@ struct ChipFaults {
   bool silentMeasure = false;  // 0x65
   bool wrongMeasureReply = false;
   bool emptyMeasureReply = false;  // a reply that holds no points
+  bool cutMeasureReply = false;    // a reply that names more points than it holds
   bool silentRcBaud = false;       // the last frame of the handshake of families 15 and 16
 };
 
@@ -105,5 +106,13 @@ ChipConfig configFor(const McuRecord& row, double clockHz = 11059200, std::uint6
 // "block:times:silent"; shortStatus, directStatus, shortDataReplies are taken too). False: no such fault or a bad
 // value.
 [[nodiscard]] bool setChipFault(ChipConfig& config, std::string_view name, std::string_view value);
+
+// All names that it knows, with the kind of value that each takes.
+enum class FaultValue { none, count, block };
+struct FaultName {
+  std::string_view name;
+  FaultValue value = FaultValue::none;
+};
+std::vector<FaultName> chipFaultNames();
 
 }  // namespace sim

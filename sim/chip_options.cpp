@@ -96,6 +96,7 @@ void Chip::onOptions(Micros at, const HostFrame& frame) {
   OptionBytes wanted = options_;
   judge(!row().topBlockFree && row().family != 1, at, "options to a chip that takes none");
   judgeFair(row().extSession ? finished_ : programming_, at, "options before the end of programming");
+  finished_ = true;  // once excused, the repeats are
   if (!takeOptions(at, frame, wanted)) return;
   if (config_.faults.silentOptions) return;
   optionsTaken_ = true;

@@ -117,7 +117,8 @@ void Chip::onData(Micros at, const HostFrame& frame) {
     journal_.note(at, "block " + std::to_string(block) + " fails");
     const auto& all = config_.faults.failsBlocks;
     const auto it = std::find_if(all.begin(), all.end(), [&](const BlockFailure& f) { return f.block == block; });
-    if (!it->silently) answerData(at + config_.times.turnaround, sum ^ 0xFF);
+    // Without a sum in its answers a chip has no other way to say that it failed.
+    if (!it->silently && !config_.shortDataReplies) answerData(at + config_.times.turnaround, sum ^ 0xFF);
     return;
   }
   flash_.write(static_cast<std::size_t>(address), data);

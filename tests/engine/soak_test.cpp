@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <map>
 
 #include "../support/engine_bench.h"
 
@@ -28,6 +27,18 @@ sim::WireConfig randomWire(std::uint64_t seed, std::mt19937_64& random) {
   return config;
 }
 
+void addRandomFault(sim::ChipConfig& chip, std::mt19937_64& random) {
+  static const std::vector<sim::FaultName> kNames = sim::chipFaultNames();
+  const sim::FaultName& fault = kNames[random() % kNames.size()];
+  // Firmwares from letter D on always say who they are.
+  if (fault.name == "shortStatus" && sim::usualLetter(*chip.row) > 'C') return;
+  std::string value;
+  if (fault.value == sim::FaultValue::count) value = std::to_string(random() % 12);
+  if (fault.value == sim::FaultValue::block)
+    value = std::to_string(random() % 4) + ":" + std::to_string(random() % 5) + (random() % 2 ? ":silent" : "");
+  EXPECT_TRUE(sim::setChipFault(chip, fault.name, value)) << fault.name << "=" << value;
+}
+
 struct Outcome {
   bool passed = false;
   bool faulted = false;
@@ -44,10 +55,9 @@ Outcome soakOne(std::uint64_t seed) {
   bench.select(rows[random() % rows.size()].name);
   bench.bauds(pick(kFirstRates, random), pick(kTopRates, random));
   sim::ChipConfig chip = sim::configFor(*catalogue::findByName(bench.model.record.name), pick(kClocks, random), seed);
-  if (random() % 8 == 0) chip.faults.refusesBaudTests = static_cast<int>(random() % 12);
-  if (random() % 8 == 0)
-    chip.faults.failsBlocks = {{static_cast<int>(random() % 4), static_cast<int>(random() % 5), random() % 2 == 0}};
-  if (random() % 16 == 0) chip.faults.diesAfterBlocks = static_cast<int>(random() % 6);
+  while (random() % 3 == 0) addRandomFault(chip, random);
+  chip.clockDoubled = random() % 4 == 0;
+  if (random() % 4 == 0) chip.startPair = random() % 2 == 0;
   bench.insertChip(chip, Millis(random() % 3000));
   const std::int32_t whole = bench.model.record.apEnd + 1;
   bench.loadCode(
