@@ -93,8 +93,8 @@ class TargetLink {
   // of a frame that is arriving: for loops that send on whatever arrives.
   bool waitFrame(Millis limit);
   bool waitFrameCut(Millis limit);
-  // The same for an answer that bears no mark of its question. Nothing can answer a frame that is still going out, so what
-  // comes until then answers an older one, and is dropped.
+  // The same for an answer that bears no mark of its question. Nothing can answer a frame that is still going out, so
+  // what comes until then answers an older one, and is dropped.
   bool waitAnswer(Millis limit);
   void waitDrained();  // until all that was written has gone out (at most one second) or Stop
 
