@@ -32,7 +32,9 @@ void ComTool::connectButtons(MainPort mainPort) {
     panel_.comDebugHelp[i].onClick = [this, index] { comDebugHelp_Click(index); };
   }
   panel_.comClearCount.onClick = [this] { comClearCount_Click(); };
-  mainPort.imgOpen_sys.onClick = [this, &lamp = mainPort.imgOpen_sys] { if (lamp.on()) imgOpen_sys_Click(); };
+  mainPort.imgOpen_sys.onClick = [this, &lamp = mainPort.imgOpen_sys] {
+    if (lamp.on()) imgOpen_sys_Click();
+  };
 }
 
 void ComTool::applyLock() {
@@ -78,8 +80,10 @@ void ComTool::imgOpen_sys_Click() {
 }
 
 void ComTool::comDebugClear_Click(int index) {
-  if (index == 0) receive_.clearPane();
-  else if (clearMonitor) clearMonitor();
+  if (index == 0)
+    receive_.clearPane();
+  else if (clearMonitor)
+    clearMonitor();
   receive_.clearRing();
 }
 

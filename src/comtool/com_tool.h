@@ -1,5 +1,5 @@
-// The terminal as a whole: it puts port, receive area, send areas and the pane's tools together and connects the buttons
-// of its page. The composition root connects the members below to the engine and to the register monitor.
+// The terminal as a whole: it puts port, receive area, send areas and the pane's tools together and connects the
+// buttons of its page. The composition root connects the members below to the engine and to the register monitor.
 #pragma once
 
 #include <functional>
@@ -18,9 +18,9 @@ class ComTool {
   ComTool(platform::World world, engine::PortLease& lease, const engine::Activity& activity, options::UiLock& lock,
           ToolPanel& panel, MainPort mainPort);
 
-  std::function<void()> stopRun;                                    // the stop operation of `comStop_Download`
+  std::function<void()> stopRun;                                     // the stop operation of `comStop_Download`
   std::function<void(std::span<const std::uint8_t>)> bytesReceived;  // the monitor's `monitorScan`
-  std::function<void()> clearMonitor;                               // the monitor's `clearLists`
+  std::function<void()> clearMonitor;                                // the monitor's `clearLists`
 
   // Every run calls this before it takes the port. Nothing of what is shown or counted changes.
   void imgOpen_Click(int index = 0) { port_.imgOpen_Click(index); }

@@ -22,8 +22,8 @@ struct HexText {
   bool operator==(const HexText&) const = default;
 };
 
-// Reads pairs of digits; blanks are free, and a digit before a blank or at the end is a byte by itself. So "12 34 CD FF",
-// "1234CDFF" and "1 2 3" are all good, and the last one gives 1, 2, 3. Blanks alone give no bytes.
+// Reads pairs of digits; blanks are free, and a digit before a blank or at the end is a byte by itself. So "12 34 CD
+// FF", "1234CDFF" and "1 2 3" are all good, and the last one gives 1, 2, 3. Blanks alone give no bytes.
 HexText parseHexText(std::string_view text);
 
 // Two upper-case digits and a blank for each byte.

@@ -11,10 +11,16 @@ namespace {
 // Marks that take no column could make a row without end.
 constexpr std::size_t kMaxRowBytes = 4 * PaneText::kMaxColumns;
 
-char lowered(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+char lowered(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 
-bool isPlain(char c) { return c >= 0x20 && c < 0x7F; }
-bool isLineEnd(char32_t value) { return value == '\r' || value == '\n'; }
+bool isPlain(char c) {
+  return c >= 0x20 && c < 0x7F;
+}
+bool isLineEnd(char32_t value) {
+  return value == '\r' || value == '\n';
+}
 
 // CR behind LF, or LF behind CR: the second half of one line end.
 bool joinsLineEnd(const PaneText::Row& row, char32_t value) {

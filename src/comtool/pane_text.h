@@ -1,9 +1,9 @@
 // The text behind the receive pane, laid out in rows of a fixed width font, so that a view draws the rows it shows and
-// nothing else. Adding text costs what is added, dropping the oldest costs what is dropped, and one endless line is many
-// rows like any other text: nothing here grows with the length of a line.
+// nothing else. Adding text costs what is added, dropping the oldest costs what is dropped, and one endless line is
+// many rows like any other text: nothing here grows with the length of a line.
 //
-// Text is UTF-8, whole characters (see TextDecoder). CR, LF and the pairs CR LF and LF CR end a line. Every byte is kept,
-// line ends and NUL included.
+// Text is UTF-8, whole characters (see TextDecoder). CR, LF and the pairs CR LF and LF CR end a line. Every byte is
+// kept, line ends and NUL included.
 #pragma once
 
 #include <cstddef>
@@ -53,7 +53,8 @@ class PaneText {
   Position end() const { return end_; }
   std::size_t rowCount() const { return rows_.size(); }
   const Row& row(std::size_t index) const { return rows_[index]; }
-  // The row that holds the position; the first or last one for positions before or behind the text. 0 for an empty text.
+  // The row that holds the position; the first or last one for positions before or behind the text. 0 for an empty
+  // text.
   std::size_t rowAt(Position position) const;
 
   std::string slice(Range range) const;  // as far as the text is still there

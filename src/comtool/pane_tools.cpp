@@ -22,8 +22,8 @@ void PaneTools::find(bool backward) {
 }
 
 void PaneTools::save() {
-  const std::string path = world_.dialogs.saveFile(
-      {"Save the received text", "Text (*.txt)|*.txt|All Files (*.*)|*.*", "", "received.txt"});
+  const std::string path =
+      world_.dialogs.saveFile({"Save the received text", "Text (*.txt)|*.txt|All Files (*.*)|*.*", "", "received.txt"});
   if (path.empty()) return;
   const std::string text = panel_.texReceive.text();
   const auto result = world_.files.replace(path, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});

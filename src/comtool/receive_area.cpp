@@ -92,6 +92,8 @@ void ReceiveArea::clearCount() {
   showCount();
 }
 
-void ReceiveArea::showCount() { panel_.labReceiveCount.setCaption("Receive counter:" + std::to_string(rxTotal_)); }
+void ReceiveArea::showCount() {
+  panel_.labReceiveCount.setCaption("Receive counter:" + std::to_string(rxTotal_));
+}
 
 }  // namespace kvr::comtool

@@ -1,6 +1,6 @@
-// The receive side of the terminal: from bytes at the port to text in the pane. Reception only counts and copies into the
-// ring; 35 ms later one tick turns what lies there into text. Neither ever runs the event loop in between, and the work of
-// a tick is bounded by the ring.
+// The receive side of the terminal: from bytes at the port to text in the pane. Reception only counts and copies into
+// the ring; 35 ms later one tick turns what lies there into text. Neither ever runs the event loop in between, and the
+// work of a tick is bounded by the ring.
 #pragma once
 
 #include <functional>
@@ -19,13 +19,14 @@ class ReceiveArea {
  public:
   static constexpr std::size_t kDisplayLimit = 230000;  // characters in `texReceive`
   static constexpr platform::Millis kDisplayDelay{35};
-  static constexpr platform::Millis kHoldTime{500};   // for the rest of a character that has begun
-  static constexpr platform::Millis kBurstGap{100};   // silence before a new burst
+  static constexpr platform::Millis kHoldTime{500};  // for the rest of a character that has begun
+  static constexpr platform::Millis kBurstGap{100};  // silence before a new burst
   static constexpr const char* kTooLong = "The display text is too long, please click the Clear Receive button.";
 
   ReceiveArea(platform::World world, ToolPanel& panel);
 
-  // The pane is full and may not drop its oldest text: the port is to be closed and all that sends or runs to be stopped.
+  // The pane is full and may not drop its oldest text: the port is to be closed and all that sends or runs to be
+  // stopped.
   std::function<void()> onOverflow;
 
   // Bytes from the port, in order.

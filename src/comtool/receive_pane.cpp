@@ -41,14 +41,18 @@ void ReceivePane::select(Position anchor, Position caret) {
   changed.emit();
 }
 
-PaneText::Range ReceivePane::selection() const { return {std::min(anchor_, caret_), std::max(anchor_, caret_)}; }
+PaneText::Range ReceivePane::selection() const {
+  return {std::min(anchor_, caret_), std::max(anchor_, caret_)};
+}
 
 void ReceivePane::show(PaneText::Range range) {
   select(range.from, range.to);
   if (revealRequest) revealRequest(range.from);
 }
 
-std::string ReceivePane::property(std::string_view name) const { return name == "Text" ? text() : std::string(); }
+std::string ReceivePane::property(std::string_view name) const {
+  return name == "Text" ? text() : std::string();
+}
 
 void ReceivePane::setProperty(std::string_view name, const std::string& value) {
   if (name == "Text") setText(value);

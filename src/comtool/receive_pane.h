@@ -32,7 +32,7 @@ class ReceivePane : public platform::Control {
   void show(PaneText::Range range);
 
   bool userKey(char32_t key) { return enabled() && onKeyPress && onKeyPress(key); }  // true: it was sent
-  std::string property(std::string_view name) const override;                       // "Text"
+  std::string property(std::string_view name) const override;                        // "Text"
   void setProperty(std::string_view name, const std::string& value) override;
 
   platform::Signal appended;

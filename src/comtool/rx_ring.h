@@ -1,5 +1,5 @@
-// The bytes that the terminal has received and not yet shown. It decouples a fast line from a slow window: reception only
-// copies bytes in. What comes while the ring is full is dropped; what is in it is never overwritten.
+// The bytes that the terminal has received and not yet shown. It decouples a fast line from a slow window: reception
+// only copies bytes in. What comes while the ring is full is dropped; what is in it is never overwritten.
 //
 // Indices run from 0 to 244999; one slot stays free, so that equal indices mean an empty ring. The buffer behind it is
 // read from its index 0 by whoever compares a chip's memory dump with an image.

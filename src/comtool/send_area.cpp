@@ -25,8 +25,10 @@ SendArea::SendArea(platform::World world, ToolPort& port, ToolPanel& panel)
     : world_(world),
       port_(port),
       panel_(panel),
-      timerDebugAutoSend_(world.loop, [this] { TimerDebugAutoSend_Timer(); }, platform::Timer::Kind::Periodic),
-      timerSpreadAutoSend_(world.loop, [this] { TimerSpreadAutoSend_Timer(); }, platform::Timer::Kind::Periodic) {
+      timerDebugAutoSend_(
+          world.loop, [this] { TimerDebugAutoSend_Timer(); }, platform::Timer::Kind::Periodic),
+      timerSpreadAutoSend_(
+          world.loop, [this] { TimerSpreadAutoSend_Timer(); }, platform::Timer::Kind::Periodic) {
   panel_.comDebugSend.onClick = [this] { comDebugSend_Click(); };
   panel_.comClearSend.onClick = [this] { panel_.texSend.clear(); };
   panel_.comAutoSend.onClick = [this] { comAutoSend_Click(); };
@@ -67,11 +69,14 @@ void SendArea::write(std::span<const std::uint8_t> bytes) {
   port_.write(bytes);
 }
 
-void SendArea::comDebugSend_Click() { sendToolText(panel_.texSend.text(), panel_.optHexSend[1].value()); }
+void SendArea::comDebugSend_Click() {
+  sendToolText(panel_.texSend.text(), panel_.optHexSend[1].value());
+}
 
 void SendArea::comAutoSend_Click() {
   if (repeats()) return stopRepeat();
-  toggle(panel_.comAutoSend, timerDebugAutoSend_, panel_.texSendCycle, kStopRepeatCaption, "The interval is too small.");
+  toggle(panel_.comAutoSend, timerDebugAutoSend_, panel_.texSendCycle, kStopRepeatCaption,
+         "The interval is too small.");
 }
 
 void SendArea::comSpreadAutoSend_Click() {
@@ -144,6 +149,8 @@ void SendArea::clearCount() {
   showCount();
 }
 
-void SendArea::showCount() { panel_.labSendCount.setCaption("Send counter:" + std::to_string(txTotal_)); }
+void SendArea::showCount() {
+  panel_.labSendCount.setCaption("Send counter:" + std::to_string(txTotal_));
+}
 
 }  // namespace kvr::comtool

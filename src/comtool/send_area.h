@@ -1,5 +1,6 @@
 // The send side of the terminal: one text with a repeat timer, a list of strings with a round, and keys typed into the
-// receive pane. All of them end in `sendToolText` or `sendBytes`, which open the port if need be and count what went out.
+// receive pane. All of them end in `sendToolText` or `sendBytes`, which open the port if need be and count what went
+// out.
 #pragma once
 
 #include <functional>

@@ -17,14 +17,15 @@ struct CharRange {
 constexpr std::array kCombining{CharRange{0x0300, 0x036F}, CharRange{0x0483, 0x0489}, CharRange{0x0591, 0x05BD},
                                 CharRange{0x064B, 0x065F}, CharRange{0x200B, 0x200F}, CharRange{0x20D0, 0x20F0},
                                 CharRange{0xFE00, 0xFE0F}, CharRange{0xFE20, 0xFE2F}};
-constexpr std::array kWide{CharRange{0x1100, 0x115F},   CharRange{0x2E80, 0x303E},   CharRange{0x3041, 0xA4CF},
-                           CharRange{0xAC00, 0xD7A3},   CharRange{0xF900, 0xFAFF},   CharRange{0xFE30, 0xFE6F},
-                           CharRange{0xFF00, 0xFF60},   CharRange{0xFFE0, 0xFFE6},   CharRange{0x1F300, 0x1F64F},
+constexpr std::array kWide{CharRange{0x1100, 0x115F},   CharRange{0x2E80, 0x303E},  CharRange{0x3041, 0xA4CF},
+                           CharRange{0xAC00, 0xD7A3},   CharRange{0xF900, 0xFAFF},  CharRange{0xFE30, 0xFE6F},
+                           CharRange{0xFF00, 0xFF60},   CharRange{0xFFE0, 0xFFE6},  CharRange{0x1F300, 0x1F64F},
                            CharRange{0x1F900, 0x1F9FF}, CharRange{0x20000, 0x3FFFD}};
 
 template <std::size_t N>
 bool within(const std::array<CharRange, N>& ranges, char32_t value) {
-  return std::any_of(ranges.begin(), ranges.end(), [&](const CharRange& r) { return value >= r.first && value <= r.last; });
+  return std::any_of(ranges.begin(), ranges.end(),
+                     [&](const CharRange& r) { return value >= r.first && value <= r.last; });
 }
 
 }  // namespace

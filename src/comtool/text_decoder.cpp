@@ -53,6 +53,8 @@ std::string TextDecoder::finish() {
   return text;
 }
 
-std::string TextDecoder::takeHeld() { return std::exchange(held_, {}); }
+std::string TextDecoder::takeHeld() {
+  return std::exchange(held_, {});
+}
 
 }  // namespace kvr::comtool

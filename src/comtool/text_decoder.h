@@ -1,5 +1,5 @@
-// Bytes from the line as text. Firmware writes in the code page of the person's system, which is UTF-8; a character whose
-// bytes arrive in two reads is put together, and a byte that belongs to no character shows as U+FFFD.
+// Bytes from the line as text. Firmware writes in the code page of the person's system, which is UTF-8; a character
+// whose bytes arrive in two reads is put together, and a byte that belongs to no character shows as U+FFFD.
 #pragma once
 
 #include <cstdint>

@@ -4,7 +4,9 @@ namespace kvr::comtool {
 
 namespace {
 
-bool isLineEnd(char c) { return c == '\r' || c == '\n'; }
+bool isLineEnd(char c) {
+  return c == '\r' || c == '\n';
+}
 
 }  // namespace
 

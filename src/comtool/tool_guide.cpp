@@ -52,6 +52,8 @@ Some simple functions will be ignored.
 
 }  // namespace
 
-std::string_view toolGuide() { return kGuide; }
+std::string_view toolGuide() {
+  return kGuide;
+}
 
 }  // namespace kvr::comtool

@@ -1,7 +1,7 @@
 // The controls of the terminal page: port settings, receive pane, send areas.
 //
-// Captions are state here: "Open COM" / "Close COM", "Repeat Send" / "Stop Repeat", "Round Send" / "Stop Round" tell whether
-// the port is open and which automatic send runs. Use the constants below to compare.
+// Captions are state here: "Open COM" / "Close COM", "Repeat Send" / "Stop Repeat", "Round Send" / "Stop Round" tell
+// whether the port is open and which automatic send runs. Use the constants below to compare.
 #pragma once
 
 #include "comtool/receive_pane.h"
@@ -69,7 +69,7 @@ struct ToolPanel {
   platform::Button comDebugSend{"comDebugSend"};
   platform::Button comClearSend{"comClearSend"};
   platform::Button comAutoSend{"comAutoSend"};
-  platform::TextBox texSendCycle{"texSendCycle"};  // milliseconds
+  platform::TextBox texSendCycle{"texSendCycle"};                           // milliseconds
   platform::ControlArray<platform::Label, 2> labSendCycle{"labSendCycle"};  // before and behind the box
 
   // The list of strings.
@@ -78,7 +78,7 @@ struct ToolPanel {
   platform::ControlArray<platform::Button, kStrings> comSpreadSendCom{"comSpreadSendCom"};  // caption: its number
   platform::ControlArray<platform::CheckBox, kStrings> cheSpreadHex{"cheSpreadHex"};
   platform::Button comSpreadAutoSend{"comSpreadAutoSend"};
-  platform::TextBox texSpreadSendCycle{"texSpreadSendCycle"};  // milliseconds
+  platform::TextBox texSpreadSendCycle{"texSpreadSendCycle"};                           // milliseconds
   platform::ControlArray<platform::Label, 2> labSpreadSendCycle{"labSpreadSendCycle"};  // before and behind the box
 
  private:

@@ -16,8 +16,12 @@ ToolPort::ToolPort(platform::World world, engine::PortLease& lease, const engine
   lease_.onVanished(engine::Master::Tool, [this](const platform::PortError& error) { vanished(error); });
   panel_.com_Debug_Baud.onClick = [this] { com_Debug_Baud_Change(); };
   panel_.com_Debug_Baud.onChange = [this] { com_Debug_Baud_Change(); };
-  panel_.che_DTR.onClick = [this] { if (holds()) lease_.link().setDtr(panel_.che_DTR.value()); };
-  panel_.che_RTS.onClick = [this] { if (holds()) lease_.link().setRts(panel_.che_RTS.value()); };
+  panel_.che_DTR.onClick = [this] {
+    if (holds()) lease_.link().setDtr(panel_.che_DTR.value());
+  };
+  panel_.che_RTS.onClick = [this] {
+    if (holds()) lease_.link().setRts(panel_.che_RTS.value());
+  };
   lockToken_ = lock_.changed.watch([this] { applyLock(); });
 }
 

@@ -20,8 +20,8 @@ void TerminalView::typed(const QString& text) {
 // Copying goes first while something is selected; otherwise Ctrl+C is a key that is sent like any other.
 void TerminalView::keyPressEvent(QKeyEvent* event) {
   const bool shifted = event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier);
-  const bool copies = (event->matches(QKeySequence::Copy) && !pane_.selection().empty()) ||
-                      (shifted && event->key() == Qt::Key_C);
+  const bool copies =
+      (event->matches(QKeySequence::Copy) && !pane_.selection().empty()) || (shifted && event->key() == Qt::Key_C);
   if (copies) return copy();
   if (shifted && event->key() == Qt::Key_A) return selectAll();
   if (scrolledByKey(*event)) return;
@@ -32,17 +32,32 @@ void TerminalView::keyPressEvent(QKeyEvent* event) {
 bool TerminalView::scrolledByKey(QKeyEvent& event) {
   QScrollBar& bar = *verticalScrollBar();
   switch (event.key()) {
-    case Qt::Key_Up: bar.setValue(bar.value() - 1); return true;
-    case Qt::Key_Down: bar.setValue(bar.value() + 1); return true;
-    case Qt::Key_PageUp: bar.setValue(bar.value() - visibleRows()); return true;
-    case Qt::Key_PageDown: bar.setValue(bar.value() + visibleRows()); return true;
-    case Qt::Key_Home: bar.setValue(bar.minimum()); return true;
-    case Qt::Key_End: bar.setValue(bar.maximum()); return true;
-    default: return false;
+    case Qt::Key_Up:
+      bar.setValue(bar.value() - 1);
+      return true;
+    case Qt::Key_Down:
+      bar.setValue(bar.value() + 1);
+      return true;
+    case Qt::Key_PageUp:
+      bar.setValue(bar.value() - visibleRows());
+      return true;
+    case Qt::Key_PageDown:
+      bar.setValue(bar.value() + visibleRows());
+      return true;
+    case Qt::Key_Home:
+      bar.setValue(bar.minimum());
+      return true;
+    case Qt::Key_End:
+      bar.setValue(bar.maximum());
+      return true;
+    default:
+      return false;
   }
 }
 
-void TerminalView::inputMethodEvent(QInputMethodEvent* event) { typed(event->commitString()); }
+void TerminalView::inputMethodEvent(QInputMethodEvent* event) {
+  typed(event->commitString());
+}
 
 TerminalView::Position TerminalView::positionAt(QPoint point) const {
   const auto& text = pane_.content();
@@ -54,13 +69,17 @@ TerminalView::Position TerminalView::positionAt(QPoint point) const {
 }
 
 // The mouse may leave the view while it selects: the view goes along.
-void TerminalView::selectTo(Position position) { pane_.select(pane_.anchor(), position); }
+void TerminalView::selectTo(Position position) {
+  pane_.select(pane_.anchor(), position);
+}
 
 void TerminalView::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) return;
   const Position position = positionAt(event->pos());
-  if (event->modifiers() & Qt::ShiftModifier) selectTo(position);
-  else pane_.select(position, position);
+  if (event->modifiers() & Qt::ShiftModifier)
+    selectTo(position);
+  else
+    pane_.select(position, position);
 }
 
 void TerminalView::mouseMoveEvent(QMouseEvent* event) {

@@ -9,7 +9,9 @@ namespace kvr::window {
 namespace {
 
 // Characters that every fixed width font draws in one cell; the others are placed one by one.
-bool isPlain(char32_t value) { return value >= 0x20 && value < 0x7F; }
+bool isPlain(char32_t value) {
+  return value >= 0x20 && value < 0x7F;
+}
 
 bool isAllPlain(std::string_view row) {
   for (const char c : row)

@@ -18,7 +18,9 @@ namespace kvr::window {
 
 namespace {
 
-int rowNumber(std::size_t row) { return static_cast<int>(row); }
+int rowNumber(std::size_t row) {
+  return static_cast<int>(row);
+}
 
 }  // namespace
 
@@ -50,9 +52,15 @@ void TerminalView::measureFont() {
   ascent_ = static_cast<int>(std::ceil(metrics.ascent()));
 }
 
-int TerminalView::visibleRows() const { return std::max(1, viewport()->height() / rowHeight_); }
-int TerminalView::firstRow() const { return verticalScrollBar()->value(); }
-QString TerminalView::selectedText() const { return QString::fromStdString(pane_.selectedText()); }
+int TerminalView::visibleRows() const {
+  return std::max(1, viewport()->height() / rowHeight_);
+}
+int TerminalView::firstRow() const {
+  return verticalScrollBar()->value();
+}
+QString TerminalView::selectedText() const {
+  return QString::fromStdString(pane_.selectedText());
+}
 
 // Costs the same however much text there is: the range of the scroll bar, and a repaint that Qt puts off.
 void TerminalView::textChanged() {
@@ -73,7 +81,9 @@ void TerminalView::layOut() {
   textChanged();
 }
 
-void TerminalView::resizeEvent(QResizeEvent*) { layOut(); }
+void TerminalView::resizeEvent(QResizeEvent*) {
+  layOut();
+}
 
 void TerminalView::changeEvent(QEvent* event) {
   QAbstractScrollArea::changeEvent(event);
@@ -130,13 +140,15 @@ void TerminalView::paintEvent(QPaintEvent* event) {
     if (selection.empty() || selection.from >= row.end() || selection.to <= row.start) continue;
     const int from = selection.from <= row.start ? 0 : comtool::columnAt(row.shown(), selection.from - row.start);
     const bool whole = selection.to >= row.end();
-    const int to = whole ? row.columns + (row.endBytes ? 1 : 0) : comtool::columnAt(row.shown(), selection.to - row.start);
+    const int to =
+        whole ? row.columns + (row.endBytes ? 1 : 0) : comtool::columnAt(row.shown(), selection.to - row.start);
     drawSelected(painter, cell, line * rowHeight_, row.shown(), from, to, palette());
   }
   if (!hasFocus() || text.rowCount() == 0) return;
   const auto& end = text.row(text.rowCount() - 1);
   const int line = rowNumber(text.rowCount()) - 1 - firstRow() + (end.endBytes ? 1 : 0);
-  painter.drawRect(QRectF((end.endBytes ? 0 : end.columns) * cellWidth_, line * rowHeight_, cellWidth_ - 1, rowHeight_ - 1));
+  painter.drawRect(
+      QRectF((end.endBytes ? 0 : end.columns) * cellWidth_, line * rowHeight_, cellWidth_ - 1, rowHeight_ - 1));
 }
 
 void TerminalView::focusInEvent(QFocusEvent* event) {
@@ -163,7 +175,9 @@ void TerminalView::copy() const {
   if (!pane_.selection().empty()) QGuiApplication::clipboard()->setText(selectedText());
 }
 
-void TerminalView::selectAll() { pane_.select(pane_.content().begin(), pane_.content().end()); }
+void TerminalView::selectAll() {
+  pane_.select(pane_.content().begin(), pane_.content().end());
+}
 
 TerminalView* makeTerminalView(platform::EventLoop& loop, comtool::ToolPanel& panel) {
   return new TerminalView(loop, panel.texReceive, panel.che_AutoScroll);

@@ -1,6 +1,6 @@
-// The receive pane on the screen. It draws the rows that are visible and no others, whatever lies above them; it follows the
-// end until the person scrolls up (the box "Auto scroll" shows and sets it). Text is selected with the mouse and copied;
-// typed keys go to the pane's handler as gestures.
+// The receive pane on the screen. It draws the rows that are visible and no others, whatever lies above them; it
+// follows the end until the person scrolls up (the box "Auto scroll" shows and sets it). Text is selected with the
+// mouse and copied; typed keys go to the pane's handler as gestures.
 #pragma once
 
 #include <QAbstractScrollArea>
@@ -60,9 +60,9 @@ class TerminalView : public QAbstractScrollArea {
   double cellWidth_ = 8;
   int rowHeight_ = 16;
   int ascent_ = 12;
-  Position top_ = 0;  // of the first visible row: it stays in sight when old text goes or the width changes
+  Position top_ = 0;       // of the first visible row: it stays in sight when old text goes or the width changes
   bool following_ = true;  // what the box says, or will say once the person's scrolling has been handled
-  bool moving_ = false;  // the scroll bar is moved by this code, not by the person
+  bool moving_ = false;    // the scroll bar is moved by this code, not by the person
 };
 
 // The pane for the terminal's page.
