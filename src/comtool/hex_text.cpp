@@ -1,7 +1,5 @@
 #include "comtool/hex_text.h"
 
-#include "platform/text.h"
-
 namespace kvr::comtool {
 
 namespace {
@@ -19,8 +17,7 @@ int digitOf(char c) {
 
 }  // namespace
 
-HexText parseHexText(std::string_view given) {
-  const std::string text = platform::trim(given);
+HexText parseHexText(std::string_view text) {
   HexText result;
   std::size_t count = 0;
   int high = kBlank;

@@ -15,7 +15,8 @@ inline constexpr const char* kRepeatCaption = "Repeat Send";
 inline constexpr const char* kStopRepeatCaption = "Stop Repeat";
 inline constexpr const char* kRoundCaption = "Round Send";
 inline constexpr const char* kStopRoundCaption = "Stop Round";
-inline constexpr const char* kSampleSendText = "Hello from KVR-ISP";  // what `texSend` holds at the first start
+// What `texSend` holds at the first start.
+inline constexpr const char* kSampleSendText = "KVR-ISP 0123456789 The quick brown fox jumps over the lazy dog.";
 
 struct ToolPanel {
   static constexpr std::size_t kPages = 3;     // pages that show the port's state: terminal, two monitor pages

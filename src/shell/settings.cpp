@@ -135,6 +135,9 @@ void Settings::loadOne(const SettingBinding& binding) {
     case SettingKind::Number:
       if (isNumber(stored)) control->setProperty(propertyOf(binding.kind), platform::trim(stored));
       break;
+    case SettingKind::Check:
+      if (truthOf(stored)) control->setProperty("Value", stored);
+      break;
     case SettingKind::Pair:
       if (const auto truth = truthOf(stored)) choose(binding, *truth);
       break;

@@ -1,13 +1,12 @@
 #include "shell/settings_table.h"
 
+#include "comtool/tool_panel.h"
+
 namespace kvr::shell {
 namespace {
 
 constexpr int kSingle = platform::Control::kSingle;
 constexpr int kSpreadRows = 25;
-
-// The line that a first start offers to send.
-constexpr const char* kSampleText = "KVR-ISP 0123456789 The quick brown fox jumps over the lazy dog.";
 
 using Kind = SettingKind;
 using Group = SettingGroup;
@@ -58,8 +57,13 @@ void addTool(std::vector<SettingBinding>& table) {
   writeOnly("DebugAutoOpenPort", Kind::Check, "che_AutoOpenPort", kSingle);
   writeOnly("optHexSend_0", Kind::Option, "optHexSend", 0);
   writeOnly("optHexSend_1", Kind::Option, "optHexSend", 1);
+  add("DebugDTR", Kind::Check, "1", "che_DTR");
+  add("DebugRTS", Kind::Check, "1", "che_RTS");
+  add("DebugTimeStamp", Kind::Index, "0", "comb_TimeStamp");
+  add("DebugKeepNewest", Kind::Check, "0", "che_KeepNewest");
+  add("DebugLineEnd", Kind::Index, "0", "comb_LineEnd");
   add("texSendCycle", Kind::Text, "1000", "texSendCycle");
-  add("texSendText", Kind::Text, kSampleText, "texSend");
+  add("texSendText", Kind::Text, comtool::kSampleSendText, "texSend");
   add("texSpreadSendCycle", Kind::Text, "1000", "texSpreadSendCycle");
   for (int i = 0; i < kSpreadRows; ++i) add("cheSpreadHex_" + std::to_string(i), Kind::Check, "0", "cheSpreadHex", i);
   for (int i = 0; i < kSpreadRows; ++i) add("texSpreadSend_" + std::to_string(i), Kind::Text, "", "texSpreadSend", i);

@@ -170,7 +170,7 @@ TEST(HexText, ReadsPairsAndLoneDigits) {
   EXPECT_EQ(parseHexText("ABC"), (HexText{Fault::None, {0xAB, 0x0C}}));
   EXPECT_EQ(parseHexText("A BC   D"), (HexText{Fault::None, {0x0A, 0xBC, 0x0D}}));
   EXPECT_EQ(parseHexText("   "), HexText{});
-  for (const char* bad : {"0x12", "12,34", "1\t2", "G", "12 \xC3\xA9"})
+  for (const char* bad : {"0x12", "12,34", "1\t2", "12\r", "G", "12 \xC3\xA9"})
     EXPECT_EQ(parseHexText(bad), (HexText{Fault::BadCharacter, {}})) << bad;
   EXPECT_EQ(parseHexText(std::string(2 * 4097, 'A')).bytes.size(), 4097U);
   EXPECT_EQ(parseHexText(std::string(2 * 4097 + 1, 'A')), (HexText{Fault::TooLong, {}}));

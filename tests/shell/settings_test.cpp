@@ -88,6 +88,8 @@ TEST_F(SettingsTest, LeaveAControlAloneWhenAStoredValueDoesNotFit) {
   put("BeepYesNo", "yes");
   put("DeviceProducts", "FamilyHazel");
   put("MainWidth", "wide");
+  put("DebugDTR", "maybe");
+  put("DebugTimeStamp", "3");
   const auto form = make();
   combo(*form, "comDalay_ReDownLoad").setListIndex(2);
   form->load();
@@ -98,6 +100,8 @@ TEST_F(SettingsTest, LeaveAControlAloneWhenAStoredValueDoesNotFit) {
   EXPECT_EQ(value(*form, "optBeepNo"), "True");
   EXPECT_EQ(form->model.name(), "Hazel-H04");
   EXPECT_EQ(form->windowPlace().width, 12000);
+  EXPECT_EQ(value(*form, "che_DTR"), "1");
+  EXPECT_EQ(combo(*form, "comb_TimeStamp").listIndex(), 0);
 }
 
 TEST_F(SettingsTest, NeverReadWhatIsOnlyWritten) {
