@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QKeyEvent>
@@ -10,6 +11,20 @@
 
 #include "platform/virtual/virtual_loop.h"
 #include "shell/qt/terminal_view.h"
+
+namespace {
+std::vector<QString> toldTexts;
+}
+
+// Off screen nobody asks for accessibility; this program stands in for the one who does.
+bool QAccessible::isActive() {
+  return true;
+}
+void QAccessible::updateAccessibility(QAccessibleEvent* event) {
+  if (event->type() != QAccessible::TextInserted) return;
+  auto* inserted = static_cast<QAccessibleTextInsertEvent*>(event);
+  toldTexts.push_back(QString::number(inserted->changePosition()) + u'+' + inserted->textInserted());
+}
 
 namespace kvr::window {
 namespace {
@@ -106,6 +121,40 @@ TEST(TerminalView, AFoundTextIsBroughtIntoSight) {
   p.pane().show(*p.pane().content().find("line 123", 0));
   EXPECT_TRUE(p.view->visibleText().contains(QStringLiteral("line 123\n")));
   EXPECT_EQ(p.view->selectedText().toStdString(), "line 123");
+}
+
+TEST(TerminalView, AssistiveProgramsReadTheWholePaneLineByLineAndHearWhatComes) {
+  Pane p;
+  auto* accessible = QAccessible::queryAccessibleInterface(p.view.get());
+  ASSERT_NE(accessible, nullptr);
+  EXPECT_EQ(accessible->role(), QAccessible::Terminal);
+  auto* text = accessible->textInterface();
+  ASSERT_NE(text, nullptr);
+  EXPECT_EQ(text->characterCount(), 0);
+  toldTexts.clear();
+  p.pane().append("\xF0\x9F\x98\x80 one\r\n");
+  p.pane().append("two");
+  EXPECT_EQ(toldTexts, (std::vector<QString>{QStringLiteral("0+\U0001F600 one\r\n"), QStringLiteral("8+two")}));
+  EXPECT_EQ(text->characterCount(), 11);
+  EXPECT_EQ(text->text(3, 9), QStringLiteral("one\r\nt"));
+  int start = 0;
+  int end = 0;
+  EXPECT_EQ(text->textAtOffset(9, QAccessible::LineBoundary, &start, &end), QStringLiteral("two"));
+  EXPECT_EQ(text->textBeforeOffset(11, QAccessible::LineBoundary, &start, &end), QStringLiteral("\U0001F600 one\r\n"));
+  EXPECT_EQ(std::pair(start, end), std::pair(0, 8));
+  EXPECT_EQ(text->cursorPosition(), 11);
+  text->setSelection(0, 3, 6);
+  EXPECT_EQ(p.view->selectedText(), QStringLiteral("one"));
+  EXPECT_EQ(text->cursorPosition(), 6);
+  text->removeSelection(0);
+  EXPECT_EQ(text->selectionCount(), 0);
+  for (const int offset : {0, 2, 4, 8, 10})
+    EXPECT_EQ(text->offsetAtPoint(text->characterRect(offset).center()), offset);
+  p.addLines(500);
+  text->setCursorPosition(0);
+  EXPECT_EQ(p.view->firstRow(), 0);
+  EXPECT_EQ(text->textAtOffset(text->characterCount(), QAccessible::LineBoundary, &start, &end), QString());
+  EXPECT_EQ(start, text->characterCount());
 }
 
 TEST(TerminalView, OneEndlessLineOfEveryKindOfCharacterIsDrawn) {

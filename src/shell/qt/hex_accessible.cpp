@@ -1,7 +1,5 @@
 #include "shell/qt/hex_accessible.h"
 
-#include <QAccessibleWidget>
-
 #include "shell/qt/hex_view.h"
 
 namespace kvr::window {
@@ -9,18 +7,13 @@ namespace {
 
 constexpr int kFirstByteAt = 10;  // characters in front of a line's first byte
 
-class AccessibleHexView : public QAccessibleWidget, public QAccessibleTextInterface {
+class AccessibleHexView : public AccessibleTextArea {
  public:
-  explicit AccessibleHexView(HexView* view) : QAccessibleWidget(view, QAccessible::EditableText), view_(*view) {}
+  explicit AccessibleHexView(HexView& view) : AccessibleTextArea(&view, QAccessible::EditableText), view_(view) {}
 
-  void* interface_cast(QAccessible::InterfaceType type) override {
-    if (type == QAccessible::TextInterface) return static_cast<QAccessibleTextInterface*>(this);
-    return QAccessibleWidget::interface_cast(type);
-  }
   QAccessible::State state() const override {
-    QAccessible::State state = QAccessibleWidget::state();
+    QAccessible::State state = AccessibleTextArea::state();
     state.editable = true;
-    state.multiLine = true;
     return state;
   }
   // The value is the byte under the caret, in words.
@@ -66,7 +59,6 @@ class AccessibleHexView : public QAccessibleWidget, public QAccessibleTextInterf
     move(start, false);
     move(end - 1, true);
   }
-  void setSelection(int, int start, int end) override { addSelection(start, end); }
   void removeSelection(int) override { move(cursorPosition(), false); }
 
   QRect characterRect(int offset) const override {
@@ -77,11 +69,6 @@ class AccessibleHexView : public QAccessibleWidget, public QAccessibleTextInterf
     return textOffset(model(), view_.spotAt(view_.viewport()->mapFromGlobal(point)));
   }
   void scrollToSubstring(int start, int) override { move(start, false); }
-  QString attributes(int offset, int* start, int* end) const override {
-    *start = offset;
-    *end = offset + 1;
-    return {};
-  }
 
  private:
   const images::HexViewModel& model() const { return view_.model(); }
@@ -99,16 +86,10 @@ class AccessibleHexView : public QAccessibleWidget, public QAccessibleTextInterf
   HexView& view_;
 };
 
-QAccessibleInterface* make(const QString&, QObject* object) {
-  auto* view = qobject_cast<HexView*>(object);
-  return view != nullptr ? new AccessibleHexView(view) : nullptr;
-}
-
 }  // namespace
 
-void announceHexViews() {
-  static const bool once = (QAccessible::installFactory(make), true);
-  (void)once;
+QAccessibleInterface* accessibleHexView(HexView& view) {
+  return new AccessibleHexView(view);
 }
 
 int textOffset(const images::HexViewModel& model, images::HexSpot spot) {

@@ -4,14 +4,11 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
-#include <QFontDatabase>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
 #include <QScrollBar>
 #include <QSignalBlocker>
-
-#include "shell/qt/hex_accessible.h"
 
 namespace kvr::window {
 
@@ -19,13 +16,7 @@ using images::HexKey;
 using images::HexSpot;
 
 HexView::HexView(platform::EventLoop& loop, images::HexPane& pane, platform::ScrollBar& bar, const QString& name)
-    : loop_(loop), pane_(pane), bar_(bar), geometry_(QFontDatabase::systemFont(QFontDatabase::FixedFont)) {
-  announceHexViews();
-  setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-  geometry_ = HexGeometry(font());
-  setFocusPolicy(Qt::StrongFocus);
-  viewport()->setCursor(Qt::IBeamCursor);
-  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    : loop_(loop), pane_(pane), bar_(bar), geometry_(font()) {
   auto* scroll = verticalScrollBar();
   scroll->setObjectName(objectNameOf(bar));
   scroll->setAccessibleName(name + QStringLiteral(", scroll position"));
@@ -95,18 +86,6 @@ void HexView::paintEvent(QPaintEvent* event) {
   const HexColours colours(palette());
   const HexPainting painting{geometry_, colours, model(), hasFocus(), isEnabled()};
   painting.draw(painter, event->rect().translated(shift, 0), viewport()->width() + shift);
-}
-
-void HexView::resizeEvent(QResizeEvent* event) {
-  QAbstractScrollArea::resizeEvent(event);
-  fit();
-}
-
-void HexView::changeEvent(QEvent* event) {
-  QAbstractScrollArea::changeEvent(event);
-  if (event->type() != QEvent::FontChange) return;
-  geometry_ = HexGeometry(font());
-  fit();
 }
 
 bool HexView::command(QKeyEvent* event) {
@@ -192,16 +171,6 @@ void HexView::contextMenuEvent(QContextMenuEvent* event) {
   menu->addAction(QStringLiteral("Find..."), this, [this] { Q_EMIT findWanted(); });
   menu->addAction(QStringLiteral("Go to address..."), this, [this] { Q_EMIT goToWanted(); });
   menu->popup(event->globalPos());
-}
-
-void HexView::focusInEvent(QFocusEvent* event) {
-  QAbstractScrollArea::focusInEvent(event);
-  viewport()->update();
-}
-
-void HexView::focusOutEvent(QFocusEvent* event) {
-  QAbstractScrollArea::focusOutEvent(event);
-  viewport()->update();
 }
 
 void HexView::scrollContentsBy(int, int) {

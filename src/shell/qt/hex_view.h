@@ -6,17 +6,17 @@
 // byte, Ctrl+A, Ctrl+C (the selection as hexadecimal text), Ctrl+F, Ctrl+G, F3 and Shift+F3.
 #pragma once
 
-#include <QAbstractScrollArea>
-
 #include "images/hex_pane.h"
 #include "platform/controls.h"
 #include "platform/event_loop.h"
 #include "shell/qt/binding.h"
+#include "shell/qt/hex_accessible.h"
 #include "shell/qt/hex_paint.h"
+#include "shell/qt/text_area.h"
 
 namespace kvr::window {
 
-class HexView : public QAbstractScrollArea {
+class HexView : public TextArea {
   Q_OBJECT
  public:
   // `bar`: the scroll position in lines, which the view and its owner share. Both controls must outlive the view.
@@ -28,6 +28,7 @@ class HexView : public QAbstractScrollArea {
   QRect cellRect(images::HexSpot spot) const;  // on the viewport; also outside of it
   images::HexSpot spotAt(const QPoint& point) const;
   void copySelection() const;
+  QAccessibleInterface* makeAccessible() override { return accessibleHexView(*this); }
   // Moves the caret by `change` (find, go to) and scrolls it into view. `change` runs from the event loop.
   void moveBy(std::function<void(images::HexViewModel&)> change);
 
@@ -38,20 +39,17 @@ class HexView : public QAbstractScrollArea {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
-  void resizeEvent(QResizeEvent* event) override;
-  void changeEvent(QEvent* event) override;
+  void measureFont() override { geometry_ = HexGeometry(font()); }
+  void fit() override;
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
-  void focusInEvent(QFocusEvent* event) override;
-  void focusOutEvent(QFocusEvent* event) override;
   void scrollContentsBy(int dx, int dy) override;
   QSize sizeHint() const override;
 
  private:
   void showModel();
-  void fit();
   void tellCaret();
   bool command(QKeyEvent* event);
   platform::EventLoop& loop_;

@@ -1,7 +1,6 @@
 #include "shell/qt/terminal_view.h"
 
 #include <QClipboard>
-#include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QPaintEvent>
@@ -26,13 +25,9 @@ int rowNumber(std::size_t row) {
 
 TerminalView::TerminalView(platform::EventLoop& loop, comtool::ReceivePane& pane, platform::CheckBox& autoScroll)
     : loop_(loop), pane_(pane), autoScroll_(autoScroll) {
-  setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   setVerticalScrollBar(new CalmScrollBar(this));
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-  setFocusPolicy(Qt::StrongFocus);
   setAttribute(Qt::WA_InputMethodEnabled);
-  viewport()->setCursor(Qt::IBeamCursor);
   viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
   measureFont();
   binding_ = new Binding(loop, pane, *this, QStringLiteral("Received text; keys typed here are sent"),
@@ -74,22 +69,12 @@ void TerminalView::textChanged() {
   moving_ = false;
   keepTop();
   viewport()->update();
+  tellText();
 }
 
-void TerminalView::layOut() {
+void TerminalView::fit() {
   pane_.setWidth(static_cast<int>(viewport()->width() / cellWidth_));
   textChanged();
-}
-
-void TerminalView::resizeEvent(QResizeEvent*) {
-  layOut();
-}
-
-void TerminalView::changeEvent(QEvent* event) {
-  QAbstractScrollArea::changeEvent(event);
-  if (event->type() != QEvent::FontChange) return;
-  measureFont();
-  layOut();
 }
 
 // Called for every move of the scroll bar. A person's move decides whether the view follows the end.
@@ -112,12 +97,26 @@ void TerminalView::scrolledByPerson() {
   loop_.post([&box = autoScroll_, atEnd] { box.userSet(atEnd); });
 }
 
-void TerminalView::reveal(Position position) {
+void TerminalView::scrollTo(Position position) {
   const int row = rowNumber(pane_.content().rowAt(position));
   if (row >= firstRow() && row < firstRow() + visibleRows()) return;
-  moving_ = true;
   verticalScrollBar()->setValue(row - visibleRows() / 2);
+}
+
+void TerminalView::reveal(Position position) {
+  moving_ = true;
+  scrollTo(position);
   moving_ = false;
+}
+
+QRect TerminalView::cellRect(Position position) const {
+  const auto& text = pane_.content();
+  if (text.rowCount() == 0) return {0, 0, static_cast<int>(cellWidth_), rowHeight_};
+  const std::size_t index = text.rowAt(position);
+  const auto& row = text.row(index);
+  const int column = comtool::columnAt(row.shown(), position - std::min(position, row.start));
+  const int y = (rowNumber(index) - firstRow()) * rowHeight_;
+  return QRectF(column * cellWidth_, y, cellWidth_, rowHeight_).toAlignedRect();
 }
 
 void TerminalView::paintEvent(QPaintEvent* event) {
@@ -149,16 +148,6 @@ void TerminalView::paintEvent(QPaintEvent* event) {
   const int line = rowNumber(text.rowCount()) - 1 - firstRow() + (end.endBytes ? 1 : 0);
   painter.drawRect(
       QRectF((end.endBytes ? 0 : end.columns) * cellWidth_, line * rowHeight_, cellWidth_ - 1, rowHeight_ - 1));
-}
-
-void TerminalView::focusInEvent(QFocusEvent* event) {
-  QAbstractScrollArea::focusInEvent(event);
-  viewport()->update();
-}
-
-void TerminalView::focusOutEvent(QFocusEvent* event) {
-  QAbstractScrollArea::focusOutEvent(event);
-  viewport()->update();
 }
 
 QString TerminalView::visibleText() const {

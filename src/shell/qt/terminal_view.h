@@ -3,16 +3,16 @@
 // mouse and copied; typed keys go to the pane's handler as gestures.
 #pragma once
 
-#include <QAbstractScrollArea>
-
 #include "comtool/tool_panel.h"
 #include "platform/event_loop.h"
 #include "shell/qt/binding.h"
+#include "shell/qt/text_area.h"
 
 namespace kvr::window {
 
-class TerminalView : public QAbstractScrollArea {
+class TerminalView : public TextArea {
  public:
+  using Position = comtool::PaneText::Position;
   TerminalView(platform::EventLoop& loop, comtool::ReceivePane& pane, platform::CheckBox& autoScroll);
   ~TerminalView() override { pane_.revealRequest = {}; }
 
@@ -22,13 +22,19 @@ class TerminalView : public QAbstractScrollArea {
   // Rows that fit into the viewport, and the first one that shows.
   int visibleRows() const;
   int firstRow() const;
-  // For accessibility: the text that shows now.
-  QString visibleText() const;
+  QString visibleText() const;  // its rows, each with a line end
+
+  // For assistive programs: what is in the pane and where it lies on the viewport; also outside of it.
+  comtool::ReceivePane& pane() { return pane_; }
+  QRect cellRect(Position position) const;
+  Position positionAt(QPoint point) const;  // of the gap between two characters that is nearest
+  void scrollTo(Position position);         // as the person would
+  QAccessibleInterface* makeAccessible() override;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
-  void resizeEvent(QResizeEvent* event) override;
-  void changeEvent(QEvent* event) override;
+  void measureFont() override;
+  void fit() override;
   void scrollContentsBy(int dx, int dy) override;
   void keyPressEvent(QKeyEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
@@ -37,20 +43,15 @@ class TerminalView : public QAbstractScrollArea {
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
-  void focusInEvent(QFocusEvent* event) override;
-  void focusOutEvent(QFocusEvent* event) override;
 
  private:
-  using Position = comtool::PaneText::Position;
   void textChanged();
-  void measureFont();
-  void layOut();
+  void tellText();
   void reveal(Position position);
   void scrolledByPerson();
   void keepTop();
   void typed(const QString& text);
   bool scrolledByKey(QKeyEvent& event);
-  Position positionAt(QPoint point) const;
   void selectTo(Position position);
 
   platform::EventLoop& loop_;
@@ -60,6 +61,8 @@ class TerminalView : public QAbstractScrollArea {
   double cellWidth_ = 8;
   int rowHeight_ = 16;
   int ascent_ = 12;
+  Position told_ = 0;  // up to where assistive programs have been told of the text
+  comtool::PaneText::Range toldSelection_;
   Position top_ = 0;       // of the first visible row: it stays in sight when old text goes or the width changes
   bool following_ = true;  // what the box says, or will say once the person's scrolling has been handled
   bool moving_ = false;    // the scroll bar is moved by this code, not by the person
