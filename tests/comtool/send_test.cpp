@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "comtool/hex_text.h"
-#include "platform/text.h"
 #include "tool_bench.h"
 
 namespace kvr::comtool {
@@ -174,32 +171,6 @@ TEST(HexText, ReadsPairsAndLoneDigits) {
     EXPECT_EQ(parseHexText(bad), (HexText{Fault::BadCharacter, {}})) << bad;
   EXPECT_EQ(parseHexText(std::string(2 * 4097, 'A')).bytes.size(), 4097U);
   EXPECT_EQ(parseHexText(std::string(2 * 4097 + 1, 'A')), (HexText{Fault::TooLong, {}}));
-}
-
-// The rule word by word: two characters are a token, what follows is trimmed, a token is read as a number.
-Bytes readTokenByToken(std::string text) {
-  Bytes bytes;
-  for (text = platform::trim(text); !text.empty(); text = platform::trim(text)) {
-    bytes.push_back(static_cast<std::uint8_t>(platform::hexOf(platform::trim(text.substr(0, 2)))));
-    text.erase(0, 2);
-  }
-  return bytes;
-}
-
-TEST(HexText, AnyTextIsReadAsItsTokensOrRefused) {
-  std::mt19937 random(99);
-  const std::string good = "0123456789abcdefABCDEF    ";
-  for (int round = 0; round < 4000; ++round) {
-    std::string text(random() % 30, ' ');
-    for (auto& c : text) c = good[random() % good.size()];
-    const bool spoil = !text.empty() && random() % 4 == 0;
-    if (spoil) text[random() % text.size()] = "gG-x.,\xFF"[random() % 7];
-    const HexText parsed = parseHexText(text);
-    if (spoil)
-      ASSERT_EQ(parsed.fault, HexText::Fault::BadCharacter) << text;
-    else
-      ASSERT_EQ(parsed, (HexText{HexText::Fault::None, readTokenByToken(text)})) << text;
-  }
 }
 
 }  // namespace

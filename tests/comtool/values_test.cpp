@@ -3,15 +3,11 @@
 #include <random>
 #include <string>
 
-#include "comtool/pane_text.h"
-#include "comtool/rx_ring.h"
-#include "comtool/text_cells.h"
-#include "comtool/text_decoder.h"
+#include "tests/support/corpus.h"
+#include "text_check.h"
 
 namespace kvr::comtool {
 namespace {
-
-using Bytes = std::vector<std::uint8_t>;
 
 TEST(RxRing, KeepsOneSlotFreeAndWrapsAt245000) {
   RxRing ring;
@@ -50,30 +46,22 @@ TEST(RxRing, HoldsAnyTrafficAgainstASimpleQueue) {
   }
 }
 
-TEST(TextDecoder, WhateverComesTheTextIsValidAndDoesNotDependOnTheCuts) {
+// Mostly bytes that begin or continue characters, or hexadecimal digits and blanks.
+TEST(AnyBytes, AreReadAlikeWhereverTheyAreCutAndInTheTermsOfASecondReading) {
   std::mt19937 random(3);
-  for (int round = 0; round < 300; ++round) {
-    Bytes bytes(40);
-    // Mostly bytes that begin or continue characters.
-    for (auto& byte : bytes) byte = static_cast<std::uint8_t>(random() % 4 ? 0x80 | random() : random());
-    TextDecoder whole;
-    std::string expected = whole.decode(bytes);
-    expected += whole.finish();
-    TextDecoder cut;
-    std::string text;
-    for (std::size_t at = 0; at < bytes.size();) {
-      const std::size_t size = std::min<std::size_t>(1 + random() % 5, bytes.size() - at);
-      text += cut.decode({bytes.data() + at, size});
-      at += size;
+  const std::string digits = "0123456789abcdefABCDEF      g";
+  for (int round = 0; round < 1000; ++round) {
+    Bytes bytes(random() % 40);
+    for (auto& byte : bytes) {
+      const auto character = static_cast<std::uint8_t>(random() % 4 ? 0x80 | random() : random());
+      byte = round % 2 ? static_cast<std::uint8_t>(digits[random() % digits.size()]) : character;
     }
-    text += cut.finish();
-    ASSERT_EQ(text, expected);
-    for (std::size_t at = 0; at < text.size();) {
-      const Utf8Char next = firstChar(std::string_view(text).substr(at));
-      ASSERT_FALSE(next.value == 0xFFFD && next.bytes == 1);
-      at += next.bytes;
-    }
+    ASSERT_EQ(hexFaultOf({bytes.begin(), bytes.end()}) + cutFaultOf(bytes), "") << round;
   }
+}
+
+TEST(AnyBytes, OfTheCorpusAreReadCountedAndSentRight) {
+  support::replayCorpus("comtool", faultOf);
 }
 
 TEST(TextDecoder, RefusesOverlongFormsAndSurrogates) {
@@ -84,12 +72,6 @@ TEST(TextDecoder, RefusesOverlongFormsAndSurrogates) {
     text += decoder.finish();
     EXPECT_EQ(text.size(), 3 * bytes.size()) << bad;
   }
-}
-
-std::vector<std::string> rowsOf(const PaneText& text) {
-  std::vector<std::string> rows;
-  for (std::size_t i = 0; i < text.rowCount(); ++i) rows.emplace_back(text.row(i).shown());
-  return rows;
 }
 
 TEST(PaneText, AnyPairOfCrAndLfEndsOneLineEvenCutByTwoReads) {
