@@ -61,9 +61,7 @@ bool BlockWriter::sendDataFrame(const SendPlan& plan, FrameSpan span, bool retri
   format_.clearReply();
   c_.link.write(frame.wire);
   const Millis limit(dataFrameLimitMs(c_.target.targetClockHz, c_.link.currentBaud()));
-  if (format_.awaitReply(limit) && format_.accepts(frame.dataSum)) return true;
-  if (onBadFrame) onBadFrame();
-  return false;
+  return format_.awaitReply(limit) && format_.accepts(frame.dataSum);
 }
 
 }  // namespace kvr::engine

@@ -17,8 +17,6 @@ class BlockWriter {
   // False: a block failed four times, or Stop.
   [[nodiscard]] bool programRange(const SendPlan& plan, SendRange range);
 
-  std::function<void()> onBadFrame;  // a frame failed; a window that is asked to close may end then
-
  private:
   std::int32_t limitByFirmware(std::int32_t end);
   bool programBlock(const SendPlan& plan, AddressRange block, bool split, bool retried);

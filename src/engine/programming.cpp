@@ -115,7 +115,6 @@ bool Programming::sendImages(DataFrameFormat& format) {
   const SendPlan plan = planSends(c_.record(), c_.target.versionNumber(), c_.model.blockSize, c_.run.frameSize,
                                   c_.images.CodeBuffer, c_.images.EepromBuffer);
   BlockWriter writer(c_, format);
-  writer.onBadFrame = onBadFrame;
   for (const SendRange& range : plan.ranges)
     if (!writer.programRange(plan, range)) return false;
   return true;

@@ -20,8 +20,6 @@ class Programming {
   void showProgress();  // the bar over the download button
   void hideProgress();  // gone, and `labKbyte` empty
 
-  std::function<void()> onBadFrame;
-
  private:
   bool eraseFirstGeneration(const Bytes& frame);
   bool awaitErased();

@@ -26,16 +26,11 @@ Session::Session(Conversation& conversation, options::UiLock& lock, Activity& ac
       optionWrite_(conversation),
       rc_(conversation),
       handshake_(conversation, optionWrite_, rc_),
-      programming_(conversation),
-      closeTimer_(conversation.link.world().loop, [this] { tell(hooks_.unloadWindow); }) {
-  closeTimer_.setInterval(Millis(500));
+      programming_(conversation) {
   handshake_.onFirstFrame = [this] {
     answered_ = true;
     firstAnswer_ = c_.link.world().loop.now();
     c_.link.panel().verdict.set(VerdictKind::Working);
-  };
-  programming_.onBadFrame = [this] {
-    if (ask(hooks_.closeAsked, false)) closeTimer_.start();
   };
   DownloadPanel& panel = c_.link.panel();
   panel.comDownload[0].onClick = [this] { comDownload_Click(0); };

@@ -37,9 +37,8 @@ struct SessionHooks {
   std::function<bool()> armCounters;       // false: a serial number could not be put into the image
   std::function<bool()> advanceCounters;   // false: the next one could not
   std::function<std::string()> serialNumber;
-  std::function<void()> relock;      // `comLockOptions_Click` when `lockAfterRun`
-  std::function<bool()> closeAsked;  // the window was asked to close once
-  std::function<void()> unloadWindow;
+  std::function<void()> relock;                    // `comLockOptions_Click` when `lockAfterRun`
+  std::function<bool()> closeAsked;                // the window was asked to close once
   std::function<void(const RunRecord&)> onRunEnd;  // before the verdict is shown
 };
 
@@ -88,7 +87,6 @@ class Session {
   RcMeasuring rc_;
   Handshake handshake_;
   Programming programming_;
-  platform::Timer closeTimer_;  // `Timer4`
   platform::Signal::Token lockToken_;
   platform::Instant firstAnswer_{0};
   bool answered_ = false;
