@@ -1,5 +1,7 @@
 // Clicks and keys on the real widgets reach the controls, and what the controls become shows.
+#include <QFileDialog>
 #include <QLabel>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QScrollArea>
@@ -151,6 +153,45 @@ TEST_F(Window, ShrinkAndResumeLeaveItAsItWas) {
   program->form.main.comMastWindow.press();
   settle();
   EXPECT_EQ(program->window->geometry(), before);
+  click("comMastWindow");
+  settle();
+  program->window->showMaximized();
+  settle();
+  click("comMastWindow");
+  settle();
+  program->window->showNormal();
+  settle();
+  EXPECT_EQ(program->window->geometry(), before);
+}
+
+TEST_F(Window, ASaveDialogAddsTheEndingAndAsksBeforeItReplaces) {
+  open();
+  const auto save = [&](const QString& name) {
+    later(80, [&, name] {
+      auto* dialog = program->window->findChild<QFileDialog*>(QStringLiteral("fileDialog"));
+      ASSERT_NE(dialog, nullptr);
+      dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(name);
+      QMetaObject::invokeMethod(dialog, "accept");
+    });
+    later(5000, [&] { program->dialogs.closeAll(); });  // the test fails then, and does not hang
+    return QString::fromStdString(program->dialogs.saveFile({.title = "Save Project File",
+                                                             .filter = "(*.KVR)|*.KVR",
+                                                             .initialFolder = folder.path().toStdString(),
+                                                             .fileName = {}}));
+  };
+  EXPECT_EQ(save(QStringLiteral("Motor_v1.2")), folder.filePath(QStringLiteral("Motor_v1.2.KVR")));
+  EXPECT_EQ(save(QStringLiteral("motor.kvr")), folder.filePath(QStringLiteral("motor.kvr")));
+  QFile there(folder.filePath(QStringLiteral("old.KVR")));
+  ASSERT_TRUE(there.open(QIODevice::WriteOnly));
+  bool asked = false;
+  later(300, [&] {
+    auto* box = program->window->findChild<QMessageBox*>(QStringLiteral("questionBox"));
+    ASSERT_NE(box, nullptr);
+    asked = box->text().contains(QStringLiteral("old.KVR already exists."));
+    box->button(QMessageBox::Yes)->click();
+  });
+  EXPECT_EQ(save(QStringLiteral("old")), there.fileName());
+  EXPECT_TRUE(asked);
 }
 
 TEST_F(Window, TheProgramButtonIsTheLargestAndTheLeftColumnFitsASmallScreen) {

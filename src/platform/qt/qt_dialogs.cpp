@@ -7,6 +7,7 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace kvr::platform {
 namespace {
@@ -27,13 +28,16 @@ void prepareFileDialog(QFileDialog& dialog, const FileQuestion& question, bool s
   if (!question.fileName.empty()) dialog.selectFile(QFileInfo(qt(question.fileName)).fileName());
 }
 
-// A save under a filter of one kind gets that kind's ending when the person typed none.
+// A save under a filter of one kind gets that kind's ending: a name may have dots of its own ("Motor_v1.2").
 QString withEnding(const QFileDialog& dialog, const QString& path) {
   const QString filter = dialog.selectedNameFilter();
   const qsizetype at = filter.lastIndexOf(QLatin1String("(*."));
-  if (at < 0 || !QFileInfo(path).suffix().isEmpty()) return path;
-  const QString ending = filter.mid(at + 2).section(QLatin1Char(')'), 0, 0).section(QLatin1Char(' '), 0, 0);
-  return ending.contains(QLatin1Char('*')) ? path : path + ending;
+  if (at < 0) return path;
+  const QStringList endings =
+      filter.mid(at + 1).section(QLatin1Char(')'), 0, 0).remove(QLatin1Char('*')).split(QLatin1Char(' '));
+  const auto ends = [&](const QString& ending) { return path.endsWith(ending, Qt::CaseInsensitive); };
+  if (std::any_of(endings.begin(), endings.end(), ends)) return path;
+  return path + endings.first();
 }
 
 }  // namespace
