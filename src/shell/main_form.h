@@ -95,6 +95,7 @@ class MainForm {
   Settings settings;
 
   // The window is narrowed to its working pages ("Resume" brings the left column back).
+  void shrinkOrResume();
   bool shrunk() const { return main.comMastWindow.caption() == "Resume"; }
   platform::Signal shrinkChanged;
 
@@ -108,7 +109,6 @@ class MainForm {
   void connectButtons();
   void applyLock();
   void showOptionNote();
-  void shrinkOrResume();
   void timerUnload();
 
   bool firstClose_ = false;

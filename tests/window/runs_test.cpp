@@ -103,6 +103,9 @@ TEST_F(WindowRun, WhatWasChosenIsThereAgainAtTheNextStart) {
   QTest::keyClick(&widget("combCommPort"), Qt::Key_Down);
   program->window->setGeometry(40, 30, 1200, 700);
   settle();
+  click("comMastWindow");  // shrunk and locked when it goes
+  settle();
+  program->form.main.comMastWindow.setEnabled(false);
   program->window->close();
   ASSERT_TRUE(waitFor([&] { return !program->window->isVisible(); }, std::chrono::seconds(3)));
   program.reset();

@@ -81,10 +81,17 @@ void MainWindow::restorePlace() {
 void MainWindow::followShrink() {
   if (shrunk_ == maker_.form.shrunk()) return;
   shrunk_ = maker_.form.shrunk();
-  QRect place = geometry();
   if (shrunk_) shrunkBy_ = left_->width() + halves_->handleWidth();
+  place_ = isMaximized() || isFullScreen() ? normalGeometry() : geometry();
   left_->setVisible(!shrunk_);
-  if (isMaximized() || isFullScreen()) return;
+  fitToColumn();
+}
+
+// A maximised window keeps its place; it is fitted when it goes back to its own size.
+void MainWindow::fitToColumn() {
+  if (isMaximized() || isFullScreen() || fitted_ == shrunk_) return;
+  fitted_ = shrunk_;
+  QRect place = place_;
   QCoreApplication::sendPostedEvents(halves_, QEvent::LayoutRequest);  // the window's least width is another one now
   layout()->activate();
   place.setLeft(place.left() + (shrunk_ ? shrunkBy_ : -shrunkBy_));
@@ -111,10 +118,16 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   });
 }
 
+void MainWindow::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() != QEvent::WindowStateChange || fitted_ == shrunk_) return;
+  QMetaObject::invokeMethod(this, &MainWindow::fitToColumn, Qt::QueuedConnection);
+}
+
 void MainWindow::finish() {
   if (mayClose_) return;
   mayClose_ = true;
-  if (shrunk_) maker_.form.main.comMastWindow.press();
+  if (shrunk_) maker_.form.shrinkOrResume();  // the button may be locked
   maker_.form.saveWindowPlace(placeOf(*this));
   dialogs_.refuse();
   close();

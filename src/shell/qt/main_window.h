@@ -23,12 +23,14 @@ class MainWindow : public QWidget {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
  private:
   QWidget* rightSide();
   void followShrink();
+  void fitToColumn();
   void followPort();
   void finish();
   Maker maker_;
@@ -38,6 +40,8 @@ class MainWindow : public QWidget {
   QSplitter* halves_ = nullptr;
   std::vector<platform::Signal::Token> tokens_;
   bool shrunk_ = false;
+  QRect place_;          // the window's own, as it was at the last press
+  bool fitted_ = false;  // the window's width is the one without the left column
   bool mayClose_ = false;
   int shrunkBy_ = 0;
 };
