@@ -127,7 +127,8 @@ std::optional<Micros> Wire::nextDue() const {
   if (!toDevice_.bursts.empty()) earliest(toDevice_.bursts.front().items.back().end);
   if (!toHost_.bursts.empty()) {
     const Burst& burst = toHost_.bursts.front();
-    const std::size_t next = burst.next + static_cast<std::size_t>(config_.wakeEvery) - 1;
+    const std::size_t ahead = burst.next == 0 ? 0 : static_cast<std::size_t>(config_.wakeEvery) - 1;
+    const std::size_t next = burst.next + ahead;
     earliest(burst.items[std::min(next, burst.items.size() - 1)].end);
   }
   if (!held_.empty()) earliest(heldSince_ + config_.adapterLatency);

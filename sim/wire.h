@@ -20,7 +20,7 @@ struct WireConfig {
       0;  // a USB adapter hands bytes over after this time or when `adapterChunk` have come; 0: at once
   int adapterChunk = 62;
   double byteTimeScale = 1;  // 0: bytes take no time at all, only what the device itself takes is left
-  int wakeEvery = 1;         // nextDue() names every so many bytes to the host, and the last of each unit
+  int wakeEvery = 1;         // nextDue() names each unit's first byte to the host, then every so many, and its last
   bool keepLog = true;
   std::vector<Fault> faults;  // an explicit plan
   std::optional<RandomFaults> random;
