@@ -10,7 +10,7 @@ int main(int argc, char** argv) {
   QMainWindow window;
   window.setWindowTitle("bare");
   window.setCentralWidget(new QLabel("KVR-ISP: Step1: Select MCU Type", &window));
-  window.resize(1200, 700);
+  window.resize(1366, 740);  // the program's own size at its first start
   const kvr::shell::FirstPaint firstPaint(window);
   window.show();
   return QApplication::exec();

@@ -194,6 +194,24 @@ TEST_F(Window, ASaveDialogAddsTheEndingAndAsksBeforeItReplaces) {
   EXPECT_TRUE(asked);
 }
 
+TEST_F(Window, TheTextOfALabelCanBeSelectedAndStaysInItsPlaceThen) {
+  open();
+  auto& label = widget<QLabel>("portStatus");
+  program->form.main.portStatus.setCaption("/dev/ttyUSB7: busy");
+  settle();
+  const QImage before = label.grab().toImage();
+  const QPointF middle = label.rect().center();
+  QEnterEvent enter(middle, middle, label.mapToGlobal(middle));
+  QCoreApplication::sendEvent(&label, &enter);
+  EXPECT_EQ(label.grab().toImage(), before);
+  QTest::mousePress(&label, Qt::LeftButton, {}, QPoint(0, label.height() / 2));
+  QMouseEvent drag(QEvent::MouseMove, QPointF(label.width() - 1, label.height() / 2.0),
+                   label.mapToGlobal(QPointF(label.width() - 1, label.height() / 2.0)), Qt::NoButton, Qt::LeftButton,
+                   {});
+  QCoreApplication::sendEvent(&label, &drag);
+  EXPECT_EQ(label.selectedText(), QStringLiteral("/dev/ttyUSB7: busy"));
+}
+
 TEST_F(Window, TheProgramButtonIsTheLargestAndTheLeftColumnFitsASmallScreen) {
   open();
   program->window->resize(1366, 708);

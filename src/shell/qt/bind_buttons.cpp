@@ -1,6 +1,8 @@
 #include "shell/qt/bind_buttons.h"
 
 #include <QPainter>
+#include <QStyleOptionGroupBox>
+#include <QStylePainter>
 
 namespace kvr::window {
 namespace {
@@ -34,6 +36,37 @@ class LampButton : public QAbstractButton {
 
  private:
   bool on_ = false;
+};
+
+// Draws its own edge: the usual style takes a picture for it, which has every image plugin loaded before the window's
+// first paint.
+class Group : public QGroupBox {
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QStylePainter painter(this);
+    QStyleOptionGroupBox option;
+    initStyleOption(&option);
+    const QRect edge = style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxFrame, this);
+    drawEdge(painter, edge);
+    option.subControls = QStyle::SC_GroupBoxLabel;
+    painter.drawComplexControl(QStyle::CC_GroupBox, option);
+  }
+
+ private:
+  // One pixel wide, the corners left out. Filled, not stroked: a stroke as large as this goes to threads of its own.
+  void drawEdge(QPainter& painter, const QRect& edge) const {
+    const QColor paper = palette().color(QPalette::Window);
+    const QColor ink = palette().color(QPalette::WindowText);
+    const auto between = [](int from, int to) { return (from * 4 + to) / 5; };
+    const QColor line(between(paper.red(), ink.red()), between(paper.green(), ink.green()),
+                      between(paper.blue(), ink.blue()));
+    const int across = edge.width() - 2;
+    const int down = edge.height() - 2;
+    painter.fillRect(edge.left() + 1, edge.top(), across, 1, line);
+    painter.fillRect(edge.left() + 1, edge.bottom(), across, 1, line);
+    painter.fillRect(edge.left(), edge.top() + 1, 1, down, line);
+    painter.fillRect(edge.right(), edge.top() + 1, 1, down, line);
+  }
 };
 
 void setTextOf(QAbstractButton& button, const QString& text) {
@@ -82,10 +115,16 @@ QRadioButton* makeOption(platform::EventLoop& loop, platform::OptionButton& cont
   return option;
 }
 
+// Made selectable when a mouse comes, since that turns the text into a document of its own, dear to make and to
+// measure.
+void SelectableLabel::enterEvent(QEnterEvent* event) {
+  setTextInteractionFlags(Qt::TextSelectableByMouse);
+  QLabel::enterEvent(event);
+}
+
 QLabel* makeLabel(platform::EventLoop& loop, platform::Label& control, const QString& name) {
-  auto* label = new QLabel;
+  auto* label = new SelectableLabel;
   label->setTextFormat(Qt::PlainText);
-  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
   label->setMaximumHeight(0);
   new Binding(loop, control, *label, name, [label, &control] {
     const QString text = qtText(control.caption()).trimmed();
@@ -96,8 +135,14 @@ QLabel* makeLabel(platform::EventLoop& loop, platform::Label& control, const QSt
   return label;
 }
 
+QGroupBox* makeGroup(const QString& title) {
+  auto* group = new Group;
+  group->setTitle(title);
+  return group;
+}
+
 QGroupBox* makeFrame(platform::EventLoop& loop, platform::Frame& control, const QString& name) {
-  auto* frame = new QGroupBox;
+  QGroupBox* frame = makeGroup();
   new Binding(loop, control, *frame, name, [frame, &control] {
     const QString text = buttonText(control.caption());
     if (frame->title() != text) frame->setTitle(text);

@@ -39,8 +39,10 @@ void showItems(QComboBox& box, const std::vector<std::string>& items) {
   bool same = box.count() == static_cast<int>(items.size());
   for (int i = 0; same && i < box.count(); ++i) same = box.itemText(i) == qtText(items[static_cast<std::size_t>(i)]);
   if (same) return;
+  QStringList texts;
+  for (const auto& item : items) texts << qtText(item);
   box.clear();
-  for (const auto& item : items) box.addItem(qtText(item));
+  box.addItems(texts);
 }
 
 void showCombo(QComboBox& box, const platform::ComboBox& control) {
@@ -73,7 +75,7 @@ void bindCombo(platform::EventLoop& loop, platform::ComboBox& control, QComboBox
 }
 
 QComboBox* makeCombo(platform::EventLoop& loop, platform::ComboBox& control, const QString& name) {
-  auto* box = new QComboBox;
+  auto* box = new ComboWidget;
   bindCombo(loop, control, *box, name);
   return box;
 }

@@ -10,6 +10,12 @@
 
 namespace kvr::window {
 
+// A combo box whose least size is its usual one, as it always is here. Left to itself it measures every entry twice.
+class ComboWidget : public QComboBox {
+ public:
+  QSize minimumSizeHint() const override { return sizeHint(); }
+};
+
 QComboBox* makeCombo(platform::EventLoop& loop, platform::ComboBox& control, const QString& name);
 // Binds a box that was made elsewhere, such as one with a popup of its own.
 void bindCombo(platform::EventLoop& loop, platform::ComboBox& control, QComboBox& box, const QString& name);

@@ -45,6 +45,10 @@ void showEnd(QPlainTextEdit& pane) {
 
 }  // namespace
 
+void addClearButton(QLineEdit& line) {
+  QObject::connect(&line, &QLineEdit::textChanged, &line, [&line] { line.setClearButtonEnabled(true); });
+}
+
 void onFocusLeft(QWidget& widget, std::function<void()> left) {
   new LeaveFilter(widget, std::move(left));
 }

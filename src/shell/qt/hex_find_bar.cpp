@@ -6,6 +6,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "shell/qt/bind_text.h"
 #include "shell/qt/hex_view.h"
 
 namespace kvr::window {
@@ -34,7 +35,7 @@ QLineEdit* line(const QString& name, const QString& objectName, const QString& h
   edit->setAccessibleName(name);
   edit->setObjectName(objectName);
   edit->setPlaceholderText(hint);
-  edit->setClearButtonEnabled(true);
+  addClearButton(*edit);
   edit->setDragEnabled(false);  // a drag is a loop of its own, in which a run would stand still
   return edit;
 }

@@ -1,6 +1,8 @@
 // kvr-isp [FILE]: opens the window, and FILE in it. The options are for this project's own scripts; see demo_run.h.
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QLibrary>
+#include <thread>
 
 #include "shell/qt/application.h"
 #include "shell/qt/demo_run.h"
@@ -8,6 +10,10 @@
 #include "shell/qt/shots.h"
 
 int main(int argc, char** argv) {
+  // Where fontconfig serves the fonts, it reads its configuration at the first use, which takes about as long as
+  // getting to the display does. So both are done at once.
+  const auto readFonts = reinterpret_cast<int (*)()>(QLibrary(QStringLiteral("fontconfig"), 1).resolve("FcInit"));
+  const std::jthread fonts([readFonts] { return readFonts ? readFonts() : 0; });
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("KVR-ISP"));
   QApplication::setQuitOnLastWindowClosed(false);

@@ -29,9 +29,8 @@ QLabel* captionFor(const QString& text, QWidget* widget) {
 }
 
 QLabel* note(const QString& text) {
-  auto* label = new QLabel(text);
+  auto* label = new SelectableLabel(text);
   label->setWordWrap(true);
-  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
   return label;
 }
 

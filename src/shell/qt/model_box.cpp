@@ -59,7 +59,7 @@ ModelPopup::ModelPopup(shell::MainForm& form, QWidget& window, QWidget& anchor)
   search_->setObjectName(QStringLiteral("modelSearch"));
   search_->setAccessibleName(QStringLiteral("Type a part of the model's name"));
   search_->setPlaceholderText(QStringLiteral("type a part of the name"));
-  search_->setClearButtonEnabled(true);
+  addClearButton(*search_);
   layout->addWidget(search_);
   tree_->setHeaderHidden(true);
   tree_->setUniformRowHeights(true);

@@ -7,7 +7,7 @@
 #include <QTreeWidget>
 
 #include "shell/main_form.h"
-#include "shell/qt/binding.h"
+#include "shell/qt/bind_text.h"
 
 namespace kvr::window {
 

@@ -30,7 +30,7 @@ class PortDelegate : public QStyledItemDelegate {
   }
 };
 
-class PortCombo : public QComboBox {
+class PortCombo : public ComboWidget {
  public:
   explicit PortCombo(PortWatch& watch) : watch_(watch) {
     setItemDelegate(new PortDelegate(this));

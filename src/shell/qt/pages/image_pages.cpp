@@ -23,7 +23,7 @@ QGroupBox* counterGroup(const Maker& maker, platform::CheckBox& box, Boxes& boxe
   }
   grid->setColumnStretch(3, 1);
   grid->setRowStretch(6, 1);
-  auto* group = new QGroupBox(QStringLiteral("In the ") + of);
+  auto* group = makeGroup(QStringLiteral("In the ") + of);
   group->setLayout(grid);
   return group;
 }

@@ -92,7 +92,7 @@ QGroupBox* pinGroup(const Maker& maker) {
   column->addLayout(
       row({maker.option(p.opt_External_WDT[0]), maker.option(p.opt_External_WDT[1]),
            maker.combo(p.comb_External_WDT, QStringLiteral("Pin that feeds the external watchdog")), nullptr}));
-  auto* group = new QGroupBox(QStringLiteral("Pins that the chip drives while it is programmed"));
+  auto* group = makeGroup(QStringLiteral("Pins that the chip drives while it is programmed"));
   group->setObjectName(QStringLiteral("Frame16"));
   group->setLayout(column);
   return group;
