@@ -46,7 +46,9 @@ class Group : public QGroupBox {
     QStylePainter painter(this);
     QStyleOptionGroupBox option;
     initStyleOption(&option);
-    const QRect edge = style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxFrame, this);
+    QRect edge = style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxFrame, this);
+    const QRect caption = style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxLabel, this);
+    if (!title().isEmpty()) edge.setTop(caption.bottom() + 2);
     drawEdge(painter, edge);
     option.subControls = QStyle::SC_GroupBoxLabel;
     painter.drawComplexControl(QStyle::CC_GroupBox, option);
