@@ -1,152 +1,90 @@
-// The terminal and the monitor with a talking firmware at the other end of a simulated line.
+// The terminal and the monitor of the whole program, with a talking firmware at the other end of the line.
 #include <gtest/gtest.h>
 
-#include "comtool/com_tool.h"
-#include "monitor/sfr_monitor.h"
-#include "platform/virtual/virtual_world.h"
+#include <random>
+
 #include "sim/application.h"
 #include "sim/monitor_firmware.h"
-#include "tests/support/virtual_link.h"
+#include "tests/support/form_bench.h"
 
 namespace kvr::comtool {
 namespace {
 
 using platform::Millis;
 
-// A chip that has left its boot firmware: only the user's program runs.
-class RunningChip : public sim::Device {
- public:
-  explicit RunningChip(sim::Application& program) : program_(program) {
-    program_.say = [this](sim::Micros start, std::span<const std::uint8_t> bytes) {
-      return say(start, program_.line(), bytes);
-    };
+struct TalkingBench : support::FormBench {
+  // The chip has left its boot firmware: only the user's program runs.
+  template <class Program, class... Arguments>
+  Program& run(const sim::Line& line, const Arguments&... arguments) {
+    select("Cedar-H20R");
+    insertChip();
+    loop.runFor(Millis(200));
+    auto program = std::make_unique<Program>(line, arguments...);
+    Program& running = *program;
+    chip->setApplication(std::move(program));
+    form.tool.com_Debug_Baud.setText(std::to_string(line.baud));
+    form.tool.comOpenCOM[0].press();
+    chip->runApplication(loop.now().count());
+    return running;
   }
-  std::optional<sim::Line> line() const override { return program_.line(); }
-  void hear(sim::Micros end, const sim::Heard& heard) override { program_.hear(end, heard.byte); }
-  std::optional<sim::Micros> nextDue() const override { return program_.nextDue(); }
-  void advanceTo(sim::Micros now) override { program_.advanceTo(now); }
-
- private:
-  sim::Application& program_;
-};
-
-struct Line {
-  explicit Line(sim::Application& program, sim::WireConfig config = {.adapterLatency = 1000, .keepLog = false})
-      : wire(config), chip(program) {
-    wire.connect(&chip);
-    combCommPort.setItems({"COM1"});
-    tool.bytesReceived = [this](std::span<const std::uint8_t> bytes) { monitor.monitorScan(bytes); };
-    monitor.write = [this](std::span<const std::uint8_t> bytes) { tool.writeAnswer(bytes); };
-    monitor.openAndSend = [this](std::span<const std::uint8_t> bytes) { tool.send(bytes); };
-    model.record.family = 4;
-    monitor.fillSfrList();
-    panel.com_Debug_Baud.setText(std::to_string(program.line().baud));
-  }
-  void open(sim::Application& program) {
-    panel.comOpenCOM[0].press();
-    program.start(loop.now().count());
-  }
-
-  platform::VirtualLoop loop;
-  sim::Wire wire;
-  RunningChip chip;
-  support::VirtualLink link{loop, wire};
-  platform::ScriptedDialogs dialogs{loop};
-  platform::MemoryStore store;
-  platform::MemoryFiles files;
-  platform::VirtualClock clock{loop};
-  engine::PortLease lease{loop, link};
-  engine::Activity activity;
-  options::UiLock lock;
-  catalogue::SelectedModel model;
-  ToolPanel panel;
-  monitor::MonitorPanel monitorPanel;
-  platform::ComboBox combCommPort{"combCommPort"};
-  platform::Lamp imgOpen_sys{"imgOpen_sys"};
-  ComTool tool{{loop, link, dialogs, store, files, clock}, lease, activity, lock, panel, {combCommPort, imgOpen_sys}};
-  monitor::SfrMonitor monitor{loop, monitorPanel, model, lock};
 };
 
 TEST(TalkingFirmware, ChatterAtFullLineRateAppearsWholeAndInOrder) {
-  sim::ChatterApplication chatter({256000, 'n'});
-  Line line(chatter);
-  line.open(chatter);
-  line.loop.runFor(Millis(5000));
-  const std::string shown = line.panel.texReceive.text();
+  TalkingBench b;
+  b.run<sim::ChatterApplication>({256000, 'n'});
+  b.loop.runFor(Millis(5000));
+  const std::string shown = b.form.tool.texReceive.text();
   ASSERT_GT(shown.size(), 120000U);
   std::string expected;
   for (std::uint64_t n = 0; expected.size() < shown.size(); ++n) expected += sim::ChatterApplication::lineText(n);
   EXPECT_EQ(shown, expected.substr(0, shown.size()));
-  EXPECT_EQ(line.panel.labReceiveCount.caption(), "Receive counter:" + std::to_string(shown.size()));
-}
-
-TEST(TalkingFirmware, AnEchoBringsBackTextHexadecimalAndKeys) {
-  sim::EchoApplication echo({9600, 'n'});
-  Line line(echo);
-  line.open(echo);
-  line.tool.sendArea().sendToolText("text ", false);
-  line.tool.sendArea().sendToolText("0a 4F4b", true);
-  line.panel.texReceive.userKey('!');
-  line.loop.runFor(Millis(200));
-  EXPECT_EQ(line.panel.texReceive.text(), "text \nOK!");
-}
-
-TEST(TalkingFirmware, AnUnpluggedAdapterEndsARepeatedSend) {
-  sim::EchoApplication echo({115200, 'n'});
-  Line line(echo);
-  line.open(echo);
-  line.panel.comAutoSend.press();
-  line.loop.runFor(Millis(1500));
-  line.link.unplug();
-  line.loop.runFor(Millis(5000));
-  EXPECT_EQ(line.panel.comOpenCOM[0].caption(), "Open COM");
-  EXPECT_EQ(line.panel.comAutoSend.caption(), "Repeat Send");
-  EXPECT_EQ(line.dialogs.shown.size(), 1U);
+  EXPECT_EQ(b.form.tool.labReceiveCount.caption(), "Receive counter:" + std::to_string(shown.size()));
 }
 
 TEST(TalkingFirmware, BadRecordsAreAskedForAgainAndAllFourListsFill) {
   using sim::BadFrame;
-  sim::MonitorApplication dumps({115200, 'n'}, {.faults = {BadFrame::badSum, BadFrame::cutShort, BadFrame::none,
-                                                           BadFrame::tooLong, BadFrame::none, BadFrame::unknownType}});
-  Line line(dumps);
-  line.open(dumps);
-  line.loop.runFor(Millis(60000));
+  TalkingBench b;
+  const auto& dumps = b.run<sim::MonitorApplication>(
+      {115200, 'n'}, sim::MonitorConfig{.faults = {BadFrame::badSum, BadFrame::cutShort, BadFrame::none,
+                                                   BadFrame::tooLong, BadFrame::none, BadFrame::unknownType}});
+  b.loop.runFor(Millis(60000));
   EXPECT_GE(dumps.resends(), 3);
   EXPECT_GT(dumps.accepted(), 50);
   EXPECT_EQ(dumps.strangeAnswers(), 0);
-  for (const auto* list : {&line.monitorPanel.lst_debug2, &line.monitorPanel.lst_debug4}) {
+  for (const auto* list : {&b.form.monitor.lst_debug2, &b.form.monitor.lst_debug4}) {
     EXPECT_EQ(list->rows().back().size(), 28U);
     EXPECT_NE(list->rows().back().substr(26), "  ");
   }
-  EXPECT_EQ(line.monitorPanel.lst_debug4.rows()[0].substr(0, 4), "0200");
-  EXPECT_GT(line.monitorPanel.lst_debug1.rows()[0].size(), 17U);
-}
-
-TEST(TalkingFirmware, ANoisyLineNeverHangsTheMonitor) {
-  for (std::uint64_t seed = 1; seed <= 4; ++seed) {
-    sim::MonitorApplication dumps({115200, 'n'}, {.seed = seed});
-    sim::WireConfig noisy{.seed = seed, .adapterLatency = 2000, .keepLog = false};
-    noisy.random = sim::RandomFaults{.chance = 0.2};
-    Line line(dumps, noisy);
-    line.panel.che_KeepNewest.setValue(true);
-    line.open(dumps);
-    int before = 0;
-    for (int minute = 0; minute < 3; ++minute) {
-      line.loop.runFor(Millis(60000));
-      EXPECT_GT(dumps.accepted(), before + 5) << seed;
-      before = dumps.accepted();
-    }
-  }
-}
-
-TEST(TalkingFirmware, ContinueReachesTheFirmwareAndCounts) {
-  sim::MonitorApplication dumps({115200, 'n'}, {});
-  Line line(dumps);
-  line.open(dumps);
-  line.monitorPanel.comDebugContinue[1].press();
-  line.loop.runFor(Millis(100));
+  EXPECT_EQ(b.form.monitor.lst_debug4.rows()[0].substr(0, 4), "0200");
+  EXPECT_GT(b.form.monitor.lst_debug1.rows()[0].size(), 17U);
+  b.form.monitor.comDebugContinue[1].press();
+  b.loop.runFor(Millis(100));
   EXPECT_EQ(dumps.continues(), 1);
-  EXPECT_EQ(line.panel.labSendCount.caption(), "Send counter:4");
+  EXPECT_EQ(b.form.tool.labSendCount.caption(), "Send counter:4") << "answers are not counted";
+}
+
+TEST(TalkingFirmware, ADamagedStreamNeverHangsTheMonitor) {
+  for (unsigned seed = 1; seed <= 4; ++seed) {
+    TalkingBench b;
+    auto& dumps = b.run<sim::MonitorApplication>({115200, 'n'}, sim::MonitorConfig{.seed = seed});
+    dumps.say = [whole = dumps.say, random = std::mt19937(seed)](sim::Micros start,
+                                                                 std::span<const std::uint8_t> bytes) mutable {
+      std::vector<std::uint8_t> damaged(bytes.begin(), bytes.end());
+      const auto at = damaged.begin() + static_cast<std::ptrdiff_t>(random() % damaged.size());
+      if (const auto what = random() % 10; what == 0)
+        *at ^= 0x10;
+      else if (what == 1)
+        damaged.erase(at, damaged.end());
+      return whole(start, damaged);
+    };
+    b.form.tool.che_KeepNewest.setValue(true);
+    for (int minute = 0; minute < 3; ++minute) {
+      const int before = dumps.accepted();
+      b.loop.runFor(Millis(60000));
+      EXPECT_GT(dumps.accepted(), before + 5) << seed;
+    }
+    EXPECT_GT(dumps.resends(), 10);
+  }
 }
 
 }  // namespace

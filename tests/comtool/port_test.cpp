@@ -38,33 +38,57 @@ TEST(ToolPort, LightsTheMainLampOnlyForTheEnginesOwnPortAndPutsItOutAgain) {
   EXPECT_FALSE(b.imgOpen_sys.on());
 }
 
-TEST(ToolPort, TellsWhyAPortCannotBeOpenedAndEndsTheAutomaticSends) {
-  ToolBench b;
+// Both automatic sends run, on the port that is open.
+void sendAutomatically(ToolBench& b) {
   b.open();
   b.panel.comAutoSend.press();
-  b.panel.texSpreadSend[0].setText("x");
+  b.panel.texSpreadSend[3].setText("x");
   b.panel.comSpreadAutoSend.press();
-  b.tool.imgOpen_Click();
-  b.link.openError = {platform::PortError::Kind::Denied, "COM1: permission denied"};
-  b.open();
-  ASSERT_EQ(b.dialogs.shown.size(), 1U);
-  EXPECT_EQ(b.lastMessage(), "COM1: permission denied");
-  EXPECT_TRUE(b.dialogs.shown[0].warning);
+}
+
+void expectQuiet(ToolBench& b) {
   EXPECT_EQ(b.panel.comOpenCOM[0].caption(), "Open COM");
   EXPECT_EQ(b.panel.comAutoSend.caption(), "Repeat Send");
   EXPECT_EQ(b.panel.comSpreadAutoSend.caption(), "Round Send");
+  const std::size_t messages = b.dialogs.shown.size();
   b.loop.runFor(Millis(5000));
-  EXPECT_EQ(b.dialogs.shown.size(), 1U);
+  EXPECT_EQ(b.dialogs.shown.size(), messages);
   EXPECT_TRUE(b.link.sent.empty());
+  EXPECT_FALSE(b.link.opened);
 }
 
-TEST(ToolPort, RefusedSettingsLeaveThePortClosed) {
-  ToolBench b;
-  b.link.settingsError = {platform::PortError::Kind::BadSettings, "4 data bits are not possible"};
-  b.open();
-  EXPECT_EQ(b.lastMessage(), "4 data bits are not possible");
-  EXPECT_FALSE(b.link.opened);
-  EXPECT_FALSE(b.tool.isOpen());
+TEST(ToolPort, TellsWhyAPortCannotBeOpenedAndEndsTheAutomaticSends) {
+  for (platform::PortError PlayedLink::*refusal : {&PlayedLink::openError, &PlayedLink::settingsError}) {
+    ToolBench b;
+    sendAutomatically(b);
+    b.tool.imgOpen_Click();
+    b.panel.com_Debug_StopBits.userPick(1);
+    b.link.*refusal = {platform::PortError::Kind::Denied, "COM1: permission denied"};
+    b.open();
+    ASSERT_EQ(b.dialogs.shown.size(), 1U);
+    EXPECT_EQ(b.lastMessage(), "COM1: permission denied");
+    EXPECT_TRUE(b.dialogs.shown[0].warning);
+    expectQuiet(b);
+    b.tool.send(bytesOf("xyz"));
+    EXPECT_EQ(b.panel.labSendCount.caption(), "Send counter:0");
+    EXPECT_EQ(b.dialogs.shown.size(), 2U);
+  }
+}
+
+TEST(ToolPort, ClosingByHandEndsTheAutomaticSendsAndTheMainLampAlsoTheRun) {
+  for (const bool lamp : {false, true}) {
+    ToolBench b;
+    int stops = 0;
+    b.tool.stopRun = [&] { ++stops; };
+    b.imgOpen_sys.press();  // nothing is open yet
+    sendAutomatically(b);
+    if (lamp)
+      b.imgOpen_sys.press();
+    else
+      b.panel.comOpenCOM[0].press();
+    EXPECT_EQ(stops, lamp ? 1 : 0);
+    expectQuiet(b);
+  }
 }
 
 TEST(ToolPort, AnUnpluggedAdapterClosesTheTerminalInWords) {
@@ -106,31 +130,6 @@ TEST(ToolPort, TheModemLinesFollowTheirBoxesAtTheOpenAndAfterIt) {
   b.panel.che_RTS.userSet(false);
   EXPECT_TRUE(b.link.dtr);
   EXPECT_FALSE(b.link.rts);
-}
-
-TEST(ToolPort, ClosingByHandEndsTheAutomaticSends) {
-  ToolBench b;
-  b.open();
-  b.panel.comAutoSend.press();
-  b.panel.texSpreadSend[3].setText("x");
-  b.panel.comSpreadAutoSend.press();
-  b.panel.comOpenCOM[0].press();
-  EXPECT_EQ(b.panel.comAutoSend.caption(), "Repeat Send");
-  EXPECT_EQ(b.panel.comSpreadAutoSend.caption(), "Round Send");
-  b.loop.runFor(Millis(3000));
-  EXPECT_FALSE(b.link.opened);
-}
-
-TEST(ToolPort, TheMainLampStopsTheRunAndClosesTheTerminal) {
-  ToolBench b;
-  int stops = 0;
-  b.tool.stopRun = [&] { ++stops; };
-  b.imgOpen_sys.press();
-  EXPECT_EQ(stops, 0);
-  b.open();
-  b.imgOpen_sys.press();
-  EXPECT_EQ(stops, 1);
-  EXPECT_FALSE(b.tool.isOpen());
 }
 
 // What a download does: it takes the port, sets its own line, speaks, and gives the port back at its end.

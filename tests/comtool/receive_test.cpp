@@ -6,34 +6,6 @@
 namespace kvr::comtool {
 namespace {
 
-Bytes everyByte() {
-  Bytes bytes(256);
-  std::iota(bytes.begin(), bytes.end(), std::uint8_t{0});
-  return bytes;
-}
-
-TEST(Receive, EveryByteValueAppearsInOrderWhereverTheReadsCutIt) {
-  const Bytes all = everyByte();
-  ToolBench whole;
-  whole.open();
-  whole.arriveAndShow(all);
-  ASSERT_EQ(whole.panel.texReceive.length(), 256U);
-  EXPECT_EQ(whole.shown().substr(0, 128), std::string(all.begin(), all.begin() + 128));
-  for (std::size_t cut = 0; cut <= all.size(); cut += 1) {
-    ToolBench text;
-    ToolBench hex;
-    hex.showHex();
-    for (ToolBench* b : {&text, &hex}) {
-      b->open();
-      b->arriveAndShow(Bytes(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(cut)));
-      b->arriveAndShow(Bytes(all.begin() + static_cast<std::ptrdiff_t>(cut), all.end()));
-      EXPECT_EQ(b->panel.labReceiveCount.caption(), "Receive counter:256");
-    }
-    ASSERT_EQ(text.shown(), whole.shown()) << cut;
-    ASSERT_EQ(hex.shown(), hexDump(all)) << cut;
-  }
-}
-
 TEST(Receive, ACharacterCutByTwoReadsIsPutTogether) {
   const std::string word = "5\xC2\xB5s \xE6\xB8\xA9\xF0\x9F\x98\x80!";
   for (std::size_t cut = 0; cut <= word.size(); ++cut) {
@@ -70,7 +42,7 @@ TEST(Receive, BytesShowWithinTheDisplayTimeOnALineThatNeverPauses) {
   EXPECT_GE(b.panel.texReceive.length(), 6U);
 }
 
-TEST(Receive, AnOverflowingRingDropsOnlyTheNewestAndStillCounts) {
+TEST(Receive, AnOverflowingRingDropsTheNewestAndTheFullPaneTheOldest) {
   ToolBench b;
   b.panel.che_KeepNewest.setValue(true);
   b.open();
@@ -78,10 +50,11 @@ TEST(Receive, AnOverflowingRingDropsOnlyTheNewestAndStillCounts) {
   flood.insert(flood.end(), 500, 'b');
   b.arriveAndShow(flood);
   EXPECT_EQ(b.panel.labReceiveCount.caption(), "Receive counter:245499");
-  EXPECT_EQ(b.shown().find('b'), std::string::npos);
-  EXPECT_TRUE(b.tool.isOpen());
+  EXPECT_EQ(b.shown(), std::string(ReceiveArea::kDisplayLimit, 'a'));
   b.arriveAndShow("c");
-  EXPECT_EQ(b.shown().substr(b.shown().size() - 2), "ac");
+  EXPECT_TRUE(b.tool.isOpen());
+  EXPECT_TRUE(b.shown().ends_with("ac"));
+  EXPECT_LE(b.panel.texReceive.length(), ReceiveArea::kDisplayLimit);
 }
 
 TEST(Receive, TheDisplayLimitCutsStopsTellsAndKeepsThePaneForTheReader) {
@@ -107,24 +80,19 @@ TEST(Receive, TheDisplayLimitCutsStopsTellsAndKeepsThePaneForTheReader) {
   EXPECT_EQ(b.shown(), "again");
 }
 
-TEST(Receive, InHexadecimalFormTheLimitIsReachedWithByte76667) {
-  ToolBench b;
-  b.showHex();
-  b.open();
-  b.arriveAndShow(Bytes(76666, 0x5A));
-  EXPECT_TRUE(b.tool.isOpen());
-  b.arriveAndShow(Bytes{0x00});
-  EXPECT_FALSE(b.tool.isOpen());
-  EXPECT_EQ(b.panel.texReceive.length(), 230000U);
-  EXPECT_EQ(b.shown().substr(229995), "5A 00");
-}
-
-TEST(Receive, TheLimitCountsCharactersAndNeverCutsOne) {
-  ToolBench b;
-  b.open();
-  std::string text(229999, 'a');
-  b.arriveAndShow(text + "\xC2\xB5\xC2\xB5");
-  EXPECT_EQ(b.shown(), text + "\xC2\xB5");
+TEST(Receive, TheLimitCountsCharactersInEitherFormAndNeverCutsOne) {
+  ToolBench text, hex;
+  hex.showHex();
+  text.open();
+  hex.open();
+  const std::string nearlyFull(229999, 'a');
+  text.arriveAndShow(nearlyFull + "\xC2\xB5\xC2\xB5");
+  EXPECT_EQ(text.shown(), nearlyFull + "\xC2\xB5");
+  hex.arriveAndShow(Bytes(76666, 0x5A));
+  EXPECT_TRUE(hex.tool.isOpen());
+  hex.arriveAndShow(Bytes{0x00});
+  EXPECT_FALSE(hex.tool.isOpen());
+  EXPECT_EQ(hex.shown().substr(229995), "5A 00");
 }
 
 TEST(Receive, ARunThatHasTakenThePortIsNotStoppedByAFullPane) {
@@ -141,17 +109,6 @@ TEST(Receive, ARunThatHasTakenThePortIsNotStoppedByAFullPane) {
   EXPECT_TRUE(b.dialogs.shown.empty());
 }
 
-TEST(Receive, KeepTheNewestLetsTheOldestGoAndThePortOpen) {
-  ToolBench b;
-  b.panel.che_KeepNewest.setValue(true);
-  b.open();
-  for (int i = 0; i < 40; ++i) b.arriveAndShow(Bytes(10000, static_cast<std::uint8_t>('A' + i % 26)));
-  EXPECT_TRUE(b.tool.isOpen());
-  EXPECT_LE(b.panel.texReceive.length(), ReceiveArea::kDisplayLimit);
-  EXPECT_GE(b.panel.texReceive.length(), ReceiveArea::kDisplayLimit - 1000);
-  EXPECT_EQ(b.shown().back(), 'A' + 39 % 26);
-}
-
 TEST(Receive, ClearEmptiesThePaneAndTheRingButNotTheCounters) {
   ToolBench b;
   int monitorCleared = 0;
@@ -159,54 +116,34 @@ TEST(Receive, ClearEmptiesThePaneAndTheRingButNotTheCounters) {
   b.open();
   b.link.arrive(bytesOf("abc"));
   b.loop.runFor(Millis(15));
-  EXPECT_EQ(b.tool.rxRing().writeIndex(), 3U);
   b.panel.comDebugClear[0].press();
   EXPECT_EQ(b.tool.rxRing().writeIndex(), 0U);
-  b.loop.runFor(Millis(100));
-  EXPECT_EQ(b.shown(), "");
-  EXPECT_EQ(b.panel.labReceiveCount.caption(), "Receive counter:3");
-  EXPECT_EQ(monitorCleared, 0);
   b.arriveAndShow("def");
+  EXPECT_EQ(monitorCleared, 0);
   b.panel.comDebugClear[2].press();
   EXPECT_EQ(monitorCleared, 1);
   EXPECT_EQ(b.shown(), "def");
-  EXPECT_EQ(b.tool.rxRing().readIndex(), 0U);
+  EXPECT_EQ(b.panel.labReceiveCount.caption(), "Receive counter:6");
   b.panel.comClearCount.press();
   EXPECT_EQ(b.panel.labReceiveCount.caption(), "Receive counter:0");
-  EXPECT_EQ(b.panel.labSendCount.caption(), "Send counter:0");
-}
-
-TEST(Receive, HelpTakesThePlaceOfThePanesTextAndOtherPagesPointToIt) {
-  ToolBench b;
-  b.open();
-  b.arriveAndShow("zebra");
   b.panel.comDebugHelp[0].press();
-  EXPECT_NE(b.shown().find("COM debug Tool guide\nSome simple functions will be ignored.\n"), std::string::npos);
-  EXPECT_EQ(b.shown().find("zebra"), std::string::npos);
-  b.panel.comDebugHelp[1].press();
-  EXPECT_EQ(b.lastMessage(), "Click COM Tool please, then click the Help button in the COM Tool area.");
+  EXPECT_TRUE(b.shown().starts_with("                COM debug Tool guide\n")) << "in place of the pane's text";
 }
 
-TEST(Receive, StampsEveryLineOnceHoweverItArrives) {
+TEST(Receive, StampsEveryLineOnceAndABurstOnALineOfItsOwn) {
   ToolBench b;
   b.panel.comb_TimeStamp.setListIndex(1);
   b.open();
-  b.arriveAndShow("one\r");
-  b.arriveAndShow("\n\ntw");
-  b.arriveAndShow("o\n");
+  for (const char* piece : {"one\r", "\n\ntw", "o\n"}) b.arriveAndShow(piece);
   EXPECT_EQ(b.shown(), "[12:00:00.010] one\r\n\n[12:00:00.060] two\n");
-}
-
-TEST(Receive, StampsABurstOnALineOfItsOwn) {
-  ToolBench b;
+  b.panel.comDebugClear[0].press();
   b.panel.comb_TimeStamp.setListIndex(2);
-  b.open();
   b.arriveAndShow("ab");
   b.arriveAndShow("cd");
   b.loop.runFor(Millis(400));
   b.showHex();
   b.arriveAndShow("e");
-  EXPECT_EQ(b.shown(), "[12:00:00.010] abcd\n[12:00:00.510] 65 ");
+  EXPECT_EQ(b.shown(), "[12:00:00.160] abcd\n[12:00:00.660] 65 ");
 }
 
 TEST(Receive, FindGoesRoundInBothDirectionsAndPausesTheScrolling) {
