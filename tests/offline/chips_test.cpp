@@ -82,6 +82,9 @@ TEST(Board, ProgramsThreeChipsOfEachFamilyAndNoFourth) {
     sim::FlashMemory flash(65536, 65536, 1);
     EXPECT_FALSE(job.programNext(flash).done);
     EXPECT_EQ(job.remaining(), 0);
+    bench.board.memory().main[kMainCodeAt + 700] ^= 1;
+    bench.board.memory().main[kLimitLowAt] = 1;
+    EXPECT_EQ(bench.board.job().programNext(flash).why, "code: CRC of block 5");
     std::string fault;
     const auto header = job.header(fault);
     ASSERT_TRUE(header) << fault;

@@ -42,6 +42,8 @@ TEST(OfflineSession, GivesEachKindOfBoardWhatItCanHold) {
     bench.run();
     EXPECT_EQ(bench.lines(row.ok), 1) << bench.textMsg.text();
     EXPECT_TRUE(bench.boardHoldsImage());
+    sim::FlashMemory flash(65536, 65536, 1);
+    EXPECT_EQ(bench.board.job().programNext(flash).leftOut, row.leftOut);
     EXPECT_EQ(bench.lines(std::to_string(row.leftOut) + " bytes of the code and data will not be programmed."),
               row.leftOut > 0 ? 1 : 0);
     EXPECT_TRUE(bench.board.violations().empty()) << bench.board.violations().front().text;

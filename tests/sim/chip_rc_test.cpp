@@ -1,11 +1,7 @@
-#include <cmath>
-
 #include "tests/sim/hand.h"
 
 namespace sim::testing {
 namespace {
-
-constexpr int kLoop9600 = 2068;
 
 Bytes measurePayload(const Bytes& status, int delay, const std::vector<std::pair<int, int>>& points) {
   Bytes p(status.begin() + 54, status.begin() + 61);
@@ -15,24 +11,11 @@ Bytes measurePayload(const Bytes& status, int delay, const std::vector<std::pair
   return p;
 }
 
-// Frequencies by what the chip counted; empty when it did not answer.
-std::vector<double> measure(Hand& hand, const Bytes& payload, int pulses) {
+void measure(Hand& hand, const Bytes& payload, int pulses) {
   hand.wire.write(hand.frame(0x65, payload), hand.now);
   hand.wait(20 + static_cast<int>(hand.wire.drainedAt() - hand.now) / 1000);
-  const std::size_t said = hand.wire.log().size();
   for (; pulses > 0; pulses -= 8) hand.ask(Bytes(static_cast<std::size_t>(std::min(pulses, 8)), 0x7F), 10);
   hand.wait(100);
-  const auto answer = std::find_if(hand.wire.log().begin() + static_cast<std::ptrdiff_t>(said), hand.wire.log().end(),
-                                   [](const Unit& unit) { return unit.direction == Direction::deviceToHost; });
-  if (answer == hand.wire.log().end()) return {};
-  const Bytes reply = hand.lastFrame();
-  EXPECT_EQ(reply.at(3), 0x65);
-  std::vector<double> found;
-  for (std::size_t i = 0; i < reply.at(14); ++i) {
-    const int count = (reply.at(4 * i + 17) * 256 + reply.at(4 * i + 18)) * 8;
-    found.push_back((count + 6.0) * kLoop9600);
-  }
-  return found;
 }
 
 Bytes contact(Hand& hand) {
@@ -47,47 +30,6 @@ Bytes contact(Hand& hand) {
 }
 
 const std::vector<std::pair<int, int>> kFirstRound = {{88, 0}, {88, 128}, {88, 128}, {88, 255}, {88, 0}, {88, 128}};
-
-TEST(SimulatedOscillator, IsMeasuredToTheResolutionOfTheCount) {
-  Hand hand(configFor(model("Pine-H0FE")));
-  const Bytes status = contact(hand);
-  const auto found = measure(hand, measurePayload(status, 6, kFirstRound), 22);
-  ASSERT_EQ(found.size(), 6U);
-  for (std::size_t i = 0; i < 6; ++i)
-    EXPECT_NEAR(found[i], hand.chip.oscillator().frequency(kFirstRound[i].first, kFirstRound[i].second),
-                4.5 * kLoop9600);
-  std::vector<std::pair<int, int>> scan;
-  for (int i = 0; i < 11; ++i) scan.emplace_back(88, 60 + i);
-  EXPECT_EQ(measure(hand, measurePayload(status, 22, scan), 42).size(), 11U);
-  EXPECT_EQ(hand.chip.violationText(), "");
-}
-
-TEST(SimulatedOscillator, IsMovedByTheBaudFrameAndAtTheNextPowerUpByTheStoredTrim) {
-  Hand hand(configFor(model("Pine-H0FE")));
-  contact(hand);
-  const double base = hand.chip.oscillator().frequency(152, 64);
-  const int divider = static_cast<int>(std::lround(base / 57600 / 5));
-  const int timer = 65536 - 20000;
-  hand.wire.write(
-      hand.frame(0x8E, {152, 64, 5, static_cast<std::uint8_t>(256 - divider), 53, static_cast<std::uint8_t>(timer >> 8),
-                        static_cast<std::uint8_t>(timer), 129, 12, 0xFF, 0}),
-      hand.now);
-  hand.setLine({57600, 'e'});
-  EXPECT_EQ(hand.wait(200).at(3), 0x84);
-  EXPECT_EQ(hand.chip.clockHz(), base);
-  Bytes options(16, 0xFF);
-  options[3] = 24;
-  options[4] = 77;
-  const auto clock = static_cast<std::uint32_t>(hand.chip.oscillator().frequency(88, 128));
-  for (int shift = 24; shift >= 0; shift -= 8) options.push_back(static_cast<std::uint8_t>(clock >> shift));
-  EXPECT_EQ(hand.ask(0x8D, options, 100).at(3), 0x50);
-  EXPECT_EQ(hand.chip.applicationClockHz(), hand.chip.oscillator().frequency(24, 77));
-  hand.chip.powerOn(hand.now);
-  hand.wait(1);
-  EXPECT_EQ(hand.chip.clockHz(), hand.chip.oscillator().frequency(24, 77));
-  // The frames in between were left out, and that is all that was wrong.
-  EXPECT_EQ(hand.chip.violations().size(), 1U) << hand.chip.violationText();
-}
 
 TEST(SimulatedOscillator, HoldsWrongMeasureFramesAgainstTheHost) {
   struct Wrong {

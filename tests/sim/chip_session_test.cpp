@@ -1,15 +1,9 @@
-#include <cmath>
+#include <map>
 
 #include "tests/sim/hand.h"
 
 namespace sim::testing {
 namespace {
-
-double generalClock(const Bytes& status, int ratio, int ca, int counts) {
-  double sum = 0;
-  for (std::size_t i = 0; i < static_cast<std::size_t>(counts); ++i) sum += status[2 * i + 4] * 256 + status[2 * i + 5];
-  return (std::round(sum * ratio / counts) + 6) * ca;
-}
 
 void bringToData(Hand& hand) {
   hand.sync();
@@ -28,62 +22,21 @@ void bringToData(Hand& hand) {
   ASSERT_EQ(hand.ask(0x84, erase, 5000).at(3), 0x00);
 }
 
-TEST(SimulatedChip, CountsSoThatTheClockCanBeWorkedOutAtEveryFirstContactRate) {
-  constexpr std::pair<int, int> kRates[] = {{1200, 2061}, {9600, 2068}, {57600, 2080}, {115200, 2101}};
-  for (const auto& [name, counts] : {std::pair("Ivy-H20S", 8), std::pair("Sumac-H20A", 4), std::pair("Cedar-H80D", 8)})
-    for (const auto& [baud, ca] : kRates) {
-      Hand hand(configFor(model(name), 18432000));
-      hand.setLine({baud, hand.line.parity});
-      Bytes status = hand.sync(20);
-      if (counts == 4) {  // the first answer only asks for measured pulses
-        EXPECT_EQ(status.at(2), 7);
-        hand.wire.write(hand.frame(0x80, {}), hand.now);
-        hand.wait(20);
-        hand.wire.write(Bytes(6, 0x7F), hand.now);
-        hand.wait(800);
-        status = hand.lastFrame();
-      }
-      EXPECT_NEAR(generalClock(status, baud / 1200, ca, counts) / 18432000, 1, 0.002) << name << " at " << baud;
-      EXPECT_EQ(hand.chip.state(), ChipState::session) << name;
-    }
-}
-
-TEST(SimulatedChip, TakesABlockAfterTheWholeOfItsSession) {
-  Hand hand(configFor(model("Ivy-H20S"), 11059200));
-  bringToData(hand);
-  for (int address = 0; address < 512; address += 128) {
-    Bytes data = {0, 0, static_cast<std::uint8_t>(address >> 8), static_cast<std::uint8_t>(address), 0, 128};
-    data.insert(data.end(), 128, 3);
-    const Bytes reply = hand.ask(0x00, data, 100);
-    ASSERT_EQ(reply.size(), 8U);
-    EXPECT_EQ(reply[3], 0x00);
-    EXPECT_EQ(reply[4], (128 * 3) & 255);
-  }
-  EXPECT_EQ(hand.ask(0x69, hand.generic(), 100).at(3), 0x8D);
-  EXPECT_TRUE(std::all_of(hand.chip.flash().begin(), hand.chip.flash().begin() + 512, [](int b) { return b == 3; }));
-  EXPECT_EQ(hand.chip.flash()[512], 0xFF);
-  EXPECT_EQ(hand.chip.memory().unerasedWrites(), 0);
-  EXPECT_EQ(hand.chip.violationText(), "");
-}
-
 TEST(SimulatedChip, HoldsAgainstTheHostWhatTheHostDoesWrong) {
   struct Wrong {
     const char* what;
     int command;
     Bytes payload;
   };
-  Bytes intoBoot = {0, 0, 0xF3, 0xC1, 0, 64};
-  intoBoot.insert(intoBoot.end(), 64, 0);
-  Bytes acrossBlocks = {0, 0, 0x01, 0xC1, 0, 64};
-  acrossBlocks.insert(acrossBlocks.end(), 64, 0);
-  Bytes wrongCount = {0, 0, 0, 0, 0, 65};
-  wrongCount.insert(wrongCount.end(), 64, 0);
-  Bytes repeatOfNothing = {0, 0, 2, 0, 0, 64};
-  repeatOfNothing.insert(repeatOfNothing.end(), 64, 0);
-  const Wrong wrongs[] = {{"into the boot block", 0x00, intoBoot},
-                          {"crosses a block", 0x00, acrossBlocks},
-                          {"count", 0x00, wrongCount},
-                          {"begins no known block", 0x30, repeatOfNothing},
+  const auto data = [](int address, std::uint8_t count) {  // 64 bytes, whatever count they are sent with
+    Bytes payload = {0, 0, static_cast<std::uint8_t>(address >> 8), static_cast<std::uint8_t>(address), 0, count};
+    payload.resize(6 + 64);
+    return payload;
+  };
+  const Wrong wrongs[] = {{"into the boot block", 0x00, data(0xF3C1, 64)},
+                          {"crosses a block", 0x00, data(0x01C1, 64)},
+                          {"count", 0x00, data(0, 65)},
+                          {"begins no known block", 0x30, data(0x0200, 64)},
                           {"before any data", 0x69, {7, 0, 0x36, 0x01, 0xD1, 0x64}},
                           {"model code", 0x50, {7, 0, 0x36, 0x01, 0xD1, 0x63}},
                           {"options: length", 0x8D, {1, 2, 3}},
@@ -97,6 +50,24 @@ TEST(SimulatedChip, HoldsAgainstTheHostWhatTheHostDoesWrong) {
   }
 }
 
+TEST(SimulatedChip, RefusesOptionListsThatContradictEachOther) {
+  for (const bool wrong : {false, true}) {
+    Hand hand(configFor(model("Gum-H20")));
+    hand.sync();
+    OptionBytes options{};
+    options.fill(0x5F);
+    Bytes payload(5, 0x5F);
+    const Bytes clock = {0x00, 0xA8, 0xC0, 0x00};  // 11059200 Hz
+    payload.insert(payload.end(), clock.begin(), clock.end());
+    payload.insert(payload.end(), options.begin(), options.end());
+    payload.insert(payload.end(), clock.begin(), clock.end());
+    payload.insert(payload.end(), 3, 0xFF);
+    if (wrong) payload[9 + 8] ^= 1;
+    hand.ask(0x8D, payload, 500);
+    EXPECT_EQ(hand.chip.violationText().find("two lists differ") != std::string::npos, wrong);
+  }
+}
+
 TEST(SimulatedChip, HoldsAFrameAtTheWrongRateAgainstTheHostButNotSyncBytes) {
   Hand hand(configFor(model("Gum-H20"), 11059200));
   hand.sync();
@@ -105,17 +76,6 @@ TEST(SimulatedChip, HoldsAFrameAtTheWrongRateAgainstTheHostButNotSyncBytes) {
   EXPECT_EQ(hand.chip.violationText(), "");
   hand.ask(0x50, hand.generic(), 300);
   EXPECT_NE(hand.chip.violationText().find("while I listen at 9600"), std::string::npos);
-}
-
-TEST(SimulatedChip, AnswersABaudTestAtTheNewRateAndGoesBack) {
-  Hand hand(configFor(model("Gum-H20"), 11059200));
-  hand.sync();
-  hand.ask(0x50, hand.generic(), 300);
-  hand.wire.write(hand.frame(0x8F, {192, 250, 0xFF, 12, 120, 131}), hand.now);
-  hand.wait(500);
-  EXPECT_EQ(hand.wire.log().back().line.baud, 115200);
-  EXPECT_EQ(hand.chip.line()->baud, 9600);
-  EXPECT_EQ(hand.chip.violationText(), "");
 }
 
 TEST(SimulatedChip, SaysAgainWhoItIsWhenItsStatusFrameIsLost) {
@@ -129,53 +89,42 @@ TEST(SimulatedChip, SaysAgainWhoItIsWhenItsStatusFrameIsLost) {
   EXPECT_EQ(hand.chip.sessions(), 1);
 }
 
-TEST(SimulatedChip, AnswersTheFixedLinkAndLeavesOnItsEndFrame) {
-  Hand hand(configFor(model("Nutmeg-H20R"), 12000000));
-  hand.setLine({115200, 'n'});
-  const Bytes call = {0xFE, 0xFE, 0xFE, 0xFE, 0x46, 0xB9, 0x6A, 0, 6, 0x8A, 0xFA, 0x16};
-  const Bytes status = hand.ask(call, 100);
-  ASSERT_GT(status.size(), 24U);
-  double sum = 0;
-  for (std::size_t i = 0; i < 8; ++i) sum += status[2 * i + 4] * 256 + status[2 * i + 5];
-  EXPECT_NEAR(500.5 * (sum + 145), 12e6, 2000);
-  const Bytes end = {0xFE, 0xFE, 0xFE, 0xFE, 0x46, 0xB9, 0x6A, 0, 6, 0x82, 0xF2, 0x16};
-  hand.ask(end, 100);
-  EXPECT_EQ(hand.chip.state(), ChipState::application);
-  EXPECT_TRUE(hand.ask({0x7F, 0x7F, 0x7F, 0x7F, 0x7F, 0x7F, 0x7F, 0x7F, 0x7F}, 300).empty());
-  EXPECT_EQ(hand.chip.violationText(), "");
-}
+// Where a chip keeps and reports its options: option index by index of the reply to the reading, and of the status
+// frame.
+struct Layout {
+  const char* model;
+  int firmware;
+  std::map<int, int> reply, status;
+};
 
-TEST(SimulatedChip, OfEveryModelHasItsBootBlockAboveItsApplicationAndSaysWhoItIs) {
-  for (const McuRecord& row : kvr::catalogue::allRows()) {
-    EXPECT_LT(row.apEnd, bootStartOf(row)) << row.name;
-    ChipConfig config = configFor(row, 12000000);
+const Layout kLayouts[] = {
+    {"Cedar-H20R", 0, {{13, 1}}, {{22, 1}}},
+    {"Oak-H20A", 0, {{13, 1}}, {{27, 1}, {30, 8}}},
+    {"Elm-H04", 0x52, {{13, 2}, {14, 3}, {15, 8}, {16, 10}, {17, 11}}, {{26, 2}, {27, 3}, {28, 8}, {29, 10}, {30, 11}}},
+    {"Elm-H04", 0x56, {{19, 0}, {22, 3}, {23, 8}, {24, 9}}, {{32, 0}, {35, 3}, {36, 8}, {37, 9}}},
+    {"Gum-H20", 0x57, {{13, 2}, {17, 11}}, {{26, 2}, {30, 11}}},
+    {"Hazel-H04", 0x57, {{13, 2}, {16, 10}}, {{26, 2}, {29, 10}, {31, 0}}},
+    {"Hazel-H04", 0x58, {{19, 0}, {21, 2}, {24, 9}}, {{32, 0}, {37, 9}}},
+    {"Ivy-H20S", 0, {{13, 0}, {16, 3}, {17, 8}, {18, 9}}, {{26, 0}, {29, 3}, {30, 8}, {31, 9}}},
+    {"Sumac-H20A", 0, {{13, 0}, {28, 15}}, {{26, 0}, {41, 15}}},
+    {"Rowan-H20", 0, {{13, 0}, {14, 3}, {15, 4}, {16, 8}, {17, 10}, {18, 11}}, {{26, 0}, {29, 3}, {30, 8}}},
+};
+
+TEST(SimulatedChip, ReportsItsOptionsWhereItsFirmwareKeepsThem) {
+  for (const Layout& layout : kLayouts) {
+    SCOPED_TRACE(::testing::Message() << layout.model << std::hex << layout.firmware);
+    ChipConfig config = configFor(model(layout.model));
+    config.firmware = layout.firmware;
     config.directStatus = true;
+    OptionBytes& held = config.options.emplace();
+    for (std::size_t i = 0; i < held.size(); ++i) held[i] = static_cast<std::uint8_t>(0x91 + 7 * i);
     Hand hand(config);
     const Bytes status = hand.sync(20);
-    ASSERT_GT(status.size(), 27U) << row.name;
-    EXPECT_EQ(status[2], status.size()) << row.name;
-    EXPECT_EQ(status[23] * 256 + status[24],
-              std::stoi(std::string(row.code) + (row.code.size() == 2 ? "FF" : ""), nullptr, 16))
-        << row.name;
-    EXPECT_EQ(status.size() < 57 || (status[54] & 1) == 0, true) << row.name;
+    const Bytes reply = hand.ask(0x50, {}, 500);
+    for (const auto& [frame, places] : {std::pair(&status, &layout.status), std::pair(&reply, &layout.reply)})
+      for (const auto& [at, option] : *places)
+        EXPECT_EQ(frame->at(static_cast<std::size_t>(at)), held[static_cast<std::size_t>(option)]) << at;
   }
-}
-
-TEST(SimulatedChip, ExcusesWhatFollowsADisturbanceOfTheWire) {
-  WireConfig wire;
-  wire.faults = {{Direction::hostToDevice, -1, FaultKind::lose}};
-  Hand counted(configFor(model("Ivy-H20S"), 11059200));
-  bringToData(counted);
-  int units = 0;
-  for (const Unit& unit : counted.wire.log()) units += unit.direction == Direction::hostToDevice ? 1 : 0;
-  wire.faults[0].unit = units;  // the first data frame
-  Hand hand(configFor(model("Ivy-H20S"), 11059200), wire);
-  bringToData(hand);
-  Bytes data = {0, 0, 0, 0, 0, 128};
-  data.insert(data.end(), 128, 0x55);
-  EXPECT_TRUE(hand.ask(0x00, data, 1000).empty());
-  EXPECT_FALSE(hand.ask(0x30, data, 1000).empty());
-  EXPECT_EQ(hand.chip.violationText(), "");
 }
 
 }  // namespace
