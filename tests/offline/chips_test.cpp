@@ -27,16 +27,6 @@ std::vector<const McuRecord*> models() {
   return result;
 }
 
-void countUp(kvr::platform::CheckBox& box, kvr::platform::ControlArray<kvr::platform::TextBox, 4>& texts,
-             kvr::platform::ControlArray<kvr::platform::OptionButton, 3>& forms, const char* address) {
-  box.setValue(true);
-  texts[0].setText(address);
-  texts[1].setText("4");
-  texts[2].setText("1000");
-  texts[3].setText("7");
-  forms[0].setValue(true);
-}
-
 void putNumber(Bytes& memory, std::size_t last, std::uint32_t value) {
   for (std::size_t i = 0; i < 4; ++i) memory[last - i] = static_cast<std::uint8_t>(value >> (8 * i));
 }
@@ -53,7 +43,7 @@ TEST(Board, ProgramsThreeChipsOfEachFamilyAndNoFourth) {
     bench.loadNoise(room);
     const bool withData = kvr::catalogue::hasDataFile(*record) && record->family >= 3 && record->family <= 10;
     if (withData) bench.loadEeprom(600);
-    countUp(bench.counters.cheAuto_Increase, bench.counters.texAuto_Increase, bench.counters.optAuto_Increase, "0081");
+    bench.countCodeUp("0081");
     bench.page.txt_download_max.setText("3");
     bench.keepWanted();
     bench.options.set().wanted.fill(0x11);  // left by something else: the session asks the panel
@@ -97,8 +87,7 @@ TEST(Board, CountsANumberInTheDataMemory) {
   bench.choose("Hazel-H04A");
   bench.loadNoise(1000);
   bench.loadEeprom(600);
-  countUp(bench.counters.cheData_Auto_Increase, bench.counters.texData_Auto_Increase,
-          bench.counters.optData_Auto_Increase, "0100");
+  bench.countDataUp("0100", "1000");
   bench.page.txt_download_max.setText("2049");
   bench.run();
   ASSERT_TRUE(bench.saidOk()) << bench.textMsg.text();
@@ -120,7 +109,7 @@ TEST(Board, CountsANumberInTheDataMemory) {
 TEST(Board, KeepsTheSerialValuesBytesFromTheImageOn) {
   OfflineBench bench;
   bench.loadNoise(5000);
-  countUp(bench.counters.cheAuto_Increase, bench.counters.texAuto_Increase, bench.counters.optAuto_Increase, "0081");
+  bench.countCodeUp("0081");
   bench.run();
   ASSERT_TRUE(bench.saidOk());
   Bytes expected = bench.code;

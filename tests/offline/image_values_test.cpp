@@ -1,24 +1,19 @@
 // The parts of a board's memory image as values: limit, serial values, code fit, header, CRC table, coverage.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <bit>
 #include <numeric>
-#include <string>
-#include <vector>
 
 #include "engine/board_crc.h"
-#include "offline/board_facts.h"
-#include "offline/board_frames.h"
 #include "offline/board_header.h"
 #include "offline/download_limit.h"
 #include "offline/increment_blocks.h"
+#include "tests/offline/offline_bench.h"
 
 namespace {
 
 using namespace kvr::offline;
 using kvr::catalogue::McuRecord;
-using Bytes = std::vector<std::uint8_t>;
 
 const McuRecord& model(const char* name) {
   const McuRecord* record = kvr::catalogue::findByName(name);
@@ -34,22 +29,6 @@ std::int64_t big(std::span<const std::uint8_t> bytes, int at, int size) {
   std::int64_t value = 0;
   for (int i = 0; i < size; ++i) value = value << 8 | bytes[at + i];
   return value;
-}
-
-std::uint16_t crcBitByBit(std::span<const std::uint8_t> bytes) {
-  std::uint16_t crc = 0xFFFF;
-  for (const std::uint8_t byte : bytes) {
-    crc ^= byte;
-    for (int i = 0; i < 8; ++i) crc = static_cast<std::uint16_t>(crc & 1 ? crc >> 1 ^ 0xA001 : crc >> 1);
-  }
-  return crc;
-}
-
-Bytes noise(std::size_t size) {
-  Bytes bytes(size);
-  std::uint32_t state = 12345;
-  for (std::uint8_t& byte : bytes) byte = static_cast<std::uint8_t>((state = state * 1664525 + 1013904223) >> 24);
-  return bytes;
 }
 
 TEST(DownloadLimit, CountsOnesInTwoUnitsAndNothingElse) {
@@ -74,25 +53,12 @@ TEST(DownloadLimit, CountsOnesInTwoUnitsAndNothingElse) {
 }
 
 TEST(DownloadLimit, IsRefusedOutsideOneToAMillion) {
-  struct {
-    const char* text;
-    std::int64_t chips;
-    const char* words;
-  } const rows[] = {{"1", 1, ""},
-                    {" 250", 250, ""},
-                    {"0.6", 1, ""},
-                    {"2.5", 2, ""},
-                    {"1000000", 1000000, ""},
-                    {"0", 0, "too small"},
-                    {"0.5", 0, "too small"},
-                    {"", 0, "too small"},
-                    {"-7", -1, "too small"},
-                    {"many", 0, "too small"}};
-  for (const auto& row : rows) {
-    const DownloadLimit limit = readDownloadLimit(row.text);
-    EXPECT_EQ(limit.chips, row.chips) << row.text;
-    EXPECT_EQ(limit.refusal, *row.words ? "The number of MCU is too small." : "") << row.text;
+  for (const auto& [text, chips] : {std::pair("1", 1), {" 250", 250}, {"0.6", 1}, {"2.5", 2}, {"1000000", 1000000}}) {
+    EXPECT_EQ(readDownloadLimit(text).chips, chips) << text;
+    EXPECT_EQ(readDownloadLimit(text).refusal, "") << text;
   }
+  for (const char* text : {"0", "0.5", "", "-7", "many"})
+    EXPECT_EQ(readDownloadLimit(text).refusal, "The number of MCU is too small.") << text;
   for (const char* text : {"1000001", "9e99"})
     EXPECT_EQ(readDownloadLimit(text).refusal,
               "The number of MCU should be less than or equal to 1000000 on an off-line progam board.");
@@ -139,7 +105,7 @@ TEST(IncrementBlock, RefusesABatchThatOutgrowsItsValues) {
 }
 
 TEST(FileBuffer, TakesTheCodeAsFarAsTheFamilyAllows) {
-  const Bytes code = noise(0x12001);
+  const Bytes code = seededNoise(0x12001, 12345);
   struct {
     const char* name;
     int rangeEnd;
@@ -157,7 +123,7 @@ TEST(FileBuffer, TakesTheCodeAsFarAsTheFamilyAllows) {
 }
 
 TEST(FileBuffer, PutsTheDataImageWhereTheChipHasItsDataMemory) {
-  const Bytes code = noise(0x12001);
+  const Bytes code = seededNoise(0x12001, 12345);
   const Bytes data(0x10001, 0x5A);
   const McuRecord& hazel = model("Hazel-H04");
   const FileBuffer both = prepareFileBuffer(hazel, {code, 0, 700, true}, {data, 0, 511, true});
@@ -222,99 +188,56 @@ TEST(Header, NamesTheModelAndEndsInItsCrc) {
   EXPECT_EQ(big(header, 97, 3), 52223);
   EXPECT_EQ(big(header, 112, 3), 61439);
   EXPECT_EQ(header[120], 0xF3);
-  EXPECT_EQ(header[254] | header[255] << 8, crcBitByBit(std::span(header).first(254)));
+  EXPECT_EQ(header[254] | header[255] << 8, kvr::engine::boardCrc(std::span(header).first(254)));
 }
 
 TEST(Header, PlacesTheOptionBytesOfEachFamily) {
-  struct {
-    const char* name;
-    Bytes options;
-  } const rows[] = {
-      {"Birch-L40A", Bytes(16, 0xFF)},
-      {"Cedar-H20R", {255, 0xA1, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255}},
-      {"Oak-H10A", {255, 0xA1, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255}},
-      {"Elm-H04", {0xA2, 0xA3, 0xA8, 0xAA, 0xAB, 0xA0, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255}},
-      {"Hazel-H04A", {0xA2, 0xA3, 0xA8, 0xAA, 0xAB, 0xA0, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255}},
-      {"Ivy-HF0S", {0xA0, 0xA1, 0xA2, 0xA3, 255, 255, 255, 255, 0xA8, 0xA9, 255, 255, 255, 255, 255, 255}},
-      {"Quince-H07G", {0xA0, 0xA1, 0xA2, 0xA3, 255, 255, 255, 255, 0xA8, 0xA9, 255, 255, 255, 255, 255, 255}},
-  };
-  for (const auto& row : rows) {
-    const Bytes header = headerFor(model(row.name), 1023);
-    EXPECT_EQ(Bytes(header.begin() + 48, header.begin() + 64), row.options) << row.name;
+  const Bytes early = {255, 0xA1}, middle = {0xA2, 0xA3, 0xA8, 0xAA, 0xAB, 0xA0},
+              late = {0xA0, 0xA1, 0xA2, 0xA3, 255, 255, 255, 255, 0xA8, 0xA9};
+  for (const auto& [name, kept] : {std::pair("Birch-L40A", Bytes{}),
+                                   {"Cedar-H20R", early},
+                                   {"Oak-H10A", early},
+                                   {"Elm-H04", middle},
+                                   {"Hazel-H04A", middle},
+                                   {"Ivy-HF0S", late},
+                                   {"Quince-H07G", late}}) {
+    const Bytes header = headerFor(model(name), 1023);
+    Bytes expected = kept;
+    expected.resize(16, 0xFF);
+    EXPECT_EQ(Bytes(header.begin() + 48, header.begin() + 64), expected) << name;
   }
 }
 
-// Areas as first, last, pages; ranges as three numbers.
 TEST(Header, LaysOutTheAreasOfTheChip) {
   using Numbers = std::vector<std::int64_t>;
   struct {
     const char* name;
     int codeLast;
-    Numbers areas;   // A to D
-    Numbers ranges;  // E to H
+    Numbers layout;  // areas A to D as first, last and pages, ranges E to H as three numbers
   } const rows[] = {
-      {"Elm-H04",
-       1023,
-       {0, 1023, 2, 1024, 4095, 6, 4096, 5119, 2, 5120, 8191, 6},
-       {0, 4095, 5119, 0, 0, 0, 1024, 4095, 5119, 0, 0, 0}},
-      {"Birch-L40A",
-       9999,
-       {0, 16383, 32, 0, 0, 0, 0, 0, 0, 57344, 65535, 16},
-       {0, 16383, 16383, 0, 0, 0, 10000, 16382, 16383, 0, 0, 0}},
-      {"Fir-H20A",
-       20000,
-       {0, 8191, 16, 0, 0, 0, 8192, 18943, 21, 28672, 32255, 7},
-       {0, 8191, 18943, 0, 0, 0, 20001, 20000, 20000, 20000, 20000, 20000}},
-      {"Quince-H07G",
-       2047,
-       {0, 2040, 4, 0, 0, 0, 2048, 5119, 6, 5120, 8191, 6},
-       {0, 2040, 5119, 0, 0, 0, 2048, 2047, 5119, 0, 0, 0}},
-      {"Birch-LFCA",
-       1023,
-       {0, 63488, 124, 0, 0, 0, 0, 0, 0, 57344, 65535, 16},
-       {0, 63487, 63487, 0, 0, 0, 1024, 63487, 63487, 0, 0, 0}},
+      {"Elm-H04", 1023, {0, 1023, 2,    1024, 4095, 6, 4096, 5119, 2,    5120, 8191, 6,
+                         0, 4095, 5119, 0,    0,    0, 1024, 4095, 5119, 0,    0,    0}},
+      {"Birch-L40A", 9999, {0, 16383, 32,    0, 0, 0, 0,     0,     0,     57344, 65535, 16,
+                            0, 16383, 16383, 0, 0, 0, 10000, 16382, 16383, 0,     0,     0}},
+      {"Fir-H20A", 20000, {0, 8191, 16,    0, 0, 0, 8192,  18943, 21,    28672, 32255, 7,
+                           0, 8191, 18943, 0, 0, 0, 20001, 20000, 20000, 20000, 20000, 20000}},
+      {"Quince-H07G", 2047, {0, 2040, 4,    0, 0, 0, 2048, 5119, 6,    5120, 8191, 6,
+                             0, 2040, 5119, 0, 0, 0, 2048, 2047, 5119, 0,    0,    0}},
+      {"Birch-LFCA", 1023, {0, 63488, 124,   0, 0, 0, 0,    0,     0,     57344, 65535, 16,
+                            0, 63487, 63487, 0, 0, 0, 1024, 63487, 63487, 0,     0,     0}},
   };
   for (const auto& row : rows) {
     const Bytes header = headerFor(model(row.name), row.codeLast);
-    Numbers areas;
-    Numbers ranges;
+    Numbers layout;
     for (int at = 152; at < 184; at += 8)
       for (const auto& [offset, size] : {std::pair(0, 3), {3, 3}, {6, 2}})
-        areas.push_back(big(header, at + offset, size));
-    for (int at = 184; at < 220; at += 3) ranges.push_back(big(header, at, 3));
-    EXPECT_EQ(areas, row.areas) << row.name;
-    EXPECT_EQ(ranges, row.ranges) << row.name;
+        layout.push_back(big(header, at + offset, size));
+    for (int at = 184; at < 220; at += 3) layout.push_back(big(header, at, 3));
+    EXPECT_EQ(layout, row.layout) << row.name;
     EXPECT_EQ(big(header, 150, 2), 0x0200);
   }
   EXPECT_EQ(big(headerFor(model("Fir-H20A"), 1023), 34, 2), 0xF318);
   EXPECT_EQ(big(headerFor(model("Birch-L40A"), 1023), 32, 2), 0x5454) << "a short code stands twice";
-}
-
-TEST(BoardImage, HoldsTheCodeWithACrcForEachPage) {
-  FileBuffer file;
-  const Bytes code = noise(FileBuffer::kSize);
-  file.bytes = code;
-  BoardImage image;
-  image.area(0xF400, 4)[0] = 0x77;  // left by an earlier session
-  image.area(0x1FFF, 1)[0] = 0x66;
-  image.area(0xF3FF, 1)[0] = 0x55;
-  image.clear();
-  image.writeCrcTable(file);
-  image.placeCode(file);
-  const auto bytes = image.bytes();
-  EXPECT_TRUE(std::equal(code.begin(), code.begin() + 44032, bytes.begin() + 0x4000));
-  EXPECT_TRUE(std::equal(code.begin() + 44032, code.begin() + 52224, bytes.begin() + 0x2000));
-  for (const int k : {0, 1, 343, 511})
-    EXPECT_EQ(bytes[0xF000 + 2 * k] | bytes[0xF001 + 2 * k] << 8, crcBitByBit(std::span(code).subspan(128 * k, 128)));
-  EXPECT_EQ(bytes[0xF400], 0x77);
-  EXPECT_EQ(bytes[0x1FFF], 0x66);
-  image.openIncrementAreas();
-  EXPECT_EQ(onesIn(image.area(0xED40, 32)), 256);
-  EXPECT_EQ(onesIn(image.area(0xF400, 512)), 4096);
-  EXPECT_EQ(onesIn(image.area(0xED00, 64)) + onesIn(image.area(0xED60, 32)), 0);
-  image.placeSecondBank(file);
-  EXPECT_TRUE(std::equal(code.begin() + 44032, code.begin() + 63488, bytes.begin() + 0x4000));
-  EXPECT_EQ(bytes[35840], code[35840 - 0x4000]) << "beyond the second bank's share the old code stands";
 }
 
 TEST(BoardFacts, TellsWhatABoardCannotHold) {

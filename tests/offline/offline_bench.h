@@ -46,6 +46,20 @@ struct OfflineBench : support::EngineBench {
     buffer.rangeEnd = static_cast<int>(bytes.size()) - 1;
     buffer.loaded = true;
   }
+  // Serial values of four bytes that end at the address, 7 from chip to chip.
+  void countCodeUp(const char* address) {
+    countUp(counters.cheAuto_Increase, counters.texAuto_Increase, {address, "4", "1000", "7"});
+    counters.optAuto_Increase[0].setValue(true);
+  }
+  void countDataUp(const char* address, const char* next) {
+    countUp(counters.cheData_Auto_Increase, counters.texData_Auto_Increase, {address, "4", next, "7"});
+    counters.optData_Auto_Increase[0].setValue(true);
+  }
+  static void countUp(platform::CheckBox& box, platform::ControlArray<platform::TextBox, 4>& texts,
+                      const std::array<const char*, 4>& values) {
+    box.setValue(true);
+    for (std::size_t i = 0; i < 4; ++i) texts[i].setText(values[i]);
+  }
   // The operator presses the button; the board gets its power so much later.
   void run(Millis powerAfter = Millis(3000)) {
     board.powerOn((loop.now() + powerAfter).count());

@@ -74,15 +74,21 @@ TEST(OfflineSession, TellsTheStoryInThePane) {
 
 TEST(OfflineSession, WakesABoardThatWaitsInASortingMachine) {
   OfflineBench bench;
-  bench.loadNoise(1000);
+  bench.loadNoise(30000);
+  bench.page.txt_download_max.setText("3000");
   bench.run(Millis(0));
   EXPECT_EQ(bench.board.wakes(), 1);
   EXPECT_TRUE(bench.board.violations().empty());
   EXPECT_TRUE(bench.saidOk());
   bench.page.che_staple[0].setValue(false);
+  bench.loadNoise(1000, 8);
+  bench.page.txt_download_max.setText("2");
+  bench.keepWanted();
   bench.run(Millis(0));
   EXPECT_EQ(bench.board.wakes(), 1) << "not asked for";
   EXPECT_TRUE(bench.saidOk());
+  EXPECT_TRUE(bench.boardHoldsImage()) << "nothing of the larger code before it";
+  EXPECT_EQ(bench.board.job().remaining(), 2);
 }
 
 TEST(OfflineSession, CatchesABoardThatWasSilentForAnHour) {
@@ -147,12 +153,11 @@ TEST(OfflineSession, SaysThatThePortCannotBeOpened) {
   EXPECT_TRUE(bench.idle());
 }
 
-TEST(OfflineSession, KeepsACapacityThatTheBoardDoesNotTellAnew) {
+TEST(OfflineSession, HoldsTheCapacityToTheModelAndTakesNoneForGranted) {
   OfflineBench bench;
   bench.loadNoise(61440);
   bench.run();
   EXPECT_EQ(bench.offline.board().capacity, 62464) << "64K, held to the model";
-  bench.page.txt_download_max.setText("2");
   OfflineBench mute([] {
     auto config = boardOf(0x17, true);
     config.wrongReplyTo[0x0E] = 9;
@@ -165,68 +170,40 @@ TEST(OfflineSession, KeepsACapacityThatTheBoardDoesNotTellAnew) {
   EXPECT_EQ(mute.lines("3000 bytes of the code and data will not be programmed."), 1);
 }
 
-struct Fault {
-  const char* name;
-  const char* value;
-  const char* words;  // the pane's line
-  int beeps;
-};
-
-TEST(OfflineSession, EndsInWordsWhateverTheBoardDoes) {
-  const char* const kFailed = "Connection failed!";
-  const Fault faults[] = {
-      {"silent", "80:100000", kFailed, 0},
-      {"silent", "0C:4", kFailed, 0},
-      {"wrongReply", "0C:4", kFailed, 0},
-      {"silent", "0E:4", kFailed, 0},
-      {"badCrc", "0E:4", kFailed, 0},
-      {"silent", "84:6", "Erasing MCU failed.", 0},
-      {"badCrc", "84:6", "Erasing MCU failed.", 0},
-      {"silent", "86:6", "Erasing MCU failed.", 0},
-      {"failsPage", "40:6", "Program failure!", 3},
-      {"failsPage", "40:6:silent", "Program failure!", 3},
-      {"failsPage", "121:3", "Program failure!", 3},
-      {"diesAfterPages", "60", "Program failure!", 3},
-      {"diesAfterPages", "90", "Program failure!", 3},
+TEST(OfflineSession, GetsOverWhatPassesAndEndsInWordsWhateverTheBoardDoes) {
+  struct {
+    const char* words;  // the pane's line
+    std::size_t beeps;
+    std::vector<std::string> faults;
+  } const ends[] = {
+      {"Program OK.",
+       0,
+       {"silent 80:30", "badCrc 80:5", "silent 0C:3", "wrongReply 0C:3", "badCrc 0C:3", "silent 0E:3", "silent 84:5",
+        "badCrc 84:5", "silent 86:5", "failsPage 40:1", "failsPage 40:5", "failsPage 40:5:silent", "failsPage 121:2",
+        "wrongReply 00:3", "badCrc 00:3", "silent 00:3"}},
+      {"Connection failed!", 0, {"silent 80:100000", "silent 0C:4", "wrongReply 0C:4", "silent 0E:4", "badCrc 0E:4"}},
+      {"Erasing MCU failed.", 0, {"silent 84:6", "badCrc 84:6", "silent 86:6"}},
+      {"Program failure!",
+       3,
+       {"failsPage 40:6", "failsPage 40:6:silent", "failsPage 121:3", "diesAfterPages 60", "diesAfterPages 90"}},
   };
-  for (const Fault& fault : faults) {
-    SCOPED_TRACE(testing::Message() << fault.name << " " << fault.value);
-    auto config = boardOf(0x16, false);
-    ASSERT_TRUE(sim::setBoardFault(config, fault.name, fault.value));
-    OfflineBench bench(config);
-    bench.loadNoise(50000);
-    bench.keepWanted();
-    bench.run();
-    EXPECT_EQ(bench.lines(fault.words), 1) << bench.textMsg.text();
-    bench.loop.runFor(Millis(1000));  // beeps are queued
-    EXPECT_EQ(static_cast<int>(bench.dialogs.beeps.size()), fault.beeps);
-    EXPECT_FALSE(bench.saidOk());
-    EXPECT_EQ(bench.lines("Operation stopped. "), 0);
-    EXPECT_TRUE(bench.idle());
-  }
-}
-
-TEST(OfflineSession, GetsOverWhatPasses) {
-  const Fault faults[] = {
-      {"silent", "80:30", "", 0},    {"badCrc", "80:5", "", 0},     {"silent", "0C:3", "", 0},
-      {"wrongReply", "0C:3", "", 0}, {"badCrc", "0C:3", "", 0},     {"silent", "0E:3", "", 0},
-      {"silent", "84:5", "", 0},     {"badCrc", "84:5", "", 0},     {"silent", "86:5", "", 0},
-      {"failsPage", "40:1", "", 0},  {"failsPage", "40:5", "", 0},  {"failsPage", "40:5:silent", "", 0},
-      {"failsPage", "121:2", "", 0}, {"wrongReply", "00:3", "", 0}, {"badCrc", "00:3", "", 0},
-      {"silent", "00:3", "", 0},
-  };
-  for (const Fault& fault : faults) {
-    SCOPED_TRACE(testing::Message() << fault.name << " " << fault.value);
-    auto config = boardOf(0x16, false);
-    ASSERT_TRUE(sim::setBoardFault(config, fault.name, fault.value));
-    OfflineBench bench(config);
-    bench.loadNoise(50000);
-    bench.keepWanted();
-    bench.run();
-    EXPECT_EQ(bench.lines("Program OK."), 1) << bench.textMsg.text();
-    EXPECT_TRUE(bench.boardHoldsImage());
-    EXPECT_TRUE(bench.dialogs.beeps.empty());
-  }
+  for (const auto& end : ends)
+    for (const std::string& fault : end.faults) {
+      SCOPED_TRACE(fault);
+      auto config = boardOf(0x16, false);
+      ASSERT_TRUE(sim::setBoardFault(config, fault.substr(0, fault.find(' ')), fault.substr(fault.find(' ') + 1)));
+      OfflineBench bench(config);
+      bench.loadNoise(50000);
+      bench.keepWanted();
+      bench.run();
+      EXPECT_EQ(bench.lines(end.words), 1) << bench.textMsg.text();
+      EXPECT_EQ(bench.saidOk(), &end == &ends[0]);
+      EXPECT_TRUE(!bench.saidOk() || bench.boardHoldsImage());
+      EXPECT_EQ(bench.lines("Operation stopped. "), 0);
+      EXPECT_TRUE(bench.idle());
+      bench.loop.runFor(Millis(1000));  // beeps are queued
+      EXPECT_EQ(bench.dialogs.beeps.size(), end.beeps);
+    }
 }
 
 TEST(OfflineSession, NeverSaysOkForABoardThatHoldsSomethingElse) {
@@ -288,11 +265,7 @@ TEST(OfflineSession, EndsWhenTheAdapterIsPulledOut) {
 TEST(OfflineSession, RefusesABatchThatOutgrowsItsSerialValues) {
   OfflineBench bench;
   bench.loadNoise(5000);
-  bench.counters.cheData_Auto_Increase.setValue(true);
-  bench.counters.texData_Auto_Increase[0].setText("10");
-  bench.counters.texData_Auto_Increase[1].setText("4");
-  bench.counters.texData_Auto_Increase[2].setText("2147483000");
-  bench.counters.texData_Auto_Increase[3].setText("1");
+  bench.countDataUp("10", "2147483000");
   bench.run();
   EXPECT_EQ(bench.lastMessage(),
             "Auto increment + (increment * 'Number of MCU') too big( >2147483648 ), \n"
