@@ -19,35 +19,6 @@ TEST(FrameSearch, FindsAllFourTypesBetweenTextWhereverTheStreamIsCut) {
   EXPECT_EQ(faultOf(stream), "");
 }
 
-TEST(FrameSearch, OwesAFrameFromThePreambleUntilAGoodOneHasCome) {
-  FrameSearch search;
-  search.feed(Bytes{0xA5});
-  EXPECT_FALSE(search.owesFrame());
-  search.feed(Bytes{0x5A});
-  EXPECT_TRUE(search.owesFrame());
-  search.feed(Bytes{'x'});
-  EXPECT_FALSE(search.owesFrame());
-  Bytes bad = dump(1, counting(20));
-  bad.back() ^= 1;
-  EXPECT_TRUE(search.feed(bad + textBytes("text")).empty());
-  EXPECT_TRUE(search.owesFrame());
-  EXPECT_EQ(search.feed(dump(1, counting(20))).size(), 1U);
-  EXPECT_FALSE(search.owesFrame());
-}
-
-TEST(FrameSearch, ALengthOfZeroOrAboveTheLimitGivesUpBehindTheLimit) {
-  for (const int length : {0, 1100, 0xFFFF}) {
-    FrameSearch search;
-    const Bytes head{0xA5, 0x5A, 0xAA, static_cast<std::uint8_t>(length >> 8), static_cast<std::uint8_t>(length)};
-    EXPECT_TRUE(search.feed(head + Bytes(FrameSearch::kMaxFrame - 3, 0)).empty());
-    EXPECT_TRUE(search.feed(Bytes{0}).empty());
-    EXPECT_TRUE(search.owesFrame());
-    EXPECT_EQ(search.feed(dump(0, {})).size(), 1U) << length;
-  }
-  FrameSearch search;
-  EXPECT_EQ(search.feed(dump(2, counting(1099 - 17))).size(), 1U);
-}
-
 TEST(FrameSearch, FramesTooShortForTheirRegistersSayNothing) {
   for (std::size_t length = 4; length <= 18; ++length) {
     Bytes frame{0xAA, 0, static_cast<std::uint8_t>(length), 0};
