@@ -47,7 +47,7 @@ TEST(Trigger, ReachesTheBootFirmwareWithoutAPowerCycle) {
   }
 }
 
-TEST(Trigger, WaitsForTheLastBitOfALongCommand) {
+TEST(Trigger, WaitsForTheLastBitOfALongCommandAndDownloadsAlsoWithoutOne) {
   TriggerBench bench;
   std::string command;
   for (int i = 0; i < 300; ++i) command += "7F";
@@ -59,10 +59,7 @@ TEST(Trigger, WaitsForTheLastBitOfALongCommand) {
   EXPECT_TRUE(bench.passed()) << bench.text();
   EXPECT_EQ(bench.wire.log()[0].bytes.size(), 303u);
   EXPECT_GE(bench.wire.log()[1].start - bench.wire.log()[0].end, 20 * sim::kMillisecond);
-}
 
-TEST(Trigger, DownloadsAlsoWithoutACommand) {
-  TriggerBench bench;
   bench.page.txtUserCode.setText("");
   bench.insertChip(Millis(2000));
   ASSERT_TRUE(bench.press(bench.page.comSendUserCode, Millis(120000)));

@@ -1,10 +1,7 @@
-// Commands as typed, line settings, demo frames and the receiver of their replies.
+// Commands as typed, and the receiver of the routine's replies.
 #include <gtest/gtest.h>
 
-#include "catalogue/mcu_record.h"
 #include "userpath/demo_frames.h"
-#include "userpath/demo_models.h"
-#include "userpath/line_settings.h"
 #include "userpath/user_bytes.h"
 
 namespace {
@@ -13,35 +10,17 @@ using namespace kvr::userpath;
 using Bytes = std::vector<std::uint8_t>;
 
 TEST(UserBytes, ReadsPairsAsAPersonTypesThem) {
-  struct {
-    const char* text;
-    Bytes bytes;
-  } const rows[] = {
-      {"", {}},
-      {"   ", {}},
-      {"12 34", {0x12, 0x34}},
-      {"1234", {0x12, 0x34}},
-      {" aB  c ", {0xAB, 0x0C}},
-      {", 12", {0x12}},
-      {"1 2 3", {1, 2, 3}},
-      {"12,34", {0x12, 0x04}},
-      {"..55", {0x55}},
-      {"1G", {0x01}},
-      {"GG", {0x00}},
-      {"F", {0x0F}},
-      {"é12", {0x00, 0x02}},
-  };
-  for (const auto& row : rows) EXPECT_EQ(parseUserBytes(row.text), row.bytes) << row.text;
-}
-
-TEST(LineBoxes, BecomeTheTextThatAPortTakes) {
-  UserPathPanel page;
-  EXPECT_EQ(settingsText(page.userCodeLine()), "38400,N,8,1");
-  EXPECT_EQ(settingsText(page.demoLine()), "38400,E,8,1");
-  page.cob_DEMO_UserCode_StopBits.setListIndex(1);
-  page.cob_DEMO_UserCode_Parity.setListIndex(1);
-  page.cob_DEMO_UserCode_DataBits.setListIndex(3);
-  EXPECT_EQ(settingsText(page.demoCommandLine()), "38400,O,5,1.5");
+  for (const auto& [text, bytes] : {std::pair("   ", Bytes{}),
+                                    {"12 34", {0x12, 0x34}},
+                                    {"1234", {0x12, 0x34}},
+                                    {" aB  c ", {0xAB, 0x0C}},
+                                    {", 12", {0x12}},
+                                    {"12,34", {0x12, 0x04}},
+                                    {"..55", {0x55}},
+                                    {"1G", {0x01}},
+                                    {"GG", {0x00}},
+                                    {"é12", {0x00, 0x02}}})
+    EXPECT_EQ(parseUserBytes(text), bytes) << text;
 }
 
 const Bytes kReply{0x5A, 0xA5, 0x00, 0x0B, 0xB5, 0x00, 0x40, 0x02, 0x02, 0x01, 0x16};
@@ -84,23 +63,6 @@ TEST(DemoReceiver, TellsAWrongEndFromAWrongSum) {
     EXPECT_FALSE(rx.frameOk);
     EXPECT_LE(rx.buffer.size(), DemoReceiver::kCapacity);
   }
-}
-
-TEST(DemoModels, BearTheCodesOfTheCatalogue) {
-  int known = 0;
-  for (int number = 0; number < 0x10000; ++number) {
-    const DemoModel model = demoModelOf(static_cast<std::uint16_t>(number));
-    if (model.name.empty()) {
-      EXPECT_TRUE(model.code.empty());
-      continue;
-    }
-    ++known;
-    const auto* record = kvr::catalogue::findByName(model.name);
-    if (record) {
-      EXPECT_EQ(record->code, model.code) << model.name;
-    }
-  }
-  EXPECT_EQ(known, 18);
 }
 
 }  // namespace
