@@ -22,7 +22,6 @@ class Damage {
  private:
   int pick(std::size_t below) { return static_cast<int>(random_() % below); }
   Bytes::iterator spot(Bytes& bytes) { return bytes.begin() + pick(bytes.size()); }
-  void insert(Bytes& bytes, const std::string& text) { bytes.insert(spot(bytes), text.begin(), text.end()); }
 
   void once(Bytes& bytes) {
     switch (pick(10)) {
@@ -39,23 +38,14 @@ class Damage {
         swapLines(bytes);
         break;
       case 4:
-        insert(bytes, std::string(static_cast<std::size_t>(pick(3000)), pick(2) == 0 ? 'A' : ' '));
-        break;
-      case 5:
-        insert(bytes, "99999999999999999999999999999");
-        break;
-      case 6:
-        insert(bytes, "\xD6\xD0\xFF\xFE\x80");
-        break;
-      case 7:
-        insert(bytes, "\r\n");
-        break;
-      case 8:
         widen(bytes);
         break;
       default:
-        insert(bytes, std::string(1, static_cast<char>(random_())));
-        break;
+        const std::string texts[] = {std::string(static_cast<std::size_t>(pick(3000)), pick(2) == 0 ? 'A' : ' '),
+                                     "99999999999999999999999999999", "\xD6\xD0\xFF\xFE\x80", "\r\n",
+                                     std::string(1, static_cast<char>(random_()))};
+        const std::string& text = texts[pick(std::size(texts))];
+        bytes.insert(spot(bytes), text.begin(), text.end());
     }
   }
   void swapLines(Bytes& bytes) {

@@ -31,19 +31,6 @@ TEST(ProjectText, IsWrittenLineByLineWithItsSums) {
             "48\r\n1020\r\nData_File_End\r\n");
 }
 
-TEST(ProjectText, ReadsWhatWasWritten) {
-  const Header header = {{"VER", "1.2"}, {"MCU_Type", "Ivy-HF0S"}, {"Dtat_File_Name", "a: b: c"}, {"Empty", ""}};
-  const Bytes code(511, 0xE7);
-  const Bytes data = {1, 2, 3};
-  const ProjectText read = parse(format(header, code, &data));
-  ASSERT_TRUE(read.ended && read.data);
-  EXPECT_EQ(Header(read.header.begin(), read.header.end() - 1), header);
-  EXPECT_TRUE(read.code.sound());
-  EXPECT_EQ(read.code.bytes, code);
-  EXPECT_TRUE(read.data->sound());
-  EXPECT_EQ(read.data->bytes, data);
-}
-
 TEST(ProjectText, TakesLinesOfAnySystem) {
   for (const std::string end : {"\r\n", "\n", "\r"}) {
     const ProjectText read = parse("\xEF\xBB\xBFVER: 1.2" + end + "a : b:c " + end + "no colon" + end +
