@@ -18,13 +18,10 @@ TEST(Demo, ProgramsEveryModelThatTellsItsNumber) {
     const auto* record = kvr::catalogue::findByName(told.name);
     EXPECT_TRUE(!record || record->code == told.code);
     for (const char* name : {"Cedar-H10R", "Cedar-H20R", "Cedar-H38R", "Cedar-H40D", "Cedar-H80D", "Cedar-HF8D"}) {
-      UserPathBench bench;
-      bench.select(name);
       auto config = UserPathBench::configFor(name);
       config.modelNumber = number;
-      sim::DemoFirmware firmware(config);
-      bench.insert(firmware);
-      bench.loadCode(5, 3000);
+      DemoBench bench(config);
+      bench.select(name);
       ASSERT_TRUE(bench.press(bench.page.com_Demo_DownLoad));
       const bool fits = bench.model.record.code == told.code;
       EXPECT_EQ(bench.lines("Program OK."), fits ? 1 : 0) << name << bench.text();
@@ -33,20 +30,17 @@ TEST(Demo, ProgramsEveryModelThatTellsItsNumber) {
       bench.loop.runFor(Millis(1000));  // beeps are queued
       EXPECT_EQ(bench.dialogs.beeps.size(), fits ? 1u : 3u);
       EXPECT_EQ(bench.notAtRest(), "");
-      EXPECT_TRUE(firmware.violations().empty()) << firmware.violations().front().text;
+      EXPECT_TRUE(bench.firmware.violations().empty()) << bench.firmware.violations().front().text;
       if (!fits) continue;
-      EXPECT_TRUE(bench.holdsCode(firmware));
-      EXPECT_EQ(firmware.finishes(), 2);
+      EXPECT_TRUE(bench.holdsCode());
+      EXPECT_EQ(bench.firmware.finishes(), 2);
     }
   }
   EXPECT_EQ(known, 18);
 }
 
 TEST(Demo, TellsTheStoryInThePane) {
-  UserPathBench bench;
-  sim::DemoFirmware firmware(UserPathBench::configFor("Cedar-H20R"));
-  bench.insert(firmware);
-  bench.loadCode(5, 3000);
+  DemoBench bench;
   bench.optionPanel.LabLock[1].setVisible(true);
   ASSERT_TRUE(bench.press(bench.page.com_Demo_DownLoad));
   EXPECT_FALSE(bench.optionPanel.LabLock[1].visible());
@@ -70,20 +64,17 @@ TEST(Demo, SendsTheCommandAtEverySettingThatAPortCanDo) {
       for (const auto& data : page.page.cob_DEMO_UserCode_DataBits.items())
         for (const auto& stop : page.page.cob_DEMO_UserCode_StopBits.items()) {
           SCOPED_TRACE(baud + parity + data + stop);
-          UserPathBench bench;
           auto config = UserPathBench::configFor("Cedar-H20R");
           config.command = {0x12, 0x05, 0x1F};
           config.commandLine = {std::stoi(baud), static_cast<char>(parity[0] | 0x20), std::stoi(data), std::stod(stop)};
-          sim::DemoFirmware firmware(config);
-          bench.insert(firmware);
-          bench.loadCode(5, 600);
+          DemoBench bench(config);
           bench.page.che_Demo_DownLoad.setValue(true);
           bench.page.txt_DEMO_UserCode.setText("12 05 1f");
           UserPathBench::setLine(bench.page.demoCommandLine(), baud.c_str(), parity.c_str(), data.c_str(),
                                  stop.c_str());
           ASSERT_TRUE(bench.press(bench.page.com_Demo_DownLoad));
           const bool possible = stop != "1.5" || data == "5";
-          EXPECT_EQ(firmware.commands(), possible ? 1 : 0);
+          EXPECT_EQ(bench.firmware.commands(), possible ? 1 : 0);
           EXPECT_EQ(bench.lines("Program OK."), possible ? 1 : 0);
           EXPECT_EQ(bench.lines("Open COM port failed!"), possible ? 0 : 1);
           EXPECT_EQ(bench.notAtRest(), "");
@@ -92,10 +83,7 @@ TEST(Demo, SendsTheCommandAtEverySettingThatAPortCanDo) {
 
 TEST(Demo, RepeatsUntilStopWithANumberOfItsOwnInEachChip) {
   for (const char* delay : {"0", "3"}) {
-    UserPathBench bench;
-    sim::DemoFirmware firmware(UserPathBench::configFor("Cedar-H20R"));
-    bench.insert(firmware);
-    bench.loadCode(5, 3000);
+    DemoBench bench;
     bench.panel.comDalay_ReDownLoad.setText(delay);
     bench.counterPanel.cheAuto_Increase.setValue(true);
     for (const auto& [box, text] : {std::pair(0, "0103"), {1, "4"}, {2, "100"}, {3, "5"}})
@@ -105,8 +93,8 @@ TEST(Demo, RepeatsUntilStopWithANumberOfItsOwnInEachChip) {
     std::vector<kvr::platform::Instant> ends;
     std::string waiting;
     std::function<void()> watch = [&] {
-      if (firmware.rounds() > static_cast<int>(numbers.size())) {
-        numbers.push_back(firmware.memory().bytes()[0x103]);
+      if (bench.firmware.rounds() > static_cast<int>(numbers.size())) {
+        numbers.push_back(bench.firmware.memory().bytes()[0x103]);
         ends.push_back(bench.loop.now());
       }
       if (bench.says("re-connect")) waiting = bench.text();
@@ -155,10 +143,7 @@ TEST(Demo, EndsInWordsAtEveryStep) {
     SCOPED_TRACE(std::string(row.name) + " " + row.value);
     auto config = UserPathBench::configFor("Cedar-H20R");
     ASSERT_TRUE(sim::setDemoFault(config, row.name, row.value));
-    sim::DemoFirmware firmware(config);
-    UserPathBench bench;
-    bench.insert(firmware);
-    bench.loadCode(5, 3000);
+    DemoBench bench(config);
     ASSERT_TRUE(bench.press(*row.words ? bench.page.com_Demo_Re_DownLoad : bench.page.com_Demo_DownLoad));
     bench.loop.runFor(Millis(1000));
     EXPECT_EQ(bench.notAtRest(), "");
@@ -167,10 +152,10 @@ TEST(Demo, EndsInWordsAtEveryStep) {
       EXPECT_FALSE(bench.says("Program OK."));
       EXPECT_FALSE(bench.says("Operation stopped.")) << "nobody pressed Stop";
       EXPECT_EQ(bench.dialogs.beeps.size(), row.beeps);
-      EXPECT_EQ(firmware.rounds(), 0) << "a failure ends the repeat";
+      EXPECT_EQ(bench.firmware.rounds(), 0) << "a failure ends the repeat";
     } else {
-      EXPECT_EQ(firmware.rounds(), 1);
-      EXPECT_TRUE(bench.holdsCode(firmware));
+      EXPECT_EQ(bench.firmware.rounds(), 1);
+      EXPECT_TRUE(bench.holdsCode());
     }
   }
 }
@@ -181,15 +166,13 @@ TEST(Demo, NeverSaysOkForAChipThatHoldsSomethingElse) {
     sim::WireConfig wire;
     wire.seed = seed;
     wire.random = sim::RandomFaults{.chance = 0.03};
-    UserPathBench bench(wire);
-    sim::DemoFirmware firmware(UserPathBench::configFor("Cedar-H20R"));
-    bench.insert(firmware);
+    DemoBench bench(UserPathBench::configFor("Cedar-H20R"), wire);
     bench.loadCode(seed, 6000);
     ASSERT_TRUE(bench.press(bench.page.com_Demo_DownLoad));
     EXPECT_EQ(bench.notAtRest(), "");
     if (!bench.says("Program OK.")) continue;
     ++good;
-    EXPECT_TRUE(bench.holdsCode(firmware)) << seed;
+    EXPECT_TRUE(bench.holdsCode()) << seed;
   }
   EXPECT_GT(good, 40);
 }
@@ -197,13 +180,10 @@ TEST(Demo, NeverSaysOkForAChipThatHoldsSomethingElse) {
 TEST(Demo, StopsAtOnceWhereverItWaits) {
   for (int at = 1; at < 2000; at += 37) {
     SCOPED_TRACE(at);
-    UserPathBench bench;
     auto config = UserPathBench::configFor("Cedar-H20R");
     config.command = Bytes(40, 0x55);
     config.commandLine = {2400, 'e'};
-    sim::DemoFirmware firmware(config);
-    bench.insert(firmware);
-    bench.loadCode(5, 3000);
+    DemoBench bench(config);
     bench.page.che_Demo_DownLoad.setValue(true);
     std::string command;
     for (int i = 0; i < 40; ++i) command += "55 ";
@@ -219,7 +199,7 @@ TEST(Demo, StopsAtOnceWhereverItWaits) {
     EXPECT_LE(bench.loop.now() - Millis(at), Millis(1100));  // what was written goes out before the port closes
     EXPECT_EQ(bench.lines("Operation stopped. "), 1) << bench.text();
     if (bench.says("Program OK.")) {
-      EXPECT_TRUE(bench.holdsCode(firmware)) << "pressed while the finish went out";
+      EXPECT_TRUE(bench.holdsCode()) << "pressed while the finish went out";
     }
     EXPECT_FALSE(bench.says("failed"));
     EXPECT_EQ(bench.notAtRest(), "");
@@ -227,11 +207,12 @@ TEST(Demo, StopsAtOnceWhereverItWaits) {
 }
 
 TEST(Demo, SaysWhyNothingBeginsAndThatThePortIsLost) {
-  UserPathBench bench;
+  DemoBench bench;
+  bench.images.imageValid = false;
   ASSERT_TRUE(bench.press(bench.page.com_Demo_DownLoad));
   EXPECT_EQ(bench.dialogs.shown.at(0).text, "  Please open code file. ");
   EXPECT_EQ(bench.link.opens, 0);
-  bench.loadCode(5, 3000);
+  bench.images.imageValid = true;
   bench.link.refusesToOpen = {kvr::platform::PortError::Kind::Denied, "/dev/ttyV0: permission denied"};
   std::string status;
   bench.target.onPortStatus = [&](const std::string& why) { status = why; };
@@ -243,8 +224,6 @@ TEST(Demo, SaysWhyNothingBeginsAndThatThePortIsLost) {
   EXPECT_EQ(bench.notAtRest(), "");
 
   bench.link.refusesToOpen = {};
-  sim::DemoFirmware firmware(UserPathBench::configFor("Cedar-H20R"));
-  bench.insert(firmware);
   bench.loop.after(Millis(500), [&] { bench.link.unplug(); });
   ASSERT_TRUE(bench.press(bench.page.com_Demo_Re_DownLoad));
   EXPECT_TRUE(bench.says("The COM port has been lost: /dev/ttyV0: the device was unplugged"));

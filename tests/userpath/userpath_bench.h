@@ -29,21 +29,12 @@ struct UserPathBench : support::EngineBench {
     config.downloadLine = {38400, 'e'};
     return config;
   }
-  // The chip with the routine goes on the wire, running.
-  void insert(sim::DemoFirmware& firmware) {
-    wire.connect(&firmware);
-    firmware.powerOn(loop.now().count());
-  }
   int lines(std::string_view line) const {
     int count = 0;
     const std::string all = "\n" + text() + "\n";
     const std::string wanted = "\n" + std::string(line) + "\n";
     for (auto at = all.find(wanted); at != std::string::npos; at = all.find(wanted, at + 1)) ++count;
     return count;
-  }
-  bool holdsCode(const sim::DemoFirmware& firmware) const {
-    const auto code = images.CodeBuffer.bytes().first(static_cast<std::size_t>(images.CodeBuffer.rangeEnd) + 1);
-    return std::equal(code.begin(), code.end(), firmware.memory().bytes().begin());
   }
   static void setLine(const LineBoxes& boxes, const char* baud, const char* parity, const char* data,
                       const char* stop) {
@@ -59,6 +50,21 @@ struct UserPathBench : support::EngineBench {
   UserPathPanel page;
   DemoDownload demo{{conversation, session.programming(), activity, lock, counters}, page};
   Trigger trigger{target, activity, lock, images, page};
+};
+
+// A chip with the routine is on the wire, and an image stands ready for it.
+struct DemoBench : UserPathBench {
+  explicit DemoBench(const sim::DemoConfig& config = configFor("Cedar-H20R"), sim::WireConfig wireConfig = {})
+      : UserPathBench(std::move(wireConfig)), firmware(config) {
+    wire.connect(&firmware);
+    firmware.powerOn(loop.now().count());
+    loadCode(5, 3000);
+  }
+  bool holdsCode() const {
+    const auto code = images.CodeBuffer.bytes().first(static_cast<std::size_t>(images.CodeBuffer.rangeEnd) + 1);
+    return std::equal(code.begin(), code.end(), firmware.memory().bytes().begin());
+  }
+  sim::DemoFirmware firmware;
 };
 
 }  // namespace kvr::userpath
