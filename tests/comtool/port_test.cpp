@@ -41,6 +41,7 @@ TEST(ToolPort, LightsTheMainLampOnlyForTheEnginesOwnPortAndPutsItOutAgain) {
 // Both automatic sends run, on the port that is open.
 void sendAutomatically(ToolBench& b) {
   b.open();
+  b.panel.texSend.setText("y");
   b.panel.comAutoSend.press();
   b.panel.texSpreadSend[3].setText("x");
   b.panel.comSpreadAutoSend.press();
