@@ -53,6 +53,8 @@ TEST(AnyBytes, AreReadAlikeWhereverTheyAreCutAndInTheTermsOfASecondReading) {
     }
     ASSERT_EQ(hexFaultOf({bytes.begin(), bytes.end()}) + cutFaultOf(bytes), "") << round;
   }
+  for (const std::size_t length : {2 * HexText::kMaxBytes, 2 * HexText::kMaxBytes + 1})
+    EXPECT_EQ(hexFaultOf(std::string(length, 'A')), "");
 }
 
 TEST(AnyBytes, OfTheCorpusAreReadCountedAndSentRight) {
