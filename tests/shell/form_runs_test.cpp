@@ -139,5 +139,18 @@ TEST(FormRun, AClosePressedAtAnyOfItsWaitsEndsItFirstAndThenTheWindowOnce) {
   }
 }
 
+TEST(FormRun, ACloseIsNotForgottenByARunThatStillWaitsForItsFile) {
+  FormBench bench;
+  setUp(bench);
+  bench.form.images.panel.cekReloadFile.setValue(true);
+  bench.files.put("/image.bin", platform::Bytes(700, 0x34));  // rewritten: the run waits until it is at rest
+  bool gone = false;
+  bench.form.onUnload = [&] { gone = true; };
+  bench.loop.after(Millis(100), [&] { EXPECT_TRUE(bench.form.queryUnload()); });
+  bench.loop.post([&] { bench.form.download.comDownload[0].press(); });
+  bench.loop.runFor(std::chrono::seconds(20));
+  EXPECT_TRUE(gone && !bench.form.activity.busy());
+}
+
 }  // namespace
 }  // namespace kvr
