@@ -3,7 +3,6 @@
 
 #include "engine/baud_plan.h"
 #include "engine/block_plan.h"
-#include "engine/board_crc.h"
 #include "engine/data_frames.h"
 #include "engine/frames.h"
 #include "engine/image_plan.h"
@@ -17,23 +16,6 @@ namespace {
 
 const catalogue::McuRecord& row(const char* name) {
   return *catalogue::findByName(name);
-}
-
-TEST(Frames, CarryTheSumThatTheModelAsksFor) {
-  const Bytes payload = {0x01, 0x02};
-  EXPECT_EQ(buildFrame(0x8F, payload, SumForm::OneByte), (Bytes{0x46, 0xB9, 0x6A, 0, 8, 0x8F, 1, 2, 0x04, 0x16}));
-  EXPECT_EQ(buildFrame(0x8F, payload, SumForm::TwoBytes),
-            (Bytes{0x46, 0xB9, 0x6A, 0, 9, 0x8F, 1, 2, 0x01, 0x05, 0x16}));
-  EXPECT_EQ(buildFixedLinkFrame(0x82, SumForm::OneByte),
-            (Bytes{0xFE, 0xFE, 0xFE, 0xFE, 0x46, 0xB9, 0x6A, 0, 6, 0x82, 0xF2, 0x16}));
-  EXPECT_TRUE(buildFixedLinkFrame(0x83, SumForm::OneByte).empty());
-}
-
-TEST(Frames, CarryTheBoardsCrcLowByteFirst) {
-  const Bytes digits = {'1', '2', '3', '4', '5', '6', '7', '8', '9'};
-  EXPECT_EQ(boardCrc(digits), 0x4B37);
-  const Bytes wake = {0x6A, 0x00, 0x13, 0xF0, 0x01, 0x04, 0x00, 0x02, 0x03, 0x04, 0x05, 0x06, 0x07, 0x08, 0x01, 0x95};
-  EXPECT_EQ(boardCrc(wake), 0x077F);
 }
 
 TEST(Frames, NameTheModelByTheCodeThatTheTargetReported) {
@@ -234,13 +216,7 @@ TEST(BlockPlan, ChoosesWhatToSendByFamilyAndImages) {
   EXPECT_EQ(ranges("Fir-H10", 5.8, 512, 128), (Ranges{{true, 0, 21}}));
 }
 
-TEST(DataFrames, CarryAddressCountAndSums) {
-  const Bytes data = {0xF0, 0x20};
-  const DataFrame frame = buildDataFrame(0x1234, data, 0x30, SumForm::TwoBytes);
-  EXPECT_EQ(frame.wire, (Bytes{0x46, 0xB9, 0x6A, 0, 15, 0x30, 0, 0, 0x12, 0x34, 0, 2, 0xF0, 0x20, 0x02, 0x01, 0x16}));
-  EXPECT_EQ(frame.dataSum, 0x110);
-  EXPECT_EQ(buildDemoDataFrame(0x1234, data, 0xB3).wire,
-            (Bytes{0x5A, 0xA5, 0, 16, 0xB3, 0, 0, 0x12, 0x34, 0, 2, 0xF0, 0x20, 0x03, 0x1A, 0x16}));
+TEST(DataFrames, HaveTimeByClockAndRate) {
   EXPECT_EQ(dataFrameLimitMs(11059200, 115200), 1200);
   EXPECT_EQ(dataFrameLimitMs(33000000, 9600), 1500);
   EXPECT_EQ(dataFrameLimitMs(2000000, 2400), 4000);
