@@ -128,18 +128,14 @@ TEST_F(ModelTest, CopiesTheSelectionAsHex) {
 }
 
 TEST_F(ModelTest, CellsTellWhereTheirBytesComeFrom) {
-  const Bytes one{0xEE};
-  buffer.edit(5, one);
+  buffer.edit(5, Bytes{0xEE});
   range(0, 1010);
   model.setField({6, 7});
-  const HexLine first = model.line(0);
-  EXPECT_TRUE(first.cells[5].changed);
-  EXPECT_TRUE(first.cells[5].fromFile);
-  EXPECT_FALSE(first.cells[4].changed);
-  EXPECT_TRUE(first.cells[6].inField && first.cells[7].inField && !first.cells[8].inField);
-  const HexLine last = model.line(62);
-  EXPECT_TRUE(last.cells[7].fromFile);
-  EXPECT_FALSE(last.cells[8].fromFile) << "address 1000 was written by no file";
+  const auto first = model.line(0).cells;
+  EXPECT_TRUE(first[5].changed && first[5].fromFile && !first[4].changed);
+  EXPECT_TRUE(first[6].inField && first[7].inField && !first[8].inField);
+  const auto last = model.line(62).cells;
+  EXPECT_TRUE(last[7].fromFile && !last[8].fromFile) << "address 1000 was written by no file";
   buffer.lay({Bytes(kCodeBufferSize), Bytes(kCodeBufferSize)});
   EXPECT_FALSE(model.line(0).cells[5].changed) << "a load forgets the colours";
 }
