@@ -11,8 +11,8 @@ namespace {
 using platform::Bytes;
 using platform::Millis;
 
-std::string hexFile(std::uint8_t value) {
-  return hexRecord(0, Bytes(16, value)) + "\n" + kEndRecord + "\n";
+std::string hexFile(int value) {
+  return hexRecord(0, Bytes(16, static_cast<std::uint8_t>(value))) + "\n" + kEndRecord + "\n";
 }
 
 struct WatchTest : ::testing::Test {
@@ -22,6 +22,10 @@ struct WatchTest : ::testing::Test {
     panel.cekReloadFileWhileFileChange.userSet(true);
     bench.loop.runFor(Millis{1500});
   }
+  void build(const std::string& text, int ms = 10000) {
+    bench.files.put("/fw.hex", text);
+    bench.loop.runFor(Millis{ms});
+  }
   ImagesBench bench{"Ivy-HF0S"};
   ImagePanel& panel = bench.room.panel;
   std::vector<int> downloads;
@@ -30,12 +34,8 @@ struct WatchTest : ::testing::Test {
 TEST_F(WatchTest, DownloadsOnceForEachBuild) {
   bench.loop.runFor(Millis{10000});
   EXPECT_TRUE(downloads.empty());
-  for (const int build : {2, 3}) {
-    bench.files.put("/fw.hex", hexFile(static_cast<std::uint8_t>(build)));
-    bench.loop.runFor(Millis{10000});
-    EXPECT_EQ(downloads, std::vector{build});
-    downloads.clear();
-  }
+  for (const int number : {2, 3}) build(hexFile(number));
+  EXPECT_EQ(downloads, (std::vector{2, 3}));
 }
 
 TEST_F(WatchTest, SeesABuildRightAfterALoadButNotOneBeforeItsBoxWasOn) {
@@ -60,25 +60,22 @@ TEST_F(WatchTest, WaitsForAWholeFileHoweverSlowlyItIsWrittenAnew) {
   EXPECT_TRUE(bench.boxes().empty());
   const std::string whole = hexFile(2);
   for (std::size_t count = 1; count + kEndRecord.size() < whole.size(); count += 9) {
-    bench.files.put("/fw.hex", whole.substr(0, count));
-    bench.loop.runFor(Millis{count % 2 == 0 ? 700 : 3100});
+    build(whole.substr(0, count), count % 2 == 0 ? 700 : 3100);
     ASSERT_TRUE(downloads.empty()) << count;
   }
-  bench.files.put("/fw.hex", whole);
-  bench.loop.runFor(Millis{5000});
-  EXPECT_EQ(downloads.back(), 2);
+  build(whole);
+  EXPECT_EQ(downloads, std::vector{2});
 }
 
 TEST_F(WatchTest, AChangeDuringARunCountsAfterIt) {
   bool busy = true;
   bench.room.watcher.isBusy = [&] { return busy; };
-  bench.files.put("/fw.hex", hexFile(2));
-  bench.loop.runFor(Millis{20000});
+  build(hexFile(2), 20000);
   EXPECT_TRUE(downloads.empty());
   EXPECT_EQ(bench.room.state.CodeBuffer.at(0), 1);
   busy = false;
   bench.loop.runFor(Millis{4000});
-  EXPECT_EQ(downloads, std::vector<int>{2});
+  EXPECT_EQ(downloads, std::vector{2});
 }
 
 TEST_F(WatchTest, LeavesAnOpenDialogAlone) {
@@ -108,20 +105,15 @@ TEST_F(WatchTest, AFileThatWasLoadedOtherwiseIsNoChange) {
   EXPECT_TRUE(bench.room.loader.reload());
   bench.loop.runFor(Millis{10000});
   EXPECT_TRUE(downloads.empty());
-  // A data file that is opened afterwards does not draw the eye off the code file.
-  bench.openData("/table.bin", Bytes(20, 5));
-  bench.files.put("/fw.hex", hexFile(3));
-  bench.loop.runFor(Millis{5000});
-  EXPECT_EQ(downloads, std::vector<int>{3});
+  bench.openData("/table.bin", Bytes(20, 5));  // does not draw the eye off the code file
+  build(hexFile(3));
+  EXPECT_EQ(downloads, std::vector{3});
 }
 
 TEST_F(WatchTest, NothingGoesOutAfterANoOrWithoutAnImage) {
-  bench.files.put("/fw.hex", ":0100000011FF\n:0100010022FF\n:0100020033FF\n" + kEndRecord);
-  bench.loop.runFor(Millis{10000});
-  EXPECT_TRUE(downloads.empty());
+  build(":0100000011FF\n:0100010022FF\n:0100020033FF\n" + kEndRecord);
   EXPECT_FALSE(bench.room.state.imageValid);
-  bench.files.put("/fw.hex", hexFile(2));
-  bench.loop.runFor(Millis{10000});
+  build(hexFile(2));
   EXPECT_TRUE(downloads.empty());
 }
 
@@ -165,35 +157,30 @@ TEST(Reload, TakesTheFileOfThisWindowWhateverAnotherOneHasOpened) {
 
 TEST(Store, WritesTheRangeOfTheBoxes) {
   ImagesBench bench{"Ivy-HF0S"};
+  auto& panel = bench.room.panel;
   Bytes firmware(5000);
   std::iota(firmware.begin(), firmware.end(), std::uint8_t{0});
   bench.openCode("/a.bin", firmware);
-  auto& panel = bench.room.panel;
-  panel.txt_Start_Address.setText("10");
-  panel.txt_length.setText("100");
-  bench.dialogs.paths.push_back("/out.bin");
-  panel.comStoreFile.press();
-  EXPECT_EQ(bench.files.files.at("/out.bin").bytes, Bytes(firmware.begin() + 0x10, firmware.begin() + 0x110));
-  EXPECT_EQ(bench.dialogs.shown.back().title, "Save .bin file");
-  panel.txt_Start_Address.setText("8000");
-  panel.txt_length.setText("8000");
-  bench.dialogs.paths.push_back("/out.bin");
-  panel.comStoreFile.press();
-  EXPECT_EQ(bench.files.files.at("/out.bin").bytes.size(), 32768U);
-  const auto refused = [&](const std::string& start, const std::string& length) {
+  const auto& stored = bench.files.files["/out.bin"].bytes;
+  const auto store = [&](const std::string& start, const std::string& length) {
     bench.dialogs.shown.clear();
+    bench.dialogs.paths = {"/out.bin"};
     panel.txt_Start_Address.setText(start);
     panel.txt_length.setText(length);
     panel.comStoreFile.press();
     return bench.boxes().empty() ? std::string() : bench.boxes().front();
   };
-  EXPECT_EQ(refused("8000", "8001"), "The file size is too big.");
-  EXPECT_EQ(refused("8G00", "1"), "The start address is too small.");
-  EXPECT_EQ(refused("0", "0"), "The file size is too small.");
+  EXPECT_EQ(store("10", "100"), "");
+  EXPECT_EQ(stored, Bytes(firmware.begin() + 0x10, firmware.begin() + 0x110));
+  EXPECT_EQ(store("8000", "8001"), "The file size is too big.");
+  EXPECT_EQ(store("8G00", "1"), "The start address is too small.");
+  EXPECT_EQ(store("0", "0"), "The file size is too small.");
+  EXPECT_EQ(stored.size(), 256U);
+  EXPECT_EQ(store("8000", "8000"), "");
+  EXPECT_EQ(stored.size(), 32768U);
   bench.files.diskFull = true;
-  bench.dialogs.paths.push_back("/out.bin");
-  EXPECT_EQ(refused("0", "10"), "The file cannot be written: disk full");
-  EXPECT_EQ(bench.files.files.at("/out.bin").bytes.size(), 32768U);
+  EXPECT_EQ(store("0", "10"), "The file cannot be written: disk full");
+  EXPECT_EQ(stored.size(), 32768U);
 }
 
 TEST(Compare, TellsOfEqualAndOfDifferingBytesAndAsksAtEvery101st) {
