@@ -233,7 +233,7 @@ TEST(ModelCheck, WantsLetterAndCodeToAgree) {
   const std::string ivy(row("Ivy-HF0S").code), cedar(row("Cedar-HF8D").code);
   EXPECT_TRUE(fits("I", ivy.c_str(), "Ivy-HF0S", "Ivy-HF0S"));
   EXPECT_FALSE(fits("J", ivy.c_str(), "Ivy-HF0S", "Ivy-HF0S")) << "a wrong letter and a right code";
-  EXPECT_FALSE(fits("I", "D101", "", "Ivy-HF0S") && ivy != "D101");
+  EXPECT_FALSE(fits("I", "D101", "", "Ivy-HF0S"));
   EXPECT_TRUE(fits("C", cedar.c_str(), "Cedar-HF8D", "Cedar-HF8D"));
   EXPECT_TRUE(fits("B", "FF", "Birch-LFCZ", "Birch-LFCA"));
   EXPECT_TRUE(fits("B", "FF", "", "Birch-L80A"));
@@ -274,8 +274,6 @@ TEST(OptionPlan, ComparesWhatEachFamilyTells) {
   EXPECT_FALSE(optionsAgree(3, true, Moment::BeforeWrite, set));
   EXPECT_FALSE(runsFromExternalClock(3, 1, set));
   EXPECT_TRUE(runsFromExternalClock(3, 0, set));
-  EXPECT_EQ(buildLaterOptionFrame(18, set.wanted, 11059200, SumForm::OneByte).size(), 29u);
-  EXPECT_EQ(buildLaterOptionFrame(4, set.wanted, 11059200, SumForm::OneByte).size(), 40u);
   EXPECT_EQ(alderOptionByte("Alder-HF8R", true), 72);
 }
 
