@@ -54,15 +54,6 @@ TEST_F(WatchTest, SeesABuildRightAfterALoadButNotOneBeforeItsBoxWasOn) {
   EXPECT_EQ(downloads, (std::vector<int>{6, 9}));
 }
 
-TEST_F(WatchTest, SendsTheCommandInsteadWhenThatBoxIsOn) {
-  int commands = 0;
-  bench.room.watcher.onTrigger = [&] { ++commands; };
-  panel.cekReloadFileWhileFileChange1.userSet(true);
-  build(hexFile(2));
-  EXPECT_EQ(commands, 1);
-  EXPECT_TRUE(downloads.empty());
-}
-
 TEST_F(WatchTest, WaitsForAWholeFileHoweverSlowlyItIsWrittenAnew) {
   bench.files.files.erase("/fw.hex");
   bench.loop.runFor(Millis{5000});

@@ -63,9 +63,11 @@ TEST(FormRun, TheWatcherSendsTheCommandToTheRunningProgramAndDownloads) {
   bench.loop.runFor(Millis(2500));
   EXPECT_EQ(bench.chip->releases(), 1);
   const auto next = support::randomBytes(4, 1500);
+  const auto changed = bench.loop.now();
   bench.files.put("/image.bin", next);
   ASSERT_TRUE(bench.loop.runUntil([&] { return bench.chip->releases() == 2; }, std::chrono::minutes(2)))
       << bench.pane();
+  EXPECT_LT(bench.loop.now() - changed, std::chrono::seconds(20)) << "by the command, not by chance in a long wait";
   ASSERT_TRUE(finishes(bench));
   EXPECT_TRUE(bench.passed()) << bench.pane();
   EXPECT_TRUE(std::equal(next.begin(), next.end(), bench.chip->flash().begin()));
