@@ -67,7 +67,7 @@ TEST(Trim, LeavesTheChipAtTheWantedFrequencyOrSaysThatItCannot) {
     ++wrong;
     ADD_FAILURE() << "seed " << seed << ": " << outcome.wrong;
   }
-  EXPECT_GT(passed, 0);
+  EXPECT_GE(passed, static_cast<int>(last - first + 1) * 7 / 10) << "a wrong band would leave more out of reach";
   std::cout << last - first + 1 << " chips: " << passed << " trimmed, " << outside << " out of reach\n";
 }
 

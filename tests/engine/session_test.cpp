@@ -34,6 +34,11 @@ void setUp(EngineBench& bench, const char* model = "Ivy-HF0S", std::int32_t size
   bench.loadCode(5, size);
 }
 
+struct OneRun : ::testing::Test {
+  OneRun() { setUp(bench); }
+  EngineBench bench;
+};
+
 void expectFailure(EngineBench& bench, const char* words, std::size_t beeps) {
   EXPECT_EQ(bench.panel.verdict.value(), VerdictKind::Fail);
   EXPECT_TRUE(bench.says(words)) << bench.text();
@@ -67,9 +72,7 @@ TEST(Session, AsksForAFileBeforeItTouchesAnything) {
   EXPECT_EQ(bench.notAtRest(), "");
 }
 
-TEST(Session, HintsAfterFourSecondsOnceAndStillCatchesTheChipAnHourLater) {
-  EngineBench bench;
-  setUp(bench);
+TEST_F(OneRun, HintsAfterFourSecondsOnceAndStillCatchesTheChipAnHourLater) {
   bench.insertChip(Millis(3600000));
   bench.loop.after(Millis(3990), [&] { EXPECT_FALSE(bench.says("Connection is failed.")); });
   bench.loop.after(Millis(4010), [&] { EXPECT_TRUE(bench.says("please supply target MCU power...")); });
@@ -78,9 +81,7 @@ TEST(Session, HintsAfterFourSecondsOnceAndStillCatchesTheChipAnHourLater) {
   EXPECT_EQ(bench.dialogs.beeps.size(), 3u) << "two with the hint, one for the success";
 }
 
-TEST(Session, SaysWhyAPortCannotBeOpened) {
-  EngineBench bench;
-  setUp(bench);
+TEST_F(OneRun, SaysWhyAPortCannotBeOpened) {
   std::string status;
   bench.target.onPortStatus = [&](const std::string& why) { status = why; };
   bench.link.refusesToOpen = {platform::PortError::Kind::Denied, "/dev/ttyV0: permission denied, join group dialout"};
@@ -103,9 +104,7 @@ TEST(Session, RefusesAWrongModelAndForgetsTheImage) {
   }
 }
 
-TEST(Session, LeavesThePortToTheTerminalAfterAGoodRun) {
-  EngineBench bench;
-  setUp(bench);
+TEST_F(OneRun, LeavesThePortToTheTerminalAfterAGoodRun) {
   bool lockHeld = true, lampOn = true;
   bench.hooks.autoOpenPort = [] { return true; };
   bench.hooks.imgNotOpen_Click = [&] {
@@ -118,9 +117,7 @@ TEST(Session, LeavesThePortToTheTerminalAfterAGoodRun) {
   EXPECT_FALSE(lampOn) << "the terminal may have another port";
 }
 
-TEST(Session, KeepsOldFirmwareAway) {
-  EngineBench bench;
-  setUp(bench);
+TEST_F(OneRun, KeepsOldFirmwareAway) {
   sim::ChipConfig config = sim::configFor(*catalogue::findByName("Ivy-HF0S"));
   config.firmware = 0x49;
   bench.insertChip(config);
@@ -137,9 +134,7 @@ TEST(Session, KeepsOldFirmwareAway) {
 }
 
 // A frame that failed its sum long before must not bring back the short limit.
-TEST(Waits, NeverCutAFrameInTwo) {
-  EngineBench bench;
-  setUp(bench);
+TEST_F(OneRun, NeverCutsAFrameInTwo) {
   ASSERT_FALSE(bench.target.setMSCommSettings("1200"));
   ASSERT_FALSE(bench.target.openTargetPort());
   bench.target.rx.armed = bench.target.rx.frame2 = true;
@@ -228,9 +223,7 @@ TEST(Session, RepeatsWithACountDownUntilAChipFails) {
   EXPECT_EQ(bench.notAtRest(), "");
 }
 
-TEST(Session, ReadsAChipWithoutTouchingIt) {
-  EngineBench bench;
-  setUp(bench);
+TEST_F(OneRun, ReadsAChipWithoutTouchingIt) {
   ASSERT_TRUE(bench.press(bench.panel.comReadChipLock));
   EXPECT_TRUE(bench.says("MCU Type is: Ivy-HF0S")) << bench.text();
   EXPECT_EQ(bench.chip->erases(), 0);
@@ -238,9 +231,7 @@ TEST(Session, ReadsAChipWithoutTouchingIt) {
   EXPECT_EQ(bench.notAtRest(), "");
 }
 
-TEST(Session, StartsNothingWhileSomethingRuns) {
-  EngineBench bench;
-  setUp(bench);
+TEST_F(OneRun, StartsNothingWhileSomethingRuns) {
   bench.loop.after(Millis(600), [&] {
     bench.session.comDownload_Click(0);
     bench.session.comReadChipLock_Click();

@@ -79,20 +79,27 @@ TYPED_TEST_P(LoopContract, AnInnerDelayLeavesTheOuterOneItsLength) {
   EXPECT_GE(this->loop.now() - start, Millis(40));
 }
 
-TYPED_TEST_P(LoopContract, APeriodicTimerKeepsItsBeat) {
+TYPED_TEST_P(LoopContract, APeriodicTimerKeepsItsBeatAndCanStopItself) {
   int ticks = 0;
   const Instant start = this->loop.now();
-  Timer beat(
-      this->loop, [&] { ++ticks; }, Timer::Kind::Periodic);
+  Timer beat(this->loop, {}, Timer::Kind::Periodic);
+  beat.onTick([&] {
+    if (++ticks == 10) beat.stop();
+  });
   beat.start(Millis(7));
-  while (ticks < 10) this->loop.runOnce();
+  while (beat.isActive()) this->loop.runOnce();
+  EXPECT_EQ(ticks, 10);
   EXPECT_GE(this->loop.now() - start, Millis(70));
   EXPECT_LT(this->loop.now() - start, Millis(170));
 }
 
-TYPED_TEST_P(LoopContract, AWithdrawnEventAndADestroyedTimerNeverCome) {
+TYPED_TEST_P(LoopContract, AWithdrawnEventAndADestroyedTimerNeverComeAndOneRaisedTwiceComesOnce) {
   std::string order;
+  PortEvent gathered(this->loop, [&] { order += "g"; });
   PortEvent bytes(this->loop, [&] { order += "b"; });
+  gathered.raise();
+  gathered.raise();
+  bytes.raise();
   bytes.raise();
   bytes.withdraw();
   {
@@ -100,12 +107,12 @@ TYPED_TEST_P(LoopContract, AWithdrawnEventAndADestroyedTimerNeverCome) {
     gone.start(Millis(1));
   }
   delay(this->loop, Millis(10));
-  EXPECT_EQ(order, "");
+  EXPECT_EQ(order, "g");
 }
 
 REGISTER_TYPED_TEST_SUITE_P(LoopContract, BytesGoBeforeTimersAndTimersBeforeGestures,
                             TimersComeByTheirTimeAndNeverEarly, ASequenceInAHandlerHearsBytesTimersAndGestures,
-                            AnInnerDelayLeavesTheOuterOneItsLength, APeriodicTimerKeepsItsBeat,
-                            AWithdrawnEventAndADestroyedTimerNeverCome);
+                            AnInnerDelayLeavesTheOuterOneItsLength, APeriodicTimerKeepsItsBeatAndCanStopItself,
+                            AWithdrawnEventAndADestroyedTimerNeverComeAndOneRaisedTwiceComesOnce);
 
 }  // namespace kvr::platform

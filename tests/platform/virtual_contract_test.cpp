@@ -21,5 +21,11 @@ struct Memory {
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, StorageContract, Memory);
 
+TEST(VirtualLoop, AWaitForWhatCanNeverComeFails) {
+  VirtualLoop loop;
+  EXPECT_THROW(loop.runOnce(), StalledWorld);
+  EXPECT_FALSE(loop.runUntil([] { return false; }, Millis(1000)));
+}
+
 }  // namespace
 }  // namespace kvr::platform

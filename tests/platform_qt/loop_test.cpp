@@ -22,20 +22,14 @@ double cpuSeconds() {
          static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
 }
 
-TEST(QtLoop, AWaitSleepsInsteadOfPolling) {
+TEST(QtLoop, AWaitSleepsInsteadOfPollingWithATimerArmedOrNone) {
   QtLoop loop;
   const double before = cpuSeconds();
   delay(loop, Millis(700));
-  EXPECT_LT(cpuSeconds() - before, 0.02);
-}
-
-TEST(QtLoop, AWaitWithNothingArmedSleepsUntilAGesture) {
-  QtLoop loop;
   bool pressed = false;
   QTimer::singleShot(300, qApp, [&] { loop.post([&] { pressed = true; }); });
-  const double before = cpuSeconds();
   while (!pressed) loop.runOnce();
-  EXPECT_LT(cpuSeconds() - before, 0.02);
+  EXPECT_LT(cpuSeconds() - before, 0.03);
 }
 
 TEST(QtLoop, AnIdleApplicationDispatchesWhatIsReady) {

@@ -63,9 +63,11 @@ TEST(FormRun, TheWatcherSendsTheCommandToTheRunningProgramAndDownloads) {
   bench.loop.runFor(Millis(2500));
   EXPECT_EQ(bench.chip->releases(), 1);
   const auto next = support::randomBytes(4, 1500);
+  const auto changed = bench.loop.now();
   bench.files.put("/image.bin", next);
   ASSERT_TRUE(bench.loop.runUntil([&] { return bench.chip->releases() == 2; }, std::chrono::minutes(2)))
       << bench.pane();
+  EXPECT_LT(bench.loop.now() - changed, std::chrono::seconds(20)) << "by the command, not by chance in a long wait";
   ASSERT_TRUE(finishes(bench));
   EXPECT_TRUE(bench.passed()) << bench.pane();
   EXPECT_TRUE(std::equal(next.begin(), next.end(), bench.chip->flash().begin()));
@@ -137,6 +139,19 @@ TEST(FormRun, AClosePressedAtAnyOfItsWaitsEndsItFirstAndThenTheWindowOnce) {
       }
     EXPECT_GT(cutShort, 60) << model;
   }
+}
+
+TEST(FormRun, ACloseIsNotForgottenByARunThatStillWaitsForItsFile) {
+  FormBench bench;
+  setUp(bench);
+  bench.form.images.panel.cekReloadFile.setValue(true);
+  bench.files.put("/image.bin", platform::Bytes(700, 0x34));  // rewritten: the run waits until it is at rest
+  bool gone = false;
+  bench.form.onUnload = [&] { gone = true; };
+  bench.loop.after(Millis(100), [&] { EXPECT_TRUE(bench.form.queryUnload()); });
+  bench.loop.post([&] { bench.form.download.comDownload[0].press(); });
+  bench.loop.runFor(std::chrono::seconds(20));
+  EXPECT_TRUE(gone && !bench.form.activity.busy());
 }
 
 }  // namespace

@@ -2,8 +2,8 @@
 // it.
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
-#include <vector>
 
 #include "tests/support/form_bench.h"
 
@@ -12,56 +12,34 @@ namespace {
 
 using options::UiLock;
 
-struct Named {
-  const char* name;
-  int index = platform::Control::kSingle;
-};
-
 // Only in the free state.
-const std::vector<Named> kOnlyFree = {{"txtDevice"},
-                                      {"txtAP_FileStart"},
-                                      {"txtFileCheckSum"},
-                                      {"cheClearAP_Buffer"},
-                                      {"cheClearDataBuffer"},
-                                      {"comLoadFile"},
-                                      {"Command3"},
-                                      {"comTJXZ"},
-                                      {"comDebugContinue", 1},
-                                      {"comDebugContinue", 2},
-                                      {"comOpenCOM", 0},
-                                      {"comOpenCOM", 1},
-                                      {"comOpenCOM", 2},
-                                      {"comDebugClear", 1},
-                                      {"comDebugClear", 2},
-                                      {"comLockOptions"},
-                                      {"comMastWindow"},
-                                      {"comDebugSend"},
-                                      {"comAutoSend"},
-                                      {"comSendUserCode"},
-                                      {"comStoreFile"},
-                                      {"comLoadDataFile"},
-                                      {"txtDataFileStart"},
-                                      {"txtDataFileCheckSum"},
-                                      {"cheData_Auto_Increase"},
-                                      {"texData_Auto_Increase", 0},
-                                      {"texData_Auto_Increase", 3},
-                                      {"optData_Auto_Increase", 0},
-                                      {"optData_Auto_Increase", 2},
-                                      {"cheAuto_Increase"},
-                                      {"texAuto_Increase", 0},
-                                      {"optAuto_Increase", 1}};
+const std::string kOnlyFree =
+    "txtDevice txtAP_FileStart txtFileCheckSum cheClearAP_Buffer cheClearDataBuffer comLoadFile Command3 comTJXZ "
+    "comDebugContinue comOpenCOM comDebugClear comLockOptions comMastWindow comDebugSend comAutoSend comSendUserCode "
+    "comStoreFile comLoadDataFile txtDataFileStart txtDataFileCheckSum cheData_Auto_Increase texData_Auto_Increase "
+    "optData_Auto_Increase cheAuto_Increase texAuto_Increase optAuto_Increase";
 // While no run is on, locked or not.
-const std::vector<Named> kNoRun = {{"comDownload", 0},   {"comDownload", 1},      {"comDebugHelp", 1},
-                                   {"comDebugHelp", 2},  {"comOpenBatchFile", 0}, {"comSaveBatchFile"},
-                                   {"comUnlockOptions"}, {"com_Demo_DownLoad"},   {"com_Demo_Re_DownLoad"},
-                                   {"comReadChipLock"}};
-const std::vector<Named> kOnlyInARun = {{"comStop_Download"}, {"com_Demo_Stop"}};
+const std::string kNoRun =
+    "comDownload comDebugHelp comOpenBatchFile comSaveBatchFile comUnlockOptions com_Demo_DownLoad "
+    "com_Demo_Re_DownLoad comReadChipLock";
+const std::string kOnlyInARun = "comStop_Download com_Demo_Stop";
 
-void expectAll(const MainForm& form, const std::vector<Named>& controls, bool on) {
-  for (const Named& named : controls) {
-    const auto* control = form.registry.find(named.name, named.index);
-    ASSERT_NE(control, nullptr) << named.name;
-    EXPECT_EQ(control->enabled(), on) << named.name << " " << named.index << " in state " << form.lock.state();
+// The first of the terminal's buttons in each of its arrays takes input in every state.
+bool staysOn(const platform::Control& control) {
+  return control.index() == 0 && control.name().starts_with("comDebug");
+}
+
+void expectAll(const MainForm& form, const std::string& names, bool on) {
+  std::istringstream list(names);
+  for (std::string name; list >> name;) {
+    int found = 0;
+    for (const auto* control : form.registry.all())
+      if (control->name() == name) {
+        ++found;
+        EXPECT_EQ(control->enabled(), on || staysOn(*control))
+            << name << " " << control->index() << " in state " << form.lock.state();
+      }
+    EXPECT_GT(found, 0) << name;
   }
 }
 
@@ -71,19 +49,23 @@ void expectLock(const MainForm& form) {
   expectAll(form, kOnlyInARun, form.lock.busy());
 }
 
+// The last model of the tree with a data file of some size; with or without options.
+std::string modelWithData(const MainForm& form, bool noOptions) {
+  std::string model;
+  for (const auto& node : form.main.TreeViewDevice.nodes())
+    if (const auto* record = catalogue::findByName(node.key); record && catalogue::hasDataFile(*record) &&
+                                                              record->noOptions == noOptions &&
+                                                              record->dataEnd - record->dataStart >= 1000)
+      model = node.key;
+  EXPECT_NE(model, "");
+  return model;
+}
+
 TEST(Lock, LeavesInEveryStateTheControlsOfThatStateForModelsWithAndWithoutOptions) {
   support::FormBench bench;
   auto& form = bench.form;
-  std::string plain;
-  std::string fixed;
-  for (const auto& node : form.main.TreeViewDevice.nodes()) {
-    const auto* record = catalogue::findByName(node.key);
-    if (!record || !catalogue::hasDataFile(*record) || record->dataEnd - record->dataStart < 100) continue;
-    std::string& first = record->noOptions ? fixed : plain;
-    if (first.empty()) first = node.key;
-  }
-  ASSERT_FALSE(plain.empty() || fixed.empty());
-  for (const std::string& model : {plain, fixed}) {
+  for (const bool noOptions : {false, true}) {
+    const std::string model = modelWithData(form, noOptions);
     form.main.TreeViewDevice.userPick(model);
     for (const int state : {UiLock::kFree, UiLock::kBusy, UiLock::kLocked, UiLock::kBusyLocked, UiLock::kFree}) {
       SCOPED_TRACE(model);
@@ -91,6 +73,8 @@ TEST(Lock, LeavesInEveryStateTheControlsOfThatStateForModelsWithAndWithoutOption
       expectLock(form);
     }
   }
+  form.main.TreeViewDevice.userPick("Ivy-H20X");
+  EXPECT_FALSE(form.images.panel.comLoadDataFile.enabled()) << "it takes no data file";
 }
 
 TEST(Lock, HoldsTheDataFileControlsOffWhenALockedFormOpensAProjectThatFails) {
@@ -98,17 +82,49 @@ TEST(Lock, HoldsTheDataFileControlsOffWhenALockedFormOpensAProjectThatFails) {
   auto& form = bench.form;
   bench.select("Ivy-HF0S");
   form.lock.set(UiLock::kLocked);
-  std::string model;
-  for (const auto& node : form.main.TreeViewDevice.nodes())
-    if (const auto* record = catalogue::findByName(node.key); record && catalogue::hasDataFile(*record))
-      model = node.key;
-  ASSERT_FALSE(model.empty());
+  const std::string model = modelWithData(form, true);
   const std::string text = "VER: 1.2\r\nMCU_Type: " + model + "\r\nbuffer_check_sum:  1\r\nEND\r\n0000";
-  bench.files.put("/bad.KVR", platform::Bytes(text.begin(), text.end()));
+  bench.files.put("/bad.KVR", text);
   form.project.openProject("/bad.KVR");
   EXPECT_EQ(form.model.name(), model);
   EXPECT_EQ(form.lock.state(), UiLock::kLocked);
   expectLock(form);
+}
+
+TEST(Drop, GoesToTheBufferThatIsShownAndAProjectComesThroughTheLock) {
+  support::FormBench bench;
+  auto& form = bench.form;
+  bench.select(modelWithData(form, false));
+  bench.files.put("/data.bin", platform::Bytes(600, 0x5A));
+  bench.files.put("/code.bin", platform::Bytes(600, 0xC5));
+  form.main.TabStrip2.select("EEPROM_File");
+  form.openDropped("/data.bin");
+  form.main.TabStrip2.select("Debug_COM");
+  form.openDropped("/code.bin");
+  EXPECT_EQ(form.images.state.EepromBuffer.at(599), 0x5A);
+  EXPECT_TRUE(form.images.state.EepromBuffer.loaded);
+  EXPECT_EQ(form.images.state.CodeBuffer.at(599), 0xC5);
+
+  form.lock.set(UiLock::kLocked);
+  for (const char* page : {"tab_file", "EEPROM_File"}) {
+    form.main.TabStrip2.select(page);
+    bench.files.put("/other.bin", platform::Bytes(600, 0x11));
+    form.openDropped("/other.bin");
+  }
+  EXPECT_EQ(form.images.state.EepromBuffer.at(599), 0x5A);
+  EXPECT_EQ(form.images.state.CodeBuffer.at(599), 0xC5);
+  bench.files.put("/batch.KVR",
+                  "VER: 1.2\r\nMCU_Type: Cedar-H10R\r\nDouble_speed_YES: True\r\nbuffer_check_sum: 3\r\nEND\r\n0102");
+  form.openDropped("/batch.KVR");
+  EXPECT_EQ(form.model.name(), "Cedar-H10R");
+  EXPECT_EQ(form.main.TabStrip2.selectedKey(), "Batch_quantity");
+  EXPECT_EQ(form.images.state.CodeBuffer.at(1), 2);
+  EXPECT_TRUE(form.optionsRoom.chosen("Double_speed_YES"));
+  EXPECT_FALSE(form.main.txtDevice.enabled());
+  bench.loop.runFor(platform::Millis(1000));
+  EXPECT_NE(bench.store.get("Settings", "DeviceProducts"), "Cedar-H10R") << "it has no node to start with";
+  form.project.panel.comUnlockOptions.press();
+  EXPECT_TRUE(form.main.txtDevice.enabled());
 }
 
 }  // namespace

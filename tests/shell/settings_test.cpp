@@ -1,4 +1,5 @@
-// When and what the form saves, and what it makes of a store that holds less, more or something else.
+// The settings of the whole form: every setting has its control, a form that was changed everywhere comes back alike,
+// and what the form makes of a store that holds less, more or something else.
 #include "shell/settings.h"
 
 #include <gtest/gtest.h>
@@ -34,6 +35,24 @@ class SettingsTest : public ::testing::Test {
     form->load();
     return form;
   }
+  static std::string shown(const MainForm& form, const SettingBinding& b) {
+    const auto* control = form.registry.find(b.control, b.index);
+    if (b.kind == SettingKind::Index) return control->property("ListIndex");
+    return control->property(b.kind == SettingKind::Text || b.kind == SettingKind::Number ? "Text" : "Value");
+  }
+  static void change(MainForm& form, const SettingBinding& b) {
+    auto& control = *form.registry.find(b.control, b.index);
+    if (auto* box = dynamic_cast<ComboBox*>(&control); box && b.kind == SettingKind::Index) {
+      const int last = static_cast<int>(box->items().size()) - 1;
+      box->setListIndex(box->listIndex() == last ? 0 : last);
+    } else if (b.kind == SettingKind::Text || b.kind == SettingKind::Number) {
+      control.setProperty("Text", b.kind == SettingKind::Text && !dynamic_cast<ComboBox*>(&control) ? "a b;c" : "17");
+    } else if (b.kind == SettingKind::Pair || b.kind == SettingKind::YesNo) {
+      form.registry.find(b.other, b.otherIndex)->setProperty("Value", "True");
+    } else {
+      control.setProperty("Value", control.property("Value") == "1" ? "0" : "1");
+    }
+  }
   static ComboBox& combo(MainForm& form, const char* name) { return *form.registry.findAs<ComboBox>(name); }
   static std::string value(MainForm& form, const char* name, int index = Control::kSingle) {
     return form.registry.find(name, index)->property("Value");
@@ -49,6 +68,48 @@ class SettingsTest : public ::testing::Test {
   VirtualClock clock{loop};
   PlainCodec codec;
 };
+
+TEST_F(SettingsTest, HaveADefaultThatIsAChoiceOfTheList) {
+  const auto form = start();
+  for (const SettingBinding& b : settingBindings())
+    if (b.kind == SettingKind::Index && b.read && !b.key.starts_with("com_RC")) {  // those lists are the model's
+      EXPECT_EQ(shown(*form, b), b.fallback) << b.key;
+    }
+  EXPECT_EQ(store.writes, 0);
+}
+
+TEST_F(SettingsTest, ComeBackAfterARestart) {
+  auto form = start();
+  form->main.TreeViewDevice.userPick("Ivy-HF0S");
+  for (const SettingBinding& b : settingBindings()) change(*form, b);
+  form->main.TreeViewDevice.userPick("FamilyKauri");  // a look into a series is no choice
+  loop.runFor(1s);
+  std::map<std::string, std::string> before;
+  for (const SettingBinding& b : settingBindings()) before[b.key] = shown(*form, b);
+  form.reset();
+  form = start();
+  EXPECT_EQ(form->model.name(), "Ivy-HF0S");
+  for (const SettingBinding& b : settingBindings()) {
+    if (b.read && b.key != "com_RC_frequency_4") {
+      EXPECT_EQ(shown(*form, b), before[b.key]) << b.key;
+    }
+  }
+}
+
+TEST_F(SettingsTest, LeaveTheOptionsOfTheModelAtTheirDefaults) {
+  auto form = start();
+  form->main.TreeViewDevice.userPick("Pine-H07E");
+  ASSERT_EQ(form->options.com_RC_frequency[4].text(), "4.05");
+  form->options.com_RC_frequency[4].userPick(2);
+  form->options.com_RC_frequency[5].setText("22.1184");
+  loop.runFor(1s);
+  ASSERT_EQ(store.getOr("Settings", "com_RC_frequency_4", ""), "2");
+
+  form = start();
+  EXPECT_EQ(form->model.name(), "Pine-H07E");
+  EXPECT_EQ(form->options.com_RC_frequency[4].text(), "4.05");
+  EXPECT_EQ(form->options.com_RC_frequency[5].text(), "22.1184");
+}
 
 TEST_F(SettingsTest, AreSavedOnceHalfASecondAfterTheFirstOfSeveralChanges) {
   const auto form = start();
@@ -87,7 +148,6 @@ TEST_F(SettingsTest, LeaveAControlAloneWhenAStoredValueDoesNotFit) {
   put("logic_of_control_485", "0");
   put("BeepYesNo", "yes");
   put("DeviceProducts", "FamilyHazel");
-  put("MainWidth", "wide");
   put("DebugDTR", "maybe");
   put("DebugTimeStamp", "3");
   const auto form = make();
@@ -99,7 +159,6 @@ TEST_F(SettingsTest, LeaveAControlAloneWhenAStoredValueDoesNotFit) {
   EXPECT_EQ(value(*form, "opt_485_logic", 1), "True");
   EXPECT_EQ(value(*form, "optBeepNo"), "True");
   EXPECT_EQ(form->model.name(), "Hazel-H04");
-  EXPECT_EQ(form->windowPlace().width, 12000);
   EXPECT_EQ(value(*form, "che_DTR"), "1");
   EXPECT_EQ(combo(*form, "comb_TimeStamp").listIndex(), 0);
 }

@@ -17,36 +17,15 @@ class WindowRun : public TargetDesk {
   bool ended() { return verdict() == QLatin1String("PASS") || verdict() == QLatin1String("FAIL"); }
 };
 
-TEST_F(WindowRun, AChipIsProgrammedByAPressOfTheButton) {
-  openWithChip({QStringLiteral("--power-on"), QStringLiteral("0.5")});
-  const auto& count = widget<QLineEdit>("txtWrite_OK_Count");
-  const int before = count.text().toInt();
-  QString duringWait;
-  bool lockedThen = false;
-  later(250, [&] {
-    duringWait = verdict();
-    lockedThen = !widget("comLoadFile").isEnabled() && widget("comStop_Download").isEnabled();
-  });
-  click("comDownload_0");
-  ASSERT_TRUE(waitFor([&] { return ended() && !program->form.activity.busy(); }, std::chrono::seconds(60))) << pane();
-  EXPECT_EQ(verdict(), QStringLiteral("PASS")) << pane();
-  EXPECT_EQ(duringWait, QStringLiteral("WAITING"));
-  EXPECT_TRUE(lockedThen);
-  EXPECT_EQ(count.text().toInt(), before + 1);
-  EXPECT_TRUE(widget("comLoadFile").isEnabled());
-  EXPECT_FALSE(holds().isEmpty());
-}
-
 TEST_F(WindowRun, StopEndsAWaitForAChipAndFreesTheWindow) {
   openWithChip({QStringLiteral("--power-on"), QStringLiteral("1000")});
-  bool openThen = false;
   later(400, [&] {
-    openThen = program->link.isOpen();
+    EXPECT_TRUE(program->link.isOpen());
+    EXPECT_EQ(verdict(), QStringLiteral("WAITING"));
     click("comStop_Download");
   });
   click("comDownload_0");
   ASSERT_TRUE(waitFor([&] { return ended() && !program->form.activity.busy(); }));
-  EXPECT_TRUE(openThen);
   EXPECT_EQ(verdict(), QStringLiteral("FAIL"));
   EXPECT_FALSE(program->link.isOpen());
   EXPECT_TRUE(widget("comDownload_0").isEnabled());

@@ -1,75 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "platform/controls.h"
 #include "platform/text.h"
-#include "platform/virtual/virtual_loop.h"
-#include "platform/virtual/virtual_world.h"
 
 namespace kvr::platform {
 namespace {
-
-TEST(EventOrder, PortsComeBeforeTimersAndTimersBeforeGestures) {
-  VirtualLoop loop;
-  std::string order;
-  Timer late(loop, [&] { order += "2"; });
-  Timer early(loop, [&] { order += "1"; });
-  Timer sameTime(loop, [&] { order += "3"; });
-  PortEvent bytes(loop, [&] { order += "b"; });
-  late.start(Millis(5));
-  early.start(Millis(3));
-  sameTime.start(Millis(5));
-  loop.post([&] { order += "g"; });
-  loop.runOnce();
-  loop.after(Millis(5), [&] {
-    order += "p";
-    bytes.raise();
-  });
-  while (order.size() < 6) loop.runOnce();
-  EXPECT_EQ(order, "g123pb");
-}
-
-TEST(EventOrder, AnEventTakenBackNeverArrives) {
-  VirtualLoop loop;
-  int count = 0;
-  PortEvent bytes(loop, [&] { ++count; });
-  bytes.raise();
-  bytes.raise();
-  bytes.withdraw();
-  EXPECT_FALSE(loop.dispatchReady());
-  bytes.raise();
-  bytes.raise();
-  EXPECT_TRUE(loop.dispatchReady());
-  EXPECT_EQ(count, 1);
-}
-
-TEST(EventOrder, AnInnerDelayDoesNotEndTheOuterOne) {
-  VirtualLoop loop;
-  Timer trigger(loop, [&] { delay(loop, Millis(10)); });
-  trigger.start(Millis(1));
-  delay(loop, Millis(100));
-  EXPECT_EQ(loop.now(), Millis(100));
-}
-
-TEST(EventOrder, AWaitForWhatCanNeverComeFails) {
-  VirtualLoop loop;
-  EXPECT_THROW(loop.runOnce(), StalledWorld);
-  EXPECT_FALSE(loop.runUntil([] { return false; }, Millis(1000)));
-}
-
-TEST(EventOrder, APeriodicTimerKeepsItsBeatAndCanStopItself) {
-  VirtualLoop loop;
-  int ticks = 0;
-  Timer beat(loop, {}, Timer::Kind::Periodic);
-  beat.onTick([&] {
-    if (++ticks == 3) beat.stop();
-  });
-  beat.start(Millis(35));
-  loop.runFor(Millis(1000));
-  EXPECT_EQ(ticks, 3);
-  EXPECT_EQ(loop.now(), Millis(1000));
-}
 
 TEST(Controls, AGestureNeedsAnEnabledControlAndCodeRunsNoHandler) {
   int clicks = 0;
