@@ -64,7 +64,12 @@ class Terminal {
     watch_ = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
     if (slave_ < 0 || watch_ < 0) return false;
     makeRaw();
-    return inotify_add_watch(watch_, name_.c_str(), IN_OPEN | IN_CLOSE) >= 0;
+    // The system folds an event into the one before it when they are alike, and a host may open twice in a row. With
+    // the folder watched, too, every event of the terminal has the folder's ahead of it, and none is lost.
+    const std::string folder = name_.substr(0, name_.rfind('/'));
+    if (inotify_add_watch(watch_, folder.c_str(), IN_OPEN | IN_CLOSE) < 0) return false;
+    itself_ = inotify_add_watch(watch_, name_.c_str(), IN_OPEN | IN_CLOSE);
+    return itself_ >= 0;
   }
   ~Terminal() {
     for (const int fd : {master_, slave_, watch_})
@@ -88,8 +93,12 @@ class Terminal {
       for (ssize_t at = 0; at < got;) {
         inotify_event event{};
         std::memcpy(&event, buffer + at, sizeof event);
-        opened_ += (event.mask & IN_OPEN) ? 1 : -1;
-        closed += (event.mask & IN_OPEN) ? 0 : 1;
+        const bool isOurs = event.wd == itself_;
+        opened_ += isOurs && (event.mask & IN_OPEN) ? 1 : 0;
+        if (isOurs && (event.mask & IN_CLOSE)) {
+          --opened_;
+          ++closed;
+        }
         at += static_cast<ssize_t>(sizeof event + event.len);
       }
     return closed;
@@ -128,6 +137,7 @@ class Terminal {
   }
 
   int master_ = -1, slave_ = -1, watch_ = -1;
+  int itself_ = -1;  // the terminal among what is watched
   int opened_ = 0;
   std::vector<std::uint8_t> backlog_;
   std::string name_;

@@ -75,6 +75,9 @@ class RealTarget : public TargetDesk {
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(bytes);
   }
+  static std::string chipLog(const QJsonObject& chip) {
+    return QJsonDocument(chip[QStringLiteral("log")].toArray()).toJson().toStdString();
+  }
   // Bytes that the file has and the flash has not.
   int differences(const QString& flashHex) {
     const QByteArray flash = QByteArray::fromHex(flashHex.toLatin1());
@@ -180,9 +183,9 @@ TEST_P(SelfDefined, ACommandBringsTheRunningProgramBackWithoutAPowerCycle) {
   QTest::keyClick(&widget("cobUserCodeBaud"), Qt::Key_Up);
   ASSERT_EQ(widget<QComboBox>("cobUserCodeBaud").currentText(), QStringLiteral("57600"));
   press("comSendUserCode");
-  EXPECT_EQ(verdict(), QStringLiteral("PASS")) << pane();
-  EXPECT_EQ(passes(), 2);
   const QJsonObject chip = holds();
+  EXPECT_EQ(verdict(), QStringLiteral("PASS")) << pane() << chipLog(chip);
+  EXPECT_EQ(passes(), 2);
   EXPECT_TRUE(chip[QStringLiteral("flash")].toString().startsWith(QString::fromLatin1(QByteArray(640, 0x44).toHex())));
   EXPECT_EQ(chip[QStringLiteral("releases")].toInt(), 2);
   EXPECT_EQ(violations(chip), "[\n]\n");
