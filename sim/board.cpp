@@ -183,6 +183,7 @@ void Board::onErase(Micros at, int stage) {
   std::fill(first, stage == 1 ? memory.end() : memory.begin() + window().last + 1, 0xFF);
   pages_[stage - 1] = 0;
   pageStart_ = -1;
+  pageFailed_ = false;
   nextAddress_ = window().first;
   const Micros done = at + (stage == 1 ? config_.erase : config_.eraseTail);
   busyUntil_ = done;
@@ -205,12 +206,14 @@ bool Board::checkWrite(Micros at, const HostFrame& frame) {
   if (frame.command() == 0x30)
     judge(address == pageStart_, at, "write: repeated page at " + std::to_string(address) + " was not begun");
   else
-    judge(address == nextAddress_, at, "write: order, " + std::to_string(address));
+    judge(address == nextAddress_ && !pageFailed_, at, "write: order, " + std::to_string(address));
+  pageFailed_ = false;
   return true;
 }
 
 bool Board::pageFails(Micros at, int page) {
   if (!countDown(pageFailures_, page)) return false;
+  pageFailed_ = true;
   const auto& all = config_.failsPages;
   const auto it = std::find_if(all.begin(), all.end(), [&](const PageFailure& f) { return f.page == page; });
   if (!it->silently) answer(at + config_.turnaround, 0x30, 0x81, {});

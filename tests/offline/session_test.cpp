@@ -199,6 +199,7 @@ TEST(OfflineSession, GetsOverWhatPassesAndEndsInWordsWhateverTheBoardDoes) {
       EXPECT_EQ(bench.lines(end.words), 1) << bench.textMsg.text();
       EXPECT_EQ(bench.saidOk(), &end == &ends[0]);
       EXPECT_TRUE(!bench.saidOk() || bench.boardHoldsImage());
+      EXPECT_TRUE(bench.board.violations().empty()) << bench.board.violations().front().text;
       EXPECT_EQ(bench.lines("Operation stopped. "), 0);
       EXPECT_TRUE(bench.idle());
       bench.loop.runFor(Millis(1000));  // beeps are queued
