@@ -12,6 +12,18 @@ inline void figure(const char* name, double value, const char* unit) {
   std::fflush(stdout);
 }
 
+// The same, and false when the figure misses what is asked of it.
+inline bool atMost(const char* name, double value, const char* unit, double limit) {
+  figure(name, value, unit);
+  if (value > limit) std::printf("# %s: over its limit of %g %s\n", name, limit, unit);
+  return value <= limit;
+}
+inline bool atLeast(const char* name, double value, const char* unit, double limit) {
+  figure(name, value, unit);
+  if (value < limit) std::printf("# %s: short of the %g %s it shall reach\n", name, limit, unit);
+  return value >= limit;
+}
+
 inline double median(std::vector<double> values) {
   std::sort(values.begin(), values.end());
   return values.at(values.size() / 2);

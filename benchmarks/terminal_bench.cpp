@@ -154,12 +154,6 @@ bool good(const char* name, const Outcome& o) {
   return o.written == o.counted && o.written > 0 && o.clickMs.size() >= static_cast<std::size_t>(o.seconds);
 }
 
-bool within(const char* name, double value, const char* unit, double limit) {
-  bench::figure(name, value, unit);
-  if (value > limit) std::printf("# %s: over its limit of %g %s\n", name, limit, unit);
-  return value <= limit;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -191,8 +185,11 @@ int main(int argc, char** argv) {
                                    bench::percentile(cleared.clickMs, 0.99)});
   const double cpuRatio = std::max(kept.cpu / kept.seconds, cleared.cpu / cleared.seconds);
   const double grownMb = std::max({kept.grownMb, flood.grownMb, cleared.grownMb});
-  const bool quick = within("terminal.click_ms_p99", clickMs, "ms", kClickLimitMs) &
-                     within("terminal.cpu_ratio_256k", cpuRatio, "ratio", kCpuLimit) &
-                     within("terminal.grown_mb", grownMb, "MB", kGrowthLimitMb);
+  const double slowestMs = std::max(
+      {bench::percentile(kept.clickMs, 1), bench::percentile(flood.clickMs, 1), bench::percentile(cleared.clickMs, 1)});
+  bench::figure("terminal.click_ms_p99", clickMs, "ms");
+  const bool quick = bench::atMost("terminal.click_ms_max", slowestMs, "ms", kClickLimitMs) &
+                     bench::atMost("terminal.cpu_ratio_256k", cpuRatio, "ratio", kCpuLimit) &
+                     bench::atMost("terminal.grown_mb", grownMb, "MB", kGrowthLimitMb);
   return quick && form.comTool.isOpen() ? 0 : 1;
 }
