@@ -8,7 +8,9 @@ namespace kvr::shell {
 
 void MainForm::connectEngine() {
   link.baseFrequencyMHz = [this] { return optionsRoom.baseFrequencyHz() / 1000000; };
-  link.onPortStatus = [this](const std::string& why) { main.portStatus.setCaption(why); };
+  link.onPortStatus = [this](const std::string& why) {
+    main.portStatus.setCaption(why.empty() && describePort ? describePort() : why);
+  };
   sessionHooks = {
       .imgOpen_Click = [this] { comTool.imgOpen_Click(); },
       .imgNotOpen_Click = [this] { comTool.imgNotOpen_Click(); },
@@ -69,7 +71,8 @@ void MainForm::connectTerminal() {
 // On the disk before anyone reads the verdict. A log that cannot be written is said in the pane: the chip itself is
 // fine.
 void MainForm::logRun(const engine::RunRecord& record) {
-  if (!main.cheBatchLog.value() || main.txtBatchLog.trimmed().empty()) return;
+  if (!main.cheBatchLog.value()) return;
+  nameBatchLog();
   const auto written =
       appendToBatchLog(world.files, main.txtBatchLog.trimmed(),
                        {.time = record.time,

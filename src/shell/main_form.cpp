@@ -64,8 +64,15 @@ void MainForm::connectRooms() {
 
 void MainForm::connectButtons() {
   main.comMastWindow.onClick = [this] { shrinkOrResume(); };
+  main.cheBatchLog.onClick = [this] { nameBatchLog(); };
   main.comHelp[0].onClick = [this] { world.dialogs.help(userpath::kTriggerHelpTitle, userpath::triggerHelpText()); };
   main.comHelp[1].onClick = [this] { world.dialogs.help(userpath::kHardwareHelpTitle, userpath::hardwareHelpText()); };
+}
+
+// A log that is asked for without a name gets one, for the person to change.
+void MainForm::nameBatchLog() {
+  if (main.cheBatchLog.value() && main.txtBatchLog.trimmed().empty())
+    main.txtBatchLog.setText(world.files.programFolder() + "/KVR-ISP_batch.csv");
 }
 
 // Every room enables its own controls; these are the main form's.

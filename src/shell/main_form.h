@@ -94,6 +94,8 @@ class MainForm {
   ModelPicker picker;
   Settings settings;
 
+  std::function<std::string()> describePort;  // the open port in the system's words, such as "/dev/ttyUSB0  USB Serial"
+
   // The window is narrowed to its working pages ("Resume" brings the left column back).
   void shrinkOrResume();
   bool shrunk() const { return main.comMastWindow.caption() == "Resume"; }
@@ -105,6 +107,7 @@ class MainForm {
   void connectEngine();
   void connectFiles();
   void connectTerminal();
+  void nameBatchLog();
   void logRun(const engine::RunRecord& record);
   void connectButtons();
   void applyLock();

@@ -187,25 +187,22 @@ void Settings::saveMainSettings() {
   saveModelAndLock();
   save(SettingGroup::Main);
   if (hooks.rangeShown) hooks.rangeShown();
-  save(SettingGroup::UserCode);
-  save(SettingGroup::Demo);
-  save(SettingGroup::Tool);
+  saveUserCodeSettings();
+  saveDemoSettings();
+  saveToolSettings();
   keys_.flush();
 }
 
 void Settings::saveDemoSettings() {
   save(SettingGroup::Demo);
-  keys_.flush();
 }
 
 void Settings::saveUserCodeSettings() {
   save(SettingGroup::UserCode);
-  keys_.flush();
 }
 
 void Settings::saveToolSettings() {
   save(SettingGroup::Tool);
-  keys_.flush();
 }
 
 void Settings::saveCounter() {

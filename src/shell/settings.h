@@ -48,10 +48,7 @@ class Settings {
   // Ends the loading: what the controls show now counts as not changed by this window.
   void startDone();
 
-  void saveMainSettings();  // the main group, the ranges, then the three other groups
-  void saveDemoSettings();
-  void saveUserCodeSettings();
-  void saveToolSettings();
+  void saveMainSettings();  // the main group, the ranges, then the three other groups, and all that to the disk
   void saveCounter();  // `Write_OK_Count` alone, on the disk at once: after each good download
 
   // Starts `Timer3` when it is not running. Nothing while settings load.
@@ -67,6 +64,9 @@ class Settings {
  private:
   void load(SettingGroup group);
   void save(SettingGroup group);
+  void saveDemoSettings();
+  void saveUserCodeSettings();
+  void saveToolSettings();
   void loadOne(const SettingBinding& binding);
   void choose(const SettingBinding& binding, bool first);
   std::optional<std::string> valueOf(const SettingBinding& binding) const;

@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <sstream>
 
 #include "platform/text.h"
+#include "shell/batch_log.h"
 #include "tests/support/engine_bench.h"
 #include "tests/support/form_bench.h"
 
@@ -45,6 +47,7 @@ class Line {
     panel.optAuto_Increase[batch.radix].userChoose();
     panel.cheAuto_Increase.userSet(true);
     bench.form.download.comDalay_ReDownLoad.setText("1");
+    bench.form.main.cheBatchLog.userSet(true);
     bench.form.download.verdict.changed.connect([this] { verdict(); });
   }
 
@@ -56,6 +59,14 @@ class Line {
     }
   }
 
+  std::vector<std::string> log() {
+    const auto& bytes = bench.files.files[bench.form.main.txtBatchLog.text()].bytes;
+    std::vector<std::string> lines;
+    std::istringstream text(std::string(bytes.begin(), bytes.end()));
+    for (std::string line; std::getline(text, line);) lines.push_back(line);
+    return lines;
+  }
+
   FormBench bench;
   std::vector<std::int64_t> numbers;  // of the good chips, in their order
   int passed = 0;
@@ -65,8 +76,16 @@ class Line {
   void verdict() {
     const auto kind = bench.form.download.verdict.value();
     if (kind == VerdictKind::Fail) ++failed;
+    if (kind == VerdictKind::Pass) ++passed;
+    if (kind != VerdictKind::Pass && kind != VerdictKind::Fail) return;
+    const std::string told = log().back();  // written before anybody reads the verdict
+    EXPECT_NE(told.find(kind == VerdictKind::Pass ? ",PASS,," : ",FAIL,"), std::string::npos) << told;
+    EXPECT_EQ(log().size(), static_cast<std::size_t>(1 + passed + failed));
     if (kind != VerdictKind::Pass) return;
-    ++passed;
+    std::istringstream fields(told);
+    std::string serial;
+    for (int i = 0; i < 8; ++i) std::getline(fields, serial, ',');
+    EXPECT_EQ(platform::wholeOf(serial), 95 + (passed - 1) * batch_.step) << told;
     const auto last = static_cast<std::size_t>(0x103);
     const auto count = static_cast<std::size_t>(batch_.bytes);
     numbers.push_back(numberIn(bench.chip->flash().subspan(last + 1 - count, count), batch_.radix));
@@ -101,6 +120,23 @@ TEST(Batch, GivesAThousandChipsTheirNumbersNoneTwiceNoneMissing) {
     EXPECT_EQ(platform::wholeOf(line.bench.form.download.txtWrite_OK_Count.text()), batch.chips);
     EXPECT_EQ(platform::wholeOf(*line.bench.store.get("Auto_Increase", "next_value")), 95 + batch.chips * batch.step);
   }
+}
+
+TEST(Batch, LogThatCannotBeWrittenIsSaidAndTheChipIsGoodAllTheSame) {
+  FormBench bench;
+  bench.select("Ivy-H20S");
+  bench.loadCode(support::randomBytes(3, 2048));
+  bench.form.main.cheBatchLog.userSet(true);
+  EXPECT_EQ(bench.form.main.txtBatchLog.text(), "/program/KVR-ISP_batch.csv");
+  bench.form.main.txtBatchLog.setText("");  // a log without a name gets it again
+  bench.files.diskFull = true;
+  bench.insertChip();
+  ASSERT_TRUE(bench.press(bench.form.download.comDownload[0]));
+  EXPECT_TRUE(bench.passed());
+  EXPECT_NE(bench.pane().find("The batch log could not be written: "), std::string::npos) << bench.pane();
+  EXPECT_EQ(bench.form.main.txtBatchLog.text(), "/program/KVR-ISP_batch.csv");
+  EXPECT_EQ(shell::csvLine({.time = "t", .model = "a,b", .failure = "say \"x\""}),
+            "t,\"a,b\",,\"say \"\"x\"\"\",,,,,,0\r\n");
 }
 
 }  // namespace

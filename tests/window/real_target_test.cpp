@@ -104,6 +104,7 @@ TEST_F(RealTarget, ServesANewUserFromTheModelToTheCheckOfTheChip) {
   EXPECT_EQ(verdict(), QStringLiteral("PASS")) << pane();
   EXPECT_TRUE(says("Ivy-HF0S")) << pane();
   EXPECT_EQ(passes(), 1);
+  EXPECT_TRUE(widget<QLabel>("portStatus").text().endsWith(QStringLiteral("/com1")));
 
   tab("TabStrip1", "CheckMCUoption");
   cyclePowerWhenThePortOpens();

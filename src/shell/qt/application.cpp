@@ -11,8 +11,9 @@ Application::Application(const std::string& settingsPath)
       dialogs(loop),
       form(platform::World{loop, link, dialogs, store, files, clock}, codec),
       portWatch(ports) {
+  form.describePort = [this] { return ports.describe(link.portNumber()); };
   link.onStatus = [this](const platform::PortError& error) {
-    form.main.portStatus.setCaption(error ? error.text : ports.describe(link.portNumber()));
+    form.main.portStatus.setCaption(error ? error.text : form.describePort());
   };
 }
 
