@@ -2,6 +2,9 @@
 // moment.
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <random>
+#include <regex>
 #include <set>
 
 #include "tests/support/engine_bench.h"
@@ -48,6 +51,39 @@ TEST(FormRun, TakesThePortFromTheTerminalAndGivesItBackWhenAsked) {
     }
     EXPECT_EQ(bench.chip->violationText(), "");
   }
+}
+
+// What a run says and leaves in the chip, without its times. (That a chip doubles its clock is the one thing that the
+// next report still tells.)
+std::string storyOf(FormBench& bench, std::uint64_t seed) {
+  std::mt19937_64 random(seed);
+  const auto rows = catalogue::allRows();
+  const catalogue::McuRecord& row = *catalogue::findByName(rows[random() % rows.size()].name);
+  bench.select(std::string(row.name));
+  bench.form.download.cobBaudMin.setText(random() % 2 ? "2400" : "9600");
+  bench.loadCode(support::randomBytes(seed, 1 + random() % 2000));
+  sim::ChipConfig chip = sim::configFor(row, random() % 2 ? 11059200 : 22118400, seed);
+  if (random() % 4 == 0) chip.faults.diesAfterBlocks = static_cast<int>(random() % 3);
+  if (random() % 6 == 0) chip.faults.optionsDoNotStick = true;
+  bench.insertChip(chip);
+  EXPECT_TRUE(bench.press(bench.form.download.comDownload[0])) << row.name;
+  const std::string pane = std::regex_replace(bench.pane(), std::regex("[0-9]{2}:[0-9]{2}(:[0-9]{2})?"), "time");
+  const auto flash = bench.chip->flash();
+  return std::string(row.name) + (bench.passed() ? " PASS\n" : " FAIL\n") + pane +
+         std::to_string(std::hash<std::string>()(std::string(flash.begin(), flash.end()))) +
+         bench.chip->violationText();
+}
+
+TEST(FormRun, ChipsOfADayLeaveNothingBehindForTheNextOne) {
+  FormBench used;
+  int passed = 0;
+  for (std::uint64_t seed = 1; seed <= 400; ++seed) {
+    FormBench fresh;
+    const std::string story = storyOf(fresh, seed);
+    ASSERT_EQ(storyOf(used, seed), story) << "seed " << seed;
+    passed += fresh.passed();
+  }
+  EXPECT_GT(passed, 200);
 }
 
 TEST(FormRun, TheWatcherSendsTheCommandToTheRunningProgramAndDownloads) {
