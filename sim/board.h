@@ -102,7 +102,7 @@ class Board : public Device {
   int polls_ = 0, wakes_ = 0, loads_ = 0;
   int pages_[2] = {0, 0};
   std::int64_t pageStart_ = -1, nextAddress_ = -1;
-  bool pageFailed_ = false;  // what comes next must say that it repeats
+  bool pageFailed_ = false;                                      // what comes next must say that it repeats
   std::optional<std::pair<int, std::pair<int, int>>> identity_;  // family and model code of the first short frame
 };
 

@@ -49,7 +49,7 @@ class Settings {
   void startDone();
 
   void saveMainSettings();  // the main group, the ranges, then the three other groups, and all that to the disk
-  void saveCounter();  // `Write_OK_Count` alone, on the disk at once: after each good download
+  void saveCounter();       // `Write_OK_Count` alone, on the disk at once: after each good download
 
   // Starts `Timer3` when it is not running. Nothing while settings load.
   void requestSave();

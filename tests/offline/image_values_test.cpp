@@ -179,8 +179,7 @@ TEST(Header, NamesTheModelAndEndsInItsCrc) {
   EXPECT_EQ(big(header, 8, 24), 0);
   EXPECT_EQ(big(header, 32, 2), 0xD17E);
   EXPECT_EQ(big(header, 34, 2), 0);
-  EXPECT_EQ(Bytes(header.begin() + 36, header.begin() + 48),
-            (Bytes{0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 40, 0, 1, 0, 0, 0}));
+  EXPECT_EQ(Bytes(header.begin() + 36, header.begin() + 48), (Bytes{0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 40, 0, 1, 0, 0, 0}));
   EXPECT_EQ(headerFor(model("Ivy-H20Si"), 20479)[43], 0xFF);
   EXPECT_EQ(big(header, 64, 3), 0x4000);
   EXPECT_EQ(big(header, 67, 3), 60415) << "the main area ends there, the code does not";
