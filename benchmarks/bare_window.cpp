@@ -4,13 +4,14 @@
 #include <QMainWindow>
 
 #include "shell/qt/first_paint.h"
+#include "shell/qt/window_place.h"
 
 int main(int argc, char** argv) {
   QApplication app(argc, argv);
   QMainWindow window;
   window.setWindowTitle("bare");
   window.setCentralWidget(new QLabel("KVR-ISP: Step1: Select MCU Type", &window));
-  window.resize(1366, 740);  // the program's own size at its first start
+  kvr::window::placeWindow(window, {});  // the program's own size at its first start
   const kvr::shell::FirstPaint firstPaint(window);
   window.show();
   return QApplication::exec();

@@ -14,22 +14,20 @@ constexpr std::int64_t kCrcBlock = 128;
 constexpr std::int64_t kTailStart = 44032;  // where the main area ends, in the chip's memory
 constexpr std::int64_t kSecondBankFirst = 16384, kSecondBankLast = 35840;
 
-std::int64_t number(std::span<const std::uint8_t> bytes, std::size_t at, std::size_t count) {
-  std::int64_t value = 0;
-  for (std::size_t i = 0; i < count; ++i) value = value * 256 + bytes[at + i];
-  return value;
+std::int64_t field(std::span<const std::uint8_t> bytes, std::size_t at, std::size_t count) {
+  return number(bytes.subspan(at, count));
 }
 
 BoardCounter counterAt(std::span<const std::uint8_t> h, std::size_t at, std::size_t nextAt) {
   BoardCounter counter;
   counter.on = h[at] == 1;
-  counter.firstAddress = number(h, at + 1, 3);
+  counter.firstAddress = field(h, at + 1, 3);
   counter.firstLength = h[at + 4];
-  counter.secondAddress = number(h, at + 5, 3);
+  counter.secondAddress = field(h, at + 5, 3);
   counter.secondLength = h[at + 8];
   counter.step = h[at + 9];
   counter.radix = h[at + 10];
-  counter.next = static_cast<std::uint32_t>(number(h, nextAt, 4));
+  counter.next = static_cast<std::uint32_t>(field(h, nextAt, 4));
   return counter;
 }
 
@@ -82,16 +80,16 @@ std::optional<BoardHeader> BoardJob::header(std::string& fault) const {
   header.noDataFile = h[43] != 0;
   header.checks = h[44];
   std::copy_n(h.begin() + 48, 16, header.options.begin());
-  header.mainFirst = number(h, 64, 3);
-  header.mainLast = number(h, 67, 3);
-  header.mainTarget = number(h, 70, 3);
-  header.mainTargetLast = number(h, 73, 3);
-  header.tailFirst = number(h, 88, 3);
-  header.tailLast = number(h, 91, 3);
-  header.tailTarget = number(h, 94, 3);
-  header.tailTargetLast = number(h, 97, 3);
-  header.codeLast = number(h, 112, 3);
-  header.blockSize = static_cast<int>(number(h, 150, 2));
+  header.mainFirst = field(h, 64, 3);
+  header.mainLast = field(h, 67, 3);
+  header.mainTarget = field(h, 70, 3);
+  header.mainTargetLast = field(h, 73, 3);
+  header.tailFirst = field(h, 88, 3);
+  header.tailLast = field(h, 91, 3);
+  header.tailTarget = field(h, 94, 3);
+  header.tailTargetLast = field(h, 97, 3);
+  header.codeLast = field(h, 112, 3);
+  header.blockSize = static_cast<int>(field(h, 150, 2));
   header.codeCounter = counterAt(h, 128, 144);
   header.dataCounter = counterAt(h, 220, 236);
   const bool sound = header.mainFirst == 0x4000 &&

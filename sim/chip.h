@@ -30,6 +30,8 @@ enum class ChipState {
 };
 std::string_view nameOf(ChipState state);
 
+inline constexpr double kClockTolerance = 0.01;  // the host knows the clock only from counts
+
 class Chip : public Device {
  public:
   explicit Chip(ChipConfig config);

@@ -10,8 +10,6 @@ namespace sim {
 
 namespace {
 
-constexpr double kClockTolerance = 0.01;  // the host knows the clock only from counts
-
 // The fewest steps that a host at this first-contact rate must give the chip.
 int settleFor(int family, int firstBaud, bool test) {
   struct Row {

@@ -9,12 +9,6 @@ namespace {
 constexpr std::uint8_t kHead[3] = {0x46, 0xB9, 0x6A};
 constexpr int kShortest = 6;
 
-int sumOf(std::span<const std::uint8_t> bytes) {
-  int sum = 0;
-  for (const std::uint8_t byte : bytes) sum += byte;
-  return sum;
-}
-
 // The long option frame of the families from 7 on carries two bytes of sum whatever the family's other frames do.
 bool isWideWhateverTheFamily(const Bytes& wire) {
   return wire[5] == 0x8D && wire[4] == 27;

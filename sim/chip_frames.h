@@ -52,6 +52,23 @@ Bytes buildReply(std::uint8_t command, std::span<const std::uint8_t> payload, bo
 // The same with the CRC of the off-line board.
 Bytes buildCrcReply(std::uint8_t command, std::span<const std::uint8_t> payload);
 
+constexpr int sumOf(std::span<const std::uint8_t> bytes) {
+  int sum = 0;
+  for (const std::uint8_t byte : bytes) sum += byte;
+  return sum;
+}
+
+constexpr int hexDigit(char digit) {
+  return digit <= '9' ? digit - '0' : digit - 'A' + 10;
+}
+
+// The value of bytes, high byte first.
+constexpr std::int64_t number(std::span<const std::uint8_t> bytes) {
+  std::int64_t value = 0;
+  for (const std::uint8_t byte : bytes) value = value * 256 + byte;
+  return value;
+}
+
 // CRC-16 with the reflected polynomial A001, begun at FFFF; it travels low byte first.
 std::uint16_t crc16(std::span<const std::uint8_t> bytes);
 

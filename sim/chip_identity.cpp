@@ -8,10 +8,6 @@ namespace sim {
 
 namespace {
 
-int hexDigit(char digit) {
-  return digit <= '9' ? digit - '0' : digit - 'A' + 10;
-}
-
 std::uint8_t hexByte(std::string_view text) {
   return static_cast<std::uint8_t>(hexDigit(text[0]) * 16 + hexDigit(text[1]));
 }

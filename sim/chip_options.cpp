@@ -8,20 +8,8 @@
 
 namespace sim {
 
-namespace {
-
-constexpr double kClockTolerance = 0.01;
-
-double number(std::span<const std::uint8_t> four) {
-  double value = 0;
-  for (const std::uint8_t byte : four) value = value * 256 + byte;
-  return value;
-}
-
-}  // namespace
-
 void Chip::checkClock(Micros at, std::span<const std::uint8_t> four) {
-  const double told = number(four);
+  const double told = static_cast<double>(number(four));
   judge(std::abs(told / sessionClock_ - 1) < kClockTolerance, at,
         "options: clock " + std::to_string(static_cast<std::int64_t>(told)));
   std::copy(four.begin(), four.end(), statedClock_.begin());

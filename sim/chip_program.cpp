@@ -6,16 +6,6 @@
 
 namespace sim {
 
-namespace {
-
-std::int64_t number(std::span<const std::uint8_t> bytes) {
-  std::int64_t value = 0;
-  for (const std::uint8_t byte : bytes) value = value * 256 + byte;
-  return value;
-}
-
-}  // namespace
-
 void Chip::checkErase(Micros at, const HostFrame& frame) {
   const auto p = frame.payload(row().frame2);
   const bool longForm = letter_ == 'G' || version10() >= 57;

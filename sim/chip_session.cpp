@@ -3,14 +3,6 @@
 
 namespace sim {
 
-namespace {
-
-int hexDigit(char digit) {
-  return digit <= '9' ? digit - '0' : digit - 'A' + 10;
-}
-
-}  // namespace
-
 void Chip::dispatch(Micros at, const HostFrame& frame) {
   const int command = frame.command();
   const std::size_t size = frame.payload(row().frame2).size();

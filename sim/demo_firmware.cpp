@@ -17,12 +17,6 @@ constexpr std::pair<int, std::string_view> kNumbers[] = {
     {0x0051, "Cedar-B10R"}, {0x0052, "Cedar-B20R"}, {0x0053, "Cedar-B38R"}, {0x0054, "Cedar-B40D"},
     {0x0058, "Cedar-B80D"}, {0x0516, "Cedar-BF8D"}};
 
-int sumOf(std::span<const std::uint8_t> bytes) {
-  int sum = 0;
-  for (const std::uint8_t byte : bytes) sum += byte;
-  return sum & 0xFFFF;
-}
-
 }  // namespace
 
 int demoModelNumber(std::string_view model) {
@@ -141,7 +135,7 @@ void DemoFirmware::take(Micros at, const Heard& heard) {
   const Bytes frame = std::exchange(heard_, {});
   const std::size_t end = frame.size();
   const bool sound = length >= 8 && frame[end - 1] == 0x16 &&
-                     sumOf(std::span(frame).first(end - 3)) == frame[end - 3] * 256 + frame[end - 2];
+                     (sumOf(std::span(frame).first(end - 3)) & 0xFFFF) == frame[end - 3] * 256 + frame[end - 2];
   if (!sound) {
     if (!damaged_) judge(false, at, "frame with a bad length, sum or end");
     return;
@@ -226,7 +220,7 @@ void DemoFirmware::onData(Micros at, const Bytes& frame) {
   const int block = static_cast<int>(address / 512);
   if (frame[4] == 0xB4 || block != lastBlock_) blockStart_ = address;
   lastBlock_ = block;
-  const int sum = sumOf(data);
+  const int sum = sumOf(data) & 0xFFFF;
   if (blockFails(at, block, address, sum)) return;
   flash_.write(static_cast<std::size_t>(address), data);
   programmed_ = true;
@@ -256,7 +250,7 @@ void DemoFirmware::answer(Micros at, int command, const Bytes& body) {
   if (countDown(config_.silentTo, command)) return;
   Bytes wire = {0x5A, 0xA5, 0, static_cast<std::uint8_t>(body.size() + 8), static_cast<std::uint8_t>(command)};
   wire.insert(wire.end(), body.begin(), body.end());
-  int sum = sumOf(wire);
+  int sum = sumOf(wire) & 0xFFFF;
   if (countDown(config_.badSumTo, command)) sum ^= 0x0101;
   wire.insert(wire.end(), {static_cast<std::uint8_t>(sum >> 8), static_cast<std::uint8_t>(sum), 0x16});
   if (say) busyUntil_ = std::max(busyUntil_, say(at, config_.downloadLine, wire));

@@ -93,13 +93,10 @@ class Terminal {
       for (ssize_t at = 0; at < got;) {
         inotify_event event{};
         std::memcpy(&event, buffer + at, sizeof event);
-        const bool isOurs = event.wd == itself_;
-        opened_ += isOurs && (event.mask & IN_OPEN) ? 1 : 0;
-        if (isOurs && (event.mask & IN_CLOSE)) {
-          --opened_;
-          ++closed;
-        }
         at += static_cast<ssize_t>(sizeof event + event.len);
+        if (event.wd != itself_) continue;
+        opened_ += (event.mask & IN_OPEN) ? 1 : -1;
+        closed += (event.mask & IN_OPEN) ? 0 : 1;
       }
     return closed;
   }

@@ -9,7 +9,7 @@ namespace sim {
 
 namespace {
 
-Micros whole(double micros) {
+Micros roundedUp(double micros) {
   return static_cast<Micros>(std::ceil(micros - 1e-6));
 }
 
@@ -70,7 +70,7 @@ Wire::Burst Wire::layOut(std::span<const std::uint8_t> bytes, const Line& line, 
   double at = start;
   const auto put = [&](std::uint8_t byte, std::uint8_t meant, Damage damage) {
     at += byteTime(line);
-    burst.items.push_back({whole(at), byte, meant, damage});
+    burst.items.push_back({roundedUp(at), byte, meant, damage});
   };
   if (is(FaultKind::delay)) at += static_cast<double>(fault->micros);
   if (is(FaultKind::noiseBefore))
@@ -104,15 +104,15 @@ Micros Wire::carry(Direction direction, std::span<const std::uint8_t> bytes, con
     log_.push_back({direction,
                     unit,
                     static_cast<Micros>(start),
-                    whole(trueEnd),
+                    roundedUp(trueEnd),
                     line,
                     {bytes.begin(), bytes.end()},
                     fault.has_value()});
   if (!burst.items.empty()) lane.bursts.push_back(std::move(burst));
-  if (!fault) return whole(trueEnd);
+  if (!fault) return roundedUp(trueEnd);
   ++faultsDone_;
-  if (device_) device_->disturbed(quietUntil_ = std::max(quietUntil_, whole(std::max(trueEnd, lane.freeAt))));
-  return whole(trueEnd);
+  if (device_) device_->disturbed(quietUntil_ = std::max(quietUntil_, roundedUp(std::max(trueEnd, lane.freeAt))));
+  return roundedUp(trueEnd);
 }
 
 }  // namespace sim

@@ -2,6 +2,7 @@
 // the end byte), command, payload, sum, 16.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -12,6 +13,8 @@
 namespace kvr::engine {
 
 using Bytes = std::vector<std::uint8_t>;
+
+inline constexpr std::array<std::uint8_t, 2> kSyncBytes = {0x7F, 0x7F};
 
 enum class SumForm { OneByte, TwoBytes, BoardCrc };
 

@@ -9,7 +9,6 @@
 namespace kvr::engine {
 namespace {
 
-constexpr std::array<std::uint8_t, 2> kSyncBytes = {0x7F, 0x7F};
 constexpr Millis kHintAfter{4000};
 constexpr int kFirstTwoByteCode = 0xD1;
 
@@ -198,7 +197,7 @@ bool Handshake::checkTargetModel() {
   const std::string words = "MCU Type is incorrect. please select correct MCU type and open the file again.";
   c_.fail(3, words);
   c_.images.imageValid = false;
-  c_.link.world().dialogs.message(std::string(kTitle), words + "\n");
+  c_.link.world().dialogs.message(platform::kTitle, words + "\n");
   return false;
 }
 

@@ -7,6 +7,7 @@
 
 #include "engine/baud_negotiation.h"
 #include "engine/conversation.h"
+#include "engine/frames.h"
 #include "engine/option_write.h"
 #include "engine/rc_trim.h"
 

@@ -11,7 +11,6 @@
 namespace kvr::engine {
 namespace {
 
-constexpr std::array<std::uint8_t, 2> kSyncBytes = {0x7F, 0x7F};
 constexpr std::uint8_t kPulse = 0x7F, kTrail = 0xAA;
 constexpr int kPulsesOfSync = 6;
 constexpr int kPassCentiPercent = 25;

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "engine/conversation.h"
+#include "engine/frames.h"
 #include "engine/rc_plan.h"
 
 namespace kvr::engine {

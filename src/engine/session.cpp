@@ -86,7 +86,7 @@ bool Session::prepare(int index) {
   link.lease().hold(Master::Engine);
   link.closeTargetPort();
   if (!c_.images.imageValid) {
-    link.world().dialogs.message(std::string(kTitle), "    Please open code file.   ", platform::BoxIcon::Information);
+    link.world().dialogs.message(platform::kTitle, "    Please open code file.   ", platform::BoxIcon::Information);
     return refuse("Please open code file.");
   }
   if (!ask(hooks_.reloadIfAsked, true) || !c_.images.imageValid) return refuse("The file could not be loaded again.");
@@ -146,7 +146,7 @@ bool Session::firmwareSupported() {
   if (target.firmwareVersionText >= (target.steppingLetter <= "C" ? "4.0" : "5.0")) return true;
   const std::string words = "Sorry, the current program does not support the MCU or Firmware Version is too low.";
   c_.run.failureWords = words;
-  c_.link.world().dialogs.message(std::string(kTitle), words, platform::BoxIcon::Information);
+  c_.link.world().dialogs.message(platform::kTitle, words, platform::BoxIcon::Information);
   return false;
 }
 

@@ -29,8 +29,6 @@ namespace kvr::engine {
 
 using platform::Millis;
 
-inline constexpr std::string_view kTitle = "KVR-ISP";  // of message boxes that have no title of their own
-
 class TargetLink {
  public:
   TargetLink(platform::World world, PortLease& lease, const catalogue::SelectedModel& model, DownloadPanel& panel,

@@ -10,7 +10,6 @@ using platform::Millis;
 
 namespace {
 constexpr Millis kApprovalLasts{20000};
-constexpr const char* kTitle = "KVR-ISP";
 }  // namespace
 
 BufferViews::BufferViews(platform::World& world, ImagePanel& panel, ImageState& state)
@@ -96,8 +95,8 @@ void BufferViews::type(int index, char32_t character) {
 bool BufferViews::approve() {
   asking_ = true;
   runAlone(alone, [this] {
-    const bool yes = world_.dialogs.askYesNo(kTitle, "Update the buffer ?");
-    if (yes && !state_.imageValid) world_.dialogs.message(kTitle, " Please open code file.");
+    const bool yes = world_.dialogs.askYesNo(platform::kTitle, "Update the buffer ?");
+    if (yes && !state_.imageValid) world_.dialogs.message(platform::kTitle, " Please open code file.");
     editApproved_ = yes && state_.imageValid && !readOnly_;
   });
   asking_ = false;

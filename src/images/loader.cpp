@@ -9,8 +9,6 @@ namespace kvr::images {
 
 namespace {
 
-constexpr const char* kTitle = "KVR-ISP";
-
 std::string fileNameOf(const std::string& path) {
   return path.substr(path.find_last_of("/\\") + 1);
 }
@@ -92,7 +90,7 @@ bool Loader::startAt(ImageBuffer& buffer) {
   const std::int64_t start = platform::hexOf((isCode ? panel_.txtAP_FileStart : panel_.txtDataFileStart).trimmed());
   const std::string fault = checkStart(selected_.record, isCode, start);
   if (!fault.empty()) {
-    world_.dialogs.message(kTitle, fault, platform::BoxIcon::Warning);
+    world_.dialogs.message(platform::kTitle, fault, platform::BoxIcon::Warning);
     return false;
   }
   buffer.startOffset = static_cast<std::int32_t>(start);

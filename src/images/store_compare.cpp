@@ -5,7 +5,6 @@
 namespace kvr::images {
 namespace {
 
-constexpr const char* kTitle = "KVR-ISP";
 constexpr int kAskEvery = 100;  // differences between two questions
 
 std::string address4(std::int32_t address) {
@@ -46,7 +45,7 @@ void StoreCompare::comComp_Click() {
 void StoreCompare::store() {
   const StoreRange range = storeRange(boxNumber(panel_.txt_Start_Address, 4), boxNumber(panel_.txt_length, 5));
   if (!range.fault.empty()) {
-    world_.dialogs.message(kTitle, range.fault, platform::BoxIcon::Warning);
+    world_.dialogs.message(platform::kTitle, range.fault, platform::BoxIcon::Warning);
     return;
   }
   const std::string path = world_.dialogs.saveFile(
@@ -58,12 +57,12 @@ void StoreCompare::store() {
   const auto bytes = state_.CodeBuffer.bytes().subspan(
       static_cast<std::size_t>(range.span.first), static_cast<std::size_t>(range.span.last - range.span.first + 1));
   if (const auto result = world_.files.replace(path, bytes); !result)
-    world_.dialogs.message(kTitle, "The file cannot be written: " + result.error, platform::BoxIcon::Warning);
+    world_.dialogs.message(platform::kTitle, "The file cannot be written: " + result.error, platform::BoxIcon::Warning);
 }
 
 void StoreCompare::compare() {
   if (!state_.imageValid) {
-    world_.dialogs.message(kTitle, "    Please open code file.   ");
+    world_.dialogs.message(platform::kTitle, "    Please open code file.   ");
     return;
   }
   const auto received = receivedBytes ? receivedBytes() : std::span<const std::uint8_t>{};
@@ -82,7 +81,7 @@ void StoreCompare::compare() {
     textMsg_.appendLine("地址: " + address4(i) + "H;  文件缓冲区: " + platform::hexText(image.at(i), 2) +
                         ";  MCU: " + platform::hexText(chip, 2));
     if (++count <= kAskEvery) continue;
-    if (!world_.dialogs.askYesNo(kTitle, "不相等的单元已达 100 个， 继续比较请输入 Y\n\n")) break;
+    if (!world_.dialogs.askYesNo(platform::kTitle, "不相等的单元已达 100 个， 继续比较请输入 Y\n\n")) break;
     count = 0;
   }
   textMsg_.appendLine((same ? "比较完毕，比较范围: 0000H -- " : "比较范围: 0000H -- ") + address4(last) + "H");

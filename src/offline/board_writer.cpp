@@ -10,17 +10,17 @@ namespace {
 
 using engine::Millis;
 
-constexpr std::uint8_t kPoll = 0x80;
+constexpr std::uint8_t kPollCommand = 0x80;
 constexpr std::uint8_t kErase = 0x84;
 constexpr std::uint8_t kSecondStage = 0x86;
 constexpr std::uint8_t kWritten = 0x80;
 constexpr int kRounds = 6;
-constexpr int kSettlingFrames = 6;
+constexpr int kFramesBeforeWriting = 6;
 constexpr int kPageSize = 512;
 constexpr int kPageTries = 6;
 constexpr int kRestTries = 3;
 constexpr int kFrameSize = 128;
-constexpr int kBaud = 115200;
+constexpr int kBoardBaud = 115200;
 constexpr int kSecondBankLast = 35840;  // one byte more than the second bank's share of the code
 
 }  // namespace
@@ -57,8 +57,8 @@ bool BoardWriter::eraseBoardAndWrite(BoardImage& image, const FileBuffer& file) 
     return true;
   }
   if (!switchBoardStage()) return failed("Erasing MCU failed.");
-  for (int i = 0; i < kSettlingFrames; ++i)
-    if (!connection_.askUntilFrame(kRounds, kPoll, Millis(50), 0xF1)) return failed("Program failed.");
+  for (int i = 0; i < kFramesBeforeWriting; ++i)
+    if (!connection_.askUntilFrame(kRounds, kPollCommand, Millis(50), 0xF1)) return failed("Program failed.");
   if (!writeSecondStage(image, file)) return programFailed();
   link_.closeTargetPort();
   link_.say("Program OK.");
@@ -127,7 +127,7 @@ bool BoardWriter::sentBeforeAnyAnswer() {
   constexpr std::int64_t kBitsPerByte = 10;
   const platform::SerialLink& port = link_.lease().link();
   const auto left = [&port] {
-    return Millis(static_cast<std::int64_t>(port.outBytesPending()) * kBitsPerByte * 1000 / kBaud);
+    return Millis(static_cast<std::int64_t>(port.outBytesPending()) * kBitsPerByte * 1000 / kBoardBaud);
   };
   while (!link_.stopRequested && port.isOpen() && left() > Millis(0)) link_.delayMs(left());
   return link_.rx.count == 0 && !link_.lease().gathering();

@@ -6,6 +6,8 @@
 
 namespace kvr::platform {
 
+inline const std::string kTitle = "KVR-ISP";  // of message boxes that have no title of their own
+
 enum class BoxIcon { Information, Warning };
 
 struct FileQuestion {

@@ -10,7 +10,6 @@ namespace {
 
 using options::UiLock;
 
-constexpr const char* kTitle = "KVR-ISP";
 constexpr const char* kFilter = "*.KVR |*.KVR|All Files (*.*)|*.*";
 constexpr std::size_t kLargestFile = 4 << 20;  // both images in hexadecimal take a tenth of it
 
@@ -58,7 +57,7 @@ void ProjectRoom::applyLock() {
 }
 
 void ProjectRoom::say(const std::string& text) {
-  world_.dialogs.message(kTitle, text);
+  world_.dialogs.message(platform::kTitle, text);
 }
 
 // The folder for projects; where it cannot be made, the one that it would lie in.

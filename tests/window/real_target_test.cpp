@@ -116,6 +116,13 @@ TEST_F(RealTarget, ServesANewUserFromTheModelToTheCheckOfTheChip) {
   EXPECT_EQ(violations(chip), "[\n]\n");
   EXPECT_EQ(chip[QStringLiteral("erases")].toInt(), 1);
   EXPECT_EQ(differences(chip[QStringLiteral("flash")].toString()), 0);
+
+  tab("TabStrip1", "options");
+  const QString before = widget<QLabel>("LabOption_8").text();
+  pickModel(QStringLiteral("pine-h03"));
+  EXPECT_TRUE(widget<QLineEdit>("txtDevice").text().startsWith(QLatin1String("Pine-H03")));
+  EXPECT_NE(widget<QLabel>("LabOption_8").text(), before);
+  EXPECT_TRUE(widget("com_RC_frequency_5").isVisible()) << "the frequency of its oscillator";
 }
 
 TEST_F(RealTarget, EachBuildOfTheSampleIsProgrammedOnce) {

@@ -22,6 +22,7 @@ TEST_F(WindowRun, StopEndsAWaitForAChipAndFreesTheWindow) {
   later(400, [&] {
     EXPECT_TRUE(program->link.isOpen());
     EXPECT_EQ(verdict(), QStringLiteral("WAITING"));
+    EXPECT_FALSE(widget("comLoadFile").isEnabled());
     click("comStop_Download");
   });
   click("comDownload_0");
@@ -29,6 +30,7 @@ TEST_F(WindowRun, StopEndsAWaitForAChipAndFreesTheWindow) {
   EXPECT_EQ(verdict(), QStringLiteral("FAIL"));
   EXPECT_FALSE(program->link.isOpen());
   EXPECT_TRUE(widget("comDownload_0").isEnabled());
+  EXPECT_TRUE(widget("comLoadFile").isEnabled());
 }
 
 TEST_F(WindowRun, AnAdapterPulledOutEndsTheRunWithinASecond) {
