@@ -4,8 +4,8 @@
 
 namespace kvr::comtool {
 
-ComTool::ComTool(platform::World world, engine::PortLease& lease, const engine::Activity& activity,
-                 options::UiLock& lock, ToolPanel& panel, MainPort mainPort)
+ComTool::ComTool(platform::World world, engine::PortLease& lease, const platform::Activity& activity,
+                 platform::UiLock& lock, ToolPanel& panel, MainPort mainPort)
     : world_(world),
       lease_(lease),
       activity_(activity),

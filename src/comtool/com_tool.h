@@ -15,7 +15,7 @@ namespace kvr::comtool {
 
 class ComTool {
  public:
-  ComTool(platform::World world, engine::PortLease& lease, const engine::Activity& activity, options::UiLock& lock,
+  ComTool(platform::World world, engine::PortLease& lease, const platform::Activity& activity, platform::UiLock& lock,
           ToolPanel& panel, MainPort mainPort);
 
   std::function<void()> stopRun;                                     // the stop operation of `comStop_Download`
@@ -49,8 +49,8 @@ class ComTool {
 
   platform::World world_;
   engine::PortLease& lease_;
-  const engine::Activity& activity_;
-  options::UiLock& lock_;
+  const platform::Activity& activity_;
+  platform::UiLock& lock_;
   ToolPanel& panel_;
   ToolPort port_;
   ReceiveArea receive_;

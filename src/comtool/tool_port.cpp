@@ -10,8 +10,8 @@ std::string portSettings(const std::string& baud, const std::string& parity, con
          platform::trim(stopBits);
 }
 
-ToolPort::ToolPort(platform::World world, engine::PortLease& lease, const engine::Activity& activity,
-                   options::UiLock& lock, ToolPanel& panel, MainPort mainPort)
+ToolPort::ToolPort(platform::World world, engine::PortLease& lease, const platform::Activity& activity,
+                   platform::UiLock& lock, ToolPanel& panel, MainPort mainPort)
     : world_(world), lease_(lease), activity_(activity), lock_(lock), panel_(panel), mainPort_(mainPort) {
   lease_.onVanished(engine::Master::Tool, [this](const platform::PortError& error) { vanished(error); });
   panel_.com_Debug_Baud.onClick = [this] { com_Debug_Baud_Change(); };

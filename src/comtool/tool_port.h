@@ -7,9 +7,9 @@
 #include <string>
 
 #include "comtool/tool_panel.h"
-#include "engine/activity.h"
 #include "engine/port_lease.h"
-#include "options/ui_lock.h"
+#include "platform/activity.h"
+#include "platform/ui_lock.h"
 #include "platform/world.h"
 
 namespace kvr::comtool {
@@ -26,7 +26,7 @@ struct MainPort {
 
 class ToolPort {
  public:
-  ToolPort(platform::World world, engine::PortLease& lease, const engine::Activity& activity, options::UiLock& lock,
+  ToolPort(platform::World world, engine::PortLease& lease, const platform::Activity& activity, platform::UiLock& lock,
            ToolPanel& panel, MainPort mainPort);
 
   // An error at the port, or its loss: automatic sends must end. Called before the person is told.
@@ -61,8 +61,8 @@ class ToolPort {
 
   platform::World world_;
   engine::PortLease& lease_;
-  const engine::Activity& activity_;
-  options::UiLock& lock_;
+  const platform::Activity& activity_;
+  platform::UiLock& lock_;
   ToolPanel& panel_;
   MainPort mainPort_;
   bool raisedMainLamp_ = false;  // the person may pick other ports while this one is open

@@ -18,7 +18,7 @@ void tell(const std::function<void()>& hook) {
 
 }  // namespace
 
-Session::Session(Conversation& conversation, options::UiLock& lock, Activity& activity, SessionHooks& hooks)
+Session::Session(Conversation& conversation, platform::UiLock& lock, platform::Activity& activity, SessionHooks& hooks)
     : c_(conversation),
       lock_(lock),
       activity_(activity),

@@ -5,13 +5,13 @@
 #include <functional>
 #include <string>
 
-#include "engine/activity.h"
 #include "engine/conversation.h"
 #include "engine/handshake.h"
 #include "engine/option_write.h"
 #include "engine/programming.h"
 #include "engine/rc_trim.h"
-#include "options/ui_lock.h"
+#include "platform/activity.h"
+#include "platform/ui_lock.h"
 
 namespace kvr::engine {
 
@@ -44,7 +44,7 @@ struct SessionHooks {
 
 class Session {
  public:
-  Session(Conversation& conversation, options::UiLock& lock, Activity& activity, SessionHooks& hooks);
+  Session(Conversation& conversation, platform::UiLock& lock, platform::Activity& activity, SessionHooks& hooks);
 
   void comDownload_Click(int index);  // 0: once; 1: repeats
   void comStop_Download_Click();      // the button; the run ends where it waits and lets go of the lock itself
@@ -80,8 +80,8 @@ class Session {
   void applyLock();
 
   Conversation& c_;
-  options::UiLock& lock_;
-  Activity& activity_;
+  platform::UiLock& lock_;
+  platform::Activity& activity_;
   SessionHooks& hooks_;
   OptionWrite optionWrite_;
   RcMeasuring rc_;

@@ -30,7 +30,7 @@ void showCells(platform::ListBox& list, std::span<const Cell> cells) {
 }  // namespace
 
 SfrMonitor::SfrMonitor(platform::EventLoop& loop, MonitorPanel& panel, const catalogue::SelectedModel& model,
-                       options::UiLock& lock)
+                       platform::UiLock& lock)
     : panel_(panel), model_(model), lock_(lock), timerDebug_(loop, [this] { TimerDebug_Timer(); }) {
   timerDebug_.setInterval(kFrameTimeout);
   for (std::size_t i = 0; i < panel_.comDebugContinue.size(); ++i)

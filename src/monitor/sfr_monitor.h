@@ -11,8 +11,8 @@
 #include "monitor/dump_record.h"
 #include "monitor/frame_search.h"
 #include "monitor/monitor_panel.h"
-#include "options/ui_lock.h"
 #include "platform/event_loop.h"
+#include "platform/ui_lock.h"
 
 namespace kvr::monitor {
 
@@ -22,7 +22,7 @@ class SfrMonitor {
   static constexpr platform::Millis kFrameTimeout{1000};
 
   SfrMonitor(platform::EventLoop& loop, MonitorPanel& panel, const catalogue::SelectedModel& model,
-             options::UiLock& lock);
+             platform::UiLock& lock);
 
   // Writes an answer to the open port; nothing when the terminal does not hold it.
   std::function<void(std::span<const std::uint8_t>)> write;
@@ -50,7 +50,7 @@ class SfrMonitor {
 
   MonitorPanel& panel_;
   const catalogue::SelectedModel& model_;
-  options::UiLock& lock_;
+  platform::UiLock& lock_;
   platform::Timer timerDebug_;
   platform::Signal::Token lockToken_;
   FrameSearch search_;

@@ -5,7 +5,6 @@
 #include <functional>
 #include <optional>
 
-#include "engine/activity.h"
 #include "engine/target_link.h"
 #include "images/image_buffer.h"
 #include "images/image_panel.h"
@@ -13,15 +12,16 @@
 #include "offline/board_image.h"
 #include "offline/offline_panel.h"
 #include "options/option_set.h"
-#include "options/ui_lock.h"
+#include "platform/activity.h"
+#include "platform/ui_lock.h"
 
 namespace kvr::offline {
 
 // What the session reads and writes beside the board's own page.
 struct OfflineContext {
   engine::TargetLink& link;
-  engine::Activity& activity;
-  options::UiLock& lock;
+  platform::Activity& activity;
+  platform::UiLock& lock;
   const options::OptionSet& options;  // `wanted` is what the board is to write
   images::ImageState& images;
   images::ImagePanel& imagePanel;  // the serial values' controls

@@ -3,7 +3,7 @@
 #include "options/option_rows_cedar_to_hazel.h"
 #include "options/option_rows_common.h"
 #include "options/option_rows_ivy_to_rowan.h"
-#include "options/ui_lock.h"
+#include "platform/ui_lock.h"
 
 namespace kvr::options {
 namespace {
@@ -36,8 +36,8 @@ bool holds(const OptionBytes& bytes, const BitPlace& place) {
 }
 
 bool enabledIn(const OptionRow& row, int lockState) {
-  if (lockState == UiLock::kFree) return row.enabledFree;
-  return lockState == UiLock::kBusy ? row.enabledBusy : row.enabledLocked;
+  if (lockState == platform::UiLock::kFree) return row.enabledFree;
+  return lockState == platform::UiLock::kBusy ? row.enabledBusy : row.enabledLocked;
 }
 
 int panelSlotOf(int family) {

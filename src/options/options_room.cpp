@@ -31,7 +31,7 @@ bool inLayout(const std::vector<PanelGroup>& groups, const platform::Control* co
 }  // namespace
 
 OptionsRoom::OptionsRoom(platform::Dialogs& dialogs, OptionPanel& panel, const catalogue::SelectedModel& model,
-                         UiLock& lock, platform::TextBox& textMsg, platform::Label& stepFrame)
+                         platform::UiLock& lock, platform::TextBox& textMsg, platform::Label& stepFrame)
     : dialogs_(dialogs), panel_(panel), model_(model), lock_(lock), textMsg_(textMsg), stepFrame_(stepFrame) {
   set_.wanted = set_.reported = defaultBytes(0);
   lockToken_ = lock_.changed.watch([this] { applyEnableRules(); });

@@ -13,16 +13,16 @@
 #include "options/option_panel.h"
 #include "options/panel_layout.h"
 #include "options/target_report.h"
-#include "options/ui_lock.h"
 #include "platform/dialogs.h"
+#include "platform/ui_lock.h"
 
 namespace kvr::options {
 
 class OptionsRoom {
  public:
   // `stepFrame` is the frame around the options page; its caption says when a change takes effect.
-  OptionsRoom(platform::Dialogs& dialogs, OptionPanel& panel, const catalogue::SelectedModel& model, UiLock& lock,
-              platform::TextBox& textMsg, platform::Label& stepFrame);
+  OptionsRoom(platform::Dialogs& dialogs, OptionPanel& panel, const catalogue::SelectedModel& model,
+              platform::UiLock& lock, platform::TextBox& textMsg, platform::Label& stepFrame);
 
   // --- the panel
   // The page of the selected model with its defaults; choices made before are gone, the message pane and the report are
@@ -84,7 +84,7 @@ class OptionsRoom {
   platform::Dialogs& dialogs_;
   OptionPanel& panel_;
   const catalogue::SelectedModel& model_;
-  UiLock& lock_;
+  platform::UiLock& lock_;
   platform::TextBox& textMsg_;
   platform::Label& stepFrame_;
   OptionSet set_;

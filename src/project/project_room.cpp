@@ -8,7 +8,7 @@
 namespace kvr::project {
 namespace {
 
-using options::UiLock;
+using platform::UiLock;
 
 constexpr const char* kFilter = "*.KVR |*.KVR|All Files (*.*)|*.*";
 constexpr std::size_t kLargestFile = 4 << 20;  // both images in hexadecimal take a tenth of it
@@ -30,8 +30,8 @@ void setBounds(images::ImageBuffer& buffer, std::size_t count) {
 
 ProjectRoom::ProjectRoom(platform::World& world, const platform::TextCodec& codec,
                          const platform::ControlRegistry& controls, const catalogue::SelectedModel& selected,
-                         images::ImageRoom& images, options::OptionsRoom& options, options::UiLock& lock,
-                         engine::Activity& activity)
+                         images::ImageRoom& images, options::OptionsRoom& options, platform::UiLock& lock,
+                         platform::Activity& activity)
     : world_(world),
       codec_(codec),
       controls_(controls),
@@ -106,12 +106,12 @@ void ProjectRoom::comOpenBatchFile_Click() {
 }
 
 void ProjectRoom::comLockOptions_Click() {
-  lock_.set(UiLock::kLocked);
+  lock_.set(platform::UiLock::kLocked);
 }
 
 void ProjectRoom::comUnlockOptions_Click() {
   lockAfterRun_ = false;
-  lock_.set(UiLock::kFree);
+  lock_.set(platform::UiLock::kFree);
 }
 
 void ProjectRoom::Command1_Click() {
@@ -135,7 +135,7 @@ void ProjectRoom::openProject(const std::string& path) {
   if (!takeCode(text.code)) return say("The check sum of code file is incorrect.");
   if (text.data && !takeData(*text.data)) return say("The check sum of EEPROM file is incorrect.");
   startCounters();
-  lock_.set(UiLock::kLocked);
+  lock_.set(platform::UiLock::kLocked);
 }
 
 void ProjectRoom::setControls(const Header& lines) {

@@ -5,11 +5,11 @@
 #include <string>
 
 #include "catalogue/selected_model.h"
-#include "engine/activity.h"
 #include "images/image_room.h"
 #include "options/options_room.h"
-#include "options/ui_lock.h"
+#include "platform/activity.h"
 #include "platform/text_codec.h"
+#include "platform/ui_lock.h"
 #include "platform/world.h"
 #include "project/project_panel.h"
 #include "project/project_plan.h"
@@ -21,7 +21,7 @@ class ProjectRoom {
   // `controls`: every control of the window; the lines of every family find theirs by name and index.
   ProjectRoom(platform::World& world, const platform::TextCodec& codec, const platform::ControlRegistry& controls,
               const catalogue::SelectedModel& selected, images::ImageRoom& images, options::OptionsRoom& options,
-              options::UiLock& lock, engine::Activity& activity);
+              platform::UiLock& lock, platform::Activity& activity);
 
   ProjectPanel panel;
 
@@ -60,8 +60,8 @@ class ProjectRoom {
   const catalogue::SelectedModel& selected_;
   images::ImageRoom& images_;
   options::OptionsRoom& options_;
-  options::UiLock& lock_;
-  engine::Activity& activity_;
+  platform::UiLock& lock_;
+  platform::Activity& activity_;
   bool lockAfterRun_ = false;
 };
 

@@ -36,7 +36,7 @@ void MainForm::load() {
       .showFamilyPanel();  // options start from the model's defaults, whatever the last session left in their boxes
   images.loader.clearBuffers();
   offline.combPins.setListIndex(9);
-  lock.set(options::UiLock::kFree);
+  lock.set(platform::UiLock::kFree);
   settings.startDone();
   settings.connect();
 }

@@ -8,7 +8,6 @@
 
 #include "catalogue/selected_model.h"
 #include "comtool/com_tool.h"
-#include "engine/activity.h"
 #include "engine/download_panel.h"
 #include "engine/port_lease.h"
 #include "engine/session.h"
@@ -19,8 +18,9 @@
 #include "offline/offline_session.h"
 #include "options/option_panel.h"
 #include "options/options_room.h"
-#include "options/ui_lock.h"
+#include "platform/activity.h"
 #include "platform/text_codec.h"
+#include "platform/ui_lock.h"
 #include "platform/world.h"
 #include "project/project_room.h"
 #include "shell/main_panel.h"
@@ -65,8 +65,8 @@ class MainForm {
   platform::World world;
   platform::ControlRegistry registry;
   catalogue::SelectedModel model;
-  options::UiLock lock;
-  engine::Activity activity;
+  platform::UiLock lock;
+  platform::Activity activity;
 
   // --- Panels and rooms. ---
   MainPanel main;

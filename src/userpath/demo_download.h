@@ -4,10 +4,10 @@
 
 #include <functional>
 
-#include "engine/activity.h"
 #include "engine/programming.h"
 #include "images/serial_counters.h"
-#include "options/ui_lock.h"
+#include "platform/activity.h"
+#include "platform/ui_lock.h"
 #include "userpath/demo_line.h"
 #include "userpath/userpath_panel.h"
 
@@ -16,8 +16,8 @@ namespace kvr::userpath {
 struct DemoContext {
   engine::Conversation& conversation;
   engine::Programming& programming;
-  engine::Activity& activity;
-  options::UiLock& lock;
+  platform::Activity& activity;
+  platform::UiLock& lock;
   images::SerialCounters& counters;
 };
 

@@ -5,7 +5,7 @@
 
 namespace kvr::userpath {
 
-Trigger::Trigger(engine::TargetLink& link, engine::Activity& activity, options::UiLock& lock,
+Trigger::Trigger(engine::TargetLink& link, platform::Activity& activity, platform::UiLock& lock,
                  const images::ImageState& images, UserPathPanel& panel)
     : link_(link), activity_(activity), lock_(lock), images_(images), panel_(panel) {
   panel_.comSendUserCode.onClick = [this] { comSendUserCode_Click(); };

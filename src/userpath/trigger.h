@@ -4,18 +4,18 @@
 
 #include <functional>
 
-#include "engine/activity.h"
 #include "engine/target_link.h"
 #include "images/image_buffer.h"
-#include "options/ui_lock.h"
+#include "platform/activity.h"
+#include "platform/ui_lock.h"
 #include "userpath/userpath_panel.h"
 
 namespace kvr::userpath {
 
 class Trigger {
  public:
-  Trigger(engine::TargetLink& link, engine::Activity& activity, options::UiLock& lock, const images::ImageState& images,
-          UserPathPanel& panel);
+  Trigger(engine::TargetLink& link, platform::Activity& activity, platform::UiLock& lock,
+          const images::ImageState& images, UserPathPanel& panel);
 
   // The command, 20 ms of silence, the download. Nothing when a sequence is under way. Also what the file watcher runs.
   void comSendUserCode_Click();
@@ -27,8 +27,8 @@ class Trigger {
   bool sendCommand();
   bool openPort();
   engine::TargetLink& link_;
-  engine::Activity& activity_;
-  options::UiLock& lock_;
+  platform::Activity& activity_;
+  platform::UiLock& lock_;
   const images::ImageState& images_;
   UserPathPanel& panel_;
 };

@@ -169,13 +169,13 @@ TEST(ToolPort, ARunTakesThePortInTheMiddleOfRepeatedSendsAndGivesItBack) {
 
 TEST(ToolPort, TheOperatorsLockTakesTheOpenAndSendButtonsAway) {
   ToolBench b;
-  b.lock.set(options::UiLock::kLocked);
+  b.lock.set(platform::UiLock::kLocked);
   EXPECT_FALSE(b.panel.comOpenCOM[2].enabled());
   EXPECT_FALSE(b.panel.comDebugSend.enabled());
   EXPECT_FALSE(b.panel.comDebugClear[1].enabled());
   EXPECT_TRUE(b.panel.comDebugClear[0].enabled());
   EXPECT_TRUE(b.panel.comDebugHelp[1].enabled());
-  b.lock.set(options::UiLock::kFree);
+  b.lock.set(platform::UiLock::kFree);
   EXPECT_TRUE(b.panel.comAutoSend.enabled());
   EXPECT_TRUE(b.panel.comOpenCOM[2].enabled());
 }

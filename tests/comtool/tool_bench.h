@@ -93,8 +93,8 @@ struct ToolBench {
   platform::VirtualClock clock{loop};
   platform::World world{loop, link, dialogs, store, files, clock};
   engine::PortLease lease{loop, link};
-  engine::Activity activity;
-  options::UiLock lock;
+  platform::Activity activity;
+  platform::UiLock lock;
   ToolPanel panel;
   platform::ComboBox combCommPort{"combCommPort"};
   platform::Lamp imgOpen_sys{"imgOpen_sys"};

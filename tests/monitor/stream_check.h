@@ -61,7 +61,7 @@ struct Watched {
   platform::VirtualLoop loop;
   MonitorPanel panel;
   catalogue::SelectedModel model;
-  options::UiLock lock;
+  platform::UiLock lock;
   SfrMonitor monitor{loop, panel, model, lock};
   Bytes answers;
 };

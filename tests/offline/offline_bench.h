@@ -27,7 +27,7 @@ struct OfflineBench : support::EngineBench {
     offline.composeOptions = [this] { options.composeOptions(); };
     offline.stopOperation = [this] { session.stopOperation(); };
     choose("Ivy-HF0S");
-    lock.set(kvr::options::UiLock::kFree);  // the window's start ends with this
+    lock.set(kvr::platform::UiLock::kFree);  // the window's start ends with this
   }
 
   void choose(std::string_view name) {

@@ -19,7 +19,7 @@ struct OptionsPage {
   platform::ScriptedDialogs dialogs{loop};
   OptionPanel panel;
   catalogue::SelectedModel model;
-  UiLock lock;
+  platform::UiLock lock;
   platform::TextBox textMsg{"textMsg"};
   platform::Frame step{"FrameX", 3};
   OptionsRoom room{dialogs, panel, model, lock, textMsg, step};

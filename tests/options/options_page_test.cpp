@@ -78,9 +78,9 @@ TEST(OptionsPage, IdleChoiceAndPrescalerFollowTheAutomaticStartAndKeepTheirValue
     page.button("Power_On_Run_WDT_YES").userChoose();
     page.panel.comWDT_Prescalar[0].userPick(2);
     for (const auto key : kWatchdogKeys) EXPECT_TRUE(page.control(key).enabled()) << name;
-    page.lock.set(UiLock::kLocked);
+    page.lock.set(platform::UiLock::kLocked);
     for (const auto key : kWatchdogKeys) EXPECT_FALSE(page.control(key).enabled()) << name;
-    page.lock.set(UiLock::kFree);
+    page.lock.set(platform::UiLock::kFree);
     page.button("Power_On_Run_WDT_NO").userChoose();
     EXPECT_FALSE(page.panel.comWDT_Prescalar[0].enabled());
     EXPECT_FALSE(page.button("Idle_Run_WDT_YES").enabled());
@@ -125,7 +125,7 @@ TEST(OptionsPage, ModelsWithoutOptionsShowWhatIsFixedAndIgnoreTheLock) {
     OptionsPage page;
     page.select("Rowan-H40");
     page.select(record);
-    page.lock.set(UiLock::kLocked);
+    page.lock.set(platform::UiLock::kLocked);
     const auto& groups = page.room.groups();
     ASSERT_GE(groups.size(), 5u) << record.name;
     for (const auto& group : groups)
@@ -251,7 +251,7 @@ TEST(OptionsPage, TheWatchdogPinIsOneChoiceOnTwoPages) {
 }
 
 TEST(UiLock, ARunNeverLosesTheOperatorsLock) {
-  UiLock lock;
+  platform::UiLock lock;
   for (const auto& [start, busy] : {std::pair{0, 1}, std::pair{2, 3}}) {
     lock.set(start);
     lock.toBusy();

@@ -104,8 +104,8 @@ class ProjectBench {
   platform::PlainCodec codec;
   platform::ControlRegistry registry;
   catalogue::SelectedModel model;
-  options::UiLock lock;
-  engine::Activity activity;
+  platform::UiLock lock;
+  platform::Activity activity;
   platform::TextBox textMsg{"textMsg"};
   platform::TextBox txtDevice{"txtDevice"};
   platform::Frame stepFrame{"FrameX", 3};

@@ -51,7 +51,7 @@ TEST_F(ProjectRoomTest, BringsBackEveryModelWithItsImagesOptionsAndCounters) {
     select("Hazel-H04");
     room.comUnlockOptions_Click();
     room.openProject("/p.KVR");
-    lock.set(options::UiLock::kFree);
+    lock.set(platform::UiLock::kFree);
     ASSERT_EQ(untouched->look(), before) << record.name;
     ASSERT_EQ(kept(images.state.CodeBuffer), code) << record.name;
     ASSERT_EQ(images.state.EepromBuffer.loaded, hasData) << record.name;
@@ -113,7 +113,7 @@ TEST_F(ProjectRoomTest, LocksTheOptionsUntilTheyAreUnlocked) {
   open("VER: 1.3\r\nMCU_Type: Ivy-HF0S\r\nbuffer_check_sum: 255\r\nend\r\nFF");
   EXPECT_TRUE(images.state.imageValid);
   EXPECT_EQ(images.state.CodeBuffer.fileEnd, 0);
-  EXPECT_EQ(lock.state(), options::UiLock::kLocked);
+  EXPECT_EQ(lock.state(), platform::UiLock::kLocked);
   EXPECT_TRUE(room.lockAfterRun());
   EXPECT_FALSE(room.panel.comLockOptions.enabled() || images.panel.comLoadFile.enabled());
   lock.toBusy();
@@ -123,7 +123,7 @@ TEST_F(ProjectRoomTest, LocksTheOptionsUntilTheyAreUnlocked) {
   EXPECT_FALSE(room.lockAfterRun());
   EXPECT_TRUE(images.panel.comLoadFile.enabled() && images.state.imageValid);
   room.panel.comLockOptions.press();
-  EXPECT_EQ(lock.state(), options::UiLock::kLocked);
+  EXPECT_EQ(lock.state(), platform::UiLock::kLocked);
   room.panel.Command1.press();
   EXPECT_EQ(dialogs.shown.size(), 2u) << "projects are explained in two pages";
 }
@@ -154,7 +154,7 @@ TEST_F(ProjectRoomTest, ChangesNothingForAFileThatCannotBeOpened) {
     EXPECT_EQ(dialogs.shown.size(), 1u) << c.text;
     EXPECT_EQ(look(), before) << c.text;
     EXPECT_EQ(kept(images.state.CodeBuffer), code) << c.text;
-    EXPECT_EQ(lock.state(), options::UiLock::kFree);
+    EXPECT_EQ(lock.state(), platform::UiLock::kFree);
   }
   room.openProject("/absent.KVR");
   EXPECT_EQ(lastMessage(), "The project file cannot be read: /absent.KVR");
@@ -171,12 +171,12 @@ TEST_F(ProjectRoomTest, LeavesAnImageInvalidWhoseSumDiffers) {
   EXPECT_TRUE(optionPanel.comWDT_Prescalar[0].enabled());  // the watchdog starts, so its prescaler matters
   EXPECT_FALSE(images.state.imageValid);
   EXPECT_EQ(images.state.CodeBuffer.at(1), 2);
-  EXPECT_EQ(lock.state(), options::UiLock::kFree);
+  EXPECT_EQ(lock.state(), platform::UiLock::kFree);
   open("VER: 1.2\r\nMCU_Type: Ivy-H20S\r\nbuffer_check_sum: 3\r\nEND\r\n0102\r\n\r\ndata_buffer_check_sum: 9\r\n08");
   EXPECT_EQ(lastMessage(), "The check sum of EEPROM file is incorrect.");
   EXPECT_TRUE(images.state.imageValid);
   EXPECT_FALSE(images.state.EepromBuffer.loaded);
-  EXPECT_EQ(lock.state(), options::UiLock::kLocked);
+  EXPECT_EQ(lock.state(), platform::UiLock::kLocked);
 }
 
 TEST_F(ProjectRoomTest, SetsControlsByTheirKeysAndIgnoresWhatTheFamilyLacks) {

@@ -10,7 +10,7 @@
 namespace kvr::shell {
 namespace {
 
-using options::UiLock;
+using platform::UiLock;
 
 // Only in the free state.
 const std::string kOnlyFree =
@@ -67,7 +67,8 @@ TEST(Lock, LeavesInEveryStateTheControlsOfThatStateForModelsWithAndWithoutOption
   for (const bool noOptions : {false, true}) {
     const std::string model = modelWithData(form, noOptions);
     form.main.TreeViewDevice.userPick(model);
-    for (const int state : {UiLock::kFree, UiLock::kBusy, UiLock::kLocked, UiLock::kBusyLocked, UiLock::kFree}) {
+    for (const int state : {platform::UiLock::kFree, platform::UiLock::kBusy, platform::UiLock::kLocked,
+                            platform::UiLock::kBusyLocked, platform::UiLock::kFree}) {
       SCOPED_TRACE(model);
       form.lock.set(state);
       expectLock(form);
@@ -81,13 +82,13 @@ TEST(Lock, HoldsTheDataFileControlsOffWhenALockedFormOpensAProjectThatFails) {
   support::FormBench bench;
   auto& form = bench.form;
   bench.select("Ivy-HF0S");
-  form.lock.set(UiLock::kLocked);
+  form.lock.set(platform::UiLock::kLocked);
   const std::string model = modelWithData(form, true);
   const std::string text = "VER: 1.2\r\nMCU_Type: " + model + "\r\nbuffer_check_sum:  1\r\nEND\r\n0000";
   bench.files.put("/bad.KVR", text);
   form.project.openProject("/bad.KVR");
   EXPECT_EQ(form.model.name(), model);
-  EXPECT_EQ(form.lock.state(), UiLock::kLocked);
+  EXPECT_EQ(form.lock.state(), platform::UiLock::kLocked);
   expectLock(form);
 }
 
@@ -105,7 +106,7 @@ TEST(Drop, GoesToTheBufferThatIsShownAndAProjectComesThroughTheLock) {
   EXPECT_TRUE(form.images.state.EepromBuffer.loaded);
   EXPECT_EQ(form.images.state.CodeBuffer.at(599), 0xC5);
 
-  form.lock.set(UiLock::kLocked);
+  form.lock.set(platform::UiLock::kLocked);
   for (const char* page : {"tab_file", "EEPROM_File"}) {
     form.main.TabStrip2.select(page);
     bench.files.put("/other.bin", platform::Bytes(600, 0x11));

@@ -71,10 +71,10 @@ class EngineBench {
   engine::DownloadPanel panel;
   options::OptionPanel optionPanel;
   catalogue::SelectedModel model;
-  options::UiLock lock;
+  platform::UiLock lock;
   options::OptionsRoom options;
   images::ImageState images;
-  engine::Activity activity;
+  platform::Activity activity;
   engine::PortLease lease;
   engine::TargetLink target;
   engine::Conversation conversation;

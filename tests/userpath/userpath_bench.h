@@ -21,7 +21,7 @@ struct UserPathBench : support::EngineBench {
     demo.stopOperation = [this] { session.stopOperation(); };
     trigger.download = [this] { session.comDownload_Click(0); };
     select("Cedar-H20R");
-    lock.set(kvr::options::UiLock::kFree);  // the window's start ends with this
+    lock.set(kvr::platform::UiLock::kFree);  // the window's start ends with this
   }
   static sim::DemoConfig configFor(std::string_view name) {
     sim::DemoConfig config;

@@ -4,7 +4,7 @@
 
 #include "platform/controls.h"
 
-namespace kvr::options {
+namespace kvr::platform {
 
 class UiLock {
  public:
@@ -28,10 +28,10 @@ class UiLock {
   void toBusy() { set(locked() ? kBusyLocked : kBusy); }  // a run starts; repeated calls change nothing more
   void toFree() { set(locked() ? kLocked : kFree); }      // a run has ended
 
-  platform::Signal changed;
+  Signal changed;
 
  private:
   int state_ = kFree;
 };
 
-}  // namespace kvr::options
+}  // namespace kvr::platform

@@ -7,7 +7,7 @@
 
 #include "platform/controls.h"
 
-namespace kvr::engine {
+namespace kvr::platform {
 
 class Activity {
  public:
@@ -31,7 +31,7 @@ class Activity {
 
   [[nodiscard]] Running begin() { return Running(busy_ ? nullptr : this); }
   bool busy() const { return busy_; }
-  platform::Signal changed;
+  Signal changed;
 
  private:
   void set(bool busy) {
@@ -41,4 +41,4 @@ class Activity {
   bool busy_ = false;
 };
 
-}  // namespace kvr::engine
+}  // namespace kvr::platform
