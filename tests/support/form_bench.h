@@ -16,10 +16,12 @@ namespace kvr::support {
 
 class FormBench {
  public:
-  FormBench();
+  explicit FormBench(sim::WireConfig wireConfig = {});
 
   void select(const std::string& model);
-  void loadCode(const platform::Bytes& bytes);  // through a file and the code button's dialog
+  // Through a file, the button and its dialog.
+  void loadCode(const platform::Bytes& bytes);
+  void loadData(const platform::Bytes& bytes);
   sim::Chip& insertChip(const sim::ChipConfig& config, platform::Millis after = platform::Millis(100));
   sim::Chip& insertChip(std::uint64_t seed = 1);  // an ordinary chip of the selected model
   // Presses a button and lets the run come to its end. False: it still runs after an hour.
