@@ -2,7 +2,7 @@
 
 namespace kvr::support {
 
-FormBench::FormBench(sim::WireConfig wireConfig) : wire(std::move(wireConfig)) {
+FormBench::FormBench(sim::WireConfig wireConfig) : VirtualWorld(std::move(wireConfig)) {
   form.load();
 }
 

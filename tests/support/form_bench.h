@@ -5,16 +5,13 @@
 #include <string>
 
 #include "platform/virtual/plain_codec.h"
-#include "platform/virtual/virtual_loop.h"
-#include "platform/virtual/virtual_world.h"
 #include "shell/main_form.h"
 #include "sim/chip.h"
-#include "sim/wire.h"
-#include "tests/support/virtual_link.h"
+#include "tests/support/virtual_world.h"
 
 namespace kvr::support {
 
-class FormBench {
+class FormBench : public VirtualWorld {
  public:
   explicit FormBench(sim::WireConfig wireConfig = {});
 
@@ -29,16 +26,9 @@ class FormBench {
   bool passed() const { return form.download.verdict.value() == engine::VerdictKind::Pass; }
   const std::string& pane() const { return form.main.textMsg.text(); }
 
-  platform::VirtualLoop loop;
-  platform::MemoryStore store;
-  platform::MemoryFiles files;
-  platform::ScriptedDialogs dialogs{loop};
-  platform::VirtualClock clock{loop};
   platform::PlainCodec codec;
-  sim::Wire wire;
   std::unique_ptr<sim::Chip> chip;
-  VirtualLink link{loop, wire};
-  shell::MainForm form{platform::World{loop, link, dialogs, store, files, clock}, codec};
+  shell::MainForm form{world, codec};
 };
 
 }  // namespace kvr::support
