@@ -18,7 +18,7 @@
 
 namespace {
 
-using kvr::engine::VerdictKind;
+using kvr::download::VerdictKind;
 using Clock = std::chrono::steady_clock;
 
 constexpr const char* kModel = "Ivy-HF0S";

@@ -18,7 +18,7 @@ ComTool::ComTool(platform::World world, engine::PortLease& lease, const platform
   port_.onPortError = [this] { send_.stopAutoSends(); };
   port_.onClosed = [this] { receive_.portClosed(); };
   receive_.onOverflow = [this] { overflowed(); };
-  lease_.setReceiver(engine::Master::Tool, [this] { receiveBranch(); });
+  port_.onReceive = [this] { receiveBranch(); };
   lockToken_ = lock_.changed.watch([this] { applyLock(); });
   connectButtons(mainPort);
 }

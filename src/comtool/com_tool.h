@@ -37,6 +37,7 @@ class ComTool {
   void send(std::span<const std::uint8_t> bytes) { send_.sendBytes(bytes); }
 
   bool isOpen() const { return port_.isOpen(); }
+  bool holdsPort() const { return port_.holds(); }
   bool autoOpens() const { return panel_.che_AutoOpenPort.value(); }
   const RxRing& rxRing() const { return receive_.rxRing(); }
   SendArea& sendArea() { return send_; }

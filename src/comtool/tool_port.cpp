@@ -13,7 +13,6 @@ std::string portSettings(const std::string& baud, const std::string& parity, con
 ToolPort::ToolPort(platform::World world, engine::PortLease& lease, const platform::Activity& activity,
                    platform::UiLock& lock, ToolPanel& panel, MainPort mainPort)
     : world_(world), lease_(lease), activity_(activity), lock_(lock), panel_(panel), mainPort_(mainPort) {
-  lease_.onVanished(engine::Master::Tool, [this](const platform::PortError& error) { vanished(error); });
   panel_.com_Debug_Baud.onClick = [this] { com_Debug_Baud_Change(); };
   panel_.com_Debug_Baud.onChange = [this] { com_Debug_Baud_Change(); };
   panel_.che_DTR.onClick = [this] {
@@ -38,7 +37,7 @@ void ToolPort::imgNotOpen_Click(int index) {
   if (const auto error = openLink()) return fail(error);
   showState(true);
   applyModemLines();
-  lease_.hold(engine::Master::Tool);
+  lease_.hold(*this);
 }
 
 // The port is closed before its number or its settings change: what another master has set must not leak into this use.
@@ -65,10 +64,15 @@ void ToolPort::applyModemLines() {
 }
 
 void ToolPort::imgOpen_Click(int) {
+  if (!lease_.heldBy(*this)) return;
+  giveUp();
+  lease_.release(*this);
+}
+
+void ToolPort::giveUp() {
   const bool wasOpen = isOpen();
   lease_.close();
   showState(false);
-  lease_.hold(engine::Master::Engine);
   if (wasOpen && onClosed) onClosed();
 }
 
@@ -100,9 +104,17 @@ void ToolPort::fail(const platform::PortError& error) {
   world_.dialogs.message("KVR-ISP", error.text, platform::BoxIcon::Warning);
 }
 
-void ToolPort::vanished(const platform::PortError& error) {
+void ToolPort::bytesWait() {
+  if (onReceive) onReceive();
+}
+
+void ToolPort::portLost() {
+  giveUp();
+}
+
+void ToolPort::portVanished(const platform::PortError& error) {
   showState(false);
-  lease_.hold(engine::Master::Engine);
+  lease_.release(*this);
   if (onClosed) onClosed();
   fail(error);
 }

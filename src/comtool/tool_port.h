@@ -24,24 +24,25 @@ struct MainPort {
   platform::Lamp& imgOpen_sys;             // its lamp: also on while the terminal has that port open
 };
 
-class ToolPort {
+class ToolPort : private engine::PortHolder {
  public:
   ToolPort(platform::World world, engine::PortLease& lease, const platform::Activity& activity, platform::UiLock& lock,
            ToolPanel& panel, MainPort mainPort);
 
   // An error at the port, or its loss: automatic sends must end. Called before the person is told.
   std::function<void()> onPortError;
-  std::function<void()> onClosed;  // whenever the terminal let the port go
+  std::function<void()> onClosed;   // whenever the terminal let the port go
+  std::function<void()> onReceive;  // at least one byte waits
 
   // "Close COM" is what the buttons read while it is open.
   bool isOpen() const { return panel_.comOpenCOM[0].caption() != kOpenCaption; }
   // True while bytes may be written: open, and the port not in another master's hands.
-  bool holds() const { return isOpen() && lease_.holder() == engine::Master::Tool && lease_.link().isOpen(); }
+  bool holds() const { return isOpen() && lease_.heldBy(*this) && lease_.link().isOpen(); }
 
   // Opens the port with the page's settings; nothing when the buttons don't read "Open COM". A port error is told in a
   // message box and leaves the port closed.
   void imgNotOpen_Click(int index = 0);
-  // Closes the port and gives it back to the engine.
+  // Closes the port and gives it back.
   void imgOpen_Click(int index = 0);
   void com_Debug_Baud_Change();
 
@@ -55,7 +56,10 @@ class ToolPort {
   platform::PortError openLink();
   void showState(bool open);
   void fail(const platform::PortError& error);
-  void vanished(const platform::PortError& error);
+  void giveUp();
+  void bytesWait() override;
+  void portVanished(const platform::PortError& error) override;
+  void portLost() override;
   void applyModemLines();
   void applyLock();
 

@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/text.h"
-
 namespace kvr::engine {
 namespace {
 
 constexpr int kCandidates = 4;
-constexpr int kAttempts = 3;
+constexpr int kTries = 3;
 
 }  // namespace
 
@@ -18,126 +16,118 @@ bool BaudNegotiation::failed() {
 }
 
 bool BaudNegotiation::switchesSpeed() const {
-  return c_.link.connectBaudText != c_.link.maxBaudText();
+  return c_.job.firstBaud != highestBaudOf(c_.job);
 }
 
-bool BaudNegotiation::searchAndChange(std::string& baudOut) {
-  const auto choice = findCandidate();
+bool BaudNegotiation::searchAndChange(Contact& contact) {
+  const auto choice = findCandidate(contact.chip);
   if (c_.stopped()) return false;
   if (!choice) return failed();
-  const BaudParameters parameters = baudParameters(c_.family(), *choice);
   c_.link.clearReceiveState();
-  c_.link.delayMs(Millis(50));
-  const bool changed = changeThreeTimes(*choice);
+  c_.link.delay(Millis(50));
+  const bool changed = changeThreeTimes(contact.chip, *choice);
   if (c_.stopped()) return false;
   c_.link.clearReceiveState();
   if (!changed) return failed();
-  const ReloadPair reload = reloadValues(parameters, c_.target.doubleSpeed);
-  c_.target.reloadNormal = reload.normal;
-  c_.target.reloadOther = reload.other;
-  baudOut = std::to_string(choice->baud);
+  const ReloadPair reload = reloadValues(baudParameters(c_.record().family, *choice), contact.chip.doubleSpeed);
+  contact.chip.reloadNormal = reload.normal;
+  contact.chip.reloadOther = reload.other;
+  contact.baud = choice->baud;
   return true;
 }
 
-// When no rate can be made at all, one last test with parameters that stand for no rate ends the search.
-std::optional<BaudChoice> BaudNegotiation::findCandidate() {
-  BaudChoice choice{.baud = c_.link.connectBaud()};
-  const double maxBaud = platform::valueOf(c_.link.maxBaudText());
+// When no rate can be made at all, one last test with parameters that mean no rate ends the search.
+std::optional<BaudChoice> BaudNegotiation::findCandidate(const TargetInfo& chip) {
+  BaudChoice choice{.baud = c_.job.firstBaud};
   int row = 100;
   for (int tries = 1; tries <= kCandidates && row > 0; ++tries) {
-    if (const auto found = calculateBaud(c_.family(), c_.target.targetClockHz, row, maxBaud)) {
+    if (const auto found = calculateBaud(c_.record().family, chip.targetClockHz, row, highestBaudOf(c_.job))) {
       choice = *found;
       row = found->row;
     } else {
       choice.reload = -1;
     }
     if (choice.reload <= 1) row = 0;
-    (void)c_.link.reopenIfClosed();
+    if (!c_.link.reopenIfClosed()) return std::nullopt;
     c_.link.clearReceiveState();
-    if (testThreeTimes(choice)) return tries < kCandidates ? std::optional(choice) : std::nullopt;
-    if (c_.link.stopRequested) return std::nullopt;
+    if (testThreeTimes(chip, choice)) return tries < kCandidates ? std::optional(choice) : std::nullopt;
+    if (c_.link.stopped()) return std::nullopt;
     row = std::max(row - 1, 0);
   }
   return std::nullopt;
 }
 
-bool BaudNegotiation::testThreeTimes(const BaudChoice& choice) {
-  const BaudParameters parameters = baudParameters(c_.family(), choice);
-  for (int i = 0; i < kAttempts && !c_.link.stopRequested; ++i) {
-    c_.link.delayMs(Millis(50));
-    if (test_new_baud(choice.baud, parameters)) return true;
+bool BaudNegotiation::testThreeTimes(const TargetInfo& chip, const BaudChoice& choice) {
+  const BaudParameters parameters = baudParameters(c_.record().family, choice);
+  for (int i = 0; i < kTries && !c_.link.stopped(); ++i) {
+    c_.link.delay(Millis(50));
+    if (test(chip, choice.baud, parameters)) return true;
   }
   return false;
 }
 
-bool BaudNegotiation::changeThreeTimes(const BaudChoice& choice) {
-  const BaudParameters parameters = baudParameters(c_.family(), choice);
-  for (int i = 0; i < kAttempts && !c_.link.stopRequested; ++i) {
-    c_.link.delayMs(Millis(50));
-    if (set_new_baud(choice.baud, parameters)) return true;
+bool BaudNegotiation::changeThreeTimes(const TargetInfo& chip, const BaudChoice& choice) {
+  const BaudParameters parameters = baudParameters(c_.record().family, choice);
+  for (int i = 0; i < kTries && !c_.link.stopped(); ++i) {
+    c_.link.delay(Millis(50));
+    if (change(chip, choice.baud, parameters)) return true;
   }
   return false;
 }
 
-Bytes BaudNegotiation::baudFrame(BaudFrame kind, int baud, BaudParameters parameters) const {
+Bytes BaudNegotiation::baudFrame(const TargetInfo& chip, BaudFrame kind, int baud, BaudParameters parameters) const {
   const bool test = kind == BaudFrame::Test;
-  const double clock = c_.target.targetClockHz;
-  const bool fixed = c_.link.panel().cheTL.value();
+  const double clock = chip.targetClockHz;
   const int twice = (256 - parameters.low) * 2;
-  const std::uint8_t settle = test && fixed ? fixedLinkTime(c_.target.doubleSpeed ? clock / 2 : clock)
-                                            : settleCount(c_.family(), c_.link.connectBaud(), kind, baud, clock);
+  const std::uint8_t settle = test && c_.job.fixedLink
+                                  ? fixedLinkTime(chip.doubleSpeed ? clock / 2 : clock)
+                                  : settleCount(c_.record().family, c_.job.firstBaud, kind, baud, clock);
   Bytes payload = {parameters.high, parameters.low, 0xFF,
                    static_cast<std::uint8_t>(twice > 254 ? (test ? 254 : 255) : twice), settle};
-  if (test) payload.push_back(static_cast<std::uint8_t>(waitClass(c_.family(), clock, c_.target.doubleSpeed)));
-  return buildFrame(test ? 0x8F : 0x8E, payload, sumFormOf(c_.record()));
+  if (test) payload.push_back(static_cast<std::uint8_t>(waitClass(c_.record().family, clock, chip.doubleSpeed)));
+  return buildFrame(test ? 0x8F : 0x8E, payload, c_.form());
 }
 
 bool BaudNegotiation::goTo(int baud) {
-  c_.link.lease().close();
-  if (c_.link.stopRequested) return false;
-  c_.link.linkParityOn = c_.record().parityUsed;
-  if (c_.link.setMSCommSettings(std::to_string(baud))) return false;
-  return !c_.link.reopenIfClosed();
+  c_.link.setParity(c_.record().parityUsed);
+  return c_.link.changeBaud(baud);
 }
 
-bool BaudNegotiation::test_new_baud(int baud, BaudParameters parameters) {
+bool BaudNegotiation::test(const TargetInfo& chip, int baud, BaudParameters parameters) {
   TargetLink& link = c_.link;
   link.clearReceiveState();
-  (void)link.reopenIfClosed();
-  link.delayMs(Millis(5));
-  link.rx.armed = true;
-  link.rx.clear();
-  link.write(baudFrame(BaudFrame::Test, baud, parameters));
-  link.delayMs(Millis(switchDelayMs(c_.family(), link.connectBaud(), BaudFrame::Test)));
-  const bool switches = switchesSpeed() && !link.panel().cheTL.value();
-  const std::string firstContact = link.lease().link().settings();
-  if (!switches || goTo(baud)) (void)link.waitFrame(Millis(answerLimitMs(BaudFrame::Test, baud)));
-  if (switches) (void)link.changeSettings(firstContact);
-  return link.rx.frameOk;
+  if (!link.reopenIfClosed()) return false;
+  link.delay(Millis(5));
+  link.clearReceived();
+  link.write(baudFrame(chip, BaudFrame::Test, baud, parameters));
+  link.delay(Millis(switchDelayMs(c_.record().family, c_.job.firstBaud, BaudFrame::Test)));
+  const Millis limit(answerLimitMs(BaudFrame::Test, baud));
+  if (!switchesSpeed() || c_.job.fixedLink) return link.awaitFrame(limit).has_value();
+  const std::string firstContact = link.settings();
+  const bool answered = goTo(baud) && link.awaitFrame(limit);
+  return link.changeSettings(firstContact) && answered;
 }
 
-bool BaudNegotiation::set_new_baud(int baud, BaudParameters parameters) {
+bool BaudNegotiation::change(const TargetInfo& chip, int baud, BaudParameters parameters) {
   TargetLink& link = c_.link;
-  link.rx.clear();
-  link.write(baudFrame(BaudFrame::Change, baud, parameters));
-  link.delayMs(Millis(switchDelayMs(c_.family(), link.connectBaud(), BaudFrame::Change)));
-  if (switchesSpeed()) (void)goTo(baud);
-  (void)link.waitFrame(Millis(answerLimitMs(BaudFrame::Change, baud)));
-  return link.rx.frameOk;
+  link.clearReceived();
+  link.write(baudFrame(chip, BaudFrame::Change, baud, parameters));
+  link.delay(Millis(switchDelayMs(c_.record().family, c_.job.firstBaud, BaudFrame::Change)));
+  if (switchesSpeed() && !goTo(baud)) return false;
+  return link.awaitFrame(Millis(answerLimitMs(BaudFrame::Change, baud))).has_value();
 }
 
-bool BaudNegotiation::send_extern_WDT_address() {
-  const auto pin = c_.room.externalWatchdogPin();
-  if (!pin) return true;
+bool BaudNegotiation::announceWatchdog() {
+  if (!c_.job.watchdogPin) return true;
   TargetLink& link = c_.link;
-  (void)link.reopenIfClosed();
-  const std::array<std::uint8_t, 1> payload = {*pin};
-  for (int i = 0; i < kAttempts && !link.stopRequested; ++i) {
+  if (!link.reopenIfClosed()) return false;
+  const std::array<std::uint8_t, 1> payload = {*c_.job.watchdogPin};
+  for (int i = 0; i < kTries && !link.stopped(); ++i) {
     link.clearReceiveState();
-    link.delayMs(Millis(5));
-    link.write(buildFrame(0x86, payload, sumFormOf(c_.record())));
-    link.delayMs(Millis(3));
-    if (link.waitFrame(Millis(500))) return true;
+    link.delay(Millis(5));
+    link.write(buildFrame(0x86, payload, c_.form()));
+    link.delay(Millis(3));
+    if (link.awaitFrame(Millis(500))) return true;
   }
   return false;
 }

@@ -12,27 +12,25 @@ namespace {
 constexpr std::int32_t kLowestEnd = 0x27F;
 constexpr std::int32_t kLowestCodeEnd = 0x3FF;
 
-std::vector<std::uint8_t> copyOf(const images::ImageBuffer& image, std::int64_t size, std::int32_t last) {
+std::vector<std::uint8_t> copyOf(const JobImage& image, std::int64_t size, std::int32_t last) {
   std::vector<std::uint8_t> bytes(static_cast<std::size_t>(std::max<std::int64_t>(size, 0)), 0);
   for (std::int64_t i = 0; i < std::min<std::int64_t>(size, last + 1); ++i)
     bytes[static_cast<std::size_t>(i)] = image.at(static_cast<std::int32_t>(i));
   return bytes;
 }
 
-SendPlan wholeCode(const images::ImageBuffer& code, SendRange range) {
-  const auto bytes = code.bytes();
-  return {.bytes = {bytes.begin(), bytes.end()}, .ranges = {range}};
+SendPlan wholeCode(const JobImage& code, SendRange range) {
+  return {.bytes = code.bytes, .ranges = {range}};
 }
 
-SendPlan codeAlone(const catalogue::McuRecord& selected, double version, const images::ImageBuffer& code) {
+SendPlan codeAlone(const catalogue::McuRecord& selected, double version, const JobImage& code) {
   const std::int32_t limit = codeLimit(selected, version);
   const std::int32_t last = std::min(std::max(code.rangeEnd, kLowestCodeEnd), limit);
   const std::int32_t first = std::min(std::max(code.rangeStart, 0), limit);
   return wholeCode(code, {true, first, last});
 }
 
-SendPlan codeAndData(const catalogue::McuRecord& selected, const images::ImageBuffer& code,
-                     const images::ImageBuffer& eeprom) {
+SendPlan codeAndData(const catalogue::McuRecord& selected, const JobImage& code, const JobImage& eeprom) {
   const std::int32_t dataStart = selected.dataStart, dataLast = eeprom.rangeEnd;
   SendPlan plan;
   plan.bytes = copyOf(code, dataStart + dataLast + 512 + 1, selected.apEnd);
@@ -55,13 +53,73 @@ std::int32_t codeLimit(const catalogue::McuRecord& selected, double version) {
 }
 
 SendPlan planSends(const catalogue::McuRecord& selected, double version, int blockSize, int frameSize,
-                   const images::ImageBuffer& code, const images::ImageBuffer& eeprom) {
+                   const JobImage& code, const JobImage& eeprom) {
   if (usesTimerReload(selected.family)) return wholeCode(code, {blockSize > frameSize, code.rangeStart, code.rangeEnd});
   if (selected.family == 18)
     return wholeCode(code, {true, std::max(code.rangeStart, 0), std::min(code.rangeEnd, selected.dataEnd)});
   if (!eeprom.loaded) return codeAlone(selected, version, code);
   if (eeprom.rangeEnd > 0) return codeAndData(selected, code, eeprom);
   return {.bytes = copyOf(code, code.rangeEnd + 512 + 1, code.rangeEnd), .ranges = {{true, 0, code.rangeEnd + 1}}};
+}
+
+bool SendPlan::cut(const SendRange& range, int blockSize) const {
+  return roundedEnd(range.last, blockSize) > highest;
+}
+
+std::int32_t SendPlan::workingEnd(const SendRange& range, int blockSize) const {
+  return std::min(roundedEnd(range.last, blockSize), highest);
+}
+
+std::int64_t SendPlan::bytesSent(int blockSize) const {
+  std::int64_t count = 0;
+  for (const SendRange& range : ranges)
+    for (const auto& block : blocksOf(range.first, workingEnd(range, blockSize), blockSize))
+      count += block.last - block.first + 1;
+  return count;
+}
+
+bool SendPlan::carries(std::int64_t address, std::uint8_t value, int blockSize) const {
+  const bool inside = std::any_of(ranges.begin(), ranges.end(), [&](const SendRange& range) {
+    const std::int64_t blockEnd = (std::int64_t{workingEnd(range, blockSize)} / blockSize + 1) * blockSize - 1;
+    return address >= range.first && address <= blockEnd;
+  });
+  return inside && at(address) == value;
+}
+
+namespace {
+
+// Calls `missing` with the chip address of each byte in question that does not go out.
+template <class Wanted, class Missing>
+void forMissing(const SendPlan& plan, const Job& job, const JobImage& image, std::int32_t base, Wanted wanted,
+                Missing missing) {
+  for (std::int32_t at = std::max(image.rangeStart, 0); at <= image.rangeEnd; ++at)
+    if (wanted(at) && !plan.carries(base + at, image.at(at), job.model.blockSize)) missing(base + at);
+}
+
+}  // namespace
+
+LeftOut leftOutOf(const SendPlan& plan, const Job& job) {
+  LeftOut out;
+  const auto count = [&out](std::int32_t address) {
+    if (out.bytes++ == 0) out.from = address;
+  };
+  const auto look = [&](const JobImage& image, std::int32_t base) {
+    forMissing(
+        plan, job, image, base, [&](std::int32_t at) { return image.at(at) != image.fill; }, count);
+  };
+  look(job.code, 0);
+  if (job.data.loaded) look(job.data, job.record().dataStart);
+  return out;
+}
+
+bool carriesNumbers(const SendPlan& plan, const Job& job) {
+  const auto all = [&](const std::vector<AddressRange>& fields, const JobImage& image, std::int32_t base) {
+    for (const AddressRange& field : fields)
+      for (std::int32_t at = field.first; at <= field.last; ++at)
+        if (!plan.carries(base + at, image.at(at), job.model.blockSize)) return false;
+    return true;
+  };
+  return all(job.codeNumbers, job.code, 0) && all(job.dataNumbers, job.data, job.record().dataStart);
 }
 
 std::int32_t roundedEnd(std::int32_t last, int blockSize) {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "engine/image_plan.h"
-#include "images/image_buffer.h"
+#include "engine/job.h"
 
 namespace kvr::engine {
 
@@ -24,12 +24,29 @@ struct SendRange {
 struct SendPlan {
   std::vector<std::uint8_t> bytes;  // what lies beyond their end reads 0
   std::vector<SendRange> ranges;
+  std::int32_t highest = kNoLimit;  // the firmware keeps what is above it: a range ends in the block that holds it
+  static constexpr std::int32_t kNoLimit = INT32_MAX;
+  bool cut(const SendRange& range, int blockSize) const;                 // the limit ends this range early
+  std::int32_t workingEnd(const SendRange& range, int blockSize) const;  // the last address asked for
+  std::int64_t bytesSent(int blockSize) const;
+  // The address goes to the chip with this value.
+  bool carries(std::int64_t address, std::uint8_t value, int blockSize) const;
   std::uint8_t at(std::int64_t address) const {
     return address >= 0 && address < std::ssize(bytes) ? bytes[static_cast<std::size_t>(address)] : std::uint8_t{0};
   }
 };
 SendPlan planSends(const catalogue::McuRecord& selected, double firmwareVersion, int blockSize, int frameSize,
-                   const images::ImageBuffer& code, const images::ImageBuffer& eeprom);
+                   const JobImage& code, const JobImage& eeprom);
+
+// Bytes of the images that differ from the fill and do not go out.
+struct LeftOut {
+  std::int64_t bytes = 0;
+  std::int32_t from = 0;  // chip address of the first of them
+  bool operator==(const LeftOut&) const = default;
+};
+LeftOut leftOutOf(const SendPlan& plan, const Job& job);
+// Whether every byte of the serial numbers' fields goes out.
+bool carriesNumbers(const SendPlan& plan, const Job& job);
 
 // The highest address that a lone code image may reach.
 std::int32_t codeLimit(const catalogue::McuRecord& selected, double firmwareVersion);

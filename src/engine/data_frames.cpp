@@ -36,26 +36,24 @@ DataFrame buildDemoDataFrame(std::int32_t first, std::span<const std::uint8_t> d
 }
 
 DataFrame ChipDataFrames::build(std::int32_t first, std::span<const std::uint8_t> data, bool retried) const {
-  return buildDataFrame(first, data, retried ? 0x30 : 0x00, sumFormOf(c_.record()));
-}
-
-void ChipDataFrames::clearReply() {
-  c_.link.clearReceiveState();
+  return buildDataFrame(first, data, retried ? 0x30 : 0x00, sumFormOf(record_));
 }
 
 // A chip that got one block twice, because its first answer was late, must not have the second answer taken for that of
 // the next block: where the sums are alike, as in blank areas, nothing else tells them apart.
-bool ChipDataFrames::awaitReply(Millis limit) {
-  return c_.link.waitAnswer(limit);
+bool ChipDataFrames::send(const DataFrame& frame, Millis limit) {
+  link_.clearReceiveState();
+  link_.write(frame.wire);
+  const auto reply = link_.awaitAnswer(limit);
+  return reply && accepts(*reply, frame.dataSum);
 }
 
 // Some chips of the first generation answer without a sum: a frame of length 6.
-bool ChipDataFrames::accepts(std::uint16_t dataSum) const {
-  const auto rx = c_.rx();
+bool ChipDataFrames::accepts(const Reply& reply, std::uint16_t dataSum) const {
   const auto low = static_cast<std::uint8_t>(dataSum);
-  if (c_.record().extSession) return rx[3] == 0x00 && rx[4] == low;
-  const bool sumless = rx[1] == 0x00 && rx[2] == 0x06;
-  return rx[3] == 0x80 && (sumless || rx[4] == low);
+  if (record_.extSession) return reply[3] == 0x00 && reply[4] == low;
+  const bool sumless = reply[1] == 0x00 && reply[2] == 0x06;
+  return reply[3] == 0x80 && (sumless || reply[4] == low);
 }
 
 }  // namespace kvr::engine

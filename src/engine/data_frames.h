@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <span>
 
-#include "engine/conversation.h"
+#include "engine/target_link.h"
 
 namespace kvr::engine {
 
@@ -19,24 +19,21 @@ class DataFrameFormat {
   virtual ~DataFrameFormat() = default;
   // `retried`: the first frame of a block that has failed before.
   virtual DataFrame build(std::int32_t first, std::span<const std::uint8_t> data, bool retried) const = 0;
-  virtual void clearReply() = 0;                          // before a frame goes out
-  virtual bool awaitReply(Millis limit) = 0;              // true: a whole good frame came
-  virtual bool accepts(std::uint16_t dataSum) const = 0;  // what came says that the data arrived
-  virtual bool limitsByFirmware() const = 0;              // the firmware's own size at the top of flash counts
+  // Sends the frame. True: what came within the limit says that the data arrived.
+  [[nodiscard]] virtual bool send(const DataFrame& frame, Millis limit) = 0;
 };
 
 // 46 B9 frames, for chips.
 class ChipDataFrames : public DataFrameFormat {
  public:
-  explicit ChipDataFrames(Conversation& conversation) : c_(conversation) {}
+  ChipDataFrames(TargetLink& link, const catalogue::McuRecord& record) : link_(link), record_(record) {}
   DataFrame build(std::int32_t first, std::span<const std::uint8_t> data, bool retried) const override;
-  void clearReply() override;
-  bool awaitReply(Millis limit) override;
-  bool accepts(std::uint16_t dataSum) const override;
-  bool limitsByFirmware() const override { return true; }
+  [[nodiscard]] bool send(const DataFrame& frame, Millis limit) override;
 
  private:
-  Conversation& c_;
+  bool accepts(const Reply& reply, std::uint16_t dataSum) const;
+  TargetLink& link_;
+  const catalogue::McuRecord& record_;
 };
 
 DataFrame buildDataFrame(std::int32_t first, std::span<const std::uint8_t> data, std::uint8_t command, SumForm form);

@@ -24,6 +24,11 @@ inline bool isLaterOptionFamily(int family) {
   return family >= 7 && !catalogue::isLateFamily(family);
 }
 
+// Rowan's data image has no way into the chip.
+inline bool programsData(const catalogue::McuRecord& record) {
+  return record.family != 18;
+}
+
 // The family that a stepping letter stands for; -1 for letters outside the range.
 inline int familyOfLetter(std::string_view letter) {
   constexpr std::string_view kLetters = "ABCDEFGHIJKLMNO QR";

@@ -1,5 +1,6 @@
 #include "engine/handshake.h"
 
+#include <algorithm>
 #include <array>
 
 #include "engine/family_rules.h"
@@ -10,265 +11,231 @@ namespace kvr::engine {
 namespace {
 
 constexpr Millis kHintAfter{4000};
+constexpr Millis kPingLimit{200};
 constexpr int kFirstTwoByteCode = 0xD1;
-
-}  // namespace
-
-Handshake::Handshake(Conversation& conversation, OptionWrite& optionWrite, RcMeasuring& rc)
-    : hintTimer(conversation.link.world().loop, [this] { hint(); }),
-      c_(conversation),
-      optionWrite_(optionWrite),
-      rc_(rc),
-      baud_(conversation) {
-  hintTimer.setInterval(kHintAfter);
-}
-
-Handshake::Result Handshake::handshake(std::string& baudOut, bool readOnly) {
-  TargetLink& link = c_.link;
-  if (!openPort()) return Result::Failed;
-  if (!firstContact()) return Result::Failed;
-  if (!link.rx.frameOk) {
-    c_.fail(0, "Connection failed!");
-    link.closeTargetPort();
-    return Result::BrokenFirstContact;
-  }
-  readClock();
-  c_.target.targetModelName.clear();
-  const bool identified = link.rx.length() > 24;
-  if (identified) {
-    if (!readAndReport(readOnly)) return Result::Failed;
-    if (readOnly) return Result::Ok;
-    if (link.rx.length() > 25 && !checkTargetModel()) return Result::Failed;
-  }
-  readStatusByte();
-  if (readOnly) return readOptionsOnly();
-  if (!c_.target.fixedBaudLink) link.say("We are trying to connect to target MCU again ... ");
-  c_.stampStart();
-  if (!secondStage(baudOut)) return Result::Failed;
-  link.shared().textMsg.append(c_.elapsedText() + " )");
-  return Result::Ok;
-}
-
-bool Handshake::openPort() {
-  TargetLink& link = c_.link;
-  link.linkParityEven = c_.record().parityEven;
-  link.connectBaudText = platform::numberText(platform::valueOf(link.panel().cobBaudMin.text()));
-  c_.run.targetConnected = false;
-  link.clearReceiveState();
-  link.closeTargetPort();
-  link.linkParityOn = c_.record().parityUsed;
-  const bool good = !link.setMSCommSettings(link.connectBaudText);
-  if (!good || link.openTargetPort()) {
-    c_.fail(3, "Open COM port failed!");
-    link.say("The COM port is opened by another Program or the COM port does not exist.");
-    return false;
-  }
-  link.clearQueues();
-  link.shared().imgOpen_sys.setOn(true);
-  link.rx.requireStartPair = false;
-  hintTimer.start();
-  return true;
-}
-
-// False: stopped. Without an answer the loops behind it never end.
-bool Handshake::firstContact() {
-  TargetLink& link = c_.link;
-  if (c_.model.pulseSync == 4) {
-    rc_.pulseSyncFirst();
-  } else if (link.panel().cheTL.value()) {
-    fixedLinkSync();
-  } else {
-    plainSync();
-  }
-  if (c_.stopped()) return false;
-  if (!link.rx.frameOk) return true;
-  link.clearQueues();
-  const bool fixed = link.panel().cheTL.value();
-  link.linkParityOn = !fixed && c_.record().parityUsed;
-  (void)link.setMSCommSettings(fixed ? "115200" : link.connectBaudText);
-  hintTimer.stop();
-  if (onFirstFrame) onFirstFrame();
-  return true;
-}
-
-void Handshake::plainSync() {
-  TargetLink& link = c_.link;
-  link.rx.armed = true;
-  while (!link.rx.frameOk && !link.stopRequested) {
-    link.writeSync(kSyncBytes);
-    (void)link.waitFrameCut(Millis(10));
-  }
-}
-
-void Handshake::fixedLinkSync() {
-  TargetLink& link = c_.link;
-  link.rx.armed = true;
-  link.closeTargetPort();
-  link.linkParityOn = false;
-  (void)link.setMSCommSettings("115200");
-  (void)link.reopenIfClosed();
-  link.clearReceiveState();
-  while (!link.rx.frameOk && !link.stopRequested) {
-    (void)link.sendFixedLinkFrame(0x8A);
-    (void)link.waitFrameCut(Millis(100));
-  }
-}
-
-void Handshake::readClock() {
-  TargetInfo& target = c_.target;
-  target.fixedBaudLink = c_.link.panel().cheTL.value();
-  target.modelCodeKnown = false;
-  target.doubleSpeed = false;
-  target.targetClockHz = target.fixedBaudLink ? clockFromFixedLink(c_.rx())
-                                              : clockFromStatus(c_.rx(), c_.link.connectBaud(), c_.model.dualClock);
-}
+constexpr int kFixedLinkBaud = 115200;
 
 // The row that the chip's code or its extended code names.
-const catalogue::McuRecord* Handshake::lookUp() {
-  TargetInfo& target = c_.target;
-  const auto rx = c_.rx();
-  target.modelCodeHigh = platform::hexText(rx[23], 2);
-  target.modelCodeLow.clear();
-  target.modelCodeKnown = true;
+const catalogue::McuRecord* lookUp(const Reply& reply, TargetInfo& chip, const catalogue::McuRecord& selected) {
+  chip.modelCodeHigh = platform::hexText(reply[23], 2);
+  chip.modelCodeKnown = true;
   const catalogue::McuRecord* found = nullptr;
-  if (c_.link.rx.length() > 25) {
-    if (rx[23] >= kFirstTwoByteCode) target.modelCodeLow = platform::hexText(rx[24], 2);
-    found = findTarget(target.modelCode(), c_.record());
+  if (reply.length() > 25) {
+    if (reply[23] >= kFirstTwoByteCode) chip.modelCodeLow = platform::hexText(reply[24], 2);
+    found = findTarget(chip.modelCode(), selected);
   }
-  target.extendedCodeText.clear();
-  if (c_.link.rx.length() > 58 && rx[55] > 0) {
-    target.extendedCodeText = platform::hexText(rx[55] * 256u + rx[56], 4);
-    if (const auto* other = findTarget(target.extendedCodeText, c_.record())) found = other;
+  if (reply.length() > 58 && reply[55] > 0) {
+    chip.extendedCodeText = platform::hexText(reply[55] * 256u + reply[56], 4);
+    if (const auto* other = findTarget(chip.extendedCodeText, selected)) found = other;
   }
   return found;
 }
 
-void Handshake::readIdentity() {
-  TargetInfo& target = c_.target;
-  const catalogue::McuRecord* found = lookUp();
-  target.steppingLetter = std::string(1, static_cast<char>(c_.rx()[21]));
-  target.firmwareVersionText = versionTextOf(c_.rx()[20]);
-  target.targetModelName = found ? std::string(found->name) : std::string();
-  target.targetRecord = found ? *found : c_.record();
-  if (!found) target.targetRecord.name = {};  // a borrowed row must not pass for the chip's own
-  const int byLetter = familyOfLetter(target.steppingLetter);
-  target.familyClass = catalogue::familyClassOf(found || byLetter < 0 ? target.targetRecord.family : byLetter);
-  c_.link.reportedCode = target.modelCode();
+}  // namespace
+
+Handshake::Handshake(RunContext& context, OptionWrite& optionWrite)
+    : c_(context), optionWrite_(optionWrite), rc_(context), baud_(context), hintTimer_(context.link.loop(), [this] {
+        hint();
+      }) {}
+
+Learnt Handshake::run() {
+  Learnt learnt;
+  if (!meet(learnt, false)) return learnt;
+  if (!c_.job.fixedLink) c_.say("We are trying to connect to target MCU again ... ");
+  c_.stampStart();
+  learnt.connected = secondStage(*learnt.contact);
+  if (learnt.connected) c_.view().append(c_.elapsedText() + " )");
+  return learnt;
 }
 
-// Firmwares up to letter "C" tell their options in one byte behind the letter.
-bool Handshake::readAndReport(bool readOnly) {
-  readIdentity();
-  TargetInfo& target = c_.target;
-  const auto rx = c_.rx();
-  c_.options.reported = options::defaultBytes(c_.family());
-  readStatusOptions(rx, target, c_.options.reported);
-  c_.room.refreshChoices();
-  if (hasTrimmedOscillator(c_.family()))
-    std::copy_n(rx.begin() + 54, target.statusTail.size(), target.statusTail.begin());
-  c_.reportTarget(rx[20], rx[21], rx[22]);
-  reportClock();
-  if (idReadFailed()) return c_.fail(3, "IAP read MCU ID is error!");
-  c_.run.optionsRead = c_.run.optionsRead || readOnly;
+Learnt Handshake::runReadOnly() {
+  Learnt learnt;
+  learnt.connected = meet(learnt, true);
+  if (learnt.connected && !learnt.contact->chip.modelCodeKnown) readOptionsOnly(*learnt.contact);
+  return learnt;
+}
+
+// First contact, clock and identity.
+bool Handshake::meet(Learnt& learnt, bool readOnly) {
+  if (!openPort()) return false;
+  c_.enter(Stage::Wait);
+  const auto reply = firstContact();
+  if (c_.stopped()) return false;
+  if (!reply) return c_.fail(0, "Connection failed!");
+  c_.enter(Stage::Identify);
+  Contact& contact = learnt.contact.emplace();
+  optionWrite_.compose(contact);
+  readClock(*reply, contact.chip);
+  if (reply->length() > 24) {
+    if (!identify(*reply, contact)) return false;
+    contact.optionsRead = readOnly;
+    if (!readOnly && reply->length() > 25 && !checkModel(contact.chip)) return false;
+  }
+  readStatusByte(*reply, contact.chip);
   return true;
 }
 
-bool Handshake::idReadFailed() const {
-  const int shortest = c_.link.linkParityOn ? 58 : 57;
-  return c_.link.rx.length() >= shortest && (c_.rx()[54] & 1);
+bool Handshake::openPort() {
+  TargetLink& link = c_.link;
+  link.clearReceiveState();
+  link.close();
+  link.setParity(c_.record().parityUsed, c_.record().parityEven);
+  if (link.setBaud(c_.job.firstBaud) || link.open()) return c_.failPort();
+  link.clearQueues();
+  c_.view().lamp(true);
+  hintTimer_.start(kHintAfter);
+  return true;
 }
 
-void Handshake::reportClock() {
-  const TargetInfo& target = c_.target;
-  const double hertz = target.targetClockHz * (target.clockDoubled > 0 ? 2.0 : 1.0);
+// Nothing: stopped, or the chip broke off. Without an answer the loops never end.
+std::optional<Reply> Handshake::firstContact() {
+  TargetLink& link = c_.link;
+  const bool fixed = c_.job.fixedLink;
+  const auto reply = c_.job.model.pulseSync == 4 ? rc_.pulseSync() : fixed ? fixedLinkSync() : plainSync();
+  hintTimer_.stop();
+  if (!reply || link.stopped()) return std::nullopt;
+  link.clearQueues();
+  link.setParity(!fixed && c_.record().parityUsed);
+  if (link.setBaud(fixed ? kFixedLinkBaud : c_.job.firstBaud)) return std::nullopt;
+  return reply;
+}
+
+std::optional<Reply> Handshake::plainSync() {
+  std::optional<Reply> reply;
+  while (!reply && !c_.link.stopped()) {
+    c_.link.writeSync(kSyncBytes);
+    reply = c_.link.awaitFrameCut(Millis(10));
+  }
+  return reply;
+}
+
+std::optional<Reply> Handshake::fixedLinkSync() {
+  TargetLink& link = c_.link;
+  link.setParity(false);
+  if (!link.changeBaud(kFixedLinkBaud)) return std::nullopt;
+  link.clearReceiveState();
+  std::optional<Reply> reply;
+  while (!reply && !link.stopped() && link.isOpen()) {
+    link.sendFixedLinkFrame(0x8A);
+    reply = link.awaitFrameCut(Millis(100));
+  }
+  return reply;
+}
+
+void Handshake::readClock(const Reply& reply, TargetInfo& chip) {
+  chip.fixedBaudLink = c_.job.fixedLink;
+  chip.targetClockHz = c_.job.fixedLink ? clockFromFixedLink(reply.bytes)
+                                        : clockFromStatus(reply.bytes, c_.job.firstBaud, c_.job.model.dualClock);
+}
+
+void Handshake::readIdentity(const Reply& reply, TargetInfo& chip) {
+  const catalogue::McuRecord* found = lookUp(reply, chip, c_.record());
+  chip.steppingLetter = std::string(1, static_cast<char>(reply[21]));
+  chip.firmwareVersionText = versionTextOf(reply[20]);
+  chip.targetModelName = found ? std::string(found->name) : std::string();
+  chip.targetRecord = found ? *found : c_.record();
+  if (!found) chip.targetRecord.name = {};  // a borrowed row must not pass for the chip's own
+  const int byLetter = familyOfLetter(chip.steppingLetter);
+  chip.familyClass = catalogue::familyClassOf(found || byLetter < 0 ? chip.targetRecord.family : byLetter);
+  c_.reportedCode = chip.modelCode();
+}
+
+// Firmwares up to letter "C" tell their options in one byte after the letter.
+bool Handshake::identify(const Reply& reply, Contact& contact) {
+  TargetInfo& chip = contact.chip;
+  const int family = c_.record().family;
+  readIdentity(reply, chip);
+  contact.options.reported = options::defaultBytes(family);
+  readStatusOptions(reply.bytes, chip, contact.options.reported);
+  options::refreshChoices(family, contact.options);
+  contact.optionsTold = contact.options.reported;
+  if (hasTrimmedOscillator(family))
+    std::copy_n(reply.bytes.begin() + 54, chip.statusTail.size(), chip.statusTail.begin());
+  optionWrite_.report(contact, reply[20], reply[21], reply[22]);
+  reportClock(contact);
+  const int shortest = c_.link.parityOn() ? 58 : 57;
+  if (reply.length() >= shortest && (reply[54] & 1)) return c_.fail(3, "IAP read MCU ID is error!");
+  return true;
+}
+
+void Handshake::reportClock(const Contact& contact) {
+  const TargetInfo& chip = contact.chip;
+  const double hertz = chip.targetClockHz * (chip.clockDoubled > 0 ? 2.0 : 1.0);
   const auto line = [&](const char* words, double value) {
-    c_.link.say(words + platform::numberText(value / 1000000) + "MHz.");
+    c_.say(words + platform::numberText(value / 1000000) + "MHz.");
   };
-  const std::string& letter = target.steppingLetter;
+  const std::string& letter = chip.steppingLetter;
   if (letter >= "D") return line("MCU Clock:", hertz);
   line("Internal MCU Clock:", hertz);
   if (letter == "B") return;
-  const bool halved = letter == "C" ? platform::valueOf(c_.options.reportedWords.doubleSpeed) > 0 : target.doubleSpeed;
+  const bool halved =
+      letter == "C" ? platform::valueOf(contact.options.reportedWords.doubleSpeed) > 0 : chip.doubleSpeed;
   line("External MCU Clock:", halved ? hertz / 2 : hertz);
 }
 
-bool Handshake::checkTargetModel() {
-  if (modelFits(c_.target, c_.record(), c_.run.frameSize, c_.model.blockSize)) return true;
-  const std::string words = "MCU Type is incorrect. please select correct MCU type and open the file again.";
-  c_.fail(3, words);
-  c_.images.imageValid = false;
-  c_.link.world().dialogs.message(platform::kTitle, words + "\n");
-  return false;
+bool Handshake::checkModel(const TargetInfo& chip) {
+  if (modelFits(chip, c_.record(), c_.job.frameSize, c_.job.model.blockSize)) return true;
+  modelRefused_ = true;
+  return c_.fail(3, "MCU Type is incorrect. please select correct MCU type and open the file again.");
 }
 
-void Handshake::readStatusByte() {
-  TargetInfo& target = c_.target;
-  const auto rx = c_.rx();
-  target.reservedKnown = false;
-  if (c_.link.rx.length() <= 27 || rx[20] <= 37) return;
-  c_.link.rx.requireStartPair = rx[25] & 0x80;
-  target.reservedBytes = reservedBytesOf(c_.record(), rx[25]);
-  target.reservedKnown = true;
-  target.clockDoubled = (rx[25] >> 5) & 1;
+void Handshake::readStatusByte(const Reply& reply, TargetInfo& chip) {
+  if (reply.length() <= 27 || reply[20] <= 37) return;
+  c_.link.requireStartPair(reply[25] & 0x80);
+  chip.reservedBytes = reservedBytesOf(c_.record(), reply[25]);
+  chip.reservedKnown = true;
+  chip.clockDoubled = (reply[25] >> 5) & 1;
 }
 
-Handshake::Result Handshake::readOptionsOnly() {
+void Handshake::readOptionsOnly(Contact& contact) {
   c_.link.clearQueues();
-  c_.link.say("We are Reading options.");
-  c_.run.optionsRead = false;
-  for (int i = 0; i < 4 && !c_.link.stopRequested; ++i)
-    if (optionWrite_.readOptions()) break;
-  (void)c_.stopped();
-  if (!c_.run.optionsRead) c_.failNow(3, "Connection failed. ");
-  return Result::Ok;
+  c_.say("We are Reading options.");
+  const bool read = optionWrite_.readPatiently(contact);
+  if (c_.link.stopped()) c_.tellStop();
+  if (!read) c_.failNow(3, "Connection failed. ");
 }
 
-bool Handshake::secondStage(std::string& baudOut) {
-  if (!baud_.send_extern_WDT_address()) {
-    if (!c_.stopped()) c_.fail(3, "Connection failed.");
-    return false;
-  }
-  if (c_.target.fixedBaudLink && !testFixedLink()) return false;
+bool Handshake::secondStage(Contact& contact) {
+  if (!baud_.announceWatchdog()) return c_.stopped() ? false : c_.fail(3, "Connection failed.");
+  c_.enter(Stage::Baud);
+  if (c_.job.fixedLink && !testFixedLink(contact.chip)) return false;
   if (c_.record().extSession && !askStatusAgain()) return false;
-  if (c_.run.rcTrimRequested && !rc_.measureRc(11)) return false;
-  if (c_.target.fixedBaudLink) {
-    baudOut = "115200";
+  if (measuresOscillator(c_.job) && !rc_.measure(contact, 11)) return false;
+  if (c_.job.fixedLink) {
+    contact.baud = kFixedLinkBaud;
     return true;
   }
-  if (hasTrimmedOscillator(c_.family())) return rc_.fixedRateBaud(baudOut);
-  return baud_.searchAndChange(baudOut);
+  if (hasTrimmedOscillator(c_.record().family)) return rc_.goToFixedRate(contact);
+  return baud_.searchAndChange(contact);
 }
 
-bool Handshake::testFixedLink() {
+bool Handshake::testFixedLink(const TargetInfo& chip) {
   c_.link.clearReceiveState();
-  for (int i = 0; i < 3 && !c_.link.stopRequested; ++i)
-    if (baud_.test_new_baud(115200, {})) break;
-  const bool passed = c_.link.rx.frameOk;
+  bool passed = false;
+  for (int i = 0; i < 3 && !passed && !c_.link.stopped(); ++i) passed = baud_.test(chip, kFixedLinkBaud, {});
   if (c_.stopped()) return false;
   return passed || c_.failNow(3, "Connection failed. ");
 }
 
 bool Handshake::askStatusAgain() {
-  bool came = false;
-  for (int i = 0; i < 3 && !came && !c_.link.stopRequested; ++i) {
-    if (i > 0) c_.link.delayMs(Millis(200));
-    c_.link.sendCommandFrame(0x50, Millis(300), 0);
-    came = c_.link.waitReply();
+  std::optional<Reply> reply;
+  for (int i = 0; i < 3 && !reply && !c_.link.stopped(); ++i) {
+    if (i > 0) c_.link.delay(Millis(200));
+    reply = c_.link.exchange(buildGenericFrame(c_.record(), 0x50, 0, c_.reportedCode, c_.form()), Millis(300));
   }
   if (c_.stopped()) return false;
-  if (came && c_.link.rxByte(3) == 0x8F) return true;
-  c_.link.rx.frameOk = false;
-  return c_.failNow(2, came ? "Connection failed. " : "Connection failed.");
+  if (reply && reply->command() == 0x8F) return true;
+  return c_.failNow(2, reply ? "Connection failed. " : "Connection failed.");
 }
 
-void Handshake::pingTarget(Millis timeout) {
-  const Millis limit = timeout.count() > 0 ? timeout : Millis(200);
-  c_.link.sendCommandFrame(0x80, limit, 0);
-  (void)c_.link.waitFrame(limit);
+void Handshake::ping() {
+  c_.link.send(buildGenericFrame(c_.record(), 0x80, 0, c_.reportedCode, c_.form()), kPingLimit);
+  if (c_.link.awaitFrame(kPingLimit)) return;
 }
 
 void Handshake::hint() {
-  c_.link.beeps(2);
+  if (c_.link.stopped()) return;
+  c_.view().beep(2);
   for (const char* line :
        {"Connection is failed. Please try:", " 1. Click ISP-Programmig button in Power-Down mode, ",
         "    then Power-Up", " 2. Stop programming, choose another RS-232 port,", "    check the connection line",
@@ -277,7 +244,7 @@ void Handshake::hint() {
         "    or the MCU has been damaged.", " 7. If using USB-to-RS232 line, it might not",
         "    be compatible. We can help you buy a compatible", "    USB-to-RS232 line.", "",
         "        It is still in connection state,", "        please supply target MCU power..."})
-    c_.link.say(line);
+    c_.say(line);
 }
 
 }  // namespace kvr::engine

@@ -2,55 +2,56 @@
 // rate.
 #pragma once
 
-#include <functional>
-#include <string>
+#include <optional>
 
 #include "engine/baud_negotiation.h"
-#include "engine/conversation.h"
-#include "engine/frames.h"
 #include "engine/option_write.h"
 #include "engine/rc_trim.h"
+#include "engine/run_context.h"
 
 namespace kvr::engine {
 
+// What a handshake learnt. Not connected: stopped or failed, which has been told.
+struct Learnt {
+  bool connected = false;          // the line is at the final rate
+  std::optional<Contact> contact;  // a chip has answered
+};
+
 class Handshake {
  public:
-  enum class Result { Ok, BrokenFirstContact, Failed };
+  Handshake(RunContext& context, OptionWrite& optionWrite);
 
-  Handshake(Conversation& conversation, OptionWrite& optionWrite, RcMeasuring& rc);
-
-  // The whole of it. `readOnly` ends behind the report. On Ok `baudOut` holds the final rate (unless read only). All
-  // words of a failure have been said, but for those of the caller.
-  [[nodiscard]] Result handshake(std::string& baudOut, bool readOnly);
-
-  void pingTarget(Millis timeout);  // asks for a fresh status frame; 0: 200 ms
-  [[nodiscard]] bool checkTargetModel();
-  void reportClock();
-
-  platform::Timer hintTimer;           // `Timer9`: the hint while the chip stays silent
-  std::function<void()> onFirstFrame;  // the chip has answered
+  [[nodiscard]] Learnt run();
+  // The same up to the report of what the chip is and holds.
+  [[nodiscard]] Learnt runReadOnly();
+  void ping();  // asks for a fresh status frame; what comes is dropped
+  // False: the chip is not the selected model (told).
+  [[nodiscard]] bool checkModel(const TargetInfo& chip);
+  bool modelRefused() const { return modelRefused_; }
 
  private:
   bool openPort();
-  bool firstContact();
-  void plainSync();
-  void fixedLinkSync();
-  void readClock();
-  void readIdentity();
-  const catalogue::McuRecord* lookUp();
-  bool readAndReport(bool readOnly);
-  bool idReadFailed() const;
-  void readStatusByte();
-  Result readOptionsOnly();
-  bool secondStage(std::string& baudOut);
+  std::optional<Reply> firstContact();
+  bool meet(Learnt& learnt, bool readOnly);
+  std::optional<Reply> plainSync();
+  std::optional<Reply> fixedLinkSync();
+  void readClock(const Reply& reply, TargetInfo& chip);
+  void readIdentity(const Reply& reply, TargetInfo& chip);
+  bool identify(const Reply& reply, Contact& contact);
+  void reportClock(const Contact& contact);
+  void readStatusByte(const Reply& reply, TargetInfo& chip);
+  void readOptionsOnly(Contact& contact);
+  bool secondStage(Contact& contact);
   bool askStatusAgain();
-  bool testFixedLink();
+  bool testFixedLink(const TargetInfo& chip);
   void hint();
 
-  Conversation& c_;
+  RunContext& c_;
   OptionWrite& optionWrite_;
-  RcMeasuring& rc_;
+  RcMeasuring rc_;
   BaudNegotiation baud_;
+  platform::Timer hintTimer_;  // while the chip stays silent
+  bool modelRefused_ = false;
 };
 
 }  // namespace kvr::engine

@@ -23,7 +23,6 @@ ImageFit fitImages(const TargetInfo& target, std::int32_t codeEnd, bool clearUnu
   const std::int32_t apEnd = target.targetRecord.apEnd;
   ImageFit fit;
   ImagePlan& plan = fit.plan;
-  plan.made = true;
   plan.planDataStart = target.targetRecord.dataStart;
   plan.planDataEnd = target.targetRecord.dataEnd;
   const bool oldElm = letter == "D", oldFir = letter == "E" && target.versionNumber() <= 5.0;

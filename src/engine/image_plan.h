@@ -6,14 +6,16 @@
 #include <optional>
 #include <vector>
 
+#include "catalogue/address_range.h"
 #include "engine/frames.h"
 #include "engine/target_info.h"
 #include "options/option_set.h"
 
 namespace kvr::engine {
 
+using catalogue::AddressRange;
+
 struct ImagePlan {
-  bool made = false;               // empty at the start of a run
   std::int32_t planDataStart = 0;  // data area on this chip, both ends included
   std::int32_t planDataEnd = 0;
   std::int32_t planUnusedStart = 0;  // first code address that the image does not reach
@@ -34,11 +36,6 @@ ImageFit fitImages(const TargetInfo& target, std::int32_t codeEnd, bool clearUnu
 // Count of 512-byte sectors that the first generation erases from address 0; 255: all.
 int eraseSectorCount(const TargetInfo& target, std::string_view selectedName, std::int32_t codeEnd);
 
-struct AddressRange {
-  std::int32_t first = 0;
-  std::int32_t last = 0;
-  bool operator==(const AddressRange&) const = default;
-};
 // What the later firmwares erase besides the code area.
 AddressRange eraseRange(const TargetInfo& target, const catalogue::McuRecord& selected, const ImagePlan& plan,
                         const options::OptionBytes& reported);

@@ -1,207 +1,233 @@
 #include "engine/option_write.h"
 
+#include <algorithm>
 #include <array>
 
 #include "engine/family_rules.h"
 #include "engine/option_plan.h"
 #include "engine/status_frame.h"
+#include "options/target_report.h"
 
 namespace kvr::engine {
 namespace {
 
-constexpr int kOldestCompared = 32;  // firmwares below 3.2 do not tell reliably what they hold
+constexpr int kOldestCompared = 32;      // firmwares below 3.2 do not tell reliably what they hold
+constexpr int kOldestWithWatchdog = 37;  // those up to 3.6 have no watchdog byte
+
+// The later order of the option bytes in a chip's answers and frames.
+bool storesInLaterOrder(const TargetInfo& chip) {
+  return optionOrder(chip) > 0 || isLateHazel(chip);
+}
+
+void leaveWatchdogAlone(Contact& contact) {
+  if (contact.chip.version10() < kOldestWithWatchdog) contact.options.wanted[3] = 255;
+}
 
 }  // namespace
 
-bool OptionWrite::readOptions() {
-  TargetLink& link = c_.link;
-  c_.run.optionsRead = false;
-  (void)link.reopenTargetPort();
-  const Bytes frame = buildFrame(0x50, {}, sumFormOf(c_.record()));
-  for (int i = 0; i < 3 && !link.stopRequested; ++i) {
-    link.clearReceiveState();
-    if (i > 0) link.delayMs(Millis(50));
-    if (sendAndWait(frame, Millis(900))) break;
+void OptionWrite::compose(Contact& contact) const {
+  const auto wanted = options::composeOptions(c_.job.choices, contact.trim);
+  contact.options.wanted = wanted.bytes;
+  contact.options.wantedWords = wanted.words;
+}
+
+void OptionWrite::report(Contact& contact, std::uint8_t status11, std::uint8_t status12, std::uint8_t status13) {
+  TargetInfo& chip = contact.chip;
+  const options::TargetReport told =
+      options::describeTarget({.selectedFamily = c_.record().family,
+                               .reservedKnown = chip.reservedKnown,
+                               .modelName = chip.targetModelName,
+                               .versionText = chip.firmwareVersionText,
+                               .letter = chip.steppingLetter.empty() ? '\0' : chip.steppingLetter.front(),
+                               .reported = contact.options.reported,
+                               .status11 = status11,
+                               .status12 = status12,
+                               .status13 = status13});
+  for (const auto& line : told.lines) c_.say(line);
+  if (told.labels) c_.view().chipLabels(*told.labels);
+  if (told.clearStartPair) c_.link.requireStartPair(false);
+  if (told.doubleSpeed) chip.doubleSpeed = *told.doubleSpeed;
+}
+
+// A short frame, such as a late "done", must not be read as if it told zeros.
+bool OptionWrite::holdsOptions(const Contact& contact, const Reply& reply) const {
+  TargetInfo chip = contact.chip;
+  chip.firmwareVersionText = versionTextOf(reply[11]);
+  const int trailer = c_.form() == SumForm::TwoBytes ? 3 : 2;
+  return reply.length() > highestOptionIndex(chip, c_.record().family) + trailer;
+}
+
+bool OptionWrite::read(Contact& contact) {
+  contact.optionsRead = false;
+  if (!c_.link.reopen()) return false;
+  const Bytes frame = buildFrame(0x50, {}, c_.form());
+  std::optional<Reply> reply;
+  for (int i = 0; i < 3 && !reply && !c_.link.stopped(); ++i) {
+    c_.link.clearReceiveState();
+    if (i > 0) c_.link.delay(Millis(50));
+    c_.link.delay(Millis(5));
+    c_.link.write(frame);
+    c_.link.drain();
+    c_.link.delay(Millis(3));
+    reply = c_.link.awaitFrame(Millis(900), [&](const Reply& came) { return holdsOptions(contact, came); });
   }
-  c_.composeOptions();
-  c_.options.reported[16] = c_.options.wanted[16];
-  if (link.rx.frameOk) parseOptionStatus();
-  return link.rx.frameOk;
+  compose(contact);
+  contact.options.reported[16] = contact.options.wanted[16];
+  if (reply) parse(contact, *reply);
+  return reply.has_value();
 }
 
-void OptionWrite::parseOptionStatus() {
-  const auto rx = c_.rx();
-  c_.run.optionsRead = true;
-  c_.target.firmwareVersionText = versionTextOf(rx[11]);
-  readAnsweredOptions(rx, c_.target, c_.family(), c_.options.reported);
-  if (c_.target.familyClass != 4 && c_.family() > 1) c_.room.refreshChoices();
-  c_.composeOptions();
-  c_.reportTarget(rx[11], rx[12], rx[13]);
+bool OptionWrite::readPatiently(Contact& contact) {
+  constexpr int kReads = 4;
+  for (int i = 0; i < kReads && !c_.link.stopped(); ++i)
+    if (read(contact)) return true;
+  return false;
 }
 
-bool OptionWrite::optionsFailed() {
-  c_.link.rx.frameOk = false;
+void OptionWrite::parse(Contact& contact, const Reply& reply) {
+  contact.optionsRead = true;
+  contact.chip.firmwareVersionText = versionTextOf(reply[11]);
+  const int family = c_.record().family;
+  readAnsweredOptions(reply.bytes, contact.chip, family, contact.options.reported);
+  if (contact.chip.familyClass != 4) options::refreshChoices(family, contact.options);
+  compose(contact);
+  report(contact, reply[11], reply[12], reply[13]);
+}
+
+bool OptionWrite::failed() {
   return c_.fail(3, "Setting options failed!");
 }
 
-bool OptionWrite::optionsOk() {
-  c_.link.say("Setting options OK. ");
+bool OptionWrite::done() {
+  c_.say("Setting options OK. ");
   return true;
 }
 
-bool OptionWrite::nothingToWrite() {
-  c_.run.optionsRead = true;
-  c_.link.rx.frameOk = true;
-  return true;
-}
-
-bool OptionWrite::sendAndWait(const Bytes& frame, Millis limit) {
-  TargetLink& link = c_.link;
-  link.rx.armed = true;
-  link.delayMs(Millis(5));
-  link.write(frame);
-  link.waitDrained();
-  link.delayMs(Millis(3));
-  return link.waitFrame(limit);
+std::optional<Reply> OptionWrite::sendAndWait(const Bytes& frame, Millis limit) {
+  c_.link.clearReceiveState();
+  c_.link.delay(Millis(5));
+  c_.link.write(frame);
+  c_.link.drain();
+  c_.link.delay(Millis(3));
+  return c_.link.awaitFrame(limit);
 }
 
 // One pass of two attempts.
-bool OptionWrite::sendTwice(const Bytes& frame, Millis limit) {
-  for (int i = 0; i < 2 && !c_.link.stopRequested; ++i) {
-    c_.link.clearReceiveState();
-    if (sendAndWait(frame, limit)) return true;
-  }
-  return false;
+std::optional<Reply> OptionWrite::sendTwice(const Bytes& frame, Millis limit) {
+  for (int i = 0; i < 2 && !c_.link.stopped(); ++i)
+    if (auto reply = sendAndWait(frame, limit)) return reply;
+  return std::nullopt;
 }
 
 // The same for a chip of the first generation: 80 says done, 81 asks for the frame anew, as often as it likes.
 bool OptionWrite::sendUntilDone(const Bytes& frame, Millis limit) {
-  for (int i = 0; i < 2 && !c_.link.stopRequested; ++i) {
-    c_.link.clearReceiveState();
-    if (!sendAndWait(frame, limit)) continue;
-    if (c_.link.rxByte(3) == 0x80) return true;
-    if (c_.link.rxByte(3) == 0x81) i = -1;
-    c_.link.rx.frameOk = false;
+  for (int i = 0; i < 2 && !c_.link.stopped(); ++i) {
+    const auto reply = sendAndWait(frame, limit);
+    if (!reply) continue;
+    if (reply->command() == 0x80) return true;
+    if (reply->command() == 0x81) i = -1;
   }
   return false;
 }
 
-bool OptionWrite::writeOptions() {
-  const int family = c_.family();
+bool OptionWrite::write(Contact& contact) {
+  const int family = c_.record().family;
   // Three of Rowan's bytes are not in the first status frame; what it does not tell cannot be taken for what is wanted.
-  const bool allTold = family != 18 || c_.run.optionsRead;
-  c_.run.optionsRead = false;
-  if (family == 0) return writeAlder();
-  if (isCedarLike(family)) return writeCedarLike();
-  if (!writeLater(allTold)) return false;
-  return family != 18 || writeRowan();
+  const bool allTold = family != 18 || contact.optionsRead;
+  contact.optionsRead = false;
+  compose(contact);
+  if (family == 0) return writeAlder(contact);
+  if (isCedarLike(family)) return writeCedarLike(contact);
+  if (!writeLater(contact, allTold)) return false;
+  return family != 18 || writeRowan(contact);
 }
 
-bool OptionWrite::writeAlder() {
-  const bool doubleSpeed = c_.room.chosen("Double_speed_YES");
+bool OptionWrite::writeAlder(Contact& contact) {
+  const bool doubleSpeed = c_.job.doubleSpeed;
   const std::array<std::uint8_t, 1> payload = {alderOptionByte(c_.record().name, doubleSpeed)};
-  const Bytes frame = buildFrame(0x8D, payload, sumFormOf(c_.record()));
-  (void)c_.link.reopenTargetPort();
+  const Bytes frame = buildFrame(0x8D, payload, c_.form());
+  if (!c_.link.reopen()) return failed();
   bool taken = false;
-  for (int i = 0; i < 3 && !taken && !c_.link.stopRequested; ++i) {
-    c_.link.clearReceiveState();
-    taken = sendAndWait(frame, Millis(50));
-  }
-  if (!taken || !readOptions()) return optionsFailed();
-  if (doubleSpeed) c_.link.say("Lock Chip, set 6 Clocks OK.");
-  c_.link.shared().textMsg.append(" (End: " + c_.link.timeOfDay() + ")");
+  for (int i = 0; i < 3 && !taken && !c_.link.stopped(); ++i) taken = sendAndWait(frame, Millis(50)).has_value();
+  if (!taken || !read(contact)) return failed();
+  if (doubleSpeed) c_.say("Lock Chip, set 6 Clocks OK.");
+  c_.view().append(" (End: " + c_.timeOfDay() + ")");
   return true;
 }
 
-bool OptionWrite::writeCedarLike() {
-  c_.composeOptions();
-  if (cedarNeedsNoWrite(c_.options)) {
-    (void)nothingToWrite();
-    c_.link.endFixedLink();
-    c_.link.rx.frameOk = true;
+bool OptionWrite::writeCedarLike(Contact& contact) {
+  if (cedarNeedsNoWrite(contact.options)) {
+    contact.optionsRead = true;
+    c_.link.endSession();
     return true;
   }
-  const bool doubleSpeed = c_.options.wantedWords.doubleSpeed == "1";
-  const ReloadBytes reload = doubleSpeed ? c_.target.reloadOther : c_.target.reloadNormal;
-  const Bytes frame = buildCedarOptionFrame(c_.options.wanted, reload, sumFormOf(c_.record()));
+  const bool doubleSpeed = contact.options.wantedWords.doubleSpeed == "1";
+  const ReloadBytes reload = doubleSpeed ? contact.chip.reloadOther : contact.chip.reloadNormal;
+  const Bytes frame = buildCedarOptionFrame(contact.options.wanted, reload, c_.form());
   c_.link.clearReceiveState();
-  (void)c_.link.reopenTargetPort();
-  if (!sendTwice(frame, Millis(500)) && !sendTwice(frame, Millis(500))) return optionsFailed();
-  if (!readOptions() || c_.options.reported[1] != c_.options.wanted[1]) return optionsFailed();
-  return optionsOk();
+  if (!c_.link.reopen()) return failed();
+  if (!sendTwice(frame, Millis(500)) && !sendTwice(frame, Millis(500))) return failed();
+  if (!read(contact) || contact.options.reported[1] != contact.options.wanted[1]) return failed();
+  return done();
 }
 
-bool OptionWrite::writeLater(bool allTold) {
-  c_.composeOptions();
-  const int family = c_.family();
-  const int order = optionOrder(c_.target);
+bool OptionWrite::writeLater(Contact& contact, bool allTold) {
+  const int family = c_.record().family;
+  const int order = optionOrder(contact.chip);
   const bool alwaysWrites = catalogue::familyClassOf(family) == 4;
   if (!alwaysWrites) {
-    leaveWatchdogAlone();
-    const bool laterOrder = order > 0 || isLateHazel(c_.target);
-    if (allTold && runsFromExternalClock(family, order, c_.options) &&
-        optionsAgree(family, laterOrder, Moment::BeforeWrite, c_.options))
-      return nothingToWrite();
-  }
-  c_.link.clearReceiveState();
-  (void)c_.link.reopenTargetPort();
-  if (!sendLater() || !readBackLater()) return optionsFailed();
-  const bool laterOrder = optionOrder(c_.target) > 0 || isLateHazel(c_.target);
-  if (c_.target.familyClass == 4) {
-    if (allOptionsAgree(c_.options)) return true;
-    c_.run.optionsRead = false;
-    return optionsFailed();
-  }
-  if (c_.target.version10() < kOldestCompared) return true;
-  leaveWatchdogAlone();
-  return optionsAgree(family, laterOrder, Moment::AfterWrite, c_.options) ? optionsOk() : optionsFailed();
-}
-
-// Firmwares up to 3.6 have no watchdog byte.
-void OptionWrite::leaveWatchdogAlone() {
-  if (c_.target.version10() <= 36) c_.options.wanted[3] = 255;
-}
-
-bool OptionWrite::sendLater() {
-  constexpr Millis kLimit(2500);
-  const Bytes frame =
-      buildLaterOptionFrame(c_.family(), c_.options.wanted, c_.target.targetClockHz, sumFormOf(c_.record()));
-  for (int pass = 0; pass < 2; ++pass) {
-    if (!c_.record().extSession) {
-      if (sendUntilDone(frame, kLimit)) return true;
-    } else if (sendTwice(frame, kLimit) && c_.link.rxByte(3) == 0x50) {
+    leaveWatchdogAlone(contact);
+    if (allTold && runsFromExternalClock(family, order, contact.options) &&
+        optionsAgree(family, storesInLaterOrder(contact.chip), Moment::BeforeWrite, contact.options)) {
+      contact.optionsRead = true;
       return true;
     }
-    c_.link.rx.frameOk = false;
   }
-  return false;
+  c_.link.clearReceiveState();
+  if (!c_.link.reopen()) return failed();
+  if (!sendLater(contact)) return failed();
+  if (contact.chip.familyClass == 4) return allOptionsAgree(contact.options) || failed();
+  if (contact.chip.version10() < kOldestCompared) return true;
+  leaveWatchdogAlone(contact);
+  return optionsAgree(family, storesInLaterOrder(contact.chip), Moment::AfterWrite, contact.options) ? done()
+                                                                                                     : failed();
 }
 
 // The later generation answers an option frame with what it then holds; the first one is asked.
-bool OptionWrite::readBackLater() {
-  if (!c_.record().extSession) return readOptions();
-  c_.composeOptions();
-  c_.options.reported[16] = c_.options.wanted[16];
-  parseOptionStatus();
-  return true;
-}
-
-bool OptionWrite::writeRowan() {
-  constexpr Millis kLimit(500);
-  c_.composeOptions();
-  if ((c_.options.reported[3] & 2) && rowanOptionsAgree(c_.options)) {
-    (void)nothingToWrite();
-    c_.link.endFixedLink();
-    c_.link.rx.frameOk = true;
+bool OptionWrite::sendLater(Contact& contact) {
+  constexpr Millis kLimit(2500);
+  const Bytes frame =
+      buildLaterOptionFrame(c_.record().family, contact.options.wanted, contact.chip.targetClockHz, c_.form());
+  for (int pass = 0; pass < 2; ++pass) {
+    if (!c_.record().extSession) {
+      if (sendUntilDone(frame, kLimit)) return read(contact);
+      continue;
+    }
+    const auto reply = sendTwice(frame, kLimit);
+    if (!reply || reply->command() != 0x50 || !holdsOptions(contact, *reply)) continue;
+    compose(contact);
+    contact.options.reported[16] = contact.options.wanted[16];
+    parse(contact, *reply);
     return true;
   }
-  const Bytes frame = buildRowanOptionFrame(c_.options.wanted, c_.target.targetClockHz, sumFormOf(c_.record()));
+  return false;
+}
+
+bool OptionWrite::writeRowan(Contact& contact) {
+  constexpr Millis kLimit(500);
+  compose(contact);
+  if ((contact.options.reported[3] & 2) && rowanOptionsAgree(contact.options)) {
+    contact.optionsRead = true;
+    c_.link.endSession();
+    return true;
+  }
+  const Bytes frame = buildRowanOptionFrame(contact.options.wanted, contact.chip.targetClockHz, c_.form());
   c_.link.clearReceiveState();
-  (void)c_.link.reopenTargetPort();
-  if (!sendUntilDone(frame, kLimit) && !sendUntilDone(frame, kLimit)) return optionsFailed();
-  if (!readOptions()) return optionsFailed();
-  if (c_.target.version10() < kOldestCompared) return true;
-  return rowanOptionsAgree(c_.options) ? optionsOk() : optionsFailed();
+  if (!c_.link.reopen()) return failed();
+  if (!sendUntilDone(frame, kLimit) && !sendUntilDone(frame, kLimit)) return failed();
+  if (!read(contact)) return failed();
+  if (contact.chip.version10() < kOldestCompared) return true;
+  return rowanOptionsAgree(contact.options) ? done() : failed();
 }
 
 }  // namespace kvr::engine

@@ -1,21 +1,26 @@
-// One serial port, several masters: the programming engine (boards and chips), the terminal with its register monitor,
-// and the demo routine in a user's firmware. Who holds the port supplies the receiver, so there are no receive modes
-// besides this one.
+// One serial port, several users of it: a run with a chip or a board, the terminal with its register monitor, the demo
+// routine. Who holds the port supplies the receiver, so there are no receive modes besides this one.
 //
 // The head of the receive event lives here: the first waiting byte starts a one-shot of 10 ms, which gathers a small
-// frame into one event; when it fires, the receiver of the master who holds the port *then* handles all that waits, in
-// order. A receiver is never re-entered: bytes that come while it runs start the next one-shot.
+// frame into one event; when it fires, the receiver of whoever holds the port *then* handles all that waits, in order.
+// A receiver is never re-entered: bytes that come while it runs start the next one-shot.
 #pragma once
-
-#include <array>
-#include <functional>
 
 #include "platform/event_loop.h"
 #include "platform/serial_link.h"
 
 namespace kvr::engine {
 
-enum class Master { Engine, Tool, Demo };
+class PortHolder {
+ public:
+  virtual ~PortHolder() = default;
+  // At least one byte waits at the port.
+  virtual void bytesWait() = 0;
+  // The open port went away (an adapter pulled out). It is closed already.
+  virtual void portVanished(const platform::PortError& error) = 0;
+  // Somebody else takes the port, open or closed.
+  virtual void portLost() {}
+};
 
 class PortLease {
  public:
@@ -23,18 +28,14 @@ class PortLease {
 
   PortLease(platform::EventLoop& loop, platform::SerialLink& link);
 
-  // The engine holds the port from the start. Taking it over closes nothing: who takes it says what happens to the
-  // port.
-  Master holder() const { return holder_; }
-  void hold(Master master);
-
-  // Called with at least one byte waiting (when nothing waits any more, not at all). It reads from `link()`.
-  void setReceiver(Master master, std::function<void()> receiver);
-  // The open port went away (an adapter pulled out). It is closed already. Only the holder is told, from the event
-  // loop.
-  void onVanished(Master master, std::function<void(const platform::PortError&)> told);
+  // Takes the port from whoever has it, who is told first. Closes nothing by itself.
+  void hold(PortHolder& holder);
+  // Gives it back; nothing when somebody else holds it by now.
+  void release(const PortHolder& holder);
+  bool heldBy(const PortHolder& holder) const { return holder_ == &holder; }
 
   platform::SerialLink& link() { return link_; }
+  const platform::SerialLink& link() const { return link_; }
 
   // Closes the port and takes back a receive event that has not been handled yet.
   void close();
@@ -49,13 +50,11 @@ class PortLease {
   bool gathering() const { return gather_.isActive(); }
 
  private:
-  void bytesWait();
+  void bytesCame();
   void deliver();
   platform::EventLoop& loop_;
   platform::SerialLink& link_;
-  Master holder_ = Master::Engine;
-  std::array<std::function<void()>, 3> receivers_;
-  std::array<std::function<void(const platform::PortError&)>, 3> vanished_;
+  PortHolder* holder_ = nullptr;
   platform::Timer gather_;
   platform::Instant lastByteAt_{0};
   bool delivering_ = false;

@@ -1,5 +1,9 @@
 #include "engine/programming.h"
 
+#include <algorithm>
+#include <array>
+
+#include "engine/status_frame.h"
 #include "platform/text.h"
 
 namespace kvr::engine {
@@ -10,126 +14,90 @@ constexpr Millis kExtendedErase{10000};
 constexpr int kShortestStatus = 20;  // length of a frame that carries the eight counts
 constexpr std::string_view kOldestWithFactoryId = "6.3";
 
-}  // namespace
-
-Programming::Programming(Conversation& conversation) : c_(conversation), chipFrames_(conversation) {}
-
-bool Programming::planImageFit() {
-  const ImageFit fit = fitImages(c_.target, c_.images.CodeBuffer.rangeEnd, c_.options.wantedWords.clearUnusedAp == "1");
-  c_.run.plan = fit.plan;
-  return fit.tooBig;
+// What a first-generation chip says to an erase has no mark of its own. It must not be mistaken for a late answer to
+// something else: to a ping (a status frame, far longer), to the test or change of speed, to a reading of options.
+bool mayAnswerErase(const Reply& reply) {
+  constexpr std::array<std::uint8_t, 4> kOthers = {0x8E, 0x8F, 0x80, 0x50};
+  return reply.length() < kShortestStatus &&
+         std::find(kOthers.begin(), kOthers.end(), reply.command()) == kOthers.end();
 }
 
-bool Programming::eraseTarget() {
-  c_.link.say("We are erasing MCU flash...");
+}  // namespace
+
+std::int32_t firmwareLimit(const TargetInfo& chip, const catalogue::McuRecord& selected) {
+  const std::string& name = chip.targetModelName;
+  if (name != "Birch-LFCA" && name != "Birch-LFCZ" && selected.family != 2) return SendPlan::kNoLimit;
+  const bool told = selected.family == 0 || chip.reservedKnown;
+  const int reserved = told ? chip.reservedBytes : reservedFromVersion(chip.version10(), chip.reservedBytes);
+  return reserved > 1024 ? selected.dataEnd + 1024 - reserved : SendPlan::kNoLimit;
+}
+
+bool Programming::erase(const Contact& contact, const ImagePlan& plan) {
+  c_.say("We are erasing MCU flash...");
   c_.stampStart();
-  const int sectors = eraseSectorCount(c_.target, c_.record().name, c_.images.CodeBuffer.rangeEnd);
-  const AddressRange range = eraseRange(c_.target, c_.record(), c_.run.plan, c_.options.reported);
-  const Bytes frame = buildEraseFrame(c_.target, c_.record(), sectors, range);
-  c_.run.factoryId.clear();
-  c_.link.rx.frameOk = c_.record().extSession ? eraseExtended(frame) : eraseFirstGeneration(frame);
-  return c_.link.rx.frameOk;
+  const int sectors = eraseSectorCount(contact.chip, c_.record().name, c_.job.code.rangeEnd);
+  const AddressRange range = eraseRange(contact.chip, c_.record(), plan, contact.options.reported);
+  const Bytes frame = buildEraseFrame(contact.chip, c_.record(), sectors, range);
+  return c_.record().extSession ? eraseExtended(frame, contact) : eraseFirstGeneration(frame);
 }
 
 bool Programming::eraseFirstGeneration(const Bytes& frame) {
   TargetLink& link = c_.link;
-  (void)link.reopenTargetPort();
+  if (!link.reopen()) return false;
   bool erased = false;
-  for (int i = 0; i < 3 && !erased && !link.stopRequested; ++i) {
+  for (int i = 0; i < 3 && !erased && !link.stopped(); ++i) {
     link.clearReceiveState();
-    link.rx.armed = true;
-    link.delayMs(Millis(5));
+    link.delay(Millis(5));
     link.write(frame);
-    link.waitDrained();
-    link.delayMs(Millis(3));
-    erased = awaitErased();
+    link.drain();
+    link.delay(Millis(3));
+    erased = link.awaitFrame(kFirstGenerationErase, mayAnswerErase).has_value();
   }
-  if (erased) link.shared().textMsg.append(" ( " + c_.elapsedText() + " )");
-  link.delayMs(Millis(100));
+  if (erased) c_.view().append(" ( " + c_.elapsedText() + " )");
+  link.delay(Millis(100));
   return erased;
 }
 
-// The answer itself says nothing, so it must not be mistaken for a late answer to a ping: those are status frames, far
-// longer.
-bool Programming::awaitErased() {
-  TargetLink& link = c_.link;
-  const platform::Instant end = link.world().loop.now() + kFirstGenerationErase;
-  while (link.waitFrame(std::chrono::ceil<Millis>(end - link.world().loop.now()))) {
-    if (link.rx.length() < kShortestStatus) return true;
-    link.rx.clear();
-  }
-  return false;
-}
-
 // The answer to the change of speed must be the last frame that came: it says that the chip is ready to be erased.
-bool Programming::eraseExtended(const Bytes& frame) {
+bool Programming::eraseExtended(const Bytes& frame, const Contact& contact) {
   TargetLink& link = c_.link;
-  if (!c_.target.fixedBaudLink && link.rxByte(3) != 0x84) return false;
+  const auto& last = link.lastReply();
+  if (!contact.chip.fixedBaudLink && !(last && last->command() == 0x84)) return false;
   link.clearReceiveState();
   link.write(frame);
-  if (!link.waitFrame(kExtendedErase) || link.rxByte(3) != 0x00) return false;
-  c_.run.eraseTimeText = c_.elapsedText();
-  link.shared().textMsg.append(" ( " + c_.run.eraseTimeText + " )");
-  noteFactoryId();
+  const auto reply = link.awaitFrame(kExtendedErase);
+  if (!reply || reply->command() != 0x00) return false;
+  c_.view().append(" ( " + c_.elapsedText() + " )");
+  if (contact.chip.firmwareVersionText >= kOldestWithFactoryId) noteFactoryId(*reply);
   return true;
 }
 
-void Programming::noteFactoryId() {
-  if (c_.target.firmwareVersionText < kOldestWithFactoryId || c_.link.rx.length() < 14) return;
-  for (int i = 4; i <= 10; ++i) c_.run.factoryId += platform::hexText(c_.link.rxByte(i), 2);
+void Programming::noteFactoryId(const Reply& reply) {
+  if (reply.length() < 14) return;
+  for (std::size_t i = 4; i <= 10; ++i) factoryId_ += platform::hexText(reply[i], 2);
 }
 
-void Programming::showProgress() {
-  c_.link.shared().ProgressBar1.setVisible(true);
-}
-
-void Programming::hideProgress() {
-  c_.link.shared().labKbyte.setCaption("");
-  c_.link.shared().ProgressBar1.setVisible(false);
-}
-
-bool Programming::programImage(DataFrameFormat* format) {
-  TargetLink& link = c_.link;
-  link.replyTimeoutMs = Millis(800);
-  link.gapTimeoutMs = Millis(200);
-  c_.run.programDone = false;
+bool Programming::program(DataFrameFormat& format, const SendPlan& plan, double clockHz) {
   c_.stampStart();
-  showProgress();
-  link.say("Programming... ( Begin: " + link.timeOfDay() + " )");
-  if (!sendImages(format ? *format : chipFrames_)) {
-    if (!c_.stopped()) {
-      c_.failNow(3, "Programing failed. ");
-      link.say("Try to use the lower baud. ");
-    }
+  c_.say("Programming... ( Begin: " + c_.timeOfDay() + " )");
+  if (!BlockWriter(c_, format, plan, clockHz).program()) {
+    if (c_.stopped()) return false;
+    c_.failNow(3, "Programing failed. ");
+    c_.say("Try to use the lower baud. ");
     return false;
   }
-  c_.run.programTimeText = c_.elapsedText();
-  link.say("Program OK");
-  link.say("Verify  OK  ( Total: " + c_.run.programTimeText + " )");
-  c_.stampStart();
-  c_.run.programDone = finish();
-  return c_.run.programDone;
-}
-
-bool Programming::sendImages(DataFrameFormat& format) {
-  const SendPlan plan = planSends(c_.record(), c_.target.versionNumber(), c_.model.blockSize, c_.run.frameSize,
-                                  c_.images.CodeBuffer, c_.images.EepromBuffer);
-  BlockWriter writer(c_, format);
-  for (const SendRange& range : plan.ranges)
-    if (!writer.programRange(plan, range)) return false;
-  return true;
+  timeText_ = c_.elapsedText();
+  c_.say("Program OK");
+  c_.say("Verify  OK  ( Total: " + timeText_ + " )");
+  c_.enter(Stage::Finish);
+  return finish();
 }
 
 // Only here does silence count as success.
 bool Programming::finish() {
-  if (c_.record().noOptions) {
-    c_.link.rx.frameOk = true;
-    return true;
-  }
-  if (!c_.record().extSession) return true;
-  c_.link.sendCommandFrame(0x69, Millis(200), 0);
-  if (!c_.link.waitReply() || c_.link.rxByte(3) == 0x8D) return true;
-  c_.link.rx.frameOk = false;
+  if (c_.record().noOptions || !c_.record().extSession) return true;
+  const auto reply = c_.link.exchange(buildGenericFrame(c_.record(), 0x69, 0, c_.reportedCode, c_.form()), Millis(200));
+  if (!reply || reply->command() == 0x8D) return true;
   return c_.fail(2, "The code has already programed, but the Options haven't been modified.");
 }
 

@@ -2,33 +2,33 @@
 #pragma once
 
 #include "engine/block_writer.h"
+#include "engine/image_plan.h"
 
 namespace kvr::engine {
 
 class Programming {
  public:
-  explicit Programming(Conversation& conversation);
+  explicit Programming(RunContext& context) : c_(context) {}
 
-  // Fills the run's plan; true: the images are too big, and what fits goes on.
-  [[nodiscard]] bool planImageFit();
-  // True: erased. False: words are the caller's.
-  [[nodiscard]] bool eraseTarget();
-  // Sends the images and the finish step; sets `programDone` and says all words. `format`: the frames to send (null:
-  // the chip's).
-  bool programImage(DataFrameFormat* format = nullptr);
+  // True: erased. False: telling it is the caller's.
+  [[nodiscard]] bool erase(const Contact& contact, const ImagePlan& plan);
+  // Sends the images and the finish step. False: it has been told why.
+  [[nodiscard]] bool program(DataFrameFormat& format, const SendPlan& plan, double clockHz);
 
-  void showProgress();  // the bar over the download button
-  void hideProgress();  // gone, and `labKbyte` empty
+  const std::string& timeText() const { return timeText_; }    // "[00:07]" that the data took
+  const std::string& factoryId() const { return factoryId_; }  // 14 hexadecimal digits of the erase reply, or empty
 
  private:
   bool eraseFirstGeneration(const Bytes& frame);
-  bool awaitErased();
-  bool eraseExtended(const Bytes& frame);
-  void noteFactoryId();
-  bool sendImages(DataFrameFormat& format);
+  bool eraseExtended(const Bytes& frame, const Contact& contact);
+  void noteFactoryId(const Reply& reply);
   bool finish();
-  Conversation& c_;
-  ChipDataFrames chipFrames_;
+  RunContext& c_;
+  std::string timeText_, factoryId_;
 };
+
+// The highest address that the chip's firmware leaves to an image; `SendPlan::kNoLimit`: it keeps no more than the
+// model's row says.
+std::int32_t firmwareLimit(const TargetInfo& chip, const catalogue::McuRecord& selected);
 
 }  // namespace kvr::engine

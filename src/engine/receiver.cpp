@@ -10,7 +10,6 @@ namespace {
 
 constexpr std::uint8_t kStart1 = 0x46, kStart2 = 0xB9, kFromTarget = 0x68, kEnd = 0x16;
 constexpr int kShortestFrame = 6;  // direction, length, command, sum, end
-constexpr int kLongestFrame = 255;
 
 }  // namespace
 
@@ -61,7 +60,12 @@ void Receiver::judge() {
   }
   frameOk = true;
   seenStart1_ = seenStart2_ = false;
-  std::fill(buffer.begin() + whole, buffer.begin() + kLongestFrame, std::uint8_t{0});
+}
+
+Reply Receiver::reply() const {
+  Reply reply;
+  std::copy_n(buffer.begin(), length(), reply.bytes.begin());
+  return reply;
 }
 
 bool Receiver::sumMatches() const {

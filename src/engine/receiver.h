@@ -9,6 +9,15 @@
 
 namespace kvr::engine {
 
+// A whole good frame, from the direction byte on. What it does not carry reads 0, so that nothing of an older answer,
+// which another chip may have sent, is ever taken for a part of this one.
+struct Reply {
+  std::array<std::uint8_t, 256> bytes{};
+  std::uint8_t operator[](std::size_t index) const { return bytes[index]; }
+  int length() const { return bytes[2]; }
+  std::uint8_t command() const { return bytes[3]; }
+};
+
 struct Receiver {
   static constexpr int kCapacity = 2101;
 
@@ -25,9 +34,9 @@ struct Receiver {
 
   // Nothing received: what every sender starts from. Keeps the modes and `armed`; `frameBad` stays as it is.
   void clear();
-  // All that waited at the port, in order. Behind a whole frame the buffer then reads 0: what a short answer does not
-  // carry must not be taken from the one before it, which another chip may have sent.
+  // All that waited at the port, in order.
   void take(std::span<const std::uint8_t> bytes);
+  Reply reply() const;  // the frame, once `frameOk`
   // Part of a frame is in and its end is not.
   bool midFrame() const { return !frameOk && (count > 0 || seenStart1_); }
 

@@ -106,6 +106,13 @@ void readAnsweredOptions(RxBytes rx, const TargetInfo& target, int family, optio
   }
 }
 
+int highestOptionIndex(const TargetInfo& target, int family) {
+  if (target.familyClass == 4) return 28;
+  if (family <= 1 || isCedarLike(family)) return 13;
+  if (isLaterOptionFamily(family)) return 18;
+  return optionOrder(target) > 0 || isLateHazel(target) ? 24 : 17;
+}
+
 const catalogue::McuRecord* findTarget(const std::string& code, const catalogue::McuRecord& selected) {
   const auto* found = catalogue::findModelByCode(code);
   if (!found || selected.name.empty()) return found;

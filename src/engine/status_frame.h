@@ -34,6 +34,9 @@ void readStatusOptions(RxBytes rx, const TargetInfo& target, options::OptionByte
 // The same for an answer to a 50 (or 8D) frame; `family` is the selected model's.
 void readAnsweredOptions(RxBytes rx, const TargetInfo& target, int family, options::OptionBytes& reported);
 
+// The highest place in such an answer that is read: version, letter, and the option bytes.
+int highestOptionIndex(const TargetInfo& target, int family);
+
 // Which row the code of a chip means, when the selected model is one of those that share the code: that one; else the
 // first in search order. Null: unknown.
 const catalogue::McuRecord* findTarget(const std::string& code, const catalogue::McuRecord& selected);

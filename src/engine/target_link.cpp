@@ -9,211 +9,237 @@ namespace {
 
 constexpr Millis kSilence{50};  // a frame that stops arriving for this long has ended
 constexpr Millis kLongestDrain{1000};
+constexpr int kLongestFrame = 257;  // with its start pair
+constexpr int kBitsPerByte = 12;    // at most, on the wire
 
 }  // namespace
 
-TargetLink::TargetLink(platform::World world, PortLease& lease, const catalogue::SelectedModel& model,
-                       DownloadPanel& panel, SharedControls shared)
-    : world_(world),
-      lease_(lease),
-      model_(model),
-      panel_(panel),
-      shared_(shared),
-      beeper_(world.loop, world.dialogs),
-      replyTimer_(world.loop, [this] { replyExpired = true; }) {
-  lease_.setReceiver(Master::Engine, [this] {
-    rx.frame2 = model_.record.frame2;
-    rx.take(lease_.link().readBytes(0));
-  });
-  lease_.onVanished(Master::Engine, [this](const platform::PortError& error) { vanished(error); });
+std::string goneText(const platform::PortError& error) {
+  return error.text.empty() ? "the device is gone" : error.text;
 }
 
-int TargetLink::connectBaud() const {
-  return platform::wholeOf(connectBaudText);
+TargetLink::TargetLink(const RunServices& services, RunView& view, int port, SumForm form)
+    : services_(services), view_(view), port_(port), form_(form), replyTimer_(services.loop) {
+  rx_.frame2 = form == SumForm::TwoBytes;
+  rx_.boardCrcMode = form == SumForm::BoardCrc;
+  rx_.armed = true;
+  lease().hold(*this);
 }
+
+TargetLink::~TargetLink() {
+  lease().release(*this);
+}
+
+void TargetLink::bytesWait() {
+  rx_.take(lease().link().readBytes(0));
+  if (rx_.frameOk) lastReply_ = rx_.reply();
+  badFrame_ = badFrame_ || rx_.frameBad;
+  rx_.frameBad = false;
+}
+
+void TargetLink::portVanished(const platform::PortError& error) {
+  lostPort_ = goneText(error);
+  view_.portStatus(lostPort_);
+  view_.say("The COM port has been lost: " + lostPort_);
+  services_.stop.request();
+}
+
+// --- The port. ---
 
 int TargetLink::currentBaud() const {
-  return platform::wholeOf(lease_.link().settings().substr(0, 6));
+  return platform::wholeOf(settings().substr(0, 6));
 }
 
-std::string TargetLink::maxBaudText() const {
-  const std::string text = panel_.cobBaudMax.trimmed();
-  const int family = model_.record.family;
-  if (family < 15 || family > 17) return text;
-  const int cap = baseFrequencyMHz && baseFrequencyMHz() == 24 ? 57600 : 38400;
-  return platform::valueOf(text) > cap ? std::to_string(cap) : text;
+platform::PortError TargetLink::setBaud(const std::string& baud) {
+  const char* suffix = !parityOn_ ? ",n,8,1" : parityEven_ ? ",e,8,1" : ",o,8,1";
+  return lease().link().setSettings(baud + suffix);
 }
 
-platform::PortError TargetLink::setMSCommSettings(const std::string& baudText) {
-  const char* suffix = !linkParityOn ? ",n,8,1" : linkParityEven ? ",e,8,1" : ",o,8,1";
-  return lease_.link().setSettings(baudText + suffix);
+platform::PortError TargetLink::setBaud(int baud) {
+  return setBaud(std::to_string(baud));
 }
 
-platform::PortError TargetLink::report(platform::PortError error) {
-  if (onPortStatus) onPortStatus(error ? error.text : std::string());
+platform::PortError TargetLink::open() {
+  lease().close();
+  lease().link().setPortNumber(port_);
+  auto error = lease().link().open();
+  view_.portStatus(error.text);
   return error;
 }
 
-platform::PortError TargetLink::openTargetPort() {
-  lease_.close();
-  lease_.link().setPortNumber(shared_.combCommPort.listIndex() + 1);
-  return report(lease_.link().open());
+platform::PortError TargetLink::open(const std::string& settings) {
+  lease().close();
+  lease().link().setPortNumber(port_);
+  auto error = lease().link().setSettings(settings);
+  if (!error) error = lease().link().open();
+  view_.portStatus(error.text);
+  return error;
 }
 
-platform::PortError TargetLink::reopenTargetPort() {
-  if (stopRequested) return {};
-  return openTargetPort();
+// A rate that the adapter cannot make is no reason to give the port up.
+bool TargetLink::opened(const platform::PortError& error) {
+  view_.portStatus(error.text);
+  if (error && error.kind != platform::PortError::Kind::BadSettings) portVanished(error);
+  return !error;
 }
 
-platform::PortError TargetLink::reopenIfClosed() {
-  if (isOpen() || stopRequested) return {};
-  return report(lease_.link().open());
+bool TargetLink::reopen() {
+  if (stopped()) return false;
+  lease().close();
+  return opened(lease().link().open());
 }
 
-platform::PortError TargetLink::changeSettings(const std::string& settings) {
-  lease_.close();
-  if (stopRequested) return {};
-  if (auto error = lease_.link().setSettings(settings)) return report(error);
-  return report(lease_.link().open());
+bool TargetLink::reopenIfClosed() {
+  if (isOpen() || stopped()) return isOpen();
+  return opened(lease().link().open());
 }
 
-void TargetLink::closeTargetPort() {
-  for (int i = 0; i < 3 && isOpen(); ++i) lease_.close();
+bool TargetLink::changeBaud(int baud) {
+  lease().close();
+  return !stopped() && opened(setBaud(baud)) && reopenIfClosed();
 }
 
-void TargetLink::initPortModes() {
-  clearQueues();
+bool TargetLink::changeSettings(const std::string& settings) {
+  lease().close();
+  return !stopped() && opened(lease().link().setSettings(settings)) && reopenIfClosed();
+}
+
+void TargetLink::close() {
+  lease().close();
 }
 
 void TargetLink::clearQueues() {
-  lease_.clearIn();
-  lease_.link().clearOut();
+  lease().clearIn();
+  lease().link().clearOut();
 }
 
 void TargetLink::clearReceiveState() {
   if (isOpen()) clearQueues();
-  rx.clear();
+  rx_.clear();
 }
 
+// --- Sending. ---
+
 void TargetLink::write(std::span<const std::uint8_t> bytes) {
-  lease_.link().write(bytes);
+  lease().link().write(bytes);
 }
 
 void TargetLink::writeSync(std::span<const std::uint8_t> bytes) {
-  if (rx.midFrame() && !lease_.gathering() && world_.loop.now() - lease_.lastByteAt() > kSilence) rx.clear();
-  if (lease_.link().outBytesPending() <= bytes.size()) write(bytes);
+  if (rx_.midFrame() && !lease().gathering() && loop().now() - lease().lastByteAt() > kSilence) rx_.clear();
+  if (lease().link().outBytesPending() <= bytes.size()) write(bytes);
 }
 
-void TargetLink::sendFrame(std::span<const std::uint8_t> frame, Millis timeout) {
+void TargetLink::send(std::span<const std::uint8_t> frame, Millis limit) {
   clearReceiveState();
-  replyExpired = false;
-  rx.frameBad = false;
-  rx.frame2 = model_.record.frame2;
-  replyTimer_.start(timeout);
+  badFrame_ = false;
+  replyTimer_.start(limit);
   write(frame);
 }
 
-void TargetLink::sendCommandFrame(std::uint8_t command, Millis timeout, std::uint8_t argument) {
-  const SumForm form = rx.boardCrcMode ? SumForm::BoardCrc : sumFormOf(model_.record);
-  sendFrame(buildGenericFrame(model_.record, command, argument, reportedCode, form), timeout);
-}
-
-bool TargetLink::waitReply() {
-  while (!rx.frameOk && !rx.frameBad && !stopRequested && !replyExpired) world_.loop.runOnce();
-  if (replyExpired && !rx.frameBad) awaitRestOfFrame();
+std::optional<Reply> TargetLink::awaitReply() {
+  while (!rx_.frameOk && !badFrame_ && !stopped() && replyTimer_.isActive()) loop().runOnce();
+  if (!replyTimer_.isActive() && !badFrame_) awaitRestOfFrame();
   replyTimer_.stop();
-  return rx.frameOk;
+  return take();
 }
 
-bool TargetLink::sendFixedLinkFrame(std::uint8_t command) {
-  const Bytes frame = buildFixedLinkFrame(command, sumFormOf(model_.record));
-  if (frame.empty()) return false;
-  if (!isOpen() && openTargetPort()) return false;
-  initPortModes();
+std::optional<Reply> TargetLink::exchange(std::span<const std::uint8_t> frame, Millis limit) {
+  send(frame, limit);
+  return awaitReply();
+}
+
+void TargetLink::sendFixedLinkFrame(std::uint8_t command) {
+  if (!isOpen() && open()) return;
   clearReceiveState();
-  write(frame);
-  return true;
+  write(buildFixedLinkFrame(command, form_));
 }
 
-void TargetLink::endFixedLink() {
-  if (sendFixedLinkFrame(0x82)) delayMs(Millis(100));
+void TargetLink::endSession() {
+  sendFixedLinkFrame(0x82);
+  if (isOpen()) delay(Millis(100));
 }
 
-// Nothing is worth waiting for once the port has gone.
-void TargetLink::delayMs(Millis time) {
+// --- Waiting. ---
+
+void TargetLink::delay(Millis time) {
   if (time.count() <= 0) return;
-  platform::Timer timer(world_.loop);
+  platform::Timer timer(loop());
   timer.start(time);
-  while (timer.isActive() && lostPort.empty()) world_.loop.runOnce();
+  while (timer.isActive() && lostPort_.empty()) loop().runOnce();
 }
 
-bool TargetLink::waitFrameCut(Millis limit) {
-  platform::Timer timer(world_.loop);
+bool TargetLink::pause(Millis time) {
+  platform::Timer timer(loop());
+  timer.start(time);
+  while (timer.isActive() && !stopped()) loop().runOnce();
+  return !stopped();
+}
+
+std::optional<Reply> TargetLink::take() {
+  return rx_.frameOk ? lastReply_ : std::nullopt;
+}
+
+std::optional<Reply> TargetLink::awaitFrameCut(Millis limit) {
+  platform::Timer timer(loop());
   timer.start(limit);
-  while (timer.isActive() && !rx.frameOk && !stopRequested) world_.loop.runOnce();
-  return rx.frameOk;
+  while (timer.isActive() && !rx_.frameOk && !stopped()) loop().runOnce();
+  return take();
 }
 
-bool TargetLink::waitFrame(Millis limit) {
-  if (!waitFrameCut(limit)) awaitRestOfFrame();
-  return rx.frameOk;
+std::optional<Reply> TargetLink::awaitFrame(Millis limit) {
+  if (!awaitFrameCut(limit)) awaitRestOfFrame();
+  return take();
 }
 
-bool TargetLink::waitAnswer(Millis limit) {
-  const platform::Instant end = world_.loop.now() + limit;
-  while (!stopRequested && isOpen() && lease_.link().outBytesPending() > 0 && world_.loop.now() < end) {
-    if (frameArriving()) {
-      lease_.clearIn();
-      rx.clear();
-    }
-    platform::Timer timer(world_.loop);
-    timer.start(drainTime());
-    world_.loop.runOnce();
+std::optional<Reply> TargetLink::awaitFrame(Millis limit, const std::function<bool(const Reply&)>& wanted) {
+  const platform::Instant end = loop().now() + limit;
+  while (const auto reply = awaitFrame(std::chrono::ceil<Millis>(end - loop().now()))) {
+    if (wanted(*reply)) return reply;
+    rx_.clear();
   }
-  return waitFrame(std::chrono::ceil<Millis>(end - world_.loop.now()));
+  return std::nullopt;
+}
+
+std::optional<Reply> TargetLink::awaitAnswer(Millis limit) {
+  const platform::Instant end = loop().now() + limit;
+  while (!stopped() && isOpen() && lease().link().outBytesPending() > 0 && loop().now() < end) {
+    if (frameArriving()) {
+      lease().clearIn();
+      rx_.clear();
+    }
+    platform::Timer timer(loop());
+    timer.start(drainTime());
+    loop().runOnce();
+  }
+  return awaitFrame(std::chrono::ceil<Millis>(end - loop().now()));
 }
 
 bool TargetLink::frameArriving() const {
-  return isOpen() && (rx.midFrame() || lease_.gathering());
+  return isOpen() && (rx_.midFrame() || lease().gathering());
 }
 
 void TargetLink::awaitRestOfFrame() {
-  const auto wireTime = std::chrono::milliseconds(257 * 12 * 1000 / std::max(currentBaud(), 1) + 1);
-  const platform::Instant end = world_.loop.now() + wireTime;
-  const bool badBefore = rx.frameBad;  // may stand since an exchange long ago
-  while (frameArriving() && !rx.frameOk && rx.frameBad == badBefore && !stopRequested) {
-    const platform::Instant due = std::min<platform::Instant>(end, lease_.lastByteAt() + kSilence);
-    if (due <= world_.loop.now()) return;
-    platform::Timer timer(world_.loop);
-    timer.start(std::chrono::ceil<Millis>(due - world_.loop.now()));
-    world_.loop.runOnce();
+  const auto wireTime = Millis(kLongestFrame * kBitsPerByte * 1000 / std::max(currentBaud(), 1) + 1);
+  const platform::Instant end = loop().now() + wireTime;
+  badFrame_ = false;
+  while (frameArriving() && !rx_.frameOk && !badFrame_ && !stopped()) {
+    const platform::Instant due = std::min<platform::Instant>(end, lease().lastByteAt() + kSilence);
+    if (due <= loop().now()) return;
+    platform::Timer timer(loop());
+    timer.start(std::chrono::ceil<Millis>(due - loop().now()));
+    loop().runOnce();
   }
 }
 
-// A byte takes at most 12 bits on the wire; a millisecond is as fine as timers are.
+// A millisecond is as fine as timers are.
 Millis TargetLink::drainTime() const {
-  const auto bits = static_cast<std::int64_t>(lease_.link().outBytesPending()) * 12;
+  const auto bits = static_cast<std::int64_t>(lease().link().outBytesPending()) * kBitsPerByte;
   return Millis(std::max<std::int64_t>(1, (bits * 1000 + currentBaud()) / std::max(currentBaud(), 1)));
 }
 
-void TargetLink::waitDrained() {
-  const platform::Instant end = world_.loop.now() + kLongestDrain;
-  while (!stopRequested && isOpen() && lease_.link().outBytesPending() > 0 && world_.loop.now() < end)
-    delayMs(drainTime());
-}
-
-bool TargetLink::stopCheck() {
-  if (!stopRequested) return false;
-  beeps(1);
-  say("Operation stopped. ");
-  return true;
-}
-
-void TargetLink::vanished(const platform::PortError& error) {
-  lostPort = error.text.empty() ? "the device is gone" : error.text;
-  if (onPortStatus) onPortStatus(lostPort);
-  say("The COM port has been lost: " + lostPort);
-  stopRequested = true;
+void TargetLink::drain() {
+  const platform::Instant end = loop().now() + kLongestDrain;
+  while (!stopped() && isOpen() && lease().link().outBytesPending() > 0 && loop().now() < end) delay(drainTime());
 }
 
 }  // namespace kvr::engine

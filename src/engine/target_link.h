@@ -1,126 +1,148 @@
-// The line to a chip or an off-line board: frames out, the receive state machine in, the waits between them, Stop.
+// The line of one run to a chip or an off-line board: frames out, the receiver in, the waits between them, Stop. It
+// holds the port for as long as it lives.
 //
 // A frame on the wire: 46 B9, direction (6A to the target, 68 from it), length (two bytes, the high one 0; counted from
-// the direction byte through the end byte), command, payload, sum, 16. `rxBuffer[i]` is wire byte i + 2. The sum runs
-// from the direction byte up to the byte before it: its low 8 bits, or its low 16 bits high byte first (`frame2`
-// models), or in `boardCrcMode` the CRC of board_crc.h, low byte first.
+// the direction byte through the end byte), command, payload, sum, 16. The sum runs from the direction byte up to the
+// byte before it: its low 8 bits, or its low 16 bits high byte first, or the CRC of board_crc.h, low byte first.
 //
 // Every wait runs the event loop. A time limit never cuts a frame in two: when it runs out while a frame is arriving,
 // the wait goes on to the frame's end, until 50 ms pass without a byte, or for the wire time of 257 bytes at most.
+//
+// A port that cannot be opened again in the middle of a run has gone: the user is told once, in the port's own words,
+// and Stop is requested, which every wait looks at.
 #pragma once
 
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
-#include "catalogue/selected_model.h"
-#include "engine/beeper.h"
-#include "engine/download_panel.h"
 #include "engine/frames.h"
 #include "engine/port_lease.h"
 #include "engine/receiver.h"
-#include "engine/shared_controls.h"
-#include "platform/world.h"
+#include "engine/run_stop.h"
+#include "engine/run_view.h"
+#include "platform/wall_clock.h"
 
 namespace kvr::engine {
 
 using platform::Millis;
 
-class TargetLink {
+// What every run needs of the machine.
+struct RunServices {
+  platform::EventLoop& loop;
+  const platform::WallClock& clock;
+  PortLease& lease;
+  RunStop& stop;
+};
+
+inline constexpr const char* kPortFailed = "Open COM port failed!";
+inline constexpr const char* kPortFailedWhy =
+    "The COM port is opened by another Program or the COM port does not exist.";
+
+// Words for a port that has gone.
+std::string goneText(const platform::PortError& error);
+
+class TargetLink : public PortHolder {
  public:
-  TargetLink(platform::World world, PortLease& lease, const catalogue::SelectedModel& model, DownloadPanel& panel,
-             SharedControls shared);
+  // `port`: COM 1..16. `form`: of all frames, both ways.
+  TargetLink(const RunServices& services, RunView& view, int port, SumForm form);
+  ~TargetLink() override;
+  TargetLink(const TargetLink&) = delete;
+  TargetLink& operator=(const TargetLink&) = delete;
 
-  // --- What reception leaves behind (see receiver.h); read by all sequences. ---
-  Receiver rx;  // rx.buffer, rx.count, rx.frameOk, rx.frameBad, rx.armed, rx.requireStartPair, rx.boardCrcMode
-  std::uint8_t rxByte(int index) const { return rx.buffer[static_cast<std::size_t>(index)]; }
-  bool replyExpired = false;
-  bool stopRequested = false;
-  std::string lostPort;  // why the port vanished in this run; empty while it has not
-
-  // --- The line's settings. ---
-  bool linkParityOn = false;
-  bool linkParityEven = false;
-  std::string connectBaudText;  // first contact, a number text; set by the handshake
-  int connectBaud() const;      // the same as a number, 0 when it is none
-  int currentBaud() const;      // the head of the port's settings text
-  Millis gapTimeoutMs{200};     // kept for the board's sessions
-  Millis replyTimeoutMs{800};   // reply limit of block writes to a board
-  std::string reportedCode;     // code that the connected target reported; chooses between a model's two codes
-  std::function<int()> baseFrequencyMHz;  // 24 or 12, for `maxBaudText`; not connected: 12
-  std::function<void(const std::string&)>
-      onPortStatus;  // why opening failed, in the port's own words; "" once it is open
-
-  // `cobBaudMax`, capped in families 15, 16, 17 by the base frequency: 57600 at 24 MHz, 38400 at 12 MHz.
-  std::string maxBaudText() const;
-  platform::PortError setMSCommSettings(const std::string& baudText);  // with the parity that the flags say
-  platform::PortError openTargetPort();  // closes, chooses the port of `combCommPort`, opens
-  // The same in the middle of a run; does nothing once Stop was pressed.
-  platform::PortError reopenTargetPort();
-  // Opens a port that has been closed meanwhile, but not once Stop was pressed: a stopped run stays silent.
-  platform::PortError reopenIfClosed();
-  platform::PortError changeSettings(const std::string& settings);  // close, set, open; nothing once Stop was pressed
-  void closeTargetPort();
-  void initPortModes();      // empty queues; the modes themselves are those of every SerialLink
-  void clearQueues();        // both queues of the port
-  void clearReceiveState();  // queues emptied, nothing received; opens nothing. Every sender calls it first.
-  bool isOpen() const { return lease_.link().isOpen(); }
-  PortLease& lease() { return lease_; }
+  // --- The port. ---
+  void setParity(bool on, bool even) { parityOn_ = on, parityEven_ = even; }
+  void setParity(bool on) { parityOn_ = on; }
+  bool parityOn() const { return parityOn_; }
+  [[nodiscard]] platform::PortError setBaud(int baud);  // with the parity that was set; 8 data bits, 1 stop bit
+  [[nodiscard]] platform::PortError setBaud(const std::string& baud);
+  std::string settings() const { return lease().link().settings(); }
+  int currentBaud() const;                                              // of those settings
+  [[nodiscard]] platform::PortError open();                             // closes, chooses the port, opens
+  [[nodiscard]] platform::PortError open(const std::string& settings);  // the same with settings like "38400,e,8,1"
+  // In the middle of a run. False: stopped, or the port has gone.
+  [[nodiscard]] bool reopen();  // closes and opens
+  [[nodiscard]] bool reopenIfClosed();
+  // Closes, sets, opens. A rate that the adapter refuses gives false, too, with the port closed.
+  [[nodiscard]] bool changeBaud(int baud);
+  [[nodiscard]] bool changeSettings(const std::string& settings);
+  void close();
+  bool isOpen() const { return lease().link().isOpen(); }
+  void clearQueues();                    // of the port
+  void clearReceiveState();              // both queues emptied, nothing received. Every sender calls it first.
+  void clearReceived() { rx_.clear(); }  // nothing received; the queues stay
 
   // --- Sending. ---
   void write(std::span<const std::uint8_t> bytes);
   // One beat of a sync loop: forgets a frame that stopped arriving, and writes unless the last beats still fill the
   // line (below 2400 baud two bytes take longer than a beat).
   void writeSync(std::span<const std::uint8_t> bytes);
-  // The generic short frame: clears the receive state, starts the reply limit, writes. Then `waitReply()`.
-  void sendCommandFrame(std::uint8_t command, Millis timeout, std::uint8_t argument);
-  // The same for a frame that is built already: a block of data for a board.
-  void sendFrame(std::span<const std::uint8_t> frame, Millis timeout);
-  bool waitReply();  // until frameOk, frameBad, replyExpired or stopRequested; true: frameOk
-  // The fixed link's short frame, 82 (end of session) or 8A (sync). False: another command, or no port; nothing was
-  // sent.
-  [[nodiscard]] bool sendFixedLinkFrame(std::uint8_t command);
-  void endFixedLink();  // 82, then 100 ms
+  // Clears the receive state, writes, and waits for a frame, good or bad, for the limit or for Stop.
+  [[nodiscard]] std::optional<Reply> exchange(std::span<const std::uint8_t> frame, Millis limit);
+  // The same, to be waited for later with `awaitReply`: what is sent between them goes out behind the frame.
+  void send(std::span<const std::uint8_t> frame, Millis limit);
+  [[nodiscard]] std::optional<Reply> awaitReply();
+  // The fixed link's short frame, 82 (end of session) or 8A (sync), as it stands. Opens a closed port for it.
+  void sendFixedLinkFrame(std::uint8_t command);
+  void endSession();  // 82, then 100 ms
 
   // --- Waiting. ---
-  void delayMs(Millis time);
-  // Until frameOk, stopRequested or the limit; true: frameOk. `waitFrameCut` is the same without waiting for the rest
-  // of a frame that is arriving: for loops that send on whatever arrives.
-  bool waitFrame(Millis limit);
-  bool waitFrameCut(Millis limit);
-  // The same for an answer that bears no mark of its question. Nothing can answer a frame that is still going out, so
-  // what comes until then answers an older one, and is dropped.
-  bool waitAnswer(Millis limit);
-  void waitDrained();  // until all that was written has gone out (at most one second) or Stop
+  void delay(Millis time);  // ends early only when the port has gone
+  bool pause(Millis time);  // the same, ends at Stop; false: stopped
+  // Until a good frame, Stop or the limit.
+  [[nodiscard]] std::optional<Reply> awaitFrame(Millis limit);
+  // The same without waiting for the rest of a frame that is arriving when the limit runs out: for loops that send
+  // their next beat whatever is arriving.
+  [[nodiscard]] std::optional<Reply> awaitFrameCut(Millis limit);
+  // A good frame that `wanted` takes; others are dropped, and the wait goes on to its limit.
+  [[nodiscard]] std::optional<Reply> awaitFrame(Millis limit, const std::function<bool(const Reply&)>& wanted);
+  // For an answer that carries no mark of its question. Nothing can answer a frame that is still going out, so what
+  // comes until then answers an older one, and is dropped.
+  [[nodiscard]] std::optional<Reply> awaitAnswer(Millis limit);
+  void drain();  // until all that was written has gone out (at most one second) or Stop
+  std::size_t outBytesPending() const { return lease().link().outBytesPending(); }
+  bool quiet() const { return rx_.count == 0 && !lease().gathering(); }  // nothing has come since the last clearing
 
-  // --- Words and sounds. ---
-  // A pending stop: one beep, "Operation stopped. ", true.
-  bool stopCheck();
-  void beeps(int count) { beeper_.beeps(count); }
-  void say(const std::string& line) { shared_.textMsg.appendLine(line); }
-  std::string timeOfDay() const { return world_.clock.timeOfDay(); }  // "hh:mm:ss"
-  platform::World& world() { return world_; }
-  SharedControls& shared() { return shared_; }
-  DownloadPanel& panel() { return panel_; }
-  const catalogue::SelectedModel& model() const { return model_; }
+  // Whether frames must begin with the start pair 46 B9.
+  void requireStartPair(bool on) { rx_.requireStartPair = on; }
+  // The last good frame, whoever waited for it.
+  const std::optional<Reply>& lastReply() const { return lastReply_; }
+
+  bool stopped() const { return services_.stop.requested(); }
+  const std::string& lostPort() const { return lostPort_; }  // why the port has gone; empty: it has not
+  RunView& view() { return view_; }
+  platform::EventLoop& loop() { return services_.loop; }
+  const platform::WallClock& clock() const { return services_.clock; }
+
+  void bytesWait() override;
+  void portVanished(const platform::PortError& error) override;
+
+ protected:
+  PortLease& lease() { return services_.lease; }
+  const PortLease& lease() const { return services_.lease; }
+  const RunServices& services() const { return services_; }
 
  private:
+  bool opened(const platform::PortError& error);
+  std::optional<Reply> take();
   bool frameArriving() const;
   Millis drainTime() const;
   void awaitRestOfFrame();
-  void vanished(const platform::PortError& error);
-  platform::PortError report(platform::PortError error);
 
-  platform::World world_;
-  PortLease& lease_;
-  const catalogue::SelectedModel& model_;
-  DownloadPanel& panel_;
-  SharedControls shared_;
-  Beeper beeper_;
-  platform::Timer replyTimer_;
+  RunServices services_;
+  RunView& view_;
+  int port_;
+  SumForm form_;
+  Receiver rx_;
+  std::optional<Reply> lastReply_;
+  bool parityOn_ = false, parityEven_ = false;
+  bool badFrame_ = false;       // since the last `send`
+  platform::Timer replyTimer_;  // of the last `send`
+  std::string lostPort_;
 };
 
 }  // namespace kvr::engine

@@ -11,7 +11,7 @@ namespace {
 
 using engine::Millis;
 
-constexpr const char* kBaud = "115200";
+constexpr int kBaud = 115200;
 constexpr std::uint8_t kPoll = 0x80;
 constexpr std::uint8_t kReadVersion = 0x0C;
 constexpr std::uint8_t kReadMemory = 0x0E;
@@ -30,29 +30,22 @@ std::string waitedText(platform::Instant waited) {
 
 }  // namespace
 
-bool BoardConnection::pause(Millis time) {
-  platform::Timer timer(link_.world().loop);
-  timer.start(time);
-  while (timer.isActive() && !link_.stopRequested) link_.world().loop.runOnce();
-  return !link_.stopRequested;
+engine::Bytes BoardConnection::shortFrame(std::uint8_t command, std::uint8_t argument) const {
+  return engine::buildGenericFrame(c_.record(), command, argument, {}, engine::SumForm::BoardCrc);
 }
 
-bool BoardConnection::connectionFailed() {
-  link_.say("Connection failed!");
-  link_.closeTargetPort();
-  return false;
+bool BoardConnection::noAnswer() {
+  return c_.fail(0, "Connection failed!");
 }
 
 bool BoardConnection::openFailed() {
-  link_.say("Open COM port failed!");
-  link_.say("The COM port is opened by another Program or the COM port does not exist.");
-  link_.linkParityOn = false;
+  c_.fail(0, engine::kPortFailed);
+  c_.say(engine::kPortFailedWhy);
   return false;
 }
 
 bool BoardConnection::openQuietly() {
-  if (link_.setMSCommSettings(kBaud)) return false;
-  if (link_.openTargetPort()) return false;
+  if (link_.setBaud(kBaud) || link_.open()) return false;
   link_.clearQueues();
   return true;
 }
@@ -60,95 +53,94 @@ bool BoardConnection::openQuietly() {
 bool BoardConnection::wakeBoard() {
   link_.clearReceiveState();
   link_.write(kWakeFrame);
-  const bool running = pause(Millis(1000));
+  const bool running = link_.pause(Millis(1000));
   link_.clearQueues();
-  link_.closeTargetPort();
-  link_.linkParityOn = false;
+  link_.close();
+  link_.setParity(false);
   return running;
 }
 
 bool BoardConnection::openPort(bool wake) {
-  link_.closeTargetPort();
-  link_.linkParityOn = wake;
-  if (wake) link_.linkParityEven = true;
+  link_.close();
+  link_.setParity(wake, true);
   if (!openQuietly()) return openFailed();
   if (!wake) return true;
   if (!wakeBoard()) return false;
   if (!openQuietly()) return openFailed();
-  return pause(Millis(200));
+  return link_.pause(Millis(200));
 }
 
 bool BoardConnection::connectBoard(bool wake) {
   if (!openPort(wake)) {
-    link_.stopCheck();
+    if (link_.stopped()) c_.tellStop();
     return false;
   }
-  link_.shared().imgOpen_sys.setOn(true);
-  link_.initPortModes();
-  link_.shared().textMsg.setText("We are trying to connect to target MCU ... \nPlease turn power on.");
-  link_.rx.armed = true;
+  c_.enter(engine::Stage::Wait);
+  c_.view().lamp(true);
+  link_.clearQueues();
+  c_.view().clearText();
+  c_.view().append("We are trying to connect to target MCU ... ");
+  c_.say("Please turn power on.");
   if (pollBoard(Millis(200), 0xF3)) return true;
-  if (link_.stopCheck()) return false;
-  return connectionFailed();
+  return c_.stopped() ? false : noAnswer();
 }
 
 // The port stays open and polled for as long as an operator may need; the pane tells that the tool is alive.
 bool BoardConnection::awaitBoard(Millis timeout, std::uint8_t argument) {
   const std::uint8_t pace = 0xAA;
-  platform::TextBox& pane = link_.shared().textMsg;
-  const std::string head = pane.text();
-  const platform::Instant begin = link_.world().loop.now();
-  for (int round = 0; round < kWaitingRounds && !link_.stopRequested; ++round) {
-    link_.sendCommandFrame(kPoll, timeout, argument);
+  const platform::Instant begin = link_.loop().now();
+  for (int round = 0; round < kWaitingRounds && !link_.stopped(); ++round) {
+    link_.send(shortFrame(kPoll, argument), timeout);
     link_.write({&pace, 1});
-    if (link_.waitReply()) return true;
-    if (!link_.stopRequested) pane.setText(head + waitedText(link_.world().loop.now() - begin));
+    if (link_.awaitReply()) return true;
+    if (!link_.stopped()) c_.view().appendOver(waitedText(link_.loop().now() - begin));
   }
   return false;
 }
 
-bool BoardConnection::askUntilFrame(int rounds, std::uint8_t command, Millis timeout, std::uint8_t argument) {
-  for (int round = 0; round < rounds && !link_.stopRequested; ++round) {
-    link_.sendCommandFrame(command, timeout, argument);
-    if (link_.waitReply()) return !link_.stopRequested;
-  }
-  return false;
+std::optional<engine::Reply> BoardConnection::ask(int rounds, std::uint8_t command, Millis timeout,
+                                                  std::uint8_t argument) {
+  for (int round = 0; round < rounds && !link_.stopped(); ++round)
+    if (auto reply = link_.exchange(shortFrame(command, argument), timeout))
+      return link_.stopped() ? std::nullopt : reply;
+  return std::nullopt;
 }
 
 bool BoardConnection::pollBoard(Millis timeout, std::uint8_t argument) {
   if (!awaitBoard(timeout, argument)) return false;
+  c_.enter(engine::Stage::Identify);
   for (int i = 0; i < kSettlingFrames; ++i)
-    if (!askUntilFrame(kSettlingRounds, kPoll, timeout, argument)) return false;
+    if (!ask(kSettlingRounds, kPoll, timeout, argument)) return false;
   return readVersion();
 }
 
 bool BoardConnection::readVersion() {
   facts_.firmwareVersion = "0";
-  for (int round = 0; round < kQueryRounds && !link_.stopRequested; ++round) {
-    link_.sendCommandFrame(kReadVersion, Millis(3000), 0);
-    if (!link_.waitReply() || link_.rxByte(3) != kReadVersion) continue;
-    facts_.firmwareVersion = platform::hexText(link_.rxByte(4), 2);
-    link_.say("Version: " + facts_.firmwareVersion.substr(0, 1) + "." + facts_.firmwareVersion.substr(1));
-    return !link_.stopRequested;
+  for (int round = 0; round < kQueryRounds && !link_.stopped(); ++round) {
+    const auto reply = link_.exchange(shortFrame(kReadVersion, 0), Millis(3000));
+    if (!reply || reply->command() != kReadVersion) continue;
+    facts_.firmwareVersion = platform::hexText((*reply)[4], 2);
+    c_.say("Version: " + facts_.firmwareVersion.substr(0, 1) + "." + facts_.firmwareVersion.substr(1));
+    return !link_.stopped();
   }
   return false;
 }
 
 bool BoardConnection::queryBoardInfo() {
-  const bool answered = askUntilFrame(kQueryRounds, kReadMemory, Millis(300), 0);
-  if (link_.stopCheck()) return false;
-  if (!answered) return connectionFailed();
-  if (link_.rxByte(3) == kReadMemory) {
-    facts_.secondBank = link_.rxByte(4) != 0;
-    facts_.capacity = link_.rxByte(5) * 1024;
+  const auto reply = ask(kQueryRounds, kReadMemory, Millis(300), 0);
+  if (c_.stopped()) return false;
+  if (!reply) return noAnswer();
+  if (reply->command() == kReadMemory) {
+    facts_.secondBank = (*reply)[4] != 0;
+    facts_.capacity = (*reply)[5] * 1024;
   }
   return true;
 }
 
 bool BoardConnection::queryBoardVersion() {
-  const bool answered = askUntilFrame(kQueryRounds, kReadVersion, Millis(300), 0);
-  if (link_.stopCheck()) return false;
-  return answered || connectionFailed();
+  const auto reply = ask(kQueryRounds, kReadVersion, Millis(300), 0);
+  if (c_.stopped()) return false;
+  return reply || noAnswer();
 }
 
 }  // namespace kvr::offline

@@ -10,6 +10,8 @@ namespace {
 
 using engine::Millis;
 
+constexpr Millis kReplyLimit{600};
+constexpr Millis kGap{200};  // room for an answer that comes late
 constexpr std::uint8_t kPollCommand = 0x80;
 constexpr std::uint8_t kErase = 0x84;
 constexpr std::uint8_t kSecondStage = 0x86;
@@ -25,43 +27,35 @@ constexpr int kSecondBankLast = 35840;  // one byte more than the second bank's 
 
 }  // namespace
 
-bool BoardWriter::failed(const char* words) {
-  if (!link_.stopCheck()) link_.say(words);
-  return false;
-}
-
-bool BoardWriter::programFailed() {
-  if (!link_.stopCheck()) {
-    link_.beeps(3);
-    link_.say("Program failure!");
-  }
-  link_.closeTargetPort();
-  return false;
+bool BoardWriter::failed(int beeps, const char* words) {
+  return c_.stopped() ? false : c_.fail(beeps, words);
 }
 
 bool BoardWriter::eraseBoard() {
-  return connection_.askUntilFrame(kRounds, kErase, Millis(4000), 0);
+  return connection_.ask(kRounds, kErase, Millis(4000), 0).has_value();
 }
 
 bool BoardWriter::switchBoardStage() {
-  return connection_.askUntilFrame(kRounds, kSecondStage, link_.replyTimeoutMs, 0);
+  return connection_.ask(kRounds, kSecondStage, kReplyLimit, 0).has_value();
 }
 
 bool BoardWriter::eraseBoardAndWrite(BoardImage& image, const FileBuffer& file) {
-  link_.say("We are erasing MCU flash ...");
-  if (!eraseBoard()) return failed("Erasing MCU failed.");
-  link_.say("We are programming ...");
-  if (!writeFirstStage(image)) return programFailed();
+  c_.enter(engine::Stage::Erase);
+  c_.say("We are erasing MCU flash ...");
+  if (!eraseBoard()) return failed(0, "Erasing MCU failed.");
+  c_.enter(engine::Stage::Program);
+  c_.say("We are programming ...");
+  if (!writeFirstStage(image)) return failed(3, "Program failure!");
   if (facts_.singleStage()) {
-    link_.say("Download OK. / 下载成功。");
+    c_.say("Download OK. / 下载成功。");
     return true;
   }
-  if (!switchBoardStage()) return failed("Erasing MCU failed.");
+  if (!switchBoardStage()) return failed(0, "Erasing MCU failed.");
   for (int i = 0; i < kFramesBeforeWriting; ++i)
-    if (!connection_.askUntilFrame(kRounds, kPollCommand, Millis(50), 0xF1)) return failed("Program failed.");
-  if (!writeSecondStage(image, file)) return programFailed();
-  link_.closeTargetPort();
-  link_.say("Program OK.");
+    if (!connection_.ask(kRounds, kPollCommand, Millis(50), 0xF1)) return failed(0, "Program failed.");
+  if (!writeSecondStage(image, file)) return failed(3, "Program failure!");
+  link_.close();
+  c_.say("Program OK.");
   return true;
 }
 
@@ -75,33 +69,26 @@ bool BoardWriter::writeSecondStage(BoardImage& image, const FileBuffer& file) {
   return writeBoardRange(image.bytes(), kMainCodeAt, kSecondBankLast);
 }
 
-void BoardWriter::showProgress(int address, int written) {
-  link_.shared().ProgressBar1.setValue(address);
-  link_.shared().labKbyte.setCaption(engine::kilobyteText(written));
-}
-
 bool BoardWriter::writeBoardRange(std::span<const std::uint8_t> image, int first, int last) {
   const int start = first / kPageSize * kPageSize;
   const int rest = last / kPageSize * kPageSize;
-  platform::ProgressBar& bar = link_.shared().ProgressBar1;
-  bar.setRange(start, last);
-  bar.setValue(start);
-  bar.setVisible(true);
-  link_.shared().labKbyte.setVisible(true);
+  const auto show = [&](int address, int written) {
+    c_.view().progress({start, last, address, written > 0 ? engine::kilobyteText(written) : std::string()});
+  };
+  show(start, 0);
   bool good = true;
   for (int page = start; good && page < rest; page += kPageSize) {
     good = writePage(image, page, page + kPageSize - 1, kPageTries);
-    if (good) showProgress(page + kPageSize, page + kPageSize - start);
+    if (good) show(page + kPageSize, page + kPageSize - start);
   }
   good = good && writePage(image, rest, last, kRestTries);
-  if (good) showProgress(last, last + 1 - start);
-  bar.setVisible(false);
+  c_.view().progressDone();
   return good;
 }
 
 bool BoardWriter::writePage(std::span<const std::uint8_t> image, int first, int last, int tries) {
-  for (int i = 0; i < tries && !link_.stopRequested; ++i) {
-    if (writeBoardChunks(image, first, last, i > 0)) return !link_.stopRequested;
+  for (int i = 0; i < tries && !link_.stopped(); ++i) {
+    if (writeBoardChunks(image, first, last, i > 0)) return !link_.stopped();
     letStragglersIn();
   }
   return false;
@@ -110,13 +97,13 @@ bool BoardWriter::writePage(std::span<const std::uint8_t> image, int first, int 
 // An acknowledgement bears no address: one that comes late would pass for that of the next frame, and what the board
 // then misses would never be sent again.
 void BoardWriter::letStragglersIn() {
-  if (!link_.stopRequested) link_.delayMs(link_.gapTimeoutMs);
+  if (!link_.stopped()) link_.delay(kGap);
 }
 
 bool BoardWriter::writeBoardChunks(std::span<const std::uint8_t> image, int first, int last, bool retried) {
   for (int at = first; at <= last; at += kFrameSize) {
     const int count = std::min(kFrameSize, last - at + 1);
-    if (link_.stopRequested) return false;
+    if (link_.stopped()) return false;
     if (!sendBoardWriteFrame(image.subspan(at, count), at, retried && at == first)) return false;
   }
   return true;
@@ -125,18 +112,18 @@ bool BoardWriter::writeBoardChunks(std::span<const std::uint8_t> image, int firs
 // What comes in while the frame is still going out (to the millisecond) answers an earlier one.
 bool BoardWriter::sentBeforeAnyAnswer() {
   constexpr std::int64_t kBitsPerByte = 10;
-  const platform::SerialLink& port = link_.lease().link();
-  const auto left = [&port] {
-    return Millis(static_cast<std::int64_t>(port.outBytesPending()) * kBitsPerByte * 1000 / kBoardBaud);
+  const auto left = [this] {
+    return Millis(static_cast<std::int64_t>(link_.outBytesPending()) * kBitsPerByte * 1000 / kBoardBaud);
   };
-  while (!link_.stopRequested && port.isOpen() && left() > Millis(0)) link_.delayMs(left());
-  return link_.rx.count == 0 && !link_.lease().gathering();
+  while (!link_.stopped() && link_.isOpen() && left() > Millis(0)) link_.delay(left());
+  return link_.quiet();
 }
 
 bool BoardWriter::sendBoardWriteFrame(std::span<const std::uint8_t> data, int address, bool retried) {
-  link_.sendFrame(buildBoardWriteFrame(data, address, retried), link_.replyTimeoutMs);
+  link_.send(buildBoardWriteFrame(data, address, retried), kReplyLimit);
   const bool clean = sentBeforeAnyAnswer();
-  return link_.waitReply() && clean && link_.rxByte(3) == kWritten;
+  const auto reply = link_.awaitReply();
+  return reply && clean && reply->command() == kWritten;
 }
 
 }  // namespace kvr::offline

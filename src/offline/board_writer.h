@@ -10,11 +10,11 @@ namespace kvr::offline {
 
 class BoardWriter {
  public:
-  BoardWriter(engine::TargetLink& link, BoardConnection& connection, const BoardFacts& facts)
-      : link_(link), connection_(connection), facts_(facts) {}
+  BoardWriter(engine::RunContext& context, BoardConnection& connection, const BoardFacts& facts)
+      : c_(context), link_(context.link), connection_(connection), facts_(facts) {}
 
-  // The words for every outcome stand in the pane. False: the board holds less than the image.
-  bool eraseBoardAndWrite(BoardImage& image, const FileBuffer& file);
+  // False: the board holds less than the image. Both ends have been told.
+  [[nodiscard]] bool eraseBoardAndWrite(BoardImage& image, const FileBuffer& file);
 
  private:
   bool eraseBoard();
@@ -27,9 +27,8 @@ class BoardWriter {
   bool sendBoardWriteFrame(std::span<const std::uint8_t> data, int address, bool retried);
   bool sentBeforeAnyAnswer();
   void letStragglersIn();
-  void showProgress(int address, int written);
-  bool failed(const char* words);
-  bool programFailed();
+  bool failed(int beeps, const char* words);
+  engine::RunContext& c_;
   engine::TargetLink& link_;
   BoardConnection& connection_;
   const BoardFacts& facts_;

@@ -187,12 +187,7 @@ void OptionsRoom::refreshChoices() {
   options::refreshChoices(family(), set_);
 }
 
-void OptionsRoom::showReport(const TargetReport& report) {
-  for (const auto& line : report.lines) textMsg_.appendLine(line);
-  if (report.labels) showLabels(*report.labels);
-}
-
-void OptionsRoom::showLabels(const std::vector<std::string>& texts) {
+void OptionsRoom::showChipLabels(const std::vector<std::string>& texts) {
   clearLockLabels();
   for (const std::size_t frame : {std::size_t{0}, kReportFrame, kReportFrame + 1})
     panel_.LabLock[frame].setVisible(true);

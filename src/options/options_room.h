@@ -64,8 +64,7 @@ class OptionsRoom {
   void followPins();  // the pin lists take input when their pins are in use; also runs by itself when a choice changes
 
   // --- the chip's answer
-  // Lines and labels only; what else a report says is the caller's to apply.
-  void showReport(const TargetReport& report);
+  void showChipLabels(const std::vector<std::string>& texts);
   void clearLockLabels();
 
  private:
@@ -77,7 +76,6 @@ class OptionsRoom {
   void fillLowVoltageList();
   void showFixedOptions();
   void applyWatchdogRule();
-  void showLabels(const std::vector<std::string>& texts);
   int family() const { return model_.record.family; }
   platform::Control* controlOf(std::string_view key) const;
 

@@ -29,8 +29,11 @@ class Activity {
     Activity* activity_;
   };
 
-  [[nodiscard]] Running begin() { return Running(busy_ ? nullptr : this); }
+  [[nodiscard]] Running begin() { return Running(busy_ || closing_ ? nullptr : this); }
   bool busy() const { return busy_; }
+  // The window goes: nothing starts any more, and what runs ends as soon as it can.
+  void close() { closing_ = true; }
+  bool closing() const { return closing_; }
   Signal changed;
 
  private:
@@ -39,6 +42,7 @@ class Activity {
     changed.emit();
   }
   bool busy_ = false;
+  bool closing_ = false;
 };
 
 }  // namespace kvr::platform

@@ -26,12 +26,15 @@ class UiLock {
     changed.emit();
   }
   void toBusy() { set(locked() ? kBusyLocked : kBusy); }  // a run starts; repeated calls change nothing more
-  void toFree() { set(locked() ? kLocked : kFree); }      // a run has ended
+  void toFree() { set(locked() || keepsLocked_ ? kLocked : kFree); }  // a run has ended
+  // A project is open: its options are locked again after every run, whatever was unlocked meanwhile.
+  void keepLocked(bool on) { keepsLocked_ = on; }
 
   Signal changed;
 
  private:
   int state_ = kFree;
+  bool keepsLocked_ = false;
 };
 
 }  // namespace kvr::platform

@@ -110,7 +110,7 @@ void ProjectRoom::comLockOptions_Click() {
 }
 
 void ProjectRoom::comUnlockOptions_Click() {
-  lockAfterRun_ = false;
+  lock_.keepLocked(false);
   lock_.set(platform::UiLock::kFree);
 }
 
@@ -167,7 +167,7 @@ bool ProjectRoom::takeCode(const HexSection& code) {
   images_.loader.showLengths();
   images_.views.showRange(0, images_.counters.code);
   comLockOptions_Click();
-  lockAfterRun_ = true;
+  lock_.keepLocked(true);
   return true;
 }
 

@@ -41,7 +41,6 @@ class ProjectRoom {
   void openProject(const std::string& path);
 
   // A project stands: the options are locked again whenever a run ends, until the operator unlocks them.
-  bool lockAfterRun() const { return lockAfterRun_; }
 
  private:
   void applyLock();
@@ -62,7 +61,6 @@ class ProjectRoom {
   options::OptionsRoom& options_;
   platform::UiLock& lock_;
   platform::Activity& activity_;
-  bool lockAfterRun_ = false;
 };
 
 }  // namespace kvr::project

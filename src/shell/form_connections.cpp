@@ -5,34 +5,28 @@
 #include "shell/main_form.h"
 
 namespace kvr::shell {
+namespace {
+
+const char* verdictWord(engine::Ending ending) {
+  switch (ending) {
+    case engine::Ending::Passed:
+      return "PASS";
+    case engine::Ending::PassedInPart:
+      return "PASS, PART LEFT OUT";
+    default:
+      return "FAIL";
+  }
+}
+
+}  // namespace
 
 void MainForm::connectEngine() {
-  link.baseFrequencyMHz = [this] { return optionsRoom.baseFrequencyHz() / 1000000; };
-  link.onPortStatus = [this](const std::string& why) {
+  display.onPortStatus = [this](const std::string& why) {
     main.portStatus.setCaption(why.empty() && describePort ? describePort() : why);
   };
-  sessionHooks = {
-      .imgOpen_Click = [this] { comTool.imgOpen_Click(); },
-      .imgNotOpen_Click = [this] { comTool.imgNotOpen_Click(); },
-      .autoOpenPort = [this] { return comTool.autoOpens(); },
-      .reloadIfAsked = [this] { return !images.panel.cekReloadFile.value() || images.loader.reload(); },
-      .armCounters = [this] { return images.counters.armForRun(); },
-      .advanceCounters = [this] { return images.counters.advanceAfterSuccess(); },
-      .serialNumber = [this] { return images.counters.numberInHand(); },
-      .relock =
-          [this] {
-            if (project.lockAfterRun()) project.comLockOptions_Click();
-          },
-      .closeAsked = [this] { return firstClose_; },
-      .onRunEnd = [this](const engine::RunRecord& record) { logRun(record); },
-  };
-  offlineSession.composeOptions = [this] { optionsRoom.composeOptions(); };
-  offlineSession.releaseToolPort = [this] { comTool.imgOpen_Click(); };
-  offlineSession.stopOperation = [this] { session.stopOperation(); };
-  demoDownload.releaseToolPort = [this] { comTool.imgOpen_Click(); };
-  demoDownload.stopOperation = [this] { session.stopOperation(); };
-  trigger.releaseToolPort = [this] { comTool.imgOpen_Click(); };
-  trigger.download = [this] { session.comDownload_Click(0); };
+  results.writeLog = [this](const download::RunRecord& record) { logRun(record); };
+  downloads.wantsPort = [this] { return comTool.autoOpens(); };
+  downloads.takePort = [this] { comTool.imgNotOpen_Click(); };
 }
 
 void MainForm::connectFiles() {
@@ -52,8 +46,8 @@ void MainForm::connectFiles() {
     return true;
   });
   images.watcher.isBusy = [this] { return activity.busy(); };
-  images.watcher.onTrigger = [this] { trigger.comSendUserCode_Click(); };
-  images.watcher.onDownload = [this] { session.comDownload_Click(0); };
+  images.watcher.onTrigger = [this] { trigger.sendAndDownload(); };
+  images.watcher.onDownload = [this] { downloads.program(); };
   images.storeCompare.receivedBytes = [this]() -> std::span<const std::uint8_t> {
     if (comTool.rxRing().empty()) return {};
     return comTool.rxRing().buffer();
@@ -61,7 +55,7 @@ void MainForm::connectFiles() {
 }
 
 void MainForm::connectTerminal() {
-  comTool.stopRun = [this] { session.comStop_Download_Click(); };
+  comTool.stopRun = [this] { downloads.stop(); };
   comTool.bytesReceived = [this](std::span<const std::uint8_t> bytes) { sfrMonitor.monitorScan(bytes); };
   comTool.clearMonitor = [this] { sfrMonitor.clearLists(); };
   sfrMonitor.write = [this](std::span<const std::uint8_t> bytes) { comTool.writeAnswer(bytes); };
@@ -70,21 +64,23 @@ void MainForm::connectTerminal() {
 
 // On the disk before anyone reads the verdict. A log that cannot be written is said in the pane: the chip itself is
 // fine.
-void MainForm::logRun(const engine::RunRecord& record) {
+void MainForm::logRun(const download::RunRecord& record) {
   if (!main.cheBatchLog.value()) return;
   nameBatchLog();
+  const engine::Outcome& outcome = record.outcome;
+  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(outcome.sinceAnswer()).count();
   const auto written =
       appendToBatchLog(world.files, main.txtBatchLog.trimmed(),
                        {.time = record.time,
                         .model = record.model,
-                        .verdict = record.passed ? "PASS" : "FAIL",
-                        .failure = record.failure,
-                        .codeSum = platform::hexText(static_cast<std::uint32_t>(record.codeSum), 7) + "H",
-                        .dataSum = platform::hexText(static_cast<std::uint32_t>(record.dataSum), 7) + "H",
-                        .firmware = record.firmware,
+                        .verdict = verdictWord(outcome.ending),
+                        .failure = outcome.words,
+                        .codeSum = platform::hexText(static_cast<std::uint32_t>(outcome.codeSum), 7) + "H",
+                        .dataSum = platform::hexText(static_cast<std::uint32_t>(outcome.dataSum), 7) + "H",
+                        .firmware = outcome.chip ? outcome.chip->firmware : std::string(),
                         .serial = record.serialNumber,
-                        .factoryId = record.factoryId,
-                        .seconds = record.seconds});
+                        .factoryId = outcome.chip ? outcome.chip->factoryId : std::string(),
+                        .seconds = static_cast<int>(seconds)});
   if (!written) main.textMsg.appendLine("The batch log could not be written: " + written.error);
 }
 

@@ -21,7 +21,6 @@ void MainForm::load() {
   for (std::size_t i = 0; i < offline.che_staple.size(); ++i) offline.che_staple[i].setVisible(false);
 
   picker.buildDeviceTree();
-  firstClose_ = false;
   main.tabWidth = std::max(settings.frame24Width(), kLeastTabWidth);
 
   settings.loadMainSettings();
@@ -43,10 +42,10 @@ void MainForm::load() {
 
 bool MainForm::queryUnload() {
   if (unloaded_) return false;
-  const bool first = !firstClose_;
-  firstClose_ = true;
-  link.stopRequested = true;
-  link.closeTargetPort();
+  const bool first = !activity.closing();
+  activity.close();
+  stop.request();
+  lease.close();
   if (!first && !activity.busy()) return false;
   if (first) timerUnload_.start(platform::Millis(500));
   return true;
@@ -65,7 +64,7 @@ void MainForm::unload() {
   if (unloaded_) return;
   unloaded_ = true;
   settings.savePending();
-  link.closeTargetPort();
+  lease.close();
   if (onUnload) onUnload();
 }
 

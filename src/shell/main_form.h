@@ -8,14 +8,14 @@
 
 #include "catalogue/selected_model.h"
 #include "comtool/com_tool.h"
-#include "engine/download_panel.h"
+#include "download/download_panel.h"
+#include "download/download_room.h"
+#include "download/results_room.h"
 #include "engine/port_lease.h"
-#include "engine/session.h"
-#include "engine/target_link.h"
 #include "images/image_room.h"
 #include "monitor/sfr_monitor.h"
 #include "offline/offline_panel.h"
-#include "offline/offline_session.h"
+#include "offline/offline_room.h"
 #include "options/option_panel.h"
 #include "options/options_room.h"
 #include "platform/activity.h"
@@ -26,8 +26,8 @@
 #include "shell/main_panel.h"
 #include "shell/model_picker.h"
 #include "shell/settings.h"
-#include "userpath/demo_download.h"
-#include "userpath/trigger.h"
+#include "userpath/demo_room.h"
+#include "userpath/trigger_room.h"
 #include "userpath/userpath_panel.h"
 
 namespace kvr::shell {
@@ -70,7 +70,7 @@ class MainForm {
 
   // --- Panels and rooms. ---
   MainPanel main;
-  engine::DownloadPanel download;
+  download::DownloadPanel download;
   options::OptionPanel options;
   comtool::ToolPanel tool;
   monitor::MonitorPanel monitor;
@@ -79,18 +79,20 @@ class MainForm {
   images::ImageRoom images;
   options::OptionsRoom optionsRoom;
 
-  engine::SharedControls shared;
+  engine::RunStop stop;
   engine::PortLease lease;
-  engine::TargetLink link;
-  engine::Conversation conversation;
-  engine::SessionHooks sessionHooks;
-  engine::Session session;
+  download::MainControls controls;
+  download::DisplayPanel display;
+  download::ResultsRoom results;
+  download::RunRoom runs;
+  download::JobPanels jobPanels;
+  download::DownloadRoom downloads;
   project::ProjectRoom project;
-  offline::OfflineSession offlineSession;
+  offline::OfflineRoom offlineRoom;
   comtool::ComTool comTool;
   monitor::SfrMonitor sfrMonitor;
-  userpath::DemoDownload demoDownload;
-  userpath::Trigger trigger;
+  userpath::DemoRoom demo;
+  userpath::TriggerRoom trigger;
   ModelPicker picker;
   Settings settings;
 
@@ -108,13 +110,12 @@ class MainForm {
   void connectFiles();
   void connectTerminal();
   void nameBatchLog();
-  void logRun(const engine::RunRecord& record);
+  void logRun(const download::RunRecord& record);
   void connectButtons();
   void applyLock();
   void showOptionNote();
   void timerUnload();
 
-  bool firstClose_ = false;
   bool unloaded_ = false;
   platform::Timer timerUnload_;
 };

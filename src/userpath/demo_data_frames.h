@@ -13,15 +13,12 @@ class DemoDataFrames : public engine::DataFrameFormat {
   engine::DataFrame build(std::int32_t first, std::span<const std::uint8_t> data, bool retried) const override {
     return engine::buildDemoDataFrame(first, data, retried ? kDemoDataAgain : kDemoData);
   }
-  void clearReply() override { line_.clearReceiveState(); }
-  bool awaitReply(engine::Millis limit) override { return line_.waitReply(limit); }
   // The reply echoes the sum of the data.
-  bool accepts(std::uint16_t dataSum) const override {
-    constexpr int kSumAt = 5, kShortest = 10;
-    const auto& reply = line_.rx.buffer;
-    return line_.rx.length() >= kShortest && (reply[kSumAt] << 8 | reply[kSumAt + 1]) == dataSum;
+  [[nodiscard]] bool send(const engine::DataFrame& frame, engine::Millis limit) override {
+    constexpr std::size_t kSumAt = 5, kShortest = 10;
+    const auto reply = line_.exchange(frame.wire, limit);
+    return reply && reply->size() >= kShortest && ((*reply)[kSumAt] << 8 | (*reply)[kSumAt + 1]) == frame.dataSum;
   }
-  bool limitsByFirmware() const override { return false; }
 
  private:
   DemoLine& line_;

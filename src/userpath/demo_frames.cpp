@@ -10,6 +10,7 @@ constexpr std::uint8_t kStart1 = 0x5A, kStart2 = 0xA5, kEnd = 0x16;
 constexpr std::size_t kShortFrame = 8;
 constexpr std::size_t kShortestReply = 7;  // start pair, length, sum, end
 constexpr std::size_t kTail = 3;           // sum, end
+constexpr std::size_t kLengthKnown = 4;    // bytes in front of the command
 
 unsigned sumOf(std::span<const std::uint8_t> bytes) {
   return std::accumulate(bytes.begin(), bytes.end(), 0u) & 0xFFFF;
@@ -48,8 +49,9 @@ void DemoReceiver::take(std::span<const std::uint8_t> bytes) {
 }
 
 void DemoReceiver::judge() {
+  if (buffer.size() < kLengthKnown) return;
   const auto whole = static_cast<std::size_t>(length());
-  if (whole == 0 || buffer.size() != whole) return;
+  if (whole == 0 || buffer.size() < whole) return;  // a length of 0 never comes whole: the time limit ends the wait
   if (whole < kShortestReply || buffer.back() != kEnd) return clear();
   const std::span<const std::uint8_t> body = std::span(buffer).first(whole - kTail);
   frameOk = sumOf(body) == (unsigned{buffer[whole - 3]} << 8 | buffer[whole - 2]);

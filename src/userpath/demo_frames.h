@@ -21,12 +21,14 @@ inline constexpr std::uint8_t kDemoReadModel = 0xB5;
 // A frame without payload. Data frames: `engine::buildDemoDataFrame`.
 std::vector<std::uint8_t> buildDemoFrame(std::uint8_t command);
 
+using DemoReply = std::vector<std::uint8_t>;  // a whole good one, from 5A on
+
 // The receive state machine: bytes in, at most one whole reply in the buffer.
 struct DemoReceiver {
   static constexpr std::size_t kCapacity = 2100;
 
-  std::vector<std::uint8_t> buffer;  // from 5A on
-  bool frameOk = false;              // a whole good reply lies in the buffer
+  DemoReply buffer;      // from 5A on
+  bool frameOk = false;  // a whole good reply lies in the buffer
 
   void clear();
   // All that waited at the port, in order. A wrong end byte empties the buffer, a wrong sum does not: the sender's time

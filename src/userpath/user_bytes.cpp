@@ -27,20 +27,20 @@ std::string takeToken(std::string& text) {
 // When the last bit of so many bytes will have left a line that is idle now; a byte takes 12 bits at most.
 platform::Instant sentBy(engine::TargetLink& link, std::size_t bytes) {
   const auto bits = static_cast<std::int64_t>(bytes) * 12;
-  return link.world().loop.now() + platform::Instant(bits * 1'000'000 / std::max(link.currentBaud(), 1));
+  return link.loop().now() + platform::Instant(bits * 1'000'000 / std::max(link.currentBaud(), 1));
 }
 
 // The system may have taken the bytes before they are on the wire, so the queue alone proves nothing. A port that never
 // gets rid of them is given up a second later.
 void waitSent(engine::TargetLink& link, platform::Instant sent) {
   constexpr platform::Instant kGrace = std::chrono::seconds(1);
-  platform::EventLoop& loop = link.world().loop;
-  const auto pending = [&] { return link.lease().link().outBytesPending() > 0; };
-  while (link.isOpen() && !link.stopRequested && (loop.now() < sent || (pending() && loop.now() < sent + kGrace))) {
+  platform::EventLoop& loop = link.loop();
+  const auto pending = [&] { return link.outBytesPending() > 0; };
+  while (link.isOpen() && !link.stopped() && (loop.now() < sent || (pending() && loop.now() < sent + kGrace))) {
     const auto left = std::chrono::ceil<Millis>(sent - loop.now());
     platform::Timer step(loop);
     step.start(std::clamp(left, Millis(1), Millis(100)));
-    while (step.isActive() && !link.stopRequested) loop.runOnce();
+    while (step.isActive() && !link.stopped()) loop.runOnce();
   }
 }
 
@@ -59,7 +59,7 @@ std::vector<std::uint8_t> parseUserBytes(std::string_view text) {
 void sendUserBytes(engine::TargetLink& link, std::string_view text) {
   const std::vector<std::uint8_t> bytes = parseUserBytes(text);
   if (bytes.empty() || !link.isOpen()) return;
-  waitSent(link, link.world().loop.now());
+  waitSent(link, link.loop().now());
   link.write(bytes);
   waitSent(link, sentBy(link, bytes.size()));
 }

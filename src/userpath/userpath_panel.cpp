@@ -31,6 +31,11 @@ void captionLine(platform::ControlArray<platform::Label, N>& labels, std::size_t
 
 }  // namespace
 
+std::string settingsText(const LineBoxes& line) {
+  return line.baud.trimmed() + "," + line.parity.text().substr(0, 1) + "," + line.dataBits.trimmed() + "," +
+         line.stopBits.trimmed();
+}
+
 UserPathPanel::UserPathPanel() {
   const std::vector<std::string> demoBauds{"115200", "57600", "38400", "28800", "19200",
                                            "14400",  "9600",  "4800",  "2400"};

@@ -14,6 +14,9 @@ struct LineBoxes {
   platform::ComboBox& stopBits;
 };
 
+// "38400,E,8,1.5": baud, first letter of the parity, data bits, stop bits.
+std::string settingsText(const LineBoxes& line);
+
 struct UserPathPanel {
   UserPathPanel();
   void addTo(platform::ControlRegistry& registry);

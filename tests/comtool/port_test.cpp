@@ -14,14 +14,14 @@ TEST(ToolPort, OpensWithThePagesSettingsAndShowsItOnAllThreePages) {
   EXPECT_TRUE(b.link.opened);
   EXPECT_EQ(b.link.number, 3);
   EXPECT_EQ(b.link.current, "9600,E,8,1");
-  EXPECT_EQ(b.lease.holder(), engine::Master::Tool);
+  EXPECT_TRUE(b.holdsPort());
   for (std::size_t i = 0; i < ToolPanel::kPages; ++i) {
     EXPECT_EQ(b.panel.comOpenCOM[i].caption(), "Close COM");
     EXPECT_TRUE(b.panel.imgOpen[i].on());
   }
   b.panel.comOpenCOM[2].press();
   EXPECT_FALSE(b.link.opened);
-  EXPECT_EQ(b.lease.holder(), engine::Master::Engine);
+  EXPECT_FALSE(b.holdsPort());
   EXPECT_EQ(b.panel.comOpenCOM[0].caption(), "Open COM");
   EXPECT_FALSE(b.panel.imgOpen[0].on());
 }
@@ -102,7 +102,7 @@ TEST(ToolPort, AnUnpluggedAdapterClosesTheTerminalInWords) {
   EXPECT_FALSE(b.tool.isOpen());
   EXPECT_FALSE(b.panel.imgOpen[2].on());
   EXPECT_EQ(b.panel.comAutoSend.caption(), "Repeat Send");
-  EXPECT_EQ(b.lease.holder(), engine::Master::Engine);
+  EXPECT_FALSE(b.holdsPort());
   EXPECT_EQ(b.shown(), "kept");
 }
 
@@ -156,11 +156,11 @@ TEST(ToolPort, ARunTakesThePortInTheMiddleOfRepeatedSendsAndGivesItBack) {
     EXPECT_FALSE(b.panel.texReceive.userKey('k'));
     EXPECT_EQ(b.sentText(), "TT");
     EXPECT_EQ(b.link.current, "1200,e,8,1");
-    EXPECT_EQ(b.lease.holder(), engine::Master::Engine);
+    EXPECT_FALSE(b.holdsPort());
     b.lock.toFree();
     b.tool.imgNotOpen_Click();
   }
-  EXPECT_EQ(b.lease.holder(), engine::Master::Tool);
+  EXPECT_TRUE(b.holdsPort());
   EXPECT_EQ(b.link.current, "115200,N,8,1");
   b.loop.runFor(Millis(100));
   EXPECT_EQ(b.sentText(), "TTT");

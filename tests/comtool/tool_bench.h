@@ -92,6 +92,7 @@ struct ToolBench : support::MemoryServices<> {
   ToolPanel panel;
   platform::ComboBox combCommPort{"combCommPort"};
   platform::Lamp imgOpen_sys{"imgOpen_sys"};
+  bool holdsPort() const { return tool.holdsPort(); }
   ComTool tool{world, lease, activity, lock, panel, {combCommPort, imgOpen_sys}};
 
   ToolBench() {

@@ -66,7 +66,7 @@ std::vector<Fault> faultsOf(const sim::Unit& unit, bool splitEverywhere) {
 std::string wrongWith(EngineBench& bench) {
   std::string wrong = bench.hung ? "hangs; " : "";
   if (bench.passed()) wrong += bench.flashDifference();
-  if (!bench.passed() && bench.panel.verdict.value() != engine::VerdictKind::Fail) wrong += "no verdict; ";
+  if (!bench.passed() && bench.panel.verdict.value() != download::VerdictKind::Fail) wrong += "no verdict; ";
   return wrong + bench.notAtRest() + bench.chip->violationText();
 }
 
@@ -174,7 +174,7 @@ void meetEveryRun(const std::function<void(EngineBench&, Millis)>& meet, Millis 
       setUp(bench, model);
       meet(bench, Millis(moment));
       platform::Instant end{};
-      bench.hooks.onRunEnd = [&](const engine::RunRecord&) { end = bench.loop.now(); };
+      bench.results.writeLog = [&](const download::RunRecord&) { end = bench.loop.now(); };
       ASSERT_TRUE(bench.program(Millis(60000)));
       EXPECT_EQ(wrongWith(bench), "") << bench.text();
       EXPECT_TRUE(bench.dialogs.shown.empty());

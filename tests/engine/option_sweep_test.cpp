@@ -59,8 +59,8 @@ std::string runOne(const std::string& name, std::uint64_t seed) {
   chooseAtRandom(bench, random);
   std::string faults;
   if (!bench.program() || !bench.passed())
-    return "first run failed: " + (bench.records.empty() ? bench.text() : bench.records.back().failure);
-  const auto wanted = bench.options.set().wanted;
+    return "first run failed: " + (bench.records.empty() ? bench.text() : bench.outcome().words);
+  const auto wanted = bench.wanted();
   const auto& record = bench.model.record;
   if (record.noOptions || record.topBlockFree || record.family == 1) return chip.violationText();
   for (const std::size_t i : keptBytes(record.family))
@@ -71,7 +71,7 @@ std::string runOne(const std::string& name, std::uint64_t seed) {
   if (writes == 0 && !mayLeaveOut(bench)) faults += "no option frame; ";
   chip.powerOff(bench.loop.now().count());
   chip.powerOn((bench.loop.now() + support::Millis(200)).count());
-  if (!bench.program() || !bench.passed()) return faults + "second run failed: " + bench.records.back().failure;
+  if (!bench.program() || !bench.passed()) return faults + "second run failed: " + bench.outcome().words;
   const bool wrote = chip.optionWrites() > writes;
   if (wrote == mayLeaveOut(bench)) faults += wrote ? "a second option frame; " : "the clock was not sent again; ";
   return faults + chip.violationText();
@@ -112,7 +112,7 @@ TEST(OptionSweep, AUsedChipLosesWhatItHeldBefore) {
       auto config = sim::configFor(*catalogue::findByName(name));
       config.firmware = firmware;
       bench.options.composeOptions();
-      const auto& wanted = bench.options.set().wanted;
+      const auto wanted = bench.wanted();
       std::copy_n(wanted.begin(), 16, config.options.emplace().begin());
       (*config.options)[i] ^= 0x20;  // the one byte that differs
       const auto& chip = bench.insertChip(config);

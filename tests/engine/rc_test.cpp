@@ -41,7 +41,7 @@ Outcome trimOne(std::uint64_t seed) {
   (void)bench.program(Millis(120000));
   Outcome outcome{.passed = bench.passed(), .outside = bench.says("Frequency range can not be covered:")};
   const double wanted = bench.options.wantedFrequencyHz();
-  const int baud = bench.target.connectBaud();
+  const int baud = download::readJob(bench.jobPanels, false).firstBaud;
   const double step = engine::baudUnits(baud) * static_cast<double>(engine::clockFactor(baud));
   const double off = std::abs(bench.chip->applicationClockHz() - wanted);
   if (outcome.passed && off > wanted * 0.0025 + step)
@@ -49,7 +49,7 @@ Outcome trimOne(std::uint64_t seed) {
   if (bench.hung || (!outcome.passed && !outcome.outside)) outcome.wrong += " ends otherwise";
   outcome.wrong += bench.notAtRest() + bench.chip->violationText();
   if (!outcome.wrong.empty())
-    outcome.wrong += " (" + bench.model.name() + " from " + bench.target.connectBaudText + ")" + bench.text();
+    outcome.wrong += " (" + bench.model.name() + " from " + std::to_string(baud) + ")" + bench.text();
   return outcome;
 }
 

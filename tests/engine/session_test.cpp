@@ -8,7 +8,7 @@
 namespace kvr {
 namespace {
 
-using engine::VerdictKind;
+using download::VerdictKind;
 using support::EngineBench;
 using support::Millis;
 
@@ -83,7 +83,7 @@ TEST_F(OneRun, HintsAfterFourSecondsOnceAndStillCatchesTheChipAnHourLater) {
 
 TEST_F(OneRun, SaysWhyAPortCannotBeOpened) {
   std::string status;
-  bench.target.onPortStatus = [&](const std::string& why) { status = why; };
+  bench.display.onPortStatus = [&](const std::string& why) { status = why; };
   bench.link.refusesToOpen = {platform::PortError::Kind::Denied, "/dev/ttyV0: permission denied, join group dialout"};
   ASSERT_TRUE(bench.program());
   expectFailure(bench,
@@ -106,8 +106,8 @@ TEST(Session, RefusesAWrongModelAndForgetsTheImage) {
 
 TEST_F(OneRun, LeavesThePortToTheTerminalAfterAGoodRun) {
   bool lockHeld = true, lampOn = true;
-  bench.hooks.autoOpenPort = [] { return true; };
-  bench.hooks.imgNotOpen_Click = [&] {
+  bench.terminalWantsPort = true;
+  bench.takePort = [&] {
     lockHeld = bench.lock.busy();
     lampOn = bench.imgOpen_sys.on();
   };
@@ -135,15 +135,18 @@ TEST_F(OneRun, KeepsOldFirmwareAway) {
 
 // A frame that failed its sum long before must not bring back the short limit.
 TEST_F(OneRun, NeverCutsAFrameInTwo) {
-  ASSERT_FALSE(bench.target.setMSCommSettings("1200"));
-  ASSERT_FALSE(bench.target.openTargetPort());
-  bench.target.rx.armed = bench.target.rx.frame2 = true;
-  for (const bool badBefore : {false, true}) {
-    bench.target.clearReceiveState();
-    bench.target.rx.frameBad = badBefore;
-    const auto frame = sim::buildReply(0x50, support::randomBytes(1, 20), true);
+  engine::TargetLink line(bench.runs.services, bench.display, 1, engine::SumForm::TwoBytes);
+  ASSERT_FALSE(line.setBaud(1200));
+  ASSERT_FALSE(line.open());
+  const auto frame = sim::buildReply(0x50, support::randomBytes(1, 20), true);
+  auto damaged = frame;
+  damaged[10] ^= 1;
+  for (const auto& before : {frame, damaged}) {
+    bench.chip->say(bench.loop.now().count(), {1200, 'n'}, before);
+    bench.loop.runFor(Millis(1000));
+    line.clearReceiveState();
     bench.chip->say(bench.loop.now().count(), {1200, 'n'}, frame);
-    EXPECT_TRUE(bench.target.waitFrame(Millis(50))) << badBefore;
+    EXPECT_TRUE(line.awaitFrame(Millis(50)));
   }
 }
 
@@ -184,7 +187,7 @@ TEST(Session, TakesSilenceForSuccessBehindTheFinishFrameOnly) {
     bench.chip->config().faults.*fault = true;
     ASSERT_TRUE(bench.program());
     EXPECT_EQ(bench.panel.verdict.value(), VerdictKind::Fail) << bench.text();
-    EXPECT_FALSE(bench.records.back().failure.empty());
+    EXPECT_FALSE(bench.outcome().words.empty());
     EXPECT_EQ(bench.notAtRest(), "");
   }
 }
@@ -205,9 +208,9 @@ TEST(Session, RepeatsWithACountDownUntilAChipFails) {
   setUp(bench, "Cedar-HF8D");
   bench.panel.comDalay_ReDownLoad.setText("2");
   int rounds = 0;
-  bench.hooks.onRunEnd = [&](const engine::RunRecord& record) {
+  bench.results.writeLog = [&](const download::RunRecord& record) {
     bench.records.push_back(record);
-    if (!record.passed) return;
+    if (!record.outcome.passed()) return;
     bench.loop.after(Millis(1200), [&] {
       EXPECT_TRUE(bench.says("\n\nProgram succeed.\n\nAfter a few seconds, re-connection will continue.  1"))
           << bench.text();
@@ -233,8 +236,8 @@ TEST_F(OneRun, ReadsAChipWithoutTouchingIt) {
 
 TEST_F(OneRun, StartsNothingWhileSomethingRuns) {
   bench.loop.after(Millis(600), [&] {
-    bench.session.comDownload_Click(0);
-    bench.session.comReadChipLock_Click();
+    bench.downloads.program();
+    bench.downloads.checkChip();
     EXPECT_FALSE(bench.panel.comDownload[0].enabled());
     EXPECT_TRUE(bench.panel.comStop_Download.enabled());
   });

@@ -67,7 +67,7 @@ Outcome soakOne(std::uint64_t seed) {
   Outcome outcome{.passed = bench.passed(), .faulted = bench.wire.faultsDone() > 0};
   if (bench.hung) outcome.wrong = "hangs; ";
   if (outcome.passed) outcome.wrong += bench.flashDifference();
-  if (!outcome.passed && bench.records.size() == 1 && bench.records[0].failure.empty())
+  if (!outcome.passed && bench.records.size() == 1 && bench.records[0].outcome.words.empty())
     outcome.wrong += "fails without words; ";
   outcome.wrong += bench.notAtRest() + bench.chip->violationText();
   if (!outcome.wrong.empty()) outcome.wrong += "\n" + bench.model.name() + bench.text();

@@ -31,8 +31,11 @@ std::string programOne(const std::string& name, std::uint64_t seed) {
   if (catalogue::hasDataFile(bench.model.record)) bench.loadData(seed + 1);
   std::string faults;
   if (!bench.program()) faults += "hangs; ";
-  if (!bench.passed()) faults += "failed: " + (bench.records.empty() ? "" : bench.records.back().failure) + "; ";
+  if (!bench.passed()) faults += "failed: " + (bench.records.empty() ? "" : bench.outcome().words) + "; ";
   if (bench.passed() && !(bench.says("Program OK") && bench.says("Encrypt OK."))) faults += "no words of success; ";
+  const bool leavesDataOut = bench.model.record.family == 18 && bench.images.EepromBuffer.loaded;
+  if (bench.passedInPart() != leavesDataOut)
+    faults += bench.passedInPart() ? "part left out; " : "left out in silence; ";
   faults += bench.flashDifference() + bench.notAtRest() + bench.chip->violationText();
   return faults;
 }

@@ -86,7 +86,7 @@ TEST(Receiver, DropsNoiseBadEndsAndBadSums) {
   rx.clear();
   rx.take(bare);
   EXPECT_TRUE(rx.frameOk);
-  EXPECT_EQ(rx.buffer[6], 0) << "nothing of the longer frame before it";
+  EXPECT_EQ(rx.reply()[6], 0) << "nothing of the longer frame before it";
   rx.clear();
   rx.armed = false;
   rx.take(frame);
@@ -137,12 +137,12 @@ TEST(ImagePlan, FitsTheImagesByLetterAndVersion) {
     ImageFit expected;
   };
   const Case cases[] = {
-      {"D", "5.6", 4095, 5120, false, {{true, 4096, 0x13FF, 4096, false, true, 0x13FF}, true}},
-      {"E", "5.0", 4095, 12287, false, {{true, 4096, 0x2FFF, 4096, false, true, 12287}, false}},
-      {"E", "5.8", 10239, 100, false, {{true, 12288, 0x6FFF, 101, true, false, 0x7000}, false}},
-      {"E", "5.8", 16383, 100, false, {{true, 16384, 0x6FFF, 101, false, false, 0x7000}, false}},
-      {"I", "6.3", 16383, 100, true, {{true, 20000, 30000, 101, true, false, 30001}, false}},
-      {"B", "4.3", 1023, 100, true, {{true, 20000, 30000, 101, false, false, 30001}, false}},
+      {"D", "5.6", 4095, 5120, false, {{4096, 0x13FF, 4096, false, true, 0x13FF}, true}},
+      {"E", "5.0", 4095, 12287, false, {{4096, 0x2FFF, 4096, false, true, 12287}, false}},
+      {"E", "5.8", 10239, 100, false, {{12288, 0x6FFF, 101, true, false, 0x7000}, false}},
+      {"E", "5.8", 16383, 100, false, {{16384, 0x6FFF, 101, false, false, 0x7000}, false}},
+      {"I", "6.3", 16383, 100, true, {{20000, 30000, 101, true, false, 30001}, false}},
+      {"B", "4.3", 1023, 100, true, {{20000, 30000, 101, false, false, 30001}, false}},
   };
   for (const Case& c : cases) {
     TargetInfo target = chip(c.letter, c.version, "");
@@ -160,14 +160,14 @@ TEST(ErasePlan, CountsSectorsAndRanges) {
   EXPECT_EQ(eraseSectorCount(late, "Cedar-HF8D", 1023), 2);
   EXPECT_EQ(eraseSectorCount(late, "Cedar-HF8D", 200000), 255);
   EXPECT_EQ(eraseSectorCount(chip("B", "4.3", ""), "Birch-LFCZ", 0), 124);
-  const ImagePlan unused{true, 4096, 5119, 600, true, false, 5120};
+  const ImagePlan unused{4096, 5119, 600, true, false, 5120};
   options::OptionBytes reported{};
   reported.fill(0xFF);
   const TargetInfo ivy = chip("I", "6.3", "Ivy-HF0S");
   EXPECT_EQ(eraseRange(ivy, row("Ivy-HF0S"), unused, reported), (AddressRange{600, 4096}));
   reported[8] = 0xFD;
   EXPECT_EQ(eraseRange(ivy, row("Ivy-HF0S"), unused, reported), (AddressRange{600, 5119}));
-  const ImagePlan spill{true, 4096, 5119, 4096, false, true, 4800};
+  const ImagePlan spill{4096, 5119, 4096, false, true, 4800};
   EXPECT_EQ(eraseRange(ivy, row("Ivy-HF0S"), spill, reported), (AddressRange{4801, 5119}));
   EXPECT_EQ(eraseRange(late, row("Cedar-HF8D"), unused, reported), (AddressRange{0x10000, 0x10000}));
   EXPECT_EQ(buildEraseFrame(chip("G", "5.0", ""), row("Ivy-HF0S"), 255, {1, 2})[4], 140) << "at every version";
@@ -188,24 +188,23 @@ TEST(BlockPlan, CutsRangesIntoBlocksAndFrames) {
 }
 
 TEST(BlockPlan, ChoosesWhatToSendByFamilyAndImages) {
-  images::ImageState state;
-  state.CodeBuffer.rangeEnd = 0xFFFF;
+  JobImage code{.rangeEnd = 0xFFFF}, data;
   const auto ranges = [&](const char* name, double version, int block, int frame) {
-    return planSends(row(name), version, block, frame, state.CodeBuffer, state.EepromBuffer).ranges;
+    return planSends(row(name), version, block, frame, code, data).ranges;
   };
   using Ranges = std::vector<SendRange>;
   EXPECT_EQ(ranges("Ivy-HF0S", 6.3, 512, 128), (Ranges{{true, 0, 0xF3FF}}));
   EXPECT_EQ(ranges("Cedar-HF8D", 4.8, 512, 128), (Ranges{{true, 0, 0xFFFF}}));
   EXPECT_EQ(ranges("Fir-H40", 5.8, 512, 128), (Ranges{{true, 0, 0x6FFF}}));
   EXPECT_EQ(ranges("Fir-H10", 5.0, 512, 128), (Ranges{{true, 0, 0x2FFF}}));
-  state.CodeBuffer.rangeEnd = 20;
+  code.rangeEnd = 20;
   EXPECT_EQ(ranges("Ivy-HF0S", 6.3, 512, 128), (Ranges{{true, 0, 0x3FF}}));
-  state.EepromBuffer.loaded = true;
-  state.EepromBuffer.rangeEnd = 99;
+  data.loaded = true;
+  data.rangeEnd = 99;
   const auto& fir = row("Fir-H10");
   EXPECT_EQ(ranges("Fir-H10", 5.8, 512, 128),
             (Ranges{{true, 0, fir.apEnd + 1}, {true, fir.dataStart, fir.dataStart + 99}}));
-  state.EepromBuffer.rangeEnd = 0;
+  data.rangeEnd = 0;
   EXPECT_EQ(ranges("Fir-H10", 5.8, 512, 128), (Ranges{{true, 0, 21}}));
 }
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "offline/offline_session.h"
+#include "offline/offline_room.h"
 #include "sim/board.h"
 #include "tests/support/engine_bench.h"
 
@@ -24,8 +24,6 @@ struct OfflineBench : support::EngineBench {
   explicit OfflineBench(sim::BoardConfig config = {}, sim::WireConfig wireConfig = {})
       : EngineBench(std::move(wireConfig)), board(std::move(config)) {
     wire.connect(&board);
-    offline.composeOptions = [this] { options.composeOptions(); };
-    offline.stopOperation = [this] { session.stopOperation(); };
     choose("Ivy-HF0S");
     lock.set(kvr::platform::UiLock::kFree);  // the window's start ends with this
   }
@@ -74,7 +72,7 @@ struct OfflineBench : support::EngineBench {
   }
   bool saidOk() const { return lines("Program OK.") + lines("Download OK. / 下载成功。") > 0; }
   std::string lastMessage() const { return dialogs.shown.empty() ? "" : dialogs.shown.back().text; }
-  bool idle() const { return notAtRest().empty() && !target.rx.boardCrcMode; }
+  bool idle() const { return notAtRest().empty(); }
 
   // Whether the board holds what this board was to be sent of the image.
   bool boardHoldsImage() const {
@@ -101,9 +99,9 @@ struct OfflineBench : support::EngineBench {
 
   sim::Board board;
   platform::TextBox txtDevice{"txtDevice"};
-  kvr::images::ImagePanel counters;
+  kvr::images::ImagePanel& counters = imageRoom.panel;
   OfflinePanel page;
-  OfflineSession offline{{target, activity, lock, options.set(), images, counters, txtDevice}, page};
+  OfflineRoom offline{runs, dialogs, jobPanels, imageRoom, txtDevice, page};
   Bytes code;
   Bytes kept;
 };

@@ -114,13 +114,11 @@ TEST_F(ProjectRoomTest, LocksTheOptionsUntilTheyAreUnlocked) {
   EXPECT_TRUE(images.state.imageValid);
   EXPECT_EQ(images.state.CodeBuffer.fileEnd, 0);
   EXPECT_EQ(lock.state(), platform::UiLock::kLocked);
-  EXPECT_TRUE(room.lockAfterRun());
   EXPECT_FALSE(room.panel.comLockOptions.enabled() || images.panel.comLoadFile.enabled());
   lock.toBusy();
   EXPECT_FALSE(room.panel.comOpenBatchFile[0].enabled());
   lock.toFree();
   room.panel.comUnlockOptions.press();
-  EXPECT_FALSE(room.lockAfterRun());
   EXPECT_TRUE(images.panel.comLoadFile.enabled() && images.state.imageValid);
   room.panel.comLockOptions.press();
   EXPECT_EQ(lock.state(), platform::UiLock::kLocked);

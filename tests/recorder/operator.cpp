@@ -119,7 +119,7 @@ void Operator::every(Millis time, std::function<bool()> act) {
 }
 
 std::string Operator::signName() const {
-  constexpr const char* kNames[] = {"READY", "WAITING", "WORKING", "PASS", "FAIL"};
+  constexpr const char* kNames[] = {"READY", "WAITING", "WORKING", "PASS", "PASS IN PART", "FAIL"};
   const auto value = static_cast<std::size_t>(bench_.form.download.verdict.value());
   return value < std::size(kNames) ? kNames[value] : "sign " + std::to_string(value);
 }

@@ -12,7 +12,7 @@
 namespace kvr {
 namespace {
 
-using engine::VerdictKind;
+using download::VerdictKind;
 using support::FormBench;
 
 struct Batch {

@@ -18,15 +18,20 @@ std::vector<std::uint8_t> randomBytes(std::uint64_t seed, std::size_t count) {
 EngineBench::EngineBench(sim::WireConfig wireConfig)
     : VirtualWorld(std::move(wireConfig)),
       options(dialogs, optionPanel, model, lock, textMsg, stepFrame),
+      imageRoom(world, model, textMsg),
       lease(loop, link),
-      target(world, lease, model, panel, {textMsg, combCommPort, imgOpen_sys, ProgressBar1, labKbyte}),
-      conversation(target, options, images),
-      session(conversation, lock, activity, hooks) {
+      display(loop, dialogs, controls, options, panel.verdict),
+      results(world, panel, textMsg),
+      runs{{loop, clock, lease, stop}, display, results, activity, lock},
+      downloads(runs, dialogs, jobPanels, panel, controls, imageRoom, options) {
   combCommPort.setItems({"COM1", "COM2", "COM3"});
   combCommPort.setListIndex(0);
-  target.baseFrequencyMHz = [this] { return options.baseFrequencyHz() / 1000000; };
   ProgressBar1.setVisible(false);
-  hooks.onRunEnd = [this](const engine::RunRecord& record) { records.push_back(record); };
+  results.writeLog = [this](const download::RunRecord& record) { records.push_back(record); };
+  downloads.wantsPort = [this] { return terminalWantsPort; };
+  downloads.takePort = [this] {
+    if (takePort) takePort();
+  };
 }
 
 void EngineBench::select(std::string_view name) {
@@ -81,7 +86,7 @@ bool EngineBench::press(platform::Button& button, Millis limit) {
   });
   platform::Timer guard(loop, [&] {
     late = true;
-    session.comStop_Download_Click();
+    downloads.stop();
   });
   guard.start(limit);
   loop.runUntil([&] { return done; }, limit + Millis(60000));
@@ -93,9 +98,16 @@ void EngineBench::pressAfter(Millis time, platform::Button& button) {
   loop.after(time, [&button] { button.press(); });
 }
 
+options::OptionBytes EngineBench::wanted() const {
+  std::optional<options::RcTrim> trim;
+  if (!records.empty() && outcome().chip) trim = outcome().chip->trim;
+  return options::composeOptions(options.readPanel(), trim).bytes;
+}
+
 std::string EngineBench::flashDifference() const {
-  const auto plan = engine::planSends(model.record, conversation.target.versionNumber(), model.blockSize,
-                                      conversation.run.frameSize, images.CodeBuffer, images.EepromBuffer);
+  const engine::Job job = download::readJob(jobPanels, panel.cheTL.value());
+  const double version = (chip->config().firmware >> 4) + (chip->config().firmware & 15) / 10.0;
+  const auto plan = engine::planSends(model.record, version, model.blockSize, job.frameSize, job.code, job.data);
   for (const engine::SendRange& range : plan.ranges) {
     for (std::int32_t at = range.first; at <= range.last && at < std::ssize(chip->flash()); ++at) {
       const std::uint8_t held = chip->flash()[static_cast<std::size_t>(at)];
@@ -117,7 +129,6 @@ std::string EngineBench::notAtRest() const {
   check(!activity.busy(), "something runs");
   check(panel.comDownload[0].enabled() && panel.comDownload[1].enabled(), "Program is off");
   check(!panel.comStop_Download.enabled(), "Stop is on");
-  check(!conversation.run.targetConnected, "a chip counts as connected");
   check(!imgOpen_sys.on(), "the lamp is on");
   check(!ProgressBar1.visible(), "the progress bar is shown");
   return faults;

@@ -23,7 +23,7 @@ class FormBench : public VirtualWorld {
   sim::Chip& insertChip(std::uint64_t seed = 1);  // an ordinary chip of the selected model
   // Presses a button and lets the run come to its end. False: it still runs after an hour.
   bool press(platform::Button& button);
-  bool passed() const { return form.download.verdict.value() == engine::VerdictKind::Pass; }
+  bool passed() const { return form.download.verdict.value() == download::VerdictKind::Pass; }
   const std::string& pane() const { return form.main.textMsg.text(); }
 
   platform::PlainCodec codec;

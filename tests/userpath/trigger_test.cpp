@@ -69,7 +69,7 @@ TEST(Trigger, WaitsForTheLastBitOfALongCommandAndDownloadsAlsoWithoutOne) {
 TEST(Trigger, SaysWhyNothingBegins) {
   TriggerBench bench;
   std::string status;
-  bench.target.onPortStatus = [&](const std::string& why) { status = why; };
+  bench.display.onPortStatus = [&](const std::string& why) { status = why; };
   UserPathBench::setLine(bench.page.userCodeLine(), "19200", "Odd", "8", "1.5");
   ASSERT_TRUE(bench.press(bench.page.comSendUserCode));
   EXPECT_TRUE(

@@ -5,11 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "images/serial_counters.h"
 #include "sim/demo_firmware.h"
 #include "tests/support/engine_bench.h"
-#include "userpath/demo_download.h"
-#include "userpath/trigger.h"
+#include "userpath/demo_room.h"
+#include "userpath/trigger_room.h"
 
 namespace kvr::userpath {
 
@@ -18,8 +17,6 @@ using Bytes = std::vector<std::uint8_t>;
 
 struct UserPathBench : support::EngineBench {
   explicit UserPathBench(sim::WireConfig wireConfig = {}) : EngineBench(std::move(wireConfig)) {
-    demo.stopOperation = [this] { session.stopOperation(); };
-    trigger.download = [this] { session.comDownload_Click(0); };
     select("Cedar-H20R");
     lock.set(kvr::platform::UiLock::kFree);  // the window's start ends with this
   }
@@ -44,12 +41,10 @@ struct UserPathBench : support::EngineBench {
     boxes.stopBits.setText(stop);
   }
 
-  kvr::images::ImagePanel counterPanel;
-  kvr::images::BufferViews views{world, counterPanel, images};
-  kvr::images::SerialCounters counters{world, model, counterPanel, images, views};
+  kvr::images::ImagePanel& counterPanel = imageRoom.panel;
   UserPathPanel page;
-  DemoDownload demo{{conversation, session.programming(), activity, lock, counters}, page};
-  Trigger trigger{target, activity, lock, images, page};
+  DemoRoom demo{runs, dialogs, jobPanels, imageRoom, textMsg, page};
+  TriggerRoom trigger{runs, dialogs, jobPanels, downloads, page};
 };
 
 // A chip with the routine is on the wire, and an image stands ready for it.

@@ -20,11 +20,11 @@ void DemoRun::start(const QString& picture) {
 }
 
 void DemoRun::press() {
-  using engine::VerdictKind;
+  using download::VerdictKind;
   token_ = program_.form.download.verdict.changed.watch([this] {
     const auto verdict = program_.form.download.verdict.value();
     // The run's last words follow its verdict, so the pane is read when the run has returned.
-    if (verdict == VerdictKind::Pass || verdict == VerdictKind::Fail) program_.loop.whenIdle([this] { end(); });
+    if (verdict > VerdictKind::Working) program_.loop.whenIdle([this] { end(); });
   });
   auto* button = program_.window->findChild<QPushButton*>(QStringLiteral("comDownload_0"));
   QMetaObject::invokeMethod(
@@ -37,7 +37,7 @@ void DemoRun::end() {
   std::printf("%s\n", program_.form.main.textMsg.text().c_str());
   std::fflush(stdout);
   if (!picture_.isEmpty()) program_.window->grab().save(picture_);
-  ended_(program_.form.download.verdict.value() == engine::VerdictKind::Pass);
+  ended_(program_.form.download.verdict.value() == download::VerdictKind::Pass);
 }
 
 }  // namespace kvr::window

@@ -32,12 +32,10 @@ class Photographer {
     }
   }
   void verdicts() {
-    using engine::VerdictKind;
-    const std::pair<VerdictKind, const char*> all[] = {{VerdictKind::Waiting, "waiting"},
-                                                       {VerdictKind::Working, "working"},
-                                                       {VerdictKind::Pass, "pass"},
-                                                       {VerdictKind::Fail, "fail"},
-                                                       {VerdictKind::Idle, "ready"}};
+    using download::VerdictKind;
+    const std::pair<VerdictKind, const char*> all[] = {
+        {VerdictKind::Waiting, "waiting"}, {VerdictKind::Working, "working"}, {VerdictKind::Pass, "pass"},
+        {VerdictKind::PassInPart, "part"}, {VerdictKind::Fail, "fail"},       {VerdictKind::Idle, "ready"}};
     for (const auto& [kind, name] : all) {
       program_.form.download.verdict.set(kind);
       shoot(QStringLiteral("verdict-") + QString::fromLatin1(name));

@@ -7,7 +7,7 @@
 namespace kvr::window {
 namespace {
 
-using engine::VerdictKind;
+using download::VerdictKind;
 
 struct Look {
   const char* word;
@@ -23,6 +23,8 @@ Look lookOf(VerdictKind kind) {
       return {"WORKING", QColor(0x0b, 0x5e, 0xd7), Qt::white};
     case VerdictKind::Pass:
       return {"PASS", QColor(0x0f, 0x7b, 0x2f), Qt::white};
+    case VerdictKind::PassInPart:
+      return {"PASS,\nPART LEFT OUT", QColor(0xf0, 0x8c, 0x00), QColor(0x1a, 0x1a, 0x1a)};
     case VerdictKind::Fail:
       return {"FAIL", QColor(0xb7, 0x10, 0x10), Qt::white};
     case VerdictKind::Idle:
@@ -31,7 +33,7 @@ Look lookOf(VerdictKind kind) {
   return {"READY", QColor(0x6c, 0x75, 0x7d), Qt::white};
 }
 
-// Ready: a ring. Waiting: an hourglass. Working: an arrow down. Pass: a tick. Fail: a cross.
+// Ready: a ring. Waiting: an hourglass. Working: an arrow down. Pass: a tick; in part: in a broken ring. Fail: a cross.
 void drawShape(QPainter& painter, VerdictKind kind, const QRectF& box) {
   const qreal x = box.x(), y = box.y(), w = box.width(), h = box.height();
   const auto at = [&](qreal fx, qreal fy) { return QPointF(x + fx * w, y + fy * h); };
@@ -41,6 +43,13 @@ void drawShape(QPainter& painter, VerdictKind kind, const QRectF& box) {
       path.moveTo(at(0.08, 0.55));
       path.lineTo(at(0.38, 0.85));
       path.lineTo(at(0.92, 0.18));
+      break;
+    case VerdictKind::PassInPart:
+      path.arcMoveTo(box, 20);
+      path.arcTo(box, 20, 250);
+      path.moveTo(at(0.25, 0.52));
+      path.lineTo(at(0.45, 0.7));
+      path.lineTo(at(0.8, 0.28));
       break;
     case VerdictKind::Fail:
       path.moveTo(at(0.14, 0.14));
@@ -72,7 +81,7 @@ void drawShape(QPainter& painter, VerdictKind kind, const QRectF& box) {
 
 }  // namespace
 
-VerdictView::VerdictView(engine::Verdict& verdict) : verdict_(verdict) {
+VerdictView::VerdictView(download::Verdict& verdict) : verdict_(verdict) {
   setObjectName(QStringLiteral("verdict"));
   setAccessibleName(QStringLiteral("Verdict"));
   setAccessibleDescription(word());
@@ -86,7 +95,7 @@ VerdictView::VerdictView(engine::Verdict& verdict) : verdict_(verdict) {
 }
 
 QString VerdictView::word() const {
-  return QString::fromLatin1(lookOf(verdict_.value()).word);
+  return QString::fromLatin1(lookOf(verdict_.value()).word).replace(QLatin1Char('\n'), QLatin1Char(' '));
 }
 
 QSize VerdictView::sizeHint() const {
@@ -108,14 +117,16 @@ void VerdictView::paintEvent(QPaintEvent*) {
   QFont font = painter.font();
   font.setBold(true);
   font.setPixelSize(100);
-  const qreal width = QFontMetricsF(font).horizontalAdvance(QString::fromLatin1(look.word));
-  const qreal wanted = std::min(area.width() * 0.9 / width * 100, area.height() * 0.34);
+  const QString word = QString::fromLatin1(look.word);
+  const QSizeF size = QFontMetricsF(font).size(0, word);
+  const qreal lines = static_cast<qreal>(word.count(QLatin1Char('\n')) + 1);
+  const qreal wanted = std::min(area.width() * 0.9 / size.width() * 100, area.height() * 0.34 / lines);
   font.setPixelSize(std::max(12, static_cast<int>(wanted)));
-  const qreal wordHeight = QFontMetricsF(font).height();
+  const qreal wordHeight = QFontMetricsF(font).size(0, word).height();
   const QRectF wordBox(area.x(), area.bottom() - wordHeight - area.height() * 0.04, area.width(), wordHeight);
   painter.setFont(font);
   painter.setPen(look.fore);
-  painter.drawText(wordBox, Qt::AlignCenter, QString::fromLatin1(look.word));
+  painter.drawText(wordBox, Qt::AlignCenter, word);
 
   const qreal room = wordBox.top() - area.top();
   const qreal side = std::min(room * 0.78, area.width() * 0.7);

@@ -3,13 +3,13 @@
 
 #include <QWidget>
 
-#include "engine/download_panel.h"
+#include "download/download_panel.h"
 
 namespace kvr::window {
 
 class VerdictView : public QWidget {
  public:
-  explicit VerdictView(engine::Verdict& verdict);
+  explicit VerdictView(download::Verdict& verdict);
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
   QString word() const;
@@ -18,7 +18,7 @@ class VerdictView : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  engine::Verdict& verdict_;
+  download::Verdict& verdict_;
   platform::Signal::Token token_;
 };
 

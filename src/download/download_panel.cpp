@@ -1,9 +1,9 @@
-#include "engine/download_panel.h"
+#include "download/download_panel.h"
 
 #include <string>
 #include <vector>
 
-namespace kvr::engine {
+namespace kvr::download {
 
 void Verdict::set(VerdictKind value) {
   if (value_ == value) return;
@@ -45,4 +45,4 @@ void DownloadPanel::addTo(platform::ControlRegistry& registry) {
                   comClear_OK_Count, comDalay_ReDownLoad, optBeepYes, optBeepNo);
 }
 
-}  // namespace kvr::engine
+}  // namespace kvr::download

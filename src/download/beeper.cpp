@@ -1,6 +1,6 @@
-#include "engine/beeper.h"
+#include "download/beeper.h"
 
-namespace kvr::engine {
+namespace kvr::download {
 
 Beeper::Beeper(platform::EventLoop& loop, platform::Dialogs& dialogs)
     : dialogs_(dialogs), gap_(loop, [this] { next(); }) {
@@ -19,4 +19,4 @@ void Beeper::next() {
   gap_.start();
 }
 
-}  // namespace kvr::engine
+}  // namespace kvr::download

@@ -4,7 +4,7 @@
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
 
-namespace kvr::engine {
+namespace kvr::download {
 
 class Beeper {
  public:
@@ -19,4 +19,4 @@ class Beeper {
   int left_ = 0;
 };
 
-}  // namespace kvr::engine
+}  // namespace kvr::download

@@ -4,11 +4,11 @@
 
 #include "platform/controls.h"
 
-namespace kvr::engine {
+namespace kvr::download {
 
-// What the operator reads from two metres. Pass is set at one place only, the step that counts the success; Fail at
-// every other end of a run; neither is ever shown early.
-enum class VerdictKind { Idle, Waiting, Working, Pass, Fail };
+// What the operator reads from two metres. It is set from a run's outcome at one place only, and never early.
+// PassInPart: everything that fits went through, but bytes of the image were left out.
+enum class VerdictKind { Idle, Waiting, Working, Pass, PassInPart, Fail };
 
 class Verdict {
  public:
@@ -40,4 +40,4 @@ struct DownloadPanel {
   Verdict verdict;
 };
 
-}  // namespace kvr::engine
+}  // namespace kvr::download

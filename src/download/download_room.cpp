@@ -1,0 +1,147 @@
+#include "download/download_room.h"
+
+#include "platform/text.h"
+
+namespace kvr::download {
+
+void pause(const engine::RunServices& services, platform::Millis time) {
+  platform::Timer timer(services.loop);
+  timer.start(time);
+  while (timer.isActive() && !services.stop.requested()) services.loop.runOnce();
+}
+
+DownloadRoom::DownloadRoom(RunRoom room, platform::Dialogs& dialogs, const JobPanels& panels, DownloadPanel& panel,
+                           MainControls controls, images::ImageRoom& images, options::OptionsRoom& options)
+    : room_(room),
+      dialogs_(dialogs),
+      panels_(panels),
+      panel_(panel),
+      controls_(controls),
+      images_(images),
+      options_(options) {
+  panel_.comDownload[0].onClick = [this] { program(); };
+  panel_.comDownload[1].onClick = [this] { programRepeatedly(); };
+  panel_.comStop_Download.onClick = [this] { stop(); };
+  panel_.comReadChipLock.onClick = [this] { checkChip(); };
+  panel_.Command2.onClick = [this] { programOnFixedLink(); };
+  lockToken_ = room_.lock.changed.watch([this] { applyLock(); });
+  applyLock();
+}
+
+// What a run has taken of these boxes is what the user must go on seeing in them.
+void DownloadRoom::applyLock() {
+  const bool mayStart = !room_.lock.busy();
+  for (platform::Control* control : std::initializer_list<platform::Control*>{
+           &panel_.comDownload[0], &panel_.comDownload[1], &panel_.comReadChipLock, &panel_.Command2,
+           &panel_.cobBaudMin, &panel_.cobBaudMax, &controls_.combCommPort})
+    control->setEnabled(mayStart);
+  panel_.comStop_Download.setEnabled(!mayStart);
+}
+
+void DownloadRoom::program() {
+  run(Mode::Once);
+}
+
+void DownloadRoom::programRepeatedly() {
+  run(Mode::Repeat);
+}
+
+void DownloadRoom::programOnFixedLink() {
+  panel_.cheTL.setValue(true);
+  run(Mode::FixedLink);
+  panel_.cheTL.setValue(false);
+}
+
+void DownloadRoom::run(Mode mode) {
+  const auto running = room_.activity.begin();
+  if (!running) return;
+  room_.services.stop.clear();
+  bool handedOver = false;
+  const PortTaken port(room_.services.lease);
+  if (prepare()) {
+    engine::Outcome outcome = round(mode);
+    while (settle(outcome) && mode == Mode::Repeat && !room_.activity.closing()) {
+      countDown();
+      outcome = round(mode);
+    }
+    handedOver = outcome.passed() && wantsPort();
+  }
+  room_.lock.toFree();
+  if (!handedOver) return;
+  room_.view.lamp(false);  // lit again when the terminal has the same port
+  takePort();
+}
+
+// False: the job cannot start, which has been told. Nothing has been sent then.
+bool DownloadRoom::prepare() {
+  if (!images_.state.imageValid) {
+    dialogs_.message(platform::kTitle, "    Please open code file.   ", platform::BoxIcon::Information);
+    room_.results.end(engine::refused(engine::RunKind::Chip, "Please open code file."), panels_.model.name(), {});
+    return false;
+  }
+  room_.lock.toBusy();
+  const std::string why = refusal();
+  if (!why.empty())
+    room_.results.end(engine::refused(engine::RunKind::Chip, why), panels_.model.name(),
+                      images_.counters.numberInHand());
+  return why.empty();
+}
+
+std::string DownloadRoom::refusal() {
+  if (images_.panel.cekReloadFile.value() && !images_.loader.reload()) return "The file could not be loaded again.";
+  if (!images_.state.imageValid) return "The file could not be loaded again.";
+  if (!images_.counters.armForRun()) return "The serial number could not be written.";
+  if (panels_.model.rcModelTiny && !options_.checkFrequency()) return "The R/C frequency is out of range.";
+  // Stop, or the window's close, while the file was waited for: a run that began now would keep the window open.
+  if (room_.activity.closing() || room_.services.stop.requested()) return "Operation stopped. ";
+  return {};
+}
+
+// One chip, with the window's state as it is now: the images carry the next serial number.
+engine::Outcome DownloadRoom::round(Mode mode) {
+  engine::Job job = readJob(panels_, mode == Mode::FixedLink);
+  job.handOver = mode != Mode::Repeat && wantsPort();
+  room_.results.begin();
+  return engine::ChipRun(job, room_.services, room_.view).program();
+}
+
+// True: the chip is good, and the images carry the next number.
+bool DownloadRoom::settle(const engine::Outcome& outcome) {
+  if (outcome.wrongModel) images_.state.imageValid = false;
+  room_.results.end(outcome, panels_.model.name(), images_.counters.numberInHand());
+  return outcome.passed() && images_.counters.advanceAfterSuccess();
+}
+
+// Gives the operator time to change the chip. Stop takes effect at the end of the count.
+void DownloadRoom::countDown() {
+  for (int n = platform::wholeOf(panel_.comDalay_ReDownLoad.text()); n >= 1; --n) {
+    room_.view.appendOver("\n\nProgram succeed.\n\nAfter a few seconds, re-connection will continue.  " +
+                          std::to_string(n));
+    platform::delay(room_.services.loop, platform::Millis(1000));
+    if (room_.activity.closing()) return;
+  }
+}
+
+void DownloadRoom::checkChip() {
+  const auto running = room_.activity.begin();
+  if (!running) return;
+  const PortTaken port(room_.services.lease);
+  room_.lock.toBusy();
+  room_.services.stop.clear();
+  room_.results.begin();
+  const engine::Job job = readJob(panels_, false);
+  const auto outcome = engine::ChipRun(job, room_.services, room_.view).check();
+  room_.results.end(outcome, panels_.model.name(), {});
+  room_.lock.toFree();
+}
+
+void DownloadRoom::stop() {
+  room_.services.stop.request();
+  room_.services.lease.clearIn();
+  room_.services.lease.link().clearOut();
+  room_.services.lease.close();
+  room_.view.lamp(false);
+  if (!room_.activity.busy()) room_.lock.toFree();
+}
+
+}  // namespace kvr::download

@@ -1,0 +1,53 @@
+#include "download/job_panel.h"
+
+#include "platform/text.h"
+
+namespace kvr::download {
+namespace {
+
+engine::JobImage imageOf(const images::ImageBuffer& buffer) {
+  const auto bytes = buffer.bytes();
+  return {.bytes = {bytes.begin(), bytes.end()},
+          .rangeStart = buffer.rangeStart,
+          .rangeEnd = buffer.rangeEnd,
+          .loaded = buffer.loaded,
+          .fill = 0,
+          .sum = buffer.sum};
+}
+
+std::vector<catalogue::AddressRange> numbersOf(const images::AutoIncrement& counter) {
+  if (!counter.armed) return {};
+  const auto field = counter.field();
+  return {{field.first, field.last}};
+}
+
+int baudOf(const platform::ComboBox& box) {
+  return platform::wholeOf(box.text());
+}
+
+}  // namespace
+
+engine::Job readJob(const JobPanels& panels, bool fixedLink) {
+  engine::Job job;
+  job.model = panels.model;
+  job.imageValid = panels.images.state.imageValid;
+  job.code = imageOf(panels.images.state.CodeBuffer);
+  job.data = imageOf(panels.images.state.EepromBuffer);
+  job.codeNumbers = numbersOf(panels.images.counters.code);
+  job.dataNumbers = numbersOf(panels.images.counters.data);
+  job.choices = panels.options.readPanel();
+  job.doubleSpeed = panels.options.chosen("Double_speed_YES");
+  job.wantedFrequencyHz = panels.options.wantedFrequencyHz();
+  job.baseFrequencyHz = panels.options.baseFrequencyHz();
+  job.watchdogPin = panels.options.externalWatchdogPin();
+  job.port = panels.combCommPort.listIndex() + 1;
+  job.firstBaud = baudOf(panels.download.cobBaudMin);
+  job.highestBaud = baudOf(panels.download.cobBaudMax);
+  job.fixedLink = fixedLink;
+  job.frameSize = engine::frameSizeOf(job.record(), fixedLink);
+  job.repeatSeconds = platform::wholeOf(panels.download.comDalay_ReDownLoad.text());
+  job.beep = panels.download.optBeepYes.value();
+  return job;
+}
+
+}  // namespace kvr::download

@@ -1,0 +1,66 @@
+#include "download/results_room.h"
+
+#include "platform/text.h"
+
+namespace kvr::download {
+namespace {
+
+VerdictKind verdictOf(const engine::Outcome& outcome) {
+  if (outcome.kind == engine::RunKind::Check) return VerdictKind::Idle;  // nothing was programmed
+  switch (outcome.ending) {
+    case engine::Ending::Passed:
+      return VerdictKind::Pass;
+    case engine::Ending::PassedInPart:
+      return VerdictKind::PassInPart;
+    default:
+      return VerdictKind::Fail;
+  }
+}
+
+// A trigger's success is the command sent: the download after it has a verdict of its own.
+bool counts(const engine::Outcome& outcome) {
+  return outcome.passed() && outcome.kind == engine::RunKind::Chip;
+}
+
+}  // namespace
+
+ResultsRoom::ResultsRoom(platform::World& world, DownloadPanel& panel, platform::TextBox& textMsg)
+    : world_(world), panel_(panel), textMsg_(textMsg) {
+  panel_.comClear_OK_Count.onClick = [this] { clearCount(); };
+}
+
+void ResultsRoom::begin() {
+  panel_.verdict.set(VerdictKind::Waiting);
+}
+
+// The log line is on the disk before anybody reads the verdict.
+void ResultsRoom::end(const engine::Outcome& outcome, const std::string& model, const std::string& serialNumber) {
+  if (counts(outcome)) count();
+  writeLog({outcome, world_.clock.dateTime(), model, serialNumber});
+  panel_.verdict.set(verdictOf(outcome));
+  const bool programmed = outcome.kind == engine::RunKind::Chip || outcome.kind == engine::RunKind::Demo;
+  if (outcome.passed() && programmed && panel_.optBeepYes.value()) world_.dialogs.beep();
+  if (!outcome.box.empty()) world_.dialogs.message(platform::kTitle, outcome.box, platform::BoxIcon::Information);
+}
+
+void ResultsRoom::forget() {
+  if (panel_.verdict.value() > VerdictKind::Working) panel_.verdict.set(VerdictKind::Idle);
+}
+
+void ResultsRoom::count() {
+  const std::string count = platform::numberText(platform::valueOf(panel_.txtWrite_OK_Count.text()) + 1);
+  panel_.txtWrite_OK_Count.setText(" " + count);
+  storeCount(count);
+}
+
+void ResultsRoom::clearCount() {
+  panel_.txtWrite_OK_Count.setText("0");
+  storeCount("0");
+}
+
+void ResultsRoom::storeCount(const std::string& count) {
+  world_.store.set("Settings", "Write_OK_Count", count);
+  if (!world_.store.flush()) textMsg_.appendLine("The count of good chips could not be saved.");
+}
+
+}  // namespace kvr::download

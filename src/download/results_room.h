@@ -1,0 +1,47 @@
+// What hangs on the outcome of a run, in one place for every kind of run: the large sign, the success counter, the
+// batch log, the beep.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "download/download_panel.h"
+#include "engine/outcome.h"
+#include "platform/world.h"
+
+namespace kvr::download {
+
+// One end of a run (of each round, when it repeats), for the batch log.
+struct RunRecord {
+  engine::Outcome outcome;
+  std::string time;          // "yyyy-mm-dd hh:mm:ss"
+  std::string model;         // selected
+  std::string serialNumber;  // what the chip carries; empty without a counter
+};
+
+class ResultsRoom {
+ public:
+  ResultsRoom(platform::World& world, DownloadPanel& panel, platform::TextBox& textMsg);
+
+  // A run of any kind waits for its chip or board; for each round, when it repeats.
+  void begin();
+  // It has ended. Counts a success, writes the log, and only then shows the verdict; the beep is the last. A box that
+  // the outcome brings is shown after all that.
+  void end(const engine::Outcome& outcome, const std::string& model, const std::string& serialNumber);
+  // What the sign says belongs to another model, image or project.
+  void forget();
+
+  void clearCount();
+
+  // Writes the batch log, when one is wanted. Must be connected.
+  std::function<void(const RunRecord&)> writeLog;
+
+ private:
+  void count();
+  void storeCount(const std::string& count);
+  platform::World& world_;
+  DownloadPanel& panel_;
+  platform::TextBox& textMsg_;
+};
+
+}  // namespace kvr::download

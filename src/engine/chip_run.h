@@ -1,0 +1,50 @@
+// One chip, from the closed port to the closed port: waits for it, connects, checks, erases, programs, writes the
+// options. Nothing that it learns outlives it.
+#pragma once
+
+#include "engine/handshake.h"
+#include "engine/job.h"
+#include "engine/option_write.h"
+#include "engine/programming.h"
+#include "engine/run_context.h"
+
+namespace kvr::engine {
+
+class ChipRun {
+ public:
+  // All three must live as long as the run.
+  ChipRun(const Job& job, const RunServices& services, RunView& view);
+
+  // The whole download. With `Job::handOver` the port is still open after a success.
+  [[nodiscard]] Outcome program();
+  // Tells what the chip is and holds, without touching it.
+  [[nodiscard]] Outcome check();
+
+ private:
+  void begin();
+  bool programChip();
+  bool connect();
+  bool settle(Contact& contact);
+  bool firmwareSupported();
+  bool planFits();
+  void tellLeftOut();
+  bool erase(const ImagePlan& plan);
+  Outcome end(RunKind kind, bool good);
+  ChipSeen seen() const;
+
+  const Job& job_;
+  TargetLink link_;
+  RunContext c_;
+  OptionWrite optionWrite_;
+  Handshake handshake_;
+  Programming programming_;
+  std::optional<Contact> contact_;
+  SendPlan sends_;
+  LeftOut leftOut_;
+  std::string box_;
+};
+
+// The outcome of a job that could not start.
+Outcome refused(RunKind kind, const std::string& words);
+
+}  // namespace kvr::engine

@@ -1,0 +1,82 @@
+#include "engine/run_context.h"
+
+#include "platform/text.h"
+
+namespace kvr::engine {
+
+// Of a port that has gone the user knows already; the chip is not to blame.
+bool RunContext::fail(int beeps, const std::string& line) {
+  if (!link.lostPort().empty()) {
+    words_ = "The COM port has been lost: " + link.lostPort();
+    return false;
+  }
+  if (beeps > 0) view().beep(beeps);
+  say(line);
+  words_ = line;
+  return false;
+}
+
+bool RunContext::failNow(int beeps, const std::string& words) {
+  return fail(beeps, words + "(End: " + timeOfDay() + ")");
+}
+
+bool RunContext::failPort() {
+  fail(3, kPortFailed);
+  say(kPortFailedWhy);
+  return false;
+}
+
+void RunContext::tellStop() {
+  view().beep(1);
+  if (!link.lostPort().empty()) {
+    fail(0, {});
+    return;
+  }
+  say("Operation stopped. ");
+  if (words_.empty()) words_ = "Operation stopped. ";
+}
+
+bool RunContext::stopped() {
+  if (link.stopped()) tellStop();
+  return link.stopped();
+}
+
+void RunContext::bookTime() {
+  const platform::Instant now = link.loop().now();
+  spent_[static_cast<std::size_t>(stage_)] += now - stageBegan_;
+  stageBegan_ = now;
+}
+
+void RunContext::enter(Stage stage) {
+  bookTime();
+  stage_ = stage;
+  view().enter(stage);
+}
+
+const std::array<platform::Micros, kStages>& RunContext::spent() {
+  bookTime();
+  return spent_;
+}
+
+Outcome RunContext::outcome(RunKind kind, bool good, const LeftOut& leftOut) {
+  const bool byUser = link.stopped() && link.lostPort().empty();
+  return {.kind = kind,
+          .ending = good     ? leftOut.bytes > 0 ? Ending::PassedInPart : Ending::Passed
+                    : byUser ? Ending::Stopped
+                             : Ending::Failed,
+          .stage = stage_,
+          .words = good ? std::string() : words_,
+          .codeSum = job.code.sum,
+          .dataSum = job.data.sum,
+          .bytesLeftOut = leftOut.bytes,
+          .leftOutFrom = leftOut.from,
+          .spent = spent()};
+}
+
+std::string RunContext::elapsedText() const {
+  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(link.loop().now() - startMark_).count();
+  return "[" + platform::padLeft(std::to_string(seconds / 60 % 100), 2) + ":" +
+         platform::padLeft(std::to_string(seconds % 60), 2) + "]";
+}
+
+}  // namespace kvr::engine
