@@ -95,7 +95,7 @@ void EngineBench::pressAfter(Millis time, platform::Button& button) {
 }
 
 std::string EngineBench::flashDifference() const {
-  const auto plan = engine::planSends(model.record, conversation.target.versionNumber(), model.blockSize,
+  const auto plan = engine::planSends(model.record, conversation.target.firmware, model.blockSize,
                                       conversation.run.frameSize, images.CodeBuffer, images.EepromBuffer);
   for (const engine::SendRange& range : plan.ranges) {
     for (std::int32_t at = range.first; at <= range.last && at < std::ssize(chip->flash()); ++at) {
