@@ -5,14 +5,15 @@
 
 #include "catalogue/selected_model.h"
 #include "images/image_room.h"
-#include "platform/virtual/virtual_loop.h"
-#include "platform/virtual/virtual_world.h"
+#include "tests/support/memory_services.h"
 #include "tests/support/no_link.h"
 
 namespace kvr::images {
 
 template <class Loop>
-struct ImagesBenchOn {
+struct ImagesBenchOn : support::MemoryServices<Loop> {
+  using support::MemoryServices<Loop>::dialogs, support::MemoryServices<Loop>::files;
+
   explicit ImagesBenchOn(std::string_view model) : selected(catalogue::describeModel(*catalogue::findByName(model))) {
     room.showModel();
     room.applyLock(0);
@@ -49,13 +50,8 @@ struct ImagesBenchOn {
     panel.optAuto_Increase[static_cast<std::size_t>(radix)].setValue(true);
   }
 
-  Loop loop;
   support::NoLink link;
-  platform::MemoryStore store;
-  platform::MemoryFiles files;
-  platform::ScriptedDialogs dialogs{loop};
-  platform::VirtualClock clock{loop};
-  platform::World world{loop, link, dialogs, store, files, clock};
+  platform::World world = this->with(link);
   catalogue::SelectedModel selected;
   platform::TextBox textMsg{"textMsg"};
   ImageRoom room{world, selected, textMsg};

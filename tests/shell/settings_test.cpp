@@ -7,9 +7,8 @@
 #include <memory>
 
 #include "platform/virtual/plain_codec.h"
-#include "platform/virtual/virtual_loop.h"
-#include "platform/virtual/virtual_world.h"
 #include "shell/main_form.h"
+#include "tests/support/memory_services.h"
 #include "tests/support/no_link.h"
 
 namespace kvr::shell {
@@ -25,11 +24,9 @@ class FailingStore : public MemoryStore {
   bool full = false;
 };
 
-class SettingsTest : public ::testing::Test {
+class SettingsTest : public ::testing::Test, public support::MemoryServices<VirtualLoop, FailingStore> {
  protected:
-  std::unique_ptr<MainForm> make() {
-    return std::make_unique<MainForm>(World{loop, link, dialogs, store, files, clock}, codec);
-  }
+  std::unique_ptr<MainForm> make() { return std::make_unique<MainForm>(with(link), codec); }
   std::unique_ptr<MainForm> start() {
     auto form = make();
     form->load();
@@ -60,12 +57,7 @@ class SettingsTest : public ::testing::Test {
   std::optional<std::string> stored(const std::string& key) const { return store.get("Settings", key); }
   void put(const std::string& key, const std::string& value) { store.values[{"Settings", key}] = value; }
 
-  VirtualLoop loop;
   support::NoLink link;
-  FailingStore store;
-  MemoryFiles files;
-  ScriptedDialogs dialogs{loop};
-  VirtualClock clock{loop};
   PlainCodec codec;
 };
 

@@ -16,8 +16,7 @@ std::vector<std::uint8_t> randomBytes(std::uint64_t seed, std::size_t count) {
 }
 
 EngineBench::EngineBench(sim::WireConfig wireConfig)
-    : wire(std::move(wireConfig)),
-      link(loop, wire),
+    : VirtualWorld(std::move(wireConfig)),
       options(dialogs, optionPanel, model, lock, textMsg, stepFrame),
       lease(loop, link),
       target(world, lease, model, panel, {textMsg, combCommPort, imgOpen_sys, ProgressBar1, labKbyte}),
