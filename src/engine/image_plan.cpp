@@ -40,7 +40,8 @@ ImageFit fitImages(const TargetInfo& target, std::int32_t codeEnd, bool clearUnu
 int eraseSectorCount(const TargetInfo& target, const catalogue::McuRecord& selected, std::int32_t codeEnd) {
   const bool counts = target.stepping == 'C' && target.firmware >= FirmwareVersion{2, 8};
   if (counts) return std::min(codeEnd / 512 + 1, 255);
-  return target.stepping.firstGeneration() ? selected.quirks.eraseSectors : 255;
+  const bool known = target.stepping >= 'A' && target.stepping.firstGeneration();
+  return known ? selected.quirks.eraseSectors : 255;
 }
 
 AddressRange eraseRange(const TargetInfo& target, const catalogue::McuRecord& selected, const ImagePlan& plan,
