@@ -60,7 +60,7 @@ constexpr bool foundByFourDigits(const McuRecord& record) {
 constexpr std::size_t kCodeCount = [] {
   std::size_t count = 0;
   for (const McuRecord& record : kRows) {
-    if (foundByFourDigits(record)) count += record.altCode.empty() ? 1 : 2;
+    if (foundByFourDigits(record)) count += record.altCode.empty() ? 1u : 2u;
   }
   return count;
 }();

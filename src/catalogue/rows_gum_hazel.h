@@ -67,7 +67,7 @@ inline constexpr McuRecord kGum[] = {
   {Gum,  51, "E69E", "", "Gum-L78",  0, 30719, 30720, 30719, 30720, 32767,  0, 1,  1, 1, 1, 1,  1, 1, 1},
 };
 
-// A and P parts keep Data Memory right behind the application, plain parts have none. 5 and 6 KB parts have no options.
+// A and P parts keep Data Memory right after the application, plain parts have none. 5 and 6 KB parts have no options.
 inline constexpr McuRecord kHazel[] = {
   {Hazel,   0, "E161", "", "Hazel-H04A", 0,  1023,  1024,  5119,  5120,  8191,  0, 1,  1, 1, 1, 1,  0, 0, 0},
   {Hazel,   1, "E162", "", "Hazel-H08A", 0,  2047,  2048,  5119,  5120,  8191,  0, 1,  1, 1, 1, 1,  0, 0, 0},

@@ -11,7 +11,7 @@ using enum Family;
 
 // clang-format off
 
-// The first digit behind D4 tells letter and voltage, the last one the size in KB.
+// The first digit after D4 tells letter and voltage, the last one the size in KB.
 inline constexpr McuRecord kSumac[] = {
   {Sumac,   0, "D442", "", "Sumac-H08A",  0,  2047,  2048, 13311, 13312, 16383,  0, 1,  1, 1, 1, 1,  0, 0, 0},
   {Sumac,   1, "D444", "", "Sumac-H10A",  0,  4095,  4096, 13311, 13312, 16383,  0, 1,  1, 1, 1, 1,  0, 0, 0},

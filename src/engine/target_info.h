@@ -22,7 +22,7 @@ struct TargetInfo {
   std::string modelCodeHigh, modelCodeLow;  // two hexadecimal digits each; a code of one byte has no low part
   bool modelCodeKnown = false;              // the status frame was long enough to hold the code
   std::string extendedCodeText;             // four digits; empty when absent or zero
-  std::string targetModelName;              // empty: no row bears the code
+  std::string targetModelName;              // empty: no row has the code
   catalogue::McuRecord targetRecord;        // its row; of an unknown model the selected one, without a name
   catalogue::Family family{};               // of the chip, by its letter when the model is unknown
   float targetClockHz = 0;

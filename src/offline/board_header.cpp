@@ -48,10 +48,10 @@ void putIdentity(const BoardInputs& inputs, Header header) {
     if (inputs.sorter[i]) header[44] |= static_cast<std::uint8_t>(1 << i);
 }
 
-// Which option byte stands at which place, by family.
+// Which option byte is at which place, by option layout.
 struct OptionPlace {
-  int offset;
-  int element;
+  std::size_t offset;
+  std::size_t element;
 };
 constexpr std::array kFirstGeneration{OptionPlace{49, 1}};
 constexpr std::array kElmToHazel{OptionPlace{48, 2},  OptionPlace{49, 3},  OptionPlace{50, 8},

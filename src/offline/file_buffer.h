@@ -1,4 +1,4 @@
-// The code as it will stand in a target chip: both images put together by the chip's addresses, as far as the chip
+// The code as a target chip will hold it: both images put together by the chip's addresses, as far as the chip
 // takes them. Lives for one session with a board.
 #pragma once
 
@@ -22,7 +22,7 @@ struct FileBuffer {
   int first = 0;
   int last = 0;  // what the board takes for the end of code and data
   std::vector<std::uint8_t> bytes = std::vector<std::uint8_t>(kSize);
-  // The parts of it that the operator loaded, and how many loaded bytes found no place in it.
+  // The parts of it that the user loaded, and how many loaded bytes found no place in it.
   Span code;
   Span data;
   int cut = 0;

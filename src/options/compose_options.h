@@ -1,4 +1,4 @@
-// From choices to option bytes and back to words. Pure functions: nothing here knows a control or a chip.
+// From choices to option bytes, and from bytes to words. Pure functions: nothing here knows a control or a chip.
 #pragma once
 
 #include <map>
@@ -14,7 +14,7 @@ namespace kvr::options {
 // What an options panel says, apart from the panel.
 struct PanelValues {
   catalogue::Family family{};
-  bool noOptions = false;  // the model's options cannot be changed: whatever else stands here has no effect
+  bool noOptions = false;  // the model's options cannot be changed: nothing else here has an effect
 
   // "True" or "False" by key, for the keys that are bits. A key that is missing is a choice that was not made.
   std::map<std::string, std::string, std::less<>> choices;
@@ -30,7 +30,7 @@ struct PanelValues {
 // A panel that has just been filled for a model of the family.
 PanelValues defaultValues(catalogue::Family family);
 
-// The bytes before any choice is looked at. Bits that no choice names go to the chip as they stand here.
+// The bytes before any choice is looked at. Bits that no choice names go to the chip as they are here.
 OptionBytes defaultBytes(const catalogue::FamilyTraits& traits);
 
 struct WantedOptions {
@@ -39,14 +39,14 @@ struct WantedOptions {
   bool operator==(const WantedOptions&) const = default;
 };
 
-// What the panel stands for. `trim` is what was measured for the wanted frequency; families whose
+// The bytes and words of a panel. `trim` is what was measured for the wanted frequency; families whose
 // oscillator is measured take a middle setting without it, others do not look at it.
 WantedOptions composeOptions(const PanelValues& values, std::optional<RcTrim> trim);
 
 // "1" when `bytes` hold the choice, "0" when not, empty when the family's table has no such key or the key is no bit.
 std::string wordOf(const catalogue::FamilyTraits& traits, std::string_view key, const OptionBytes& bytes);
 
-// After `reported` was filled: the words of it. `wanted` goes back to the family's default bytes, so it must be
+// After `reported` was filled: its words. `wanted` goes back to the family's default bytes, so it must be
 // composed again before it is used. A family without options is left alone.
 void refreshChoices(const catalogue::FamilyTraits& traits, OptionSet& set);
 

@@ -26,7 +26,7 @@ constexpr std::string_view kBelow43 = "Low Voltage Reset, when MCU-VCC < 4.3V";
 constexpr std::string_view kHazelPin = "P1.2/RESET2 is used as P1.2/LVD";
 constexpr std::string_view kIvyPin = "P4.6/RESET2 is used as P4.6/LVD";
 
-// A family's lines; where the reset threshold stands it is that of the high-voltage class, and `low` is the other one.
+// A family's lines. The reset threshold in them is that of the high-voltage class; `low` takes its place in the other.
 struct FixedLines {
   catalogue::Family family;
   std::vector<std::string_view> lines;

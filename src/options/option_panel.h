@@ -53,7 +53,7 @@ struct OptionPanel {
   platform::ControlArray<platform::Label, 17> LabLock{"LabLock"};
 
   // Pins that the boot firmware drives while it programs. Element 0 of a pair: none (or level low), element 1: the pin
-  // in the list (or level high). The watchdog pair stands twice, on the options page and on the ISP DEMO page;
+  // in the list (or level high). The watchdog pair is shown twice, on the options page and on the ISP DEMO page;
   // `OptionsRoom` keeps the two alike.
   platform::ControlArray<platform::OptionButton, 2> opt_485_pin{"opt_485_pin"};
   platform::ComboBox comb_485_pin{"comb_485_pin"};  // "P0.0" .. "P4.3"

@@ -1,4 +1,4 @@
-// The option bytes: what the panel stands for, and what the chip last said.
+// The option bytes: what the panel asks for, and what the chip last said.
 #pragma once
 
 #include <array>

@@ -1,5 +1,5 @@
-// The option tables: for every group of families, what stands on its panel, which bit each choice is, and in which
-// words a chip's answer is reported. Panel, bytes, report, project file and off-line image all read these rows by key.
+// The option tables: for every group of families, what its panel shows, which bit each choice is, and in which
+// words a chip's answer is reported. Panel, bytes, report, project file and off-line image read these rows by key.
 #pragma once
 
 #include <span>
@@ -15,7 +15,7 @@ namespace kvr::options {
 // Rows without a choice of their own (labels, captions) carry this key; no look-up finds them.
 inline constexpr std::string_view kClew = "Clew";
 
-// The bit that a choice stands for. `chosen` is the value of the bit that means "chosen", which is 0 as often as 1.
+// The bit of a choice. `chosen` is the value of the bit that means "chosen", which is 0 as often as 1.
 struct BitPlace {
   int byte = -1;  // index of the option byte, 0 to 16; -1: the row is no bit
   int bit = 0;
@@ -54,7 +54,7 @@ std::span<const OptionRow> optionRows(int slot);
 // The row of a key; null when the table has no such key.
 const OptionRow* findRow(int slot, std::string_view key);
 
-// The texts of row `index` of a table as a chip of the voltage class has them: the threshold at which it resets stands
+// The texts of row `index` of a table as a chip of the voltage class has them: the threshold at which it resets is
 // in the captions and reports of the two `LowU_Reset` choices. Any class but 'H' is the low-voltage one.
 std::string_view captionText(int slot, std::size_t index, char voltageClass);
 std::string reportText(int slot, std::size_t index, char voltageClass);

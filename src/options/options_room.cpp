@@ -13,6 +13,7 @@ using platform::OptionButton;
 
 constexpr std::string_view kChangeable = "Step4: Active following options after Next-PowerUp/Cold Reset";
 constexpr std::string_view kFixed = "Step4: Options";
+constexpr const char* kLowPowerNote = "     如需低功耗,16MHz 以下振荡器增益可选 1/2 gain";
 constexpr std::size_t kFirstReportLine = 1;
 constexpr std::size_t kReportFrame = 15;  // with its like, 16, and the one at 0
 
@@ -22,10 +23,7 @@ void hide(platform::ControlArray<T, N>& array) {
 }
 
 bool inLayout(const std::vector<PanelGroup>& groups, const platform::Control* control) {
-  return std::any_of(groups.begin(), groups.end(), [&](const PanelGroup& group) {
-    return group.label == control || group.list == control ||
-           std::find(group.buttons.begin(), group.buttons.end(), control) != group.buttons.end();
-  });
+  return std::any_of(groups.begin(), groups.end(), [&](const PanelGroup& group) { return group.holds(control); });
 }
 
 }  // namespace
@@ -72,6 +70,10 @@ void OptionsRoom::showFamilyPanel() {
   for (const auto& group : groups_) panel_.Picture2[static_cast<std::size_t>(group.row)].setVisible(true);
   applyEnableRules();
   layoutChanged.emit();
+}
+
+std::string OptionsRoom::note() const {
+  return traits().lowPowerNote && !model_.record.noOptions ? kLowPowerNote : "";
 }
 
 void OptionsRoom::hideAll() {
@@ -126,7 +128,7 @@ void OptionsRoom::applyEnableRules() {
   for (const auto& row : optionRows(traits().panelSlot))
     if (auto* control = panel_.find(row.control, row.index)) control->setEnabled(enabledIn(row, lock_.state()));
   if (lock_.free()) applyWatchdogRule();
-  panel_.com_RC_frequency[5].setEnabled(!lock_.busy());  // its check asks the person, which a run cannot wait for
+  panel_.com_RC_frequency[5].setEnabled(!lock_.busy());  // its check asks the user, which a run cannot wait for
 }
 
 // Prescaler and idle choice matter only to a watchdog that the power-up starts.

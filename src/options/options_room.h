@@ -29,7 +29,8 @@ class OptionsRoom {
   // emptied. To be called after every selection of a model, the same model included.
   void showFamilyPanel();
   const std::vector<PanelGroup>& groups() const { return groups_; }
-  platform::Signal layoutChanged;  // `groups` are new
+  std::string note() const;        // small print of the page; empty: none
+  platform::Signal layoutChanged;  // `groups` and `note` are new
   // Enables the panel's controls by the state of the lock. Runs by itself when the lock changes. The frequency box
   // stays open in a locked state, since no project holds it, and closes while a run goes on.
   void applyEnableRules();

@@ -9,7 +9,7 @@
 namespace kvr::catalogue {
 namespace {
 
-TEST(Lookup, FindsEveryNameAtTheFirstRowThatBearsIt) {
+TEST(Lookup, FindsEveryNameAtTheFirstRowThatCarriesIt) {
   std::set<std::string_view> seen;
   for (const McuRecord& r : allRows()) {
     const McuRecord* found = findByName(r.name);
@@ -33,7 +33,7 @@ TEST(Lookup, FindsEveryCodeAtTheFirstRowInFamilyOrder) {
   }
 }
 
-TEST(Lookup, TakesTheRowThatAnOperatorMeans) {
+TEST(Lookup, TakesTheRowThatTheUserMeans) {
   const struct {
     const char* code;
     const char* name;
@@ -54,7 +54,7 @@ TEST(Lookup, TakesTheRowThatAnOperatorMeans) {
 }
 
 TEST(Lookup, KnowsWhichModelsTakeADataFile) {
-  // Data Memory inside the code file, or beginning behind its own end, is no file.
+  // Data Memory inside the code file, or beginning after its own end, is no file.
   for (const char* name : {"Ivy-H20X", "Ivy-H20Si", "Hazel-H18", "Cedar-H10D", "Oak-H10A"})
     EXPECT_FALSE(hasDataFile(*findByName(name))) << name;
   for (const char* name : {"Ivy-H20S", "Rowan-H20", "Sumac-H08Ai"}) EXPECT_TRUE(hasDataFile(*findByName(name))) << name;

@@ -27,7 +27,7 @@ int codeOf(const McuRecord& r) {
 char variantOf(const McuRecord& r) {
   std::string_view name = r.name;
   if (isSelfWriting(r)) name.remove_suffix(1);
-  // Pages are hexadecimal: a letter is a variant only behind at least two digits, three for 64 KB.
+  // Pages are hexadecimal: a letter is a variant only after at least two digits, three for 64 KB.
   const std::size_t digits = r.apEnd == 65535 ? 3 : 2;
   const auto rest = name.substr(name.find('-') + 2 + digits);
   return rest.empty() ? '\0' : rest.front();
@@ -53,7 +53,7 @@ TEST(CatalogueRows, AreAllThereInTableOrder) {
   }
 }
 
-TEST(CatalogueRows, BearNamesThatTellSeriesVoltageSizeAndVariant) {
+TEST(CatalogueRows, CarryNamesThatTellSeriesVoltageSizeAndVariant) {
   for (const McuRecord& r : allRows()) {
     EXPECT_TRUE(voltageClass(r) == 'H' || voltageClass(r) == 'L') << r.name;
     std::string name = std::string(traitsOf(r).name) + '-' + voltageClass(r);
@@ -95,7 +95,7 @@ TEST(CatalogueRows, HoldOrderedAreas) {
     if (r.noOptions) {  // the whole top is theirs
       EXPECT_TRUE(r.dataEnd + 1 == r.bootStart && r.bootStart % 1024 == 0) << r.name;
     }
-    if (r.family <= Family::Birch) continue;  // no Data Memory: both ends bear the application's last address
+    if (r.family <= Family::Birch) continue;  // no Data Memory: both ends are the application's last address
     EXPECT_GT(r.dataStart, r.family == Family::Larch && r.dataEnd == r.apEnd ? r.dataEnd : r.apEnd) << r.name;
     EXPECT_EQ(r.dataStart % 512, 0) << r.name;
     // From Gum on nothing of the application or of its data reaches into the boot block.
@@ -155,7 +155,7 @@ TEST(CatalogueRows, OfIvyAndLarchCountPagesOfTwoKilobytesInTheirCodes) {
   }
 }
 
-TEST(CatalogueRows, ShareCodesOnlyWhereOneChipBearsSeveralNames) {
+TEST(CatalogueRows, ShareCodesOnlyWhereOneChipHasSeveralNames) {
   std::map<std::string_view, std::set<Family>> families;
   std::map<std::string_view, int> counts;
   for (const McuRecord& r : allRows()) {
