@@ -91,7 +91,8 @@ std::string DownloadRoom::refusal() {
   if (images_.panel.cekReloadFile.value() && !images_.loader.reload()) return "The file could not be loaded again.";
   if (!images_.state.imageValid) return "The file could not be loaded again.";
   if (!images_.counters.armForRun()) return "The serial number could not be written.";
-  if (panels_.model.rcModelTiny && !options_.checkFrequency()) return "The R/C frequency is out of range.";
+  if (panels_.model.traits().measuresOscillator() && !options_.checkFrequency())
+    return "The R/C frequency is out of range.";
   // Stop, or the window's close, while the file was waited for: a run that began now would keep the window open.
   if (room_.activity.closing() || room_.services.stop.requested()) return "Operation stopped. ";
   return {};

@@ -29,7 +29,7 @@ bool BaudNegotiation::searchAndChange(Contact& contact) {
   if (c_.stopped()) return false;
   c_.link.clearReceiveState();
   if (!changed) return failed();
-  const ReloadPair reload = reloadValues(baudParameters(c_.record().family, *choice), contact.chip.doubleSpeed);
+  const ReloadPair reload = reloadValues(baudParameters(c_.traits(), *choice), contact.chip.doubleSpeed);
   contact.chip.reloadNormal = reload.normal;
   contact.chip.reloadOther = reload.other;
   contact.baud = choice->baud;
@@ -41,7 +41,7 @@ std::optional<BaudChoice> BaudNegotiation::findCandidate(const TargetInfo& chip)
   BaudChoice choice{.baud = c_.job.firstBaud};
   int row = 100;
   for (int tries = 1; tries <= kCandidates && row > 0; ++tries) {
-    if (const auto found = calculateBaud(c_.record().family, chip.targetClockHz, row, highestBaudOf(c_.job))) {
+    if (const auto found = calculateBaud(c_.traits(), chip.targetClockHz, row, highestBaudOf(c_.job))) {
       choice = *found;
       row = found->row;
     } else {
@@ -58,7 +58,7 @@ std::optional<BaudChoice> BaudNegotiation::findCandidate(const TargetInfo& chip)
 }
 
 bool BaudNegotiation::testThreeTimes(const TargetInfo& chip, const BaudChoice& choice) {
-  const BaudParameters parameters = baudParameters(c_.record().family, choice);
+  const BaudParameters parameters = baudParameters(c_.traits(), choice);
   for (int i = 0; i < kTries && !c_.link.stopped(); ++i) {
     c_.link.delay(Millis(50));
     if (test(chip, choice.baud, parameters)) return true;
@@ -67,7 +67,7 @@ bool BaudNegotiation::testThreeTimes(const TargetInfo& chip, const BaudChoice& c
 }
 
 bool BaudNegotiation::changeThreeTimes(const TargetInfo& chip, const BaudChoice& choice) {
-  const BaudParameters parameters = baudParameters(c_.record().family, choice);
+  const BaudParameters parameters = baudParameters(c_.traits(), choice);
   for (int i = 0; i < kTries && !c_.link.stopped(); ++i) {
     c_.link.delay(Millis(50));
     if (change(chip, choice.baud, parameters)) return true;
@@ -81,10 +81,10 @@ Bytes BaudNegotiation::baudFrame(const TargetInfo& chip, BaudFrame kind, int bau
   const int twice = (256 - parameters.low) * 2;
   const std::uint8_t settle = test && c_.job.fixedLink
                                   ? fixedLinkTime(chip.doubleSpeed ? clock / 2 : clock)
-                                  : settleCount(c_.record().family, c_.job.firstBaud, kind, baud, clock);
+                                  : settleCount(c_.traits().pace, c_.job.firstBaud, kind, baud, clock);
   Bytes payload = {parameters.high, parameters.low, 0xFF,
                    static_cast<std::uint8_t>(twice > 254 ? (test ? 254 : 255) : twice), settle};
-  if (test) payload.push_back(static_cast<std::uint8_t>(waitClass(c_.record().family, clock, chip.doubleSpeed)));
+  if (test) payload.push_back(static_cast<std::uint8_t>(waitClass(c_.traits(), clock, chip.doubleSpeed)));
   return buildFrame(test ? 0x8F : 0x8E, payload, c_.form());
 }
 
@@ -100,7 +100,7 @@ bool BaudNegotiation::test(const TargetInfo& chip, int baud, BaudParameters para
   link.delay(Millis(5));
   link.clearReceived();
   link.write(baudFrame(chip, BaudFrame::Test, baud, parameters));
-  link.delay(Millis(switchDelayMs(c_.record().family, c_.job.firstBaud, BaudFrame::Test)));
+  link.delay(Millis(switchDelayMs(c_.traits().pace, c_.job.firstBaud, BaudFrame::Test)));
   const Millis limit(answerLimitMs(BaudFrame::Test, baud));
   if (!switchesSpeed() || c_.job.fixedLink) return link.awaitFrame(limit).has_value();
   const std::string firstContact = link.settings();
@@ -112,7 +112,7 @@ bool BaudNegotiation::change(const TargetInfo& chip, int baud, BaudParameters pa
   TargetLink& link = c_.link;
   link.clearReceived();
   link.write(baudFrame(chip, BaudFrame::Change, baud, parameters));
-  link.delay(Millis(switchDelayMs(c_.record().family, c_.job.firstBaud, BaudFrame::Change)));
+  link.delay(Millis(switchDelayMs(c_.traits().pace, c_.job.firstBaud, BaudFrame::Change)));
   if (switchesSpeed() && !goTo(baud)) return false;
   return link.awaitFrame(Millis(answerLimitMs(BaudFrame::Change, baud))).has_value();
 }

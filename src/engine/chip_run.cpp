@@ -1,6 +1,5 @@
 #include "engine/chip_run.h"
 
-#include "engine/family_rules.h"
 #include "engine/status_frame.h"
 #include "platform/text.h"
 
@@ -61,7 +60,9 @@ bool ChipRun::programChip() {
   link_.delay(Millis(highestBaudOf(job_) != job_.firstBaud ? 1000 : 100));
   c_.view().progressDone();
   c_.enter(Stage::Options);
-  if (!job_.record().topBlockFree && job_.record().family != 1 && !optionWrite_.write(contact)) return false;
+  if (!job_.record().topBlockFree && c_.traits().layout != catalogue::OptionLayout::None &&
+      !optionWrite_.write(contact))
+    return false;
   c_.enter(Stage::Report);
   c_.say("Program OK");
   c_.say("Verify  OK ( Total: " + programming_.timeText() + " )");
@@ -90,7 +91,8 @@ bool ChipRun::settle(Contact& contact) {
 
 bool ChipRun::firmwareSupported() {
   const TargetInfo& chip = contact_->chip;
-  if (chip.firmwareVersionText >= (chip.steppingLetter <= "C" ? "4.0" : "5.0")) return true;
+  const unsigned oldest = chip.stepping.firstGeneration() ? 4 : 5;
+  if (chip.firmware >= catalogue::FirmwareVersion{oldest, 0}) return true;
   box_ = "Sorry, the current program does not support the MCU or Firmware Version is too low.";
   return false;
 }
@@ -98,8 +100,8 @@ bool ChipRun::firmwareSupported() {
 // A chip must not leave with less than the user thinks it carries: what is left out is told, and a number that would
 // not arrive ends the run while the chip is still as it was.
 bool ChipRun::planFits() {
-  sends_ = planSends(job_.record(), contact_->chip.versionNumber(), job_.model.blockSize, job_.frameSize, job_.code,
-                     job_.data);
+  sends_ =
+      planSends(job_.record(), contact_->chip.firmware, job_.model.blockSize, job_.frameSize, job_.code, job_.data);
   sends_.highest = firmwareLimit(contact_->chip, job_.record());
   leftOut_ = leftOutOf(sends_, job_);
   tellLeftOut();
@@ -109,15 +111,15 @@ bool ChipRun::planFits() {
 
 void ChipRun::tellLeftOut() {
   if (leftOut_.bytes == 0) return;
-  if (job_.data.loaded && !programsData(job_.record())) c_.say("The EEPROM file is not programmed in this series.");
+  if (job_.data.loaded && !catalogue::programsDataFile(job_.record()))
+    c_.say("The EEPROM file is not programmed in this series.");
   c_.say(std::to_string(leftOut_.bytes) + " bytes of the image, from " +
          platform::hexText(static_cast<std::uint32_t>(leftOut_.from), 4) + "H on, are left out.");
 }
 
 bool ChipRun::erase(const ImagePlan& plan) {
   c_.enter(Stage::Erase);
-  // Compared as text: a version that is no number would pass for an old one, and its chip go unerased.
-  if (contact_->chip.firmwareVersionText <= "0.2") return true;
+  if (contact_->chip.firmware <= catalogue::FirmwareVersion{0, 2}) return true;
   const bool erased = programming_.erase(*contact_, plan);
   if (c_.stopped()) return false;
   if (erased) return true;
@@ -130,7 +132,7 @@ ChipSeen ChipRun::seen() const {
   const TargetInfo& chip = contact_->chip;
   return {.model = chip.targetModelName,
           .code = chip.modelCode(),
-          .firmware = chip.firmwareVersionText + chip.steppingLetter,
+          .firmware = chip.firmware.text() + chip.stepping.text(),
           .factoryId = programming_.factoryId(),
           .clockHz = chip.targetClockHz,
           .optionsBefore = contact_->optionsTold,

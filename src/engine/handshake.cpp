@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "engine/family_rules.h"
 #include "engine/status_frame.h"
 #include "platform/text.h"
 
@@ -91,7 +90,7 @@ bool Handshake::openPort() {
 std::optional<Reply> Handshake::firstContact() {
   TargetLink& link = c_.link;
   const bool fixed = c_.job.fixedLink;
-  const auto reply = c_.job.model.pulseSync == 4 ? rc_.pulseSync() : fixed ? fixedLinkSync() : plainSync();
+  const auto reply = c_.traits().pulses() ? rc_.pulseSync() : fixed ? fixedLinkSync() : plainSync();
   hintTimer_.stop();
   if (!reply || link.stopped()) return std::nullopt;
   link.clearQueues();
@@ -125,31 +124,30 @@ std::optional<Reply> Handshake::fixedLinkSync() {
 void Handshake::readClock(const Reply& reply, TargetInfo& chip) {
   chip.fixedBaudLink = c_.job.fixedLink;
   chip.targetClockHz = c_.job.fixedLink ? clockFromFixedLink(reply.bytes)
-                                        : clockFromStatus(reply.bytes, c_.job.firstBaud, c_.job.model.dualClock);
+                                        : clockFromStatus(reply.bytes, c_.job.firstBaud, c_.traits().pulses());
 }
 
 void Handshake::readIdentity(const Reply& reply, TargetInfo& chip) {
   const catalogue::McuRecord* found = lookUp(reply, chip, c_.record());
-  chip.steppingLetter = std::string(1, static_cast<char>(reply[21]));
-  chip.firmwareVersionText = versionTextOf(reply[20]);
+  chip.stepping = static_cast<char>(reply[21]);
+  chip.firmware = catalogue::FirmwareVersion::fromByte(reply[20]);
   chip.targetModelName = found ? std::string(found->name) : std::string();
   chip.targetRecord = found ? *found : c_.record();
   if (!found) chip.targetRecord.name = {};  // a borrowed row must not pass for the chip's own
-  const int byLetter = familyOfLetter(chip.steppingLetter);
-  chip.familyClass = catalogue::familyClassOf(found || byLetter < 0 ? chip.targetRecord.family : byLetter);
+  const auto byLetter = catalogue::familyOf(chip.stepping);
+  chip.family = found || !byLetter ? chip.targetRecord.family : *byLetter;
   c_.reportedCode = chip.modelCode();
 }
 
 // Firmwares up to letter "C" tell their options in one byte after the letter.
 bool Handshake::identify(const Reply& reply, Contact& contact) {
   TargetInfo& chip = contact.chip;
-  const int family = c_.record().family;
   readIdentity(reply, chip);
-  contact.options.reported = options::defaultBytes(family);
+  contact.options.reported = options::defaultBytes(c_.traits());
   readStatusOptions(reply.bytes, chip, contact.options.reported);
-  options::refreshChoices(family, contact.options);
+  options::refreshChoices(c_.traits(), contact.options);
   contact.optionsTold = contact.options.reported;
-  if (hasTrimmedOscillator(family))
+  if (c_.traits().measuresOscillator())
     std::copy_n(reply.bytes.begin() + 54, chip.statusTail.size(), chip.statusTail.begin());
   optionWrite_.report(contact, reply[20], reply[21], reply[22]);
   reportClock(contact);
@@ -164,12 +162,11 @@ void Handshake::reportClock(const Contact& contact) {
   const auto line = [&](const char* words, double value) {
     c_.say(words + platform::numberText(value / 1000000) + "MHz.");
   };
-  const std::string& letter = chip.steppingLetter;
-  if (letter >= "D") return line("MCU Clock:", hertz);
+  if (!chip.stepping.firstGeneration()) return line("MCU Clock:", hertz);
   line("Internal MCU Clock:", hertz);
-  if (letter == "B") return;
+  if (chip.stepping == 'B') return;
   const bool halved =
-      letter == "C" ? platform::valueOf(contact.options.reportedWords.doubleSpeed) > 0 : chip.doubleSpeed;
+      chip.stepping == 'C' ? platform::valueOf(contact.options.reportedWords.doubleSpeed) > 0 : chip.doubleSpeed;
   line("External MCU Clock:", halved ? hertz / 2 : hertz);
 }
 
@@ -180,7 +177,7 @@ bool Handshake::checkModel(const TargetInfo& chip) {
 }
 
 void Handshake::readStatusByte(const Reply& reply, TargetInfo& chip) {
-  if (reply.length() <= 27 || reply[20] <= 37) return;
+  if (reply.length() <= 27 || chip.firmware <= catalogue::FirmwareVersion{2, 5}) return;
   c_.link.requireStartPair(reply[25] & 0x80);
   chip.reservedBytes = reservedBytesOf(c_.record(), reply[25]);
   chip.reservedKnown = true;
@@ -205,7 +202,7 @@ bool Handshake::secondStage(Contact& contact) {
     contact.baud = kFixedLinkBaud;
     return true;
   }
-  if (hasTrimmedOscillator(c_.record().family)) return rc_.goToFixedRate(contact);
+  if (c_.traits().measuresOscillator()) return rc_.goToFixedRate(contact);
   return baud_.searchAndChange(contact);
 }
 

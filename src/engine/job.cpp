@@ -2,27 +2,25 @@
 
 #include <algorithm>
 
-#include "engine/family_rules.h"
-
 namespace kvr::engine {
 namespace {
 
+constexpr int kFixedLinkFrame = 128;
 constexpr std::int32_t kLowestHz = 4500000, kHighestHz = 45000000;
 
 }  // namespace
 
 int highestBaudOf(const Job& job) {
-  const int family = job.record().family;
-  if (family < 15 || family > 17) return job.highestBaud;
+  if (job.model.traits().oscillator == catalogue::Oscillator::External) return job.highestBaud;
   return std::min(job.highestBaud, job.baseFrequencyHz > 12000000 ? 57600 : 38400);
 }
 
 bool measuresOscillator(const Job& job) {
-  return hasTrimmedOscillator(job.record().family);
+  return job.model.traits().measuresOscillator();
 }
 
 int frameSizeOf(const catalogue::McuRecord& record, bool fixedLink) {
-  return hasTrimmedOscillator(record.family) && !fixedLink ? 64 : 128;
+  return fixedLink ? kFixedLinkFrame : traitsOf(record).frameSize;
 }
 
 std::string refusalOf(const Job& job) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "engine/family_rules.h"
 #include "engine/option_plan.h"
 #include "engine/status_frame.h"
 #include "options/target_report.h"
@@ -11,8 +10,8 @@
 namespace kvr::engine {
 namespace {
 
-constexpr int kOldestCompared = 32;      // firmwares below 3.2 do not tell reliably what they hold
-constexpr int kOldestWithWatchdog = 37;  // those up to 3.6 have no watchdog byte
+constexpr FirmwareVersion kOldestCompared{3, 2};  // older ones do not tell reliably what they hold
+constexpr FirmwareVersion kNewestWithoutWatchdog{3, 6};
 
 // The later order of the option bytes in a chip's answers and frames.
 bool storesInLaterOrder(const TargetInfo& chip) {
@@ -20,7 +19,7 @@ bool storesInLaterOrder(const TargetInfo& chip) {
 }
 
 void leaveWatchdogAlone(Contact& contact) {
-  if (contact.chip.version10() < kOldestWithWatchdog) contact.options.wanted[3] = 255;
+  if (contact.chip.firmware <= kNewestWithoutWatchdog) contact.options.wanted[3] = 255;
 }
 
 }  // namespace
@@ -34,11 +33,10 @@ void OptionWrite::compose(Contact& contact) const {
 void OptionWrite::report(Contact& contact, std::uint8_t status11, std::uint8_t status12, std::uint8_t status13) {
   TargetInfo& chip = contact.chip;
   const options::TargetReport told =
-      options::describeTarget({.selectedFamily = c_.record().family,
-                               .reservedKnown = chip.reservedKnown,
+      options::describeTarget({.sizeUntold = c_.traits().tellsSize && !chip.reservedKnown,
                                .modelName = chip.targetModelName,
-                               .versionText = chip.firmwareVersionText,
-                               .letter = chip.steppingLetter.empty() ? '\0' : chip.steppingLetter.front(),
+                               .firmware = chip.firmware,
+                               .stepping = chip.stepping,
                                .reported = contact.options.reported,
                                .status11 = status11,
                                .status12 = status12,
@@ -52,9 +50,9 @@ void OptionWrite::report(Contact& contact, std::uint8_t status11, std::uint8_t s
 // A short frame, such as a late "done", must not be read as if it told zeros.
 bool OptionWrite::holdsOptions(const Contact& contact, const Reply& reply) const {
   TargetInfo chip = contact.chip;
-  chip.firmwareVersionText = versionTextOf(reply[11]);
+  chip.firmware = FirmwareVersion::fromByte(reply[11]);
   const int trailer = c_.form() == SumForm::TwoBytes ? 3 : 2;
-  return reply.length() > highestOptionIndex(chip, c_.record().family) + trailer;
+  return reply.length() > highestOptionIndex(chip, c_.traits().layout) + trailer;
 }
 
 bool OptionWrite::read(Contact& contact) {
@@ -86,10 +84,11 @@ bool OptionWrite::readPatiently(Contact& contact) {
 
 void OptionWrite::parse(Contact& contact, const Reply& reply) {
   contact.optionsRead = true;
-  contact.chip.firmwareVersionText = versionTextOf(reply[11]);
-  const int family = c_.record().family;
-  readAnsweredOptions(reply.bytes, contact.chip, family, contact.options.reported);
-  if (contact.chip.familyClass != 4) options::refreshChoices(family, contact.options);
+  contact.chip.firmware = FirmwareVersion::fromByte(reply[11]);
+  const OptionLayout layout = c_.traits().layout;
+  readAnsweredOptions(reply.bytes, contact.chip, layout, contact.options.reported);
+  if (!contact.chip.tellsAllOptions() && layout >= OptionLayout::CedarByte)
+    options::refreshChoices(c_.traits(), contact.options);
   compose(contact);
   report(contact, reply[11], reply[12], reply[13]);
 }
@@ -131,20 +130,20 @@ bool OptionWrite::sendUntilDone(const Bytes& frame, Millis limit) {
 }
 
 bool OptionWrite::write(Contact& contact) {
-  const int family = c_.record().family;
+  const OptionLayout layout = c_.traits().layout;
   // Three of Rowan's bytes are not in the first status frame; what it does not tell cannot be taken for what is wanted.
-  const bool allTold = family != 18 || contact.optionsRead;
+  const bool allTold = layout != OptionLayout::Rowan || contact.optionsRead;
   contact.optionsRead = false;
   compose(contact);
-  if (family == 0) return writeAlder(contact);
-  if (isCedarLike(family)) return writeCedarLike(contact);
+  if (layout == OptionLayout::AlderByte) return writeAlder(contact);
+  if (layout == OptionLayout::CedarByte) return writeCedarLike(contact);
   if (!writeLater(contact, allTold)) return false;
-  return family != 18 || writeRowan(contact);
+  return layout != OptionLayout::Rowan || writeRowan(contact);
 }
 
 bool OptionWrite::writeAlder(Contact& contact) {
   const bool doubleSpeed = c_.job.doubleSpeed;
-  const std::array<std::uint8_t, 1> payload = {alderOptionByte(c_.record().name, doubleSpeed)};
+  const std::array<std::uint8_t, 1> payload = {alderOptionByte(c_.record(), doubleSpeed)};
   const Bytes frame = buildFrame(0x8D, payload, c_.form());
   if (!c_.link.reopen()) return failed();
   bool taken = false;
@@ -172,13 +171,13 @@ bool OptionWrite::writeCedarLike(Contact& contact) {
 }
 
 bool OptionWrite::writeLater(Contact& contact, bool allTold) {
-  const int family = c_.record().family;
+  const OptionLayout layout = c_.traits().layout;
   const int order = optionOrder(contact.chip);
-  const bool alwaysWrites = catalogue::familyClassOf(family) == 4;
+  const bool alwaysWrites = layout == OptionLayout::All;
   if (!alwaysWrites) {
     leaveWatchdogAlone(contact);
-    if (allTold && runsFromExternalClock(family, order, contact.options) &&
-        optionsAgree(family, storesInLaterOrder(contact.chip), Moment::BeforeWrite, contact.options)) {
+    if (allTold && runsFromExternalClock(layout, order, contact.options) &&
+        optionsAgree(layout, storesInLaterOrder(contact.chip), Moment::BeforeWrite, contact.options)) {
       contact.optionsRead = true;
       return true;
     }
@@ -186,10 +185,10 @@ bool OptionWrite::writeLater(Contact& contact, bool allTold) {
   c_.link.clearReceiveState();
   if (!c_.link.reopen()) return failed();
   if (!sendLater(contact)) return failed();
-  if (contact.chip.familyClass == 4) return allOptionsAgree(contact.options) || failed();
-  if (contact.chip.version10() < kOldestCompared) return true;
+  if (contact.chip.tellsAllOptions()) return allOptionsAgree(contact.options) || failed();
+  if (contact.chip.firmware < kOldestCompared) return true;
   leaveWatchdogAlone(contact);
-  return optionsAgree(family, storesInLaterOrder(contact.chip), Moment::AfterWrite, contact.options) ? done()
+  return optionsAgree(layout, storesInLaterOrder(contact.chip), Moment::AfterWrite, contact.options) ? done()
                                                                                                      : failed();
 }
 
@@ -197,7 +196,7 @@ bool OptionWrite::writeLater(Contact& contact, bool allTold) {
 bool OptionWrite::sendLater(Contact& contact) {
   constexpr Millis kLimit(2500);
   const Bytes frame =
-      buildLaterOptionFrame(c_.record().family, contact.options.wanted, contact.chip.targetClockHz, c_.form());
+      buildLaterOptionFrame(c_.traits().layout, contact.options.wanted, contact.chip.targetClockHz, c_.form());
   for (int pass = 0; pass < 2; ++pass) {
     if (!c_.record().extSession) {
       if (sendUntilDone(frame, kLimit)) return read(contact);
@@ -226,7 +225,7 @@ bool OptionWrite::writeRowan(Contact& contact) {
   if (!c_.link.reopen()) return failed();
   if (!sendUntilDone(frame, kLimit) && !sendUntilDone(frame, kLimit)) return failed();
   if (!read(contact)) return failed();
-  if (contact.chip.version10() < kOldestCompared) return true;
+  if (contact.chip.firmware < kOldestCompared) return true;
   return rowanOptionsAgree(contact.options) ? done() : failed();
 }
 

@@ -12,7 +12,7 @@ namespace {
 constexpr Millis kFirstGenerationErase{5000};
 constexpr Millis kExtendedErase{10000};
 constexpr int kShortestStatus = 20;  // length of a frame that carries the eight counts
-constexpr std::string_view kOldestWithFactoryId = "6.3";
+constexpr catalogue::FirmwareVersion kOldestWithFactoryId{6, 3};
 
 // What a first-generation chip says to an erase has no mark of its own. It must not be mistaken for a late answer to
 // something else: to a ping (a status frame, far longer), to the test or change of speed, to a reading of options.
@@ -25,17 +25,17 @@ bool mayAnswerErase(const Reply& reply) {
 }  // namespace
 
 std::int32_t firmwareLimit(const TargetInfo& chip, const catalogue::McuRecord& selected) {
-  const std::string& name = chip.targetModelName;
-  if (name != "Birch-LFCA" && name != "Birch-LFCZ" && selected.family != 2) return SendPlan::kNoLimit;
-  const bool told = selected.family == 0 || chip.reservedKnown;
-  const int reserved = told ? chip.reservedBytes : reservedFromVersion(chip.version10(), chip.reservedBytes);
+  const catalogue::FamilyTraits& traits = traitsOf(selected);
+  if (!chip.quirks().firmwareKeepsTop && !traits.firmwareKeepsTop) return SendPlan::kNoLimit;
+  const bool told = !traits.tellsSize || chip.reservedKnown;
+  const int reserved = told ? chip.reservedBytes : reservedFromVersion(chip.firmware, chip.reservedBytes);
   return reserved > 1024 ? selected.dataEnd + 1024 - reserved : SendPlan::kNoLimit;
 }
 
 bool Programming::erase(const Contact& contact, const ImagePlan& plan) {
   c_.say("We are erasing MCU flash...");
   c_.stampStart();
-  const int sectors = eraseSectorCount(contact.chip, c_.record().name, c_.job.code.rangeEnd);
+  const int sectors = eraseSectorCount(contact.chip, c_.record(), c_.job.code.rangeEnd);
   const AddressRange range = eraseRange(contact.chip, c_.record(), plan, contact.options.reported);
   const Bytes frame = buildEraseFrame(contact.chip, c_.record(), sectors, range);
   return c_.record().extSession ? eraseExtended(frame, contact) : eraseFirstGeneration(frame);
@@ -68,7 +68,7 @@ bool Programming::eraseExtended(const Bytes& frame, const Contact& contact) {
   const auto reply = link.awaitFrame(kExtendedErase);
   if (!reply || reply->command() != 0x00) return false;
   c_.view().append(" ( " + c_.elapsedText() + " )");
-  if (contact.chip.firmwareVersionText >= kOldestWithFactoryId) noteFactoryId(*reply);
+  if (contact.chip.firmware >= kOldestWithFactoryId) noteFactoryId(*reply);
   return true;
 }
 

@@ -54,11 +54,20 @@ RcRegisters registers(int code, int fine) {
   return {static_cast<std::uint8_t>(code), static_cast<std::uint8_t>(fine)};
 }
 
+double offFrom(const RcPoint& point, double wantedHz) {
+  return static_cast<double>(point.freq) - wantedHz;
+}
+
+// The fine value at which a line reaches a frequency.
+std::int64_t fineFor(const RcLine& line, double wantedHz) {
+  return platform::floorOf((wantedHz - static_cast<double>(line.offset)) / static_cast<double>(line.slope));
+}
+
 // The line whose measured points come nearest to the wanted frequency; the first wins a tie.
 const RcLine& nearestLine(const RcLines& lines, double wantedHz) {
   const std::array<const RcPoint*, 4> points = {&lines.a.low, &lines.a.high, &lines.b.low, &lines.b.high};
   const auto nearest = std::min_element(points.begin(), points.end(), [&](const RcPoint* x, const RcPoint* y) {
-    return std::abs(x->freq - wantedHz) < std::abs(y->freq - wantedHz);
+    return std::abs(offFrom(*x, wantedHz)) < std::abs(offFrom(*y, wantedHz));
   });
   return nearest - points.begin() < 2 ? lines.a : lines.b;
 }
@@ -73,13 +82,14 @@ RcLine lineThrough(const RcPoint& low, const RcPoint& high) {
   return line;
 }
 
-int bandCode(int family, int band) {
-  return band * 64 + (family != 15 && band >= 2 ? 32 : 24);
+int bandCode(int upperBandOffset, int band) {
+  return band * 64 + (band >= 2 ? upperBandOffset : 24);
 }
 
-std::vector<RcRegisters> roundOne(int family, double wantedHz, bool base24MHz) {
+std::vector<RcRegisters> roundOne(int upperBandOffset, double wantedHz, bool base24MHz) {
   const Bands bands = bandsFor(wantedHz);
-  const int a = bandCode(family, bands.a), b = bandCode(family, bands.b), base = bandCode(family, base24MHz ? 2 : 1);
+  const auto code = [&](int band) { return bandCode(upperBandOffset, band); };
+  const int a = code(bands.a), b = code(bands.b), base = code(base24MHz ? 2 : 1);
   const bool top = (b & 0xC0) == 0xC0;
   if (a == b)
     return {registers(a, 0),    registers(a, 0x80),   registers(b, 0x80), registers(b, top ? 0xA0 : 0xFF),
@@ -91,7 +101,7 @@ std::vector<RcRegisters> roundOne(int family, double wantedHz, bool base24MHz) {
 std::vector<RcRegisters> roundTwo(const RcLines& lines, double wantedHz, int scanCount) {
   const RcLine& line = nearestLine(lines, wantedHz);
   if (line.slope == 0) return {};
-  auto fine = std::clamp<std::int64_t>(platform::floorOf((wantedHz - line.offset) / line.slope), 0, 255);
+  auto fine = std::clamp<std::int64_t>(fineFor(line, wantedHz), 0, 255);
   fine = std::max<std::int64_t>(fine - platform::roundEven(scanCount / 2.0), 0);
   if (fine + scanCount >= 255) fine = 256 - scanCount;
   std::vector<RcRegisters> points;
@@ -108,12 +118,12 @@ void noteGap(const RcLines& lines, RcRegisters chosen, RcResult& result) {
 void chooseBest(std::span<const RcPoint> points, double wantedHz, RcResult& result) {
   double distance = 19999999;
   for (std::size_t i = 0; i < points.size(); ++i) {
-    const double here = std::abs(points[i].freq - wantedHz);
+    const double here = std::abs(offFrom(points[i], wantedHz));
     if (here >= distance) continue;
     distance = here;
     result.bestIndex = static_cast<int>(i);
     result.best = points[i];
-    result.errorCentiPercent = static_cast<int>(platform::roundEven((points[i].freq - wantedHz) / (wantedHz / 10000)));
+    result.errorCentiPercent = static_cast<int>(platform::roundEven(offFrom(points[i], wantedHz) / (wantedHz / 10000)));
   }
 }
 
@@ -173,7 +183,7 @@ Bytes buildMeasureFrame(std::span<const std::uint8_t> statusTail, int delay, std
 std::array<std::uint8_t, 7> baseSettings(const RcLine& base, double baseHz, double maxBaud) {
   const auto byte = [](std::int64_t value) { return static_cast<std::uint8_t>(value); };
   const auto value = 65536 - platform::roundEven(0.01 / (12 / baseHz));  // 10 ms in ticks of twelve clocks
-  std::int64_t fine = base.slope == 0 ? 64 : platform::floorOf((baseHz - base.offset) / base.slope);
+  std::int64_t fine = base.slope == 0 ? 64 : fineFor(base, baseHz);
   if (fine < 32 || fine > 128) fine = 64;
   const double freq = base.slope == 0 ? baseHz : static_cast<double>(fine * base.slope + base.offset);
   const auto divider = maxBaud > 0 ? platform::roundEven(freq / maxBaud) : 0;

@@ -77,14 +77,14 @@ std::vector<RcPoint> RcMeasuring::readPoints(const Reply& reply) const {
 
 bool RcMeasuring::measure(Contact& contact, int scanCount) {
   const double wantedHz = c_.job.wantedFrequencyHz;
-  const int family = c_.record().family;
+  const int offset = c_.traits().upperBandOffset;
   const RcPacing pacing = rcPacing(c_.job.firstBaud, wantedHz);
   const bool base24 = c_.job.baseFrequencyHz > 12000000;
   const auto& tail = contact.chip.statusTail;
   lines_ = {};
-  lines_.base.low.code = lines_.base.high.code = bandCode(family, base24 ? 2 : 1);
+  lines_.base.low.code = lines_.base.high.code = bandCode(offset, base24 ? 2 : 1);
   const auto first =
-      measureRound(buildMeasureFrame(tail, pacing.delayA, roundOne(family, wantedHz, base24)), pacing.pulsesA);
+      measureRound(buildMeasureFrame(tail, pacing.delayA, roundOne(offset, wantedHz, base24)), pacing.pulsesA);
   if (!first) return false;
   const auto points = readPoints(*first);
   if (first->command() != 0x65 || points.size() < 6) return true;
@@ -109,7 +109,7 @@ bool RcMeasuring::goToFixedRate(Contact& contact) {
   contact.chip.statusTail = baseSettings(lines_.base, base, baud);
   link.delay(Millis(30));
   Bytes payload(contact.chip.statusTail.begin(), contact.chip.statusTail.end());
-  payload.push_back(static_cast<std::uint8_t>(waitClass(c_.record().family, base, contact.chip.doubleSpeed)));
+  payload.push_back(static_cast<std::uint8_t>(waitClass(c_.traits(), base, contact.chip.doubleSpeed)));
   payload.insert(payload.end(), {12, 0xFF, 0});
   link.write(buildFrame(0x8E, payload, SumForm::TwoBytes));
   link.delay(Millis(20));

@@ -22,6 +22,7 @@ class RunContext {
   RunView& view() { return link.view(); }
   void say(const std::string& line) { view().say(line); }
   const catalogue::McuRecord& record() const { return job.record(); }
+  const catalogue::FamilyTraits& traits() const { return job.model.traits(); }
   SumForm form() const { return sumFormOf(job.record()); }
 
   // A failure: beeps, a line in the pane, kept for the outcome. False, for `return fail(...)`.

@@ -1,4 +1,4 @@
-// The code as it will stand in a target chip: both images put together by the chip's addresses, as far as the chip
+// The code as a target chip will hold it: both images put together by the chip's addresses, as far as the chip
 // takes them. Lives for one session with a board.
 #pragma once
 
@@ -22,7 +22,7 @@ struct FileBuffer {
   int first = 0;
   int last = 0;  // what the board takes for the end of code and data
   std::vector<std::uint8_t> bytes = std::vector<std::uint8_t>(kSize);
-  // The parts of it that the operator loaded, and how many loaded bytes found no place in it.
+  // The parts of it that the user loaded, and how many loaded bytes found no place in it.
   Span code;
   Span data;
   int cut = 0;
@@ -31,8 +31,8 @@ struct FileBuffer {
   void blank(std::int64_t start, std::int64_t count);
 };
 
-// The highest code address that a board can give a chip of this model, when no data image is in use. Families 0, 1, 2,
-// 11, 12, 13 have none: 65536.
+// The highest code address that a board can give a chip of this model, when no data image is in use. The first
+// generation has none: 65536.
 int boardCodeLimit(const catalogue::McuRecord& record);
 
 FileBuffer prepareFileBuffer(const catalogue::McuRecord& record, const ImageView& code, const ImageView& data);

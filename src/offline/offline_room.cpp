@@ -23,11 +23,6 @@ IncrementField fieldOf(const platform::CheckBox& box, const platform::ControlArr
   return field;
 }
 
-// No usable image comes out for these: there is no room for code, or none that a board would copy.
-bool boardKnowsFamily(int family) {
-  return family != 0 && family != 18;
-}
-
 }  // namespace
 
 OfflineRoom::OfflineRoom(download::RunRoom room, platform::Dialogs& dialogs, const download::JobPanels& panels,
@@ -46,8 +41,7 @@ void OfflineRoom::refuse(const std::string& words) {
 void OfflineRoom::prepareBoard() {
   const auto running = room_.activity.begin();
   if (!running) return;
-  if (!boardKnowsFamily(panels_.model.record.family))
-    return refuse("The off-line board does not support this MCU type.");
+  if (!panels_.model.traits().offlineBoard) return refuse("The off-line board does not support this MCU type.");
   const download::PortTaken port(room_.services.lease);
   room_.view.clearText();
   const auto job = readBoardJob();

@@ -42,9 +42,9 @@ struct OptionPanel {
   // 0: watchdog prescaler, 1: clocks to wait after wake-up.
   platform::ControlArray<platform::ComboBox, 2> comWDT_Prescalar{"comWDT_Prescalar"};
   // 5: the wanted frequency of the internal oscillator, MHz, a list that takes free text. 4: the low-voltage threshold.
-  // 1, 2: coarse trim of family 17, band and step. 0 and 3 are only kept with the settings.
+  // 1, 2: coarse trim by hand, band and step. 0 and 3 are only kept with the settings.
   platform::ControlArray<platform::ComboBox, 6> com_RC_frequency{"com_RC_frequency"};
-  platform::TextBox txt_RC_frequency{"txt_RC_frequency"};  // fine trim of family 17
+  platform::TextBox txt_RC_frequency{"txt_RC_frequency"};  // fine trim by hand
   platform::ControlArray<platform::Label, 5> Label8{"Label8"};
   platform::ControlArray<platform::Label, 2> LabOptionC{"LabOptionC"};
   platform::ControlArray<platform::Frame, 16> Picture2{"Picture2"};  // the strips behind the option lines
@@ -53,7 +53,7 @@ struct OptionPanel {
   platform::ControlArray<platform::Label, 17> LabLock{"LabLock"};
 
   // Pins that the boot firmware drives while it programs. Element 0 of a pair: none (or level low), element 1: the pin
-  // in the list (or level high). The watchdog pair stands twice, on the options page and on the ISP DEMO page;
+  // in the list (or level high). The watchdog pair is shown twice, on the options page and on the ISP DEMO page;
   // `OptionsRoom` keeps the two alike.
   platform::ControlArray<platform::OptionButton, 2> opt_485_pin{"opt_485_pin"};
   platform::ComboBox comb_485_pin{"comb_485_pin"};  // "P0.0" .. "P4.3"

@@ -1,5 +1,5 @@
-// The option tables: for every group of families, what stands on its panel, which bit each choice is, and in which
-// words a chip's answer is reported. Panel, bytes, report, project file and off-line image all read these rows by key.
+// The option tables: for every group of families, what its panel shows, which bit each choice is, and in which
+// words a chip's answer is reported. Panel, bytes, report, project file and off-line image read these rows by key.
 #pragma once
 
 #include <span>
@@ -12,10 +12,10 @@
 
 namespace kvr::options {
 
-// Rows without a choice of their own (labels, captions) bear this key; no look-up finds them.
+// Rows without a choice of their own (labels, captions) carry this key; no look-up finds them.
 inline constexpr std::string_view kClew = "Clew";
 
-// The bit that a choice stands for. `chosen` is the value of the bit that means "chosen", which is 0 as often as 1.
+// The bit of a choice. `chosen` is the value of the bit that means "chosen", which is 0 as often as 1.
 struct BitPlace {
   int byte = -1;  // index of the option byte, 0 to 16; -1: the row is no bit
   int bit = 0;
@@ -23,7 +23,7 @@ struct BitPlace {
   constexpr bool known() const { return byte >= 0; }
 };
 
-// One property of one control. A button has two rows: its caption, and behind it its value, which bears the key. Where
+// One property of one control. A button has two rows: its caption, and after it its value, which carries the key. Where
 // two rows of a control differ in when it takes input, the later one counts.
 struct OptionRow {
   std::string_view key = kClew;
@@ -45,13 +45,8 @@ bool holds(const OptionBytes& bytes, const BitPlace& place);
 // Whether a row's control takes input in a state of `UiLock`.
 bool enabledIn(const OptionRow& row, int lockState);
 
+// Slots are 0, 1, 2, 4 to 10, 15 (traits `panelSlot`, `projectSlot`), and this one.
 inline constexpr int kCommonSlot = 20;  // rows of every family: where project keys of model, files and counters live
-
-// The table that a family's panel is filled from; -1 for a number without a family. Slots are 0, 1, 2, 4 to 10, 15.
-int panelSlotOf(int family);
-// The table that decides which option keys a project file of the family holds; -1 for a number without a family. Family
-// 15 is looked up in slot 7 there, although its panel is slot 10: files in the field are like that.
-int projectSlotOf(int family);
 
 // The rows of a slot in panel order; empty for slot 1 and for unknown slots.
 std::span<const OptionRow> optionRows(int slot);
@@ -59,7 +54,7 @@ std::span<const OptionRow> optionRows(int slot);
 // The row of a key; null when the table has no such key.
 const OptionRow* findRow(int slot, std::string_view key);
 
-// The texts of row `index` of a table as a chip of the voltage class has them: the threshold at which it resets stands
+// The texts of row `index` of a table as a chip of the voltage class has them: the threshold at which it resets is
 // in the captions and reports of the two `LowU_Reset` choices. Any class but 'H' is the low-voltage one.
 std::string_view captionText(int slot, std::size_t index, char voltageClass);
 std::string reportText(int slot, std::size_t index, char voltageClass);

@@ -13,6 +13,7 @@ using platform::OptionButton;
 
 constexpr std::string_view kChangeable = "Step4: Active following options after Next-PowerUp/Cold Reset";
 constexpr std::string_view kFixed = "Step4: Options";
+constexpr const char* kLowPowerNote = "     如需低功耗,16MHz 以下振荡器增益可选 1/2 gain";
 constexpr std::size_t kFirstReportLine = 1;
 constexpr std::size_t kReportFrame = 15;  // with its like, 16, and the one at 0
 
@@ -22,10 +23,7 @@ void hide(platform::ControlArray<T, N>& array) {
 }
 
 bool inLayout(const std::vector<PanelGroup>& groups, const platform::Control* control) {
-  return std::any_of(groups.begin(), groups.end(), [&](const PanelGroup& group) {
-    return group.label == control || group.list == control ||
-           std::find(group.buttons.begin(), group.buttons.end(), control) != group.buttons.end();
-  });
+  return std::any_of(groups.begin(), groups.end(), [&](const PanelGroup& group) { return group.holds(control); });
 }
 
 }  // namespace
@@ -33,7 +31,7 @@ bool inLayout(const std::vector<PanelGroup>& groups, const platform::Control* co
 OptionsRoom::OptionsRoom(platform::Dialogs& dialogs, OptionPanel& panel, const catalogue::SelectedModel& model,
                          platform::UiLock& lock, platform::TextBox& textMsg, platform::Label& stepFrame)
     : dialogs_(dialogs), panel_(panel), model_(model), lock_(lock), textMsg_(textMsg), stepFrame_(stepFrame) {
-  set_.wanted = set_.reported = defaultBytes(0);
+  set_.wanted = set_.reported = defaultBytes(model.traits());
   lockToken_ = lock_.changed.watch([this] { applyEnableRules(); });
   connectButtons();
   connectPins();
@@ -44,17 +42,14 @@ OptionsRoom::OptionsRoom(platform::Dialogs& dialogs, OptionPanel& panel, const c
 
 void OptionsRoom::connectButtons() {
   for (int row = 9; row < OptionPanel::kRows; ++row)
-    for (auto* button : panel_.optionButtons(row))
-      button->onClick = [this] {
-        if (family() >= 3) applyEnableRules();
-      };
+    for (auto* button : panel_.optionButtons(row)) button->onClick = [this] { applyEnableRules(); };
   panel_.Option0[0].onClick = [this] { tieClockAndReset(0); };
   panel_.Option1[0].onClick = [this] { tieClockAndReset(1); };
 }
 
 // The reset pin is free for other use only while an external clock runs, so the two lines keep each other possible.
 void OptionsRoom::tieClockAndReset(int clicked) {
-  if (family() < 7 || catalogue::isLateFamily(family())) return;
+  if (!traits().longOptions()) return;
   const auto& button = clicked == 0 ? panel_.Option0[0] : panel_.Option1[0];
   auto& forced = clicked == 0 ? panel_.Option1[1] : panel_.Option0[1];
   if (button.value()) forced.setValue(true);
@@ -75,6 +70,10 @@ void OptionsRoom::showFamilyPanel() {
   for (const auto& group : groups_) panel_.Picture2[static_cast<std::size_t>(group.row)].setVisible(true);
   applyEnableRules();
   layoutChanged.emit();
+}
+
+std::string OptionsRoom::note() const {
+  return traits().lowPowerNote && !model_.record.noOptions ? kLowPowerNote : "";
 }
 
 void OptionsRoom::hideAll() {
@@ -102,14 +101,14 @@ void OptionsRoom::showFixedOptions() {
 }
 
 void OptionsRoom::fillLowVoltageList() {
-  if (!model_.rcModelTiny) return;
+  if (!traits().measuresOscillator()) return;
   const auto choices = lowVoltageChoices(catalogue::voltageClass(model_.record));
   panel_.com_RC_frequency[4].setItems({choices.begin(), choices.end()});
   panel_.com_RC_frequency[4].setListIndex(0);  // where the default of the table is not among them
 }
 
 void OptionsRoom::fillRows() {
-  const int slot = panelSlotOf(family());
+  const int slot = traits().panelSlot;
   const auto rows = optionRows(slot);
   const char voltageClass = catalogue::voltageClass(model_.record);
   for (std::size_t i = 0; i < rows.size(); ++i) {
@@ -126,10 +125,10 @@ void OptionsRoom::fillRows() {
 
 void OptionsRoom::applyEnableRules() {
   if (model_.record.noOptions) return;
-  for (const auto& row : optionRows(panelSlotOf(family())))
+  for (const auto& row : optionRows(traits().panelSlot))
     if (auto* control = panel_.find(row.control, row.index)) control->setEnabled(enabledIn(row, lock_.state()));
   if (lock_.free()) applyWatchdogRule();
-  panel_.com_RC_frequency[5].setEnabled(!lock_.busy());  // its check asks the person, which a run cannot wait for
+  panel_.com_RC_frequency[5].setEnabled(!lock_.busy());  // its check asks the user, which a run cannot wait for
 }
 
 // Prescaler and idle choice matter only to a watchdog that the power-up starts.
@@ -140,7 +139,7 @@ void OptionsRoom::applyWatchdogRule() {
 }
 
 platform::Control* OptionsRoom::controlOf(std::string_view key) const {
-  const auto* row = findRow(panelSlotOf(family()), key);
+  const auto* row = findRow(traits().panelSlot, key);
   return row == nullptr ? nullptr : panel_.find(row->control, row->index);
 }
 
@@ -163,8 +162,8 @@ bool OptionsRoom::setControlValue(std::string_view key, const std::string& value
 }
 
 PanelValues OptionsRoom::readPanel() const {
-  PanelValues values{.family = family(), .noOptions = model_.record.noOptions, .choices = {}};
-  for (const auto& row : optionRows(panelSlotOf(family())))
+  PanelValues values{.family = model_.record.family, .noOptions = model_.record.noOptions, .choices = {}};
+  for (const auto& row : optionRows(traits().panelSlot))
     if (row.place.known())
       if (const auto* control = panel_.find(row.control, row.index))
         values.choices[std::string(row.key)] = control->property(row.property);
@@ -184,7 +183,7 @@ void OptionsRoom::composeOptions(std::optional<RcTrim> trim) {
 }
 
 void OptionsRoom::refreshChoices() {
-  options::refreshChoices(family(), set_);
+  options::refreshChoices(traits(), set_);
 }
 
 void OptionsRoom::showChipLabels(const std::vector<std::string>& texts) {

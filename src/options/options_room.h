@@ -29,7 +29,8 @@ class OptionsRoom {
   // emptied. To be called after every selection of a model, the same model included.
   void showFamilyPanel();
   const std::vector<PanelGroup>& groups() const { return groups_; }
-  platform::Signal layoutChanged;  // `groups` are new
+  std::string note() const;        // small print of the page; empty: none
+  platform::Signal layoutChanged;  // `groups` and `note` are new
   // Enables the panel's controls by the state of the lock. Runs by itself when the lock changes. The frequency box
   // stays open in a locked state, since no project holds it, and closes while a run goes on.
   void applyEnableRules();
@@ -54,7 +55,7 @@ class OptionsRoom {
   std::int32_t wantedFrequencyHz() const;  // box 5; a comma counts as a point; 0: no number
   std::int32_t baseFrequencyHz() const;    // 24000000 or 12000000: what the boot firmware runs at while it programs
   // True when the box holds a frequency that chips can be trimmed to, 4.5 to 45 MHz. Otherwise beeps, says so, and puts
-  // the nearest limit into the box. To be asked when the box is left and, for families 15 and 16, when a run starts.
+  // the nearest limit into the box. To be asked when the box is left and, for a measured oscillator, when a run starts.
   bool checkFrequency();
 
   // --- pins
@@ -76,7 +77,7 @@ class OptionsRoom {
   void fillLowVoltageList();
   void showFixedOptions();
   void applyWatchdogRule();
-  int family() const { return model_.record.family; }
+  const catalogue::FamilyTraits& traits() const { return model_.traits(); }
   platform::Control* controlOf(std::string_view key) const;
 
   platform::Dialogs& dialogs_;

@@ -37,7 +37,7 @@ bool OptionsRoom::checkFrequency() {
   const double mhz = megahertz(panel_.com_RC_frequency[5].text());
   const bool low = mhz < kLowestMhz;
   if (!low && mhz <= kHighestMhz) return true;
-  // First the box, then the words: while the message waits to be read, the box may be left a second time.
+  // First the box, then the message: while that waits to be read, the box may be left a second time.
   panel_.com_RC_frequency[5].setText(low ? "4.5000" : "45.0000");
   dialogs_.beep();
   dialogs_.message("更改内部 R/C 振荡器频率",

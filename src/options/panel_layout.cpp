@@ -1,30 +1,21 @@
 #include "options/panel_layout.h"
 
+#include <algorithm>
+
 #include "options/option_table.h"
 
 namespace kvr::options {
 namespace {
 
-constexpr int kSecondBlock = 8;                     // lines from here on stand in the second column
-constexpr std::int32_t kRoomWorthClearing = 16384;  // Rowan parts below this have no unused area to choose about
 constexpr int kClearUnusedLine = 4;
-constexpr int kNotedLine = 2;
 
 PanelGroup line(int row, OptionPanel& panel) {
-  return {.row = row,
-          .block = row < kSecondBlock ? 0 : 1,
-          .label = &panel.LabOption[static_cast<std::size_t>(row)],
-          .buttons = {},
-          .list = nullptr,
-          .notes = {}};
+  return {.row = row, .label = &panel.LabOption[static_cast<std::size_t>(row)]};
 }
 
 std::vector<PanelGroup> fixedLines(const catalogue::McuRecord& record, OptionPanel& panel) {
   std::vector<PanelGroup> groups;
-  for (std::size_t i = 0; i < fixedOptionTexts(record).size(); ++i) {
-    groups.push_back(line(static_cast<int>(i), panel));
-    groups.back().block = 0;
-  }
+  for (std::size_t i = 0; i < fixedOptionTexts(record).size(); ++i) groups.push_back(line(static_cast<int>(i), panel));
   return groups;
 }
 
@@ -42,21 +33,21 @@ std::vector<PanelGroup> linesOfTable(int slot, OptionPanel& panel) {
   return groups;
 }
 
-void finishRowan(const catalogue::McuRecord& record, std::vector<PanelGroup>& groups) {
-  if (record.apEnd < kRoomWorthClearing)
-    std::erase_if(groups, [](const PanelGroup& group) { return group.row == kClearUnusedLine; });
-  for (auto& group : groups)
-    if (group.row == kNotedLine) group.notes.emplace_back("     如需低功耗,16MHz 以下振荡器增益可选 1/2 gain");
-}
-
 }  // namespace
+
+bool PanelGroup::holds(const platform::Control* control) const {
+  return label == control || list == control || std::find(buttons.begin(), buttons.end(), control) != buttons.end();
+}
 
 std::vector<PanelGroup> layOutPanel(const catalogue::McuRecord& record, OptionPanel& panel) {
   if (record.noOptions) return fixedLines(record, panel);
-  auto groups = linesOfTable(panelSlotOf(record.family), panel);
-  if (record.family == 18) finishRowan(record, groups);
-  // The wanted frequency of the internal oscillator stands with the clock.
-  if (record.family >= 15 && record.family <= 17 && !groups.empty()) groups.front().list = &panel.com_RC_frequency[5];
+  const catalogue::FamilyTraits& traits = traitsOf(record);
+  auto groups = linesOfTable(traits.panelSlot, panel);
+  if (record.apEnd < traits.unusedFrom)
+    std::erase_if(groups, [](const PanelGroup& group) { return group.row == kClearUnusedLine; });
+  // The wanted frequency of the internal oscillator is in the line of the clock.
+  if (traits.oscillator != catalogue::Oscillator::External && !groups.empty())
+    groups.front().list = &panel.com_RC_frequency[5];
   return groups;
 }
 

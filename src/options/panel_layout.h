@@ -1,7 +1,6 @@
-// What a model's options page shows, as data: a window lays it out from this and knows no family.
+// What a model's options page shows, as data.
 #pragma once
 
-#include <string>
 #include <vector>
 
 #include "catalogue/mcu_record.h"
@@ -11,12 +10,11 @@ namespace kvr::options {
 
 // One option line. Visibility, captions and values are the controls' own.
 struct PanelGroup {
-  int row = 0;    // number of the line, 0 to 13: `LabOption(row)`, the strip `Picture2(row)`
-  int block = 0;  // 0: the first column of lines, 1: the second
+  int row = 0;  // number of the line, 0 to 13: `LabOption(row)`, the strip `Picture2(row)`
   platform::Label* label = nullptr;
-  std::vector<platform::OptionButton*> buttons;  // in reading order; empty: a line to read, or only a list
-  platform::ComboBox* list = nullptr;            // behind the buttons; null: none
-  std::vector<std::string> notes;                // small print below
+  std::vector<platform::OptionButton*> buttons{};  // in reading order; empty: a line to read, or only a list
+  platform::ComboBox* list = nullptr;              // after the buttons; null: none
+  bool holds(const platform::Control* control) const;
 };
 
 // The lines of the model in reading order; empty when it has nothing to show.

@@ -89,11 +89,8 @@ void MainForm::applyLock() {
   if (lock.busy()) main.textMsg.setFocus();
 }
 
-// The small print of an option line, of which a family has one at most.
 void MainForm::showOptionNote() {
-  std::string note;
-  for (const auto& group : optionsRoom.groups())
-    if (!group.notes.empty()) note = group.notes.front();
+  const std::string note = optionsRoom.note();
   images.panel.Label7[0].setCaption(note);
   images.panel.Label7[0].setVisible(!note.empty());
 }

@@ -60,7 +60,7 @@ bool DemoRun::download() {
   if (!connect() || !readModel() || !erase() || !line_.pause(Millis(100))) return false;
   c_.enter(engine::Stage::Program);
   sends_ =
-      engine::planSends(c_.record(), 0, job_.job.model.blockSize, job_.job.frameSize, job_.job.code, job_.job.data);
+      engine::planSends(c_.record(), {}, job_.job.model.blockSize, job_.job.frameSize, job_.job.code, job_.job.data);
   DemoDataFrames frames(line_);
   engine::Programming programming(c_);
   const bool programmed = programming.program(frames, sends_, 0);

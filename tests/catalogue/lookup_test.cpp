@@ -9,7 +9,7 @@
 namespace kvr::catalogue {
 namespace {
 
-TEST(Lookup, FindsEveryNameAtTheFirstRowThatBearsIt) {
+TEST(Lookup, FindsEveryNameAtTheFirstRowThatCarriesIt) {
   std::set<std::string_view> seen;
   for (const McuRecord& r : allRows()) {
     const McuRecord* found = findByName(r.name);
@@ -23,16 +23,17 @@ TEST(Lookup, FindsEveryNameAtTheFirstRowThatBearsIt) {
 
 TEST(Lookup, FindsEveryCodeAtTheFirstRowInFamilyOrder) {
   for (const McuRecord& asked : allRows()) {
-    if (asked.family < 2) continue;
+    if (asked.family < Family::Cedar) continue;
     const McuRecord* first = nullptr;
     for (const McuRecord& r : allRows()) {
-      if (r.family >= 2 && first == nullptr && (r.code == asked.code || r.altCode == asked.code)) first = &r;
+      if (r.family >= Family::Cedar && first == nullptr && (r.code == asked.code || r.altCode == asked.code))
+        first = &r;
     }
     EXPECT_EQ(findModelByCode(asked.code), first) << asked.name;
   }
 }
 
-TEST(Lookup, TakesTheRowThatAnOperatorMeans) {
+TEST(Lookup, TakesTheRowThatTheUserMeans) {
   const struct {
     const char* code;
     const char* name;
@@ -53,7 +54,7 @@ TEST(Lookup, TakesTheRowThatAnOperatorMeans) {
 }
 
 TEST(Lookup, KnowsWhichModelsTakeADataFile) {
-  // Data Memory inside the code file, or beginning behind its own end, is no file.
+  // Data Memory inside the code file, or beginning after its own end, is no file.
   for (const char* name : {"Ivy-H20X", "Ivy-H20Si", "Hazel-H18", "Cedar-H10D", "Oak-H10A"})
     EXPECT_FALSE(hasDataFile(*findByName(name))) << name;
   for (const char* name : {"Ivy-H20S", "Rowan-H20", "Sumac-H08Ai"}) EXPECT_TRUE(hasDataFile(*findByName(name))) << name;
@@ -84,8 +85,8 @@ TEST(IspRanges, FollowFamilyAndBootBlock) {
 TEST(DeviceTree, ShowsTheListedModelsOfTenSeries) {
   std::string order;
   for (const SeriesNode& node : deviceTree()) {
-    order += std::to_string(node.family) + ":" + std::to_string(node.models.size()) + " ";
-    EXPECT_EQ(node.key, std::string(kSeriesKeyPrefix) + std::string(seriesName(node.family)));
+    order += std::to_string(numberOf(node.family)) + ":" + std::to_string(node.models.size()) + " ";
+    EXPECT_EQ(node.key, std::string(kSeriesKeyPrefix) + std::string(traitsOf(node.family).name));
     for (const McuRecord* model : node.models)
       EXPECT_TRUE(model->listed && model->family == node.family && findByName(model->name) == model) << model->name;
   }

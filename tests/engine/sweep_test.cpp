@@ -33,7 +33,7 @@ std::string programOne(const std::string& name, std::uint64_t seed) {
   if (!bench.program()) faults += "hangs; ";
   if (!bench.passed()) faults += "failed: " + (bench.records.empty() ? "" : bench.outcome().words) + "; ";
   if (bench.passed() && !(bench.says("Program OK") && bench.says("Encrypt OK."))) faults += "no words of success; ";
-  const bool leavesDataOut = bench.model.record.family == 18 && bench.images.EepromBuffer.loaded;
+  const bool leavesDataOut = bench.model.record.family == catalogue::Family::Rowan && bench.images.EepromBuffer.loaded;
   if (bench.passedInPart() != leavesDataOut)
     faults += bench.passedInPart() ? "part left out; " : "left out in silence; ";
   faults += bench.flashDifference() + bench.notAtRest() + bench.chip->violationText();

@@ -72,7 +72,7 @@ class ProjectBench : public support::MemoryServices<> {
       const auto* control = registry.find(row.control, row.index);
       text += "\n" + std::string(row.key) + " " + platform::trim(control->property(row.property));
     }
-    for (const auto& row : options::optionRows(options::panelSlotOf(model.record.family))) {
+    for (const auto& row : options::optionRows(model.traits().panelSlot)) {
       if (row.key != options::kClew) text += "\n" + std::string(row.key) + " " + options.controlValue(row.key);
     }
     return text;

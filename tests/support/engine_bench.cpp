@@ -106,7 +106,7 @@ options::OptionBytes EngineBench::wanted() const {
 
 std::string EngineBench::flashDifference() const {
   const engine::Job job = download::readJob(jobPanels, panel.cheTL.value());
-  const double version = (chip->config().firmware >> 4) + (chip->config().firmware & 15) / 10.0;
+  const auto version = catalogue::FirmwareVersion::fromByte(static_cast<std::uint8_t>(chip->config().firmware));
   const auto plan = engine::planSends(model.record, version, model.blockSize, job.frameSize, job.code, job.data);
   for (const engine::SendRange& range : plan.ranges) {
     for (std::int32_t at = range.first; at <= range.last && at < std::ssize(chip->flash()); ++at) {
