@@ -199,7 +199,8 @@ void Session::countSuccess() {
   const std::string count = platform::numberText(platform::valueOf(panel.txtWrite_OK_Count.text()) + 1);
   panel.txtWrite_OK_Count.setText(" " + count);
   c_.link.world().store.set("Settings", "Write_OK_Count", count);
-  c_.link.world().store.flush();
+  if (const auto saved = c_.link.world().store.flush(); !saved)
+    c_.link.say("The count could not be saved: " + saved.error);
   record(true);
   if (panel.optBeepYes.value()) c_.link.world().dialogs.beep();
 }
@@ -308,7 +309,8 @@ void Session::Command2_Click() {
 void Session::comClear_OK_Count_Click() {
   c_.link.panel().txtWrite_OK_Count.setText("0");
   c_.link.world().store.set("Settings", "Write_OK_Count", "0");
-  c_.link.world().store.flush();
+  if (const auto saved = c_.link.world().store.flush(); !saved)
+    c_.link.say("The count could not be saved: " + saved.error);
 }
 
 }  // namespace kvr::engine

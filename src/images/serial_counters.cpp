@@ -138,7 +138,10 @@ void SerialCounters::saveAutoSettings() {
     world_.store.set(at.section, "Increase", at.boxes[3].text());
     world_.store.set(at.section, "numeral_system", std::to_string(record->radix));
   }
-  world_.store.flush();  // a number that has gone into a chip must be on the disk before the next chip comes
+  // A number that has gone into a chip must be on the disk before the next chip comes.
+  if (const auto saved = world_.store.flush(); !saved)
+    world_.dialogs.message(platform::kTitle, "The serial number counters could not be saved: " + saved.error,
+                           platform::BoxIcon::Warning);
 }
 
 bool SerialCounters::armForRun() {

@@ -59,6 +59,9 @@ void MainForm::connectRooms() {
   optionsRoom.layoutChanged.connect([this] { showOptionNote(); });
   settings.hooks.modelSelected = [this] { picker.treeClicked(); };
   settings.hooks.rangeShown = [this] { images.showModel(); };
+  settings.hooks.notSaved = [this](const std::string& why) {
+    main.textMsg.appendLine("The settings could not be saved: " + why);
+  };
   lock.changed.connect([this] { applyLock(); });
 }
 

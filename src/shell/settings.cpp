@@ -57,7 +57,7 @@ class Muting {
 }  // namespace
 
 Settings::Settings(platform::EventLoop& loop, platform::SettingsStore& store, const platform::ControlRegistry& registry)
-    : registry_(registry), keys_(store), timer3_(loop, [this] { saveMainSettings(); }) {}
+    : registry_(registry), keys_(store), saveTimer_(loop, [this] { saveMainSettings(); }) {}
 
 void Settings::connect() {
   const auto watch = [this](Control* control) {
@@ -72,12 +72,12 @@ void Settings::connect() {
 }
 
 void Settings::requestSave() {
-  if (loading_ == 0 && !timer3_.isActive()) timer3_.start(kSaveDelay);
+  if (loading_ == 0 && !saveTimer_.isActive()) saveTimer_.start(kSaveDelay);
 }
 
 void Settings::savePending() {
-  if (!timer3_.isActive()) return;
-  timer3_.stop();
+  if (!saveTimer_.isActive()) return;
+  saveTimer_.stop();
   saveMainSettings();
 }
 
@@ -158,7 +158,9 @@ void Settings::choose(const SettingBinding& binding, bool first) {
 
 std::optional<std::string> Settings::valueOf(const SettingBinding& binding) const {
   const Control* control = registry_.find(binding.control, binding.index);
-  return control ? std::optional(control->property(propertyOf(binding.kind))) : std::nullopt;
+  if (!control) return std::nullopt;
+  const std::string shown = control->property(propertyOf(binding.kind));
+  return binding.kind == SettingKind::Number ? platform::trim(shown) : shown;
 }
 
 void Settings::save(SettingGroup group) {
@@ -190,7 +192,7 @@ void Settings::saveMainSettings() {
   saveUserCodeSettings();
   saveDemoSettings();
   saveToolSettings();
-  keys_.flush();
+  flush();
 }
 
 void Settings::saveDemoSettings() {
@@ -205,9 +207,10 @@ void Settings::saveToolSettings() {
   save(SettingGroup::Tool);
 }
 
-void Settings::saveCounter() {
-  if (const Control* box = registry_.find("txtWrite_OK_Count")) keys_.write("Write_OK_Count", box->property("Text"));
-  keys_.flush();
+void Settings::flush() {
+  const platform::FileResult saved = keys_.flush();
+  if (!saved && !notSavedTold_ && hooks.notSaved) hooks.notSaved(saved.error);
+  notSavedTold_ = !saved;
 }
 
 int Settings::number(const std::string& key, int fallback) const {
@@ -226,7 +229,7 @@ void Settings::saveWindowPlace(const WindowPlace& place) {
   keys_.write("MainTop", std::to_string(place.top));
   keys_.write("MainWidth", std::to_string(place.width));
   keys_.write("MainHeight", std::to_string(place.height));
-  keys_.flush();
+  flush();
 }
 
 int Settings::frame24Width() const {
@@ -235,7 +238,7 @@ int Settings::frame24Width() const {
 
 void Settings::saveFrame24Width(int twips) {
   keys_.write("Frame24_Width", std::to_string(twips));
-  keys_.flush();
+  flush();
 }
 
 }  // namespace kvr::shell

@@ -157,7 +157,7 @@ TEST_F(CounterTest, SettingsComeBackAtTheNextStart) {
   panel.texAuto_Increase[3].setText("3");
   panel.cheAuto_Increase.userSet(true);
   ImagesBench next{"Ivy-HF0S"};
-  next.store.values = bench.store.values;
+  next.store.values() = bench.store.values();
   next.room.counters.loadAutoSettings();
   EXPECT_EQ(next.room.counters.code.address, 0x1ABC);
   EXPECT_EQ(next.room.counters.code.step, 3);

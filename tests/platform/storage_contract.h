@@ -1,9 +1,11 @@
 // What every settings store and every file system promise; run against each world. A world type has `SettingsStore&
-// store()`, `FileSystem& files()` and `std::string folder()`, a folder that can be written.
+// store()`, `std::unique_ptr<SettingsStore> window()`, the store of another window on the same settings, `FileSystem&
+// files()` and `std::string folder()`, a folder that can be written.
 #pragma once
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 #include "platform/file_system.h"
@@ -33,6 +35,39 @@ TYPED_TEST_P(StorageContract, AStoreKeepsEveryTextAsItStands) {
   EXPECT_FALSE(store.get("Auto_Increase", "texSendText"));
 }
 
+TYPED_TEST_P(StorageContract, OfTwoWindowsEachWritesOnlyWhatItHasSetIntoTheFileAsItIsNow) {
+  SettingsStore& first = this->world.store();
+  first.set("Auto_Increase", "next_value", "0007");
+  ASSERT_TRUE(first.flush());
+  const auto second = this->world.window();
+  ASSERT_EQ(second->get("Auto_Increase", "next_value"), "0007");
+  second->set("Auto_Increase", "next_value", "0000");
+  second->set("Settings", "COM_port", "2");
+  ASSERT_TRUE(second->flush());
+  EXPECT_EQ(first.get("Auto_Increase", "next_value"), "0007") << "as this window last saw it";
+  first.set("Auto_Increase", "next_value", "0007");
+  ASSERT_TRUE(first.flush());
+  EXPECT_EQ(this->world.window()->get("Auto_Increase", "next_value"), "0007");
+  EXPECT_EQ(this->world.window()->get("Settings", "COM_port"), "2");
+  EXPECT_EQ(second->fresh("Auto_Increase", "next_value"), "0007");
+  EXPECT_EQ(second->get("Auto_Increase", "next_value"), "0007");
+  second->set("Auto_Increase", "next_value", "0009");
+  EXPECT_EQ(second->fresh("Auto_Increase", "next_value"), "0007") << "what is only set here is not in the file";
+  EXPECT_EQ(second->get("Auto_Increase", "next_value"), "0009");
+}
+
+TYPED_TEST_P(StorageContract, OneWindowAloneHoldsAClaim) {
+  SettingsStore& first = this->world.store();
+  const auto second = this->world.window();
+  auto held = first.claim("Auto_Increase");
+  ASSERT_TRUE(held);
+  EXPECT_FALSE(second->claim("Auto_Increase"));
+  EXPECT_FALSE(first.claim("Auto_Increase"));
+  EXPECT_TRUE(second->claim("Data_Auto_Increase"));
+  held.reset();
+  EXPECT_TRUE(second->claim("Auto_Increase"));
+}
+
 TYPED_TEST_P(StorageContract, AFileIsReplacedWholeAndReadBack) {
   FileSystem& files = this->world.files();
   const std::string path = this->world.folder() + "/image.bin";
@@ -54,6 +89,8 @@ TYPED_TEST_P(StorageContract, AFileIsReplacedWholeAndReadBack) {
   EXPECT_FALSE(files.read(this->world.folder()));
 }
 
-REGISTER_TYPED_TEST_SUITE_P(StorageContract, AStoreKeepsEveryTextAsItStands, AFileIsReplacedWholeAndReadBack);
+REGISTER_TYPED_TEST_SUITE_P(StorageContract, AStoreKeepsEveryTextAsItStands,
+                            OfTwoWindowsEachWritesOnlyWhatItHasSetIntoTheFileAsItIsNow, OneWindowAloneHoldsAClaim,
+                            AFileIsReplacedWholeAndReadBack);
 
 }  // namespace kvr::platform

@@ -70,7 +70,7 @@ TEST_P(SafeReplace, LeavesTheSettingsOldOrNewAtEveryWrite) {
   const auto put = [&](const std::string& value) {
     QtStore store(path);
     for (int i = 0; i < 40; ++i) store.set("Settings", "key" + std::to_string(i), value);
-    return store.flush();
+    return store.flush().ok;
   };
   ASSERT_TRUE(put("old"));
   // Below this size it is the lock file that is cut off, and the next save waits until that is stale.

@@ -1,5 +1,9 @@
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <QFile>
 #include <QTemporaryDir>
+#include <csignal>
 
 #include "platform/qt/qt_files.h"
 #include "platform/qt/qt_store.h"
@@ -10,6 +14,7 @@ namespace {
 
 struct Disk {
   SettingsStore& store() { return store_; }
+  std::unique_ptr<SettingsStore> window() const { return std::make_unique<QtStore>(store_.path()); }
   FileSystem& files() { return files_; }
   std::string folder() const { return folder_.path().toStdString(); }
   QTemporaryDir folder_;
@@ -78,11 +83,42 @@ TEST_F(QtStoreTest, AStoreThatCannotBeWrittenSaysSoAndSavesLater) {
   ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
   QtStore store(deep);
   store.set("Settings", "COM_port", "2");
-  EXPECT_FALSE(store.flush());
+  EXPECT_EQ(store.flush().error, "no such folder");
   EXPECT_EQ(store.get("Settings", "COM_port"), "2");
+  EXPECT_FALSE(store.claim("Auto_Increase")) << "a number that cannot be kept is not to be given out";
   blocker.remove();
   EXPECT_TRUE(store.flush());
   EXPECT_EQ(QtStore(deep).get("Settings", "COM_port"), "2");
+}
+
+TEST_F(QtStoreTest, AClaimOfAnotherProcessHoldsUntilThatProcessHasEnded) {
+  QtStore store(path);
+  int ready[2];
+  ASSERT_EQ(::pipe(ready), 0);
+  const pid_t child = ::fork();
+  if (child == 0) {
+    const auto held = QtStore(path).claim("Auto_Increase");
+    const char answer = held ? 'y' : 'n';
+    if (::write(ready[1], &answer, 1) == 1) ::pause();
+    ::_exit(1);
+  }
+  char answer = 0;
+  ASSERT_EQ(::read(ready[0], &answer, 1), 1);
+  EXPECT_EQ(answer, 'y');
+  EXPECT_FALSE(store.claim("Auto_Increase"));
+  ::kill(child, SIGKILL);
+  ::waitpid(child, nullptr, 0);
+  EXPECT_TRUE(store.claim("Auto_Increase"));
+}
+
+TEST_F(QtStoreTest, AnEndlessFileIsSetAsideUnread) {
+  put("[Settings]\nCOM_port=3\n" + QByteArray("key=") + QByteArray(2'000'000, 'x') + "\n");
+  QtStore store(path);
+  EXPECT_FALSE(store.get("Settings", "COM_port"));
+  store.set("Settings", "DebugBaud", "2");
+  EXPECT_TRUE(store.flush());
+  EXPECT_LT(content(path).size(), 100);
+  EXPECT_GT(content(path + ".broken").size(), 2'000'000);
 }
 
 TEST(QtFiles, SaysInWordsWhyAFileCannotBeWrittenAndLeavesTheOldOne) {

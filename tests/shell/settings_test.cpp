@@ -18,17 +18,11 @@ namespace {
 using namespace platform;
 using namespace std::chrono_literals;
 
-// A store whose disk may be full for a while.
-class FailingStore : public MemoryStore {
- public:
-  bool flush() override { return full ? false : MemoryStore::flush(); }
-  bool full = false;
-};
-
 class SettingsTest : public ::testing::Test {
  protected:
-  std::unique_ptr<MainForm> make() {
-    return std::make_unique<MainForm>(World{loop, link, dialogs, store, files, clock}, codec);
+  std::unique_ptr<MainForm> make() { return make(store); }
+  std::unique_ptr<MainForm> make(MemoryStore& on) {
+    return std::make_unique<MainForm>(World{loop, link, dialogs, on, files, clock}, codec);
   }
   std::unique_ptr<MainForm> start() {
     auto form = make();
@@ -58,11 +52,14 @@ class SettingsTest : public ::testing::Test {
     return form.registry.find(name, index)->property("Value");
   }
   std::optional<std::string> stored(const std::string& key) const { return store.get("Settings", key); }
-  void put(const std::string& key, const std::string& value) { store.values[{"Settings", key}] = value; }
+  void put(const std::string& key, const std::string& value) {
+    store.values()[{"Settings", key}] = value;
+    store.refresh();
+  }
 
   VirtualLoop loop;
   support::NoLink link;
-  FailingStore store;
+  MemoryStore store;
   MemoryFiles files;
   ScriptedDialogs dialogs{loop};
   VirtualClock clock{loop};
@@ -179,36 +176,51 @@ TEST_F(SettingsTest, NeverReadWhatIsOnlyWritten) {
   EXPECT_EQ(stored("安全锁"), "5");
 }
 
-TEST_F(SettingsTest, OfTwoWindowsOnOneStoreWriteOnlyWhatChangedInEach) {
+TEST_F(SettingsTest, OfTwoWindowsOnOneFileWriteOnlyWhatChangedInEach) {
   const auto first = start();
   first->settings.saveMainSettings();
-  const auto second = start();
-  first->download.txtWrite_OK_Count.setText("41");
-  first->settings.saveCounter();
+  MemoryStore otherStore(store.disk());
+  const auto second = make(otherStore);
+  second->load();
+  const auto inFile = [&](const char* key) { return store.values().at({"Settings", key}); };
+  first->download.txtWrite_OK_Count.setText(" 41");
+  loop.runFor(1s);
   combo(*second, "combCommPort").setListIndex(6);
   loop.runFor(1s);
-  EXPECT_EQ(stored("Write_OK_Count"), "41");
-  EXPECT_EQ(stored("COM_port"), "6");
+  EXPECT_EQ(inFile("Write_OK_Count"), "41");
+  EXPECT_EQ(inFile("COM_port"), "6");
   combo(*first, "comDalay_ReDownLoad").setListIndex(1);
   loop.runFor(1s);
-  EXPECT_EQ(stored("COM_port"), "6");
-  EXPECT_EQ(stored("Dalay_ReDownLoad"), "1");
+  EXPECT_EQ(inFile("COM_port"), "6");
   second->download.txtWrite_OK_Count.setText("3");
   loop.runFor(1s);
-  EXPECT_EQ(stored("Write_OK_Count"), "3");
+  EXPECT_EQ(inFile("Write_OK_Count"), "3");
 }
 
-TEST_F(SettingsTest, AreBroughtToTheDiskByTheNextSaveWhenOneFailed) {
+TEST_F(SettingsTest, ThatCannotBeSavedAreToldOnceAndBroughtToTheDiskByTheNextSave) {
   const auto form = start();
-  store.full = true;
+  const auto told = [&] {
+    const std::string& pane = form->main.textMsg.text();
+    int count = 0;
+    for (std::size_t at = pane.find("disk full"); at != std::string::npos; at = pane.find("disk full", at + 1)) ++count;
+    return count;
+  };
+  store.failure = "disk full";
   combo(*form, "combCommPort").setListIndex(2);
   loop.runFor(1s);
-  store.full = false;
+  combo(*form, "combCommPort").setListIndex(3);
+  loop.runFor(1s);
+  EXPECT_EQ(told(), 1) << form->main.textMsg.text();
+  store.failure.clear();
+  form->settings.saveMainSettings();
+  EXPECT_EQ(store.values().at({"Settings", "COM_port"}), "3");
   const int before = store.flushes;
   form->settings.saveMainSettings();
-  EXPECT_EQ(store.flushes, before + 1);
-  form->settings.saveMainSettings();
-  EXPECT_EQ(store.flushes, before + 1);
+  EXPECT_EQ(store.flushes, before);
+  store.failure = "disk full";
+  combo(*form, "combCommPort").setListIndex(1);
+  loop.runFor(1s);
+  EXPECT_EQ(told(), 2);
 }
 
 }  // namespace

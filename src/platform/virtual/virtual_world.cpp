@@ -8,14 +8,41 @@
 namespace kvr::platform {
 
 std::optional<std::string> MemoryStore::get(const std::string& section, const std::string& key) const {
-  const auto found = values.find({section, key});
-  if (found == values.end()) return std::nullopt;
-  return found->second;
+  if (const auto waiting = pending_.find({section, key}); waiting != pending_.end()) return waiting->second;
+  if (!seen_) seen_ = disk_->values;
+  const auto found = seen_->find({section, key});
+  return found == seen_->end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<std::string> MemoryStore::fresh(const std::string& section, const std::string& key) {
+  refresh();
+  const auto found = seen_->find({section, key});
+  return found == seen_->end() ? std::nullopt : std::optional(found->second);
 }
 
 void MemoryStore::set(const std::string& section, const std::string& key, const std::string& value) {
-  values[{section, key}] = value;
+  pending_[{section, key}] = value;
   ++writes;
+}
+
+FileResult MemoryStore::flush() {
+  if (!failure.empty()) return {false, failure};
+  for (const auto& [key, value] : pending_) disk_->values[key] = value;
+  pending_.clear();
+  refresh();
+  ++flushes;
+  return {};
+}
+
+std::unique_ptr<SettingsClaim> MemoryStore::claim(const std::string& name) {
+  struct Claim : SettingsClaim {
+    Claim(std::shared_ptr<MemoryDisk> where, std::string what) : disk(std::move(where)), name(std::move(what)) {}
+    ~Claim() override { disk->claimed.erase(name); }
+    std::shared_ptr<MemoryDisk> disk;
+    std::string name;
+  };
+  if (!disk_->claimed.insert(name).second) return nullptr;
+  return std::make_unique<Claim>(disk_, name);
 }
 
 std::optional<Bytes> MemoryFiles::read(const std::string& path, std::size_t limit) const {

@@ -5,8 +5,11 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <memory>
+#include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/dialogs.h"
@@ -17,14 +20,36 @@
 
 namespace kvr::platform {
 
+// A settings file in memory and the claims on it; the windows of one user share it.
+struct MemoryDisk {
+  std::map<std::pair<std::string, std::string>, std::string> values;
+  std::set<std::string> claimed;
+};
+
+// One window's store. Like a real one it reads the file when it is first asked, and then only when it writes or is told
+// to look again.
 class MemoryStore : public SettingsStore {
  public:
+  explicit MemoryStore(std::shared_ptr<MemoryDisk> disk = std::make_shared<MemoryDisk>()) : disk_(std::move(disk)) {}
   std::optional<std::string> get(const std::string& section, const std::string& key) const override;
+  [[nodiscard]] std::optional<std::string> fresh(const std::string& section, const std::string& key) override;
   void set(const std::string& section, const std::string& key, const std::string& value) override;
-  bool flush() override { return ++flushes, true; }
-  std::map<std::pair<std::string, std::string>, std::string> values;
+  [[nodiscard]] FileResult flush() override;
+  [[nodiscard]] std::unique_ptr<SettingsClaim> claim(const std::string& name) override;
+
+  // --- The tester's side. ---
+  const std::shared_ptr<MemoryDisk>& disk() const { return disk_; }  // for a second window
+  auto& values() { return disk_->values; }                           // what the file holds
+  void refresh() { seen_ = disk_->values; }  // takes in what was put into the file after the window's first look
+  std::string failure;                       // why every flush fails; empty: none does
   int writes = 0;
   int flushes = 0;
+
+ private:
+  using Values = std::map<std::pair<std::string, std::string>, std::string>;
+  std::shared_ptr<MemoryDisk> disk_;
+  mutable std::optional<Values> seen_;
+  Values pending_;
 };
 
 class MemoryFiles : public FileSystem {
