@@ -68,6 +68,10 @@ bool hasDataFile(const McuRecord& record) {
   return keptApart && !record.noDataFile && record.dataEnd - record.dataStart > kSmallestDataMemory;
 }
 
+bool dataFileIsProgrammed(const McuRecord& record) {
+  return hasDataFile(record) && record.family != 18;
+}
+
 bool isSelfWriting(const McuRecord& record) {
   return record.name.ends_with('i');
 }

@@ -58,6 +58,9 @@ int familyClassOf(int family);
 // True when the model takes a separate Data Memory file.
 bool hasDataFile(const McuRecord& record);
 
+// True when a run programs that Data Memory file. Rowan models take one that no run sends.
+bool dataFileIsProgrammed(const McuRecord& record);
+
 // True for names that end in a lower-case 'i': their application may rewrite its own code area.
 bool isSelfWriting(const McuRecord& record);
 

@@ -17,20 +17,9 @@
 #include <utility>
 #include <vector>
 
+#include "platform/signal.h"
+
 namespace kvr::platform {
-
-// Observers of a change. An observer must live as long as the control or disconnect by letting its token go.
-class Signal {
- public:
-  using Token = std::shared_ptr<void>;
-  void connect(std::function<void()> observer) { permanent_.push_back(std::move(observer)); }
-  [[nodiscard]] Token watch(std::function<void()> observer);
-  void emit() const;
-
- private:
-  std::vector<std::function<void()>> permanent_;
-  std::vector<std::weak_ptr<std::function<void()>>> watched_;
-};
 
 class Control {
  public:

@@ -34,6 +34,8 @@ class FileSystem {
   virtual std::optional<std::string> stamp(const std::string& path) const = 0;
   // Local date and time of the file's last change, "yyyy-mm-dd hh:mm:ss"; empty when the file is absent.
   virtual std::string changedAt(const std::string& path) const = 0;
+  // The path as every working directory reads it.
+  virtual std::string absolute(const std::string& path) const = 0;
   // The folder for what the program keeps beside itself: its own when it can be written, else the user's documents.
   virtual std::string programFolder() const = 0;
 };

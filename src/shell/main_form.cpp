@@ -8,7 +8,7 @@ namespace kvr::shell {
 
 MainForm::MainForm(platform::World services, const platform::TextCodec& codec)
     : world(services),
-      images(world, model, main.textMsg),
+      images(world, model, activity, lock, main.textMsg),
       optionsRoom(world.dialogs, options, model, lock, main.textMsg, main.FrameX[3]),
       shared{main.textMsg, main.combCommPort, main.imgOpen_sys, main.ProgressBar1, main.labKbyte},
       lease(world.loop, world.link),
@@ -86,7 +86,6 @@ void MainForm::applyLock() {
   main.TreeViewDevice.setEnabled(free);
   if (!free) picker.hideDeviceTree();
   main.comMastWindow.setEnabled(free);
-  images.applyLock(lock.state());
   if (lock.busy()) main.textMsg.setFocus();
 }
 
@@ -116,7 +115,7 @@ void MainForm::openDropped(const std::string& path) {
                     : data                      ? images.panel.comLoadDataFile
                                                 : images.panel.comLoadFile;
   if (!way.enabled()) return;
-  images.loader.open(path, data ? images.state.EepromBuffer : images.state.CodeBuffer);
+  images.opener.open(path, data ? images::ImageKind::Data : images::ImageKind::Code);
 }
 
 void MainForm::splitterMoved(int tabWidthTwips) {

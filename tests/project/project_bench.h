@@ -20,7 +20,7 @@ class ProjectBench {
   ProjectBench()
       : dialogs(loop),
         clock(loop),
-        images(world, model, textMsg),
+        images(world, model, activity, lock, textMsg),
         options(dialogs, optionPanel, model, lock, textMsg, stepFrame),
         room(world, codec, registry, model, images, options, lock, activity) {
     registry.addAll(txtDevice);
@@ -28,7 +28,6 @@ class ProjectBench {
     optionPanel.addTo(registry);
     room.panel.addTo(registry);
     room.applyModel = [this](const std::string& name) { return select(name); };
-    lock.changed.connect([this] { images.applyLock(lock.state()); });
   }
 
   bool select(const std::string& name) {

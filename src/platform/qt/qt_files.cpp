@@ -103,6 +103,10 @@ std::string QtFiles::changedAt(const std::string& path) const {
   return info.lastModified().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")).toStdString();
 }
 
+std::string QtFiles::absolute(const std::string& path) const {
+  return path.empty() ? path : QDir::cleanPath(QFileInfo(qtPath(path)).absoluteFilePath()).toStdString();
+}
+
 std::string QtFiles::programFolder() const {
   const QString own = QCoreApplication::applicationDirPath();
   if (QFileInfo(own).isWritable()) return own.toStdString();

@@ -15,6 +15,7 @@ class QtFiles : public FileSystem {
   [[nodiscard]] FileResult makeFolder(const std::string& path) override;
   std::optional<std::string> stamp(const std::string& path) const override;
   std::string changedAt(const std::string& path) const override;
+  std::string absolute(const std::string& path) const override;
   std::string programFolder() const override;
 };
 

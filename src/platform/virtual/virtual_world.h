@@ -62,6 +62,9 @@ class MemoryFiles : public FileSystem {
   [[nodiscard]] FileResult makeFolder(const std::string& path) override;
   std::optional<std::string> stamp(const std::string& path) const override;
   std::string changedAt(const std::string& path) const override;
+  std::string absolute(const std::string& path) const override {
+    return path.empty() || path.front() == '/' ? path : "/current/" + path;
+  }
   std::string programFolder() const override { return "/program"; }
 
   void put(const std::string& path, const Bytes& bytes);
