@@ -46,7 +46,7 @@ TEST(Signals, AHandlerMayAddAndEndObserversAndTheSignalItself) {
     for (int i = 0; i < 50; ++i) tokens.push_back(signal->watch([&] { order += "n"; }));
   }));
   second = signal->watch([&] { order += "2"; });
-  tokens.push_back(std::as_const(*signal).watch([&] {
+  tokens.push_back((*signal).watch([&] {
     order += "3";
     signal.reset();
   }));
