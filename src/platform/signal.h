@@ -3,21 +3,24 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace kvr::platform {
 
-// Observers of a change. An observer must live as long as the control or disconnect by letting its token go.
+// Observers of a change. One rule: whoever watches keeps the token, and letting it go ends the watch. A handler may add
+// observers (they hear of the next change), end any of them (they hear nothing more), or end the signal itself.
 class Signal {
  public:
   using Token = std::shared_ptr<void>;
-  void connect(std::function<void()> observer) { permanent_.push_back(std::move(observer)); }
-  [[nodiscard]] Token watch(std::function<void()> observer);
+  [[nodiscard]] Token watch(std::function<void()> observer) const;
+  // Only for an observer that lives as long as the signal: the signal keeps the token.
+  void connect(std::function<void()> observer) { kept_.push_back(watch(std::move(observer))); }
   void emit() const;
 
  private:
-  std::vector<std::function<void()>> permanent_;
-  std::vector<std::weak_ptr<std::function<void()>>> watched_;
+  mutable std::vector<std::weak_ptr<std::function<void()>>> watched_;  // watching changes nothing that can be seen
+  std::vector<Token> kept_;
 };
 
 }  // namespace kvr::platform

@@ -1,6 +1,7 @@
 #include "shell/settings.h"
 
 #include <charconv>
+#include <cmath>
 
 #include "platform/text.h"
 
@@ -15,25 +16,41 @@ using platform::Tree;
 constexpr const char* kModelKey = "DeviceProducts";
 constexpr const char* kLockKey = "安全锁";
 
-// A text that is a number from end to end; a box keeps its state for anything else.
-bool isNumber(const std::string& text) {
+constexpr double kLargestNumber = 1e9;  // of what a box holds
+constexpr int kLargestSide = 120'000;   // twips: 8000 pixels
+constexpr int kFarthestEdge = 500'000;  // desktops of several screens have negative places, too
+constexpr std::size_t kLongestTyped = 32;
+
+// The number that a text is from end to end; nothing for any other text, and for what only computers call a number.
+std::optional<double> numberOf(const std::string& text) {
   const std::string trimmed = platform::trim(text);
   const char* first = trimmed.c_str() + (trimmed.starts_with('+') ? 1 : 0);
   const char* last = trimmed.c_str() + trimmed.size();
   double value = 0;
-  return first != last && std::from_chars(first, last, value).ptr == last;
+  if (first == last || std::from_chars(first, last, value).ptr != last) return std::nullopt;
+  value = platform::valueOf(trimmed);  // which knows what is too large or too small for a double
+  return trimmed.find_first_of("0123456789") != std::string::npos && std::isfinite(value) ? std::optional(value)
+                                                                                          : std::nullopt;
+}
+
+// A number that a control can hold; it keeps its state for anything else.
+bool isNumber(const std::string& text) {
+  const auto value = numberOf(text);
+  return value && *value >= 0 && *value <= kLargestNumber;
 }
 
 std::optional<bool> truthOf(const std::string& text) {
   const std::string word = platform::upper(platform::trim(text));
   if (word == "TRUE" || word == "FALSE") return word == "TRUE";
-  return isNumber(word) ? std::optional(platform::valueOf(word) != 0) : std::nullopt;
+  const auto value = numberOf(word);
+  return value ? std::optional(*value != 0) : std::nullopt;
 }
 
 const char* propertyOf(SettingKind kind) {
   switch (kind) {
     case SettingKind::Index:
       return "ListIndex";
+    case SettingKind::Typed:
     case SettingKind::Number:
     case SettingKind::Text:
       return "Text";
@@ -42,7 +59,7 @@ const char* propertyOf(SettingKind kind) {
   }
 }
 
-// Counts a load; changes of controls meanwhile are not a person's.
+// Counts a load; changes of controls meanwhile are not the user's.
 class Muting {
  public:
   explicit Muting(int& depth) : depth_(depth) { ++depth_; }
@@ -135,8 +152,11 @@ void Settings::loadOne(const SettingBinding& binding) {
     case SettingKind::Number:
       if (isNumber(stored)) control->setProperty(propertyOf(binding.kind), platform::trim(stored));
       break;
+    case SettingKind::Typed:
+      if (!stored.empty() && stored.size() <= kLongestTyped) control->setProperty("Text", stored);
+      break;
     case SettingKind::Check:
-      if (truthOf(stored)) control->setProperty("Value", stored);
+      if (const auto truth = truthOf(stored)) control->setProperty("Value", *truth ? "1" : "0");
       break;
     case SettingKind::Pair:
       if (const auto truth = truthOf(stored)) choose(binding, *truth);
@@ -160,6 +180,7 @@ std::optional<std::string> Settings::valueOf(const SettingBinding& binding) cons
   const Control* control = registry_.find(binding.control, binding.index);
   if (!control) return std::nullopt;
   const std::string shown = control->property(propertyOf(binding.kind));
+  if (binding.kind == SettingKind::Typed && control->property("ListIndex") != "-1") return "";
   return binding.kind == SettingKind::Number ? platform::trim(shown) : shown;
 }
 
@@ -213,15 +234,16 @@ void Settings::flush() {
   notSavedTold_ = !saved;
 }
 
-int Settings::number(const std::string& key, int fallback) const {
-  const std::string stored = keys_.read(key, {});
-  return isNumber(stored) ? platform::wholeOf(stored) : fallback;
+int Settings::number(const std::string& key, int fallback, int least, int most) const {
+  const auto value = numberOf(keys_.read(key, {}));
+  return value && *value >= least && *value <= most ? static_cast<int>(*value) : fallback;
 }
 
 WindowPlace Settings::windowPlace() const {
   const WindowPlace usual;
-  return {number("MainLeft", usual.left), number("MainTop", usual.top), number("MainWidth", usual.width),
-          number("MainHeight", usual.height)};
+  return {number("MainLeft", usual.left, -kFarthestEdge, kFarthestEdge),
+          number("MainTop", usual.top, -kFarthestEdge, kFarthestEdge),
+          number("MainWidth", usual.width, 0, kLargestSide), number("MainHeight", usual.height, 0, kLargestSide)};
 }
 
 void Settings::saveWindowPlace(const WindowPlace& place) {
@@ -233,7 +255,7 @@ void Settings::saveWindowPlace(const WindowPlace& place) {
 }
 
 int Settings::frame24Width() const {
-  return number("Frame24_Width", 2000);
+  return number("Frame24_Width", 2000, 0, kLargestSide);
 }
 
 void Settings::saveFrame24Width(int twips) {

@@ -75,7 +75,7 @@ class Settings {
   void saveModelAndLock();
   std::string lockNumber() const;
   void flush();
-  int number(const std::string& key, int fallback) const;
+  int number(const std::string& key, int fallback, int least, int most) const;
 
   const platform::ControlRegistry& registry_;
   ChangedKeys keys_;

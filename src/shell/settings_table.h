@@ -11,7 +11,8 @@ namespace kvr::shell {
 enum class SettingGroup { Main, Tool, UserCode, Demo };
 
 enum class SettingKind {
-  Index,   // list index of a combo box, decimal
+  Index,   // list index of a combo box, decimal; -1 when its text is not in the list
+  Typed,   // text of an editable combo box that is not in its list; empty when it is
   Number,  // text of a box that holds a number
   Text,    // text of a box, as it stands
   Check,   // check box: 0 or 1

@@ -80,8 +80,6 @@ TYPED_TEST_P(StorageContract, AFileIsReplacedWholeAndReadBack) {
   EXPECT_EQ(files.read(path, 2), (Bytes{0, 10}));
   ASSERT_TRUE(files.replace(path, Bytes{5, 4, 3, 2, 1}));
   EXPECT_NE(files.stamp(path), stamp);
-  ASSERT_TRUE(files.append(path, Bytes{9}));
-  EXPECT_EQ(files.read(path), (Bytes{5, 4, 3, 2, 1, 9}));
   EXPECT_EQ(files.changedAt(path).size(), 19u);
   EXPECT_TRUE(files.fileExists(path));
   EXPECT_FALSE(files.fileExists(this->world.folder()));
@@ -89,8 +87,27 @@ TYPED_TEST_P(StorageContract, AFileIsReplacedWholeAndReadBack) {
   EXPECT_FALSE(files.read(this->world.folder()));
 }
 
+TYPED_TEST_P(StorageContract, ALineIsAppendedOnALineOfItsOwnAfterTheHeaderOfAFileThatWasEmpty) {
+  FileSystem& files = this->world.files();
+  const std::string path = this->world.folder() + "/log.csv";
+  const auto text = [&] {
+    const Bytes bytes = files.read(path).value_or(Bytes());
+    return std::string(bytes.begin(), bytes.end());
+  };
+  ASSERT_TRUE(files.appendLine(path, "1\r\n", "no\r\n"));
+  ASSERT_TRUE(files.appendLine(path, "2\r\n", "no\r\n"));
+  EXPECT_EQ(text(), "no\r\n1\r\n2\r\n");
+  ASSERT_TRUE(files.replace(path, Bytes{}));
+  ASSERT_TRUE(files.appendLine(path, "3\r\n", "no\r\n"));
+  EXPECT_EQ(text(), "no\r\n3\r\n");
+  ASSERT_TRUE(files.replace(path, Bytes{'h', 'a', 'l', 'f'}));
+  ASSERT_TRUE(files.appendLine(path, "4\r\n", "no\r\n"));
+  EXPECT_EQ(text(), "half\r\n4\r\n");
+}
+
 REGISTER_TYPED_TEST_SUITE_P(StorageContract, AStoreKeepsEveryTextAsItStands,
                             OfTwoWindowsEachWritesOnlyWhatItHasSetIntoTheFileAsItIsNow, OneWindowAloneHoldsAClaim,
-                            AFileIsReplacedWholeAndReadBack);
+                            AFileIsReplacedWholeAndReadBack,
+                            ALineIsAppendedOnALineOfItsOwnAfterTheHeaderOfAFileThatWasEmpty);
 
 }  // namespace kvr::platform

@@ -1,9 +1,11 @@
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <csignal>
+#include <filesystem>
 
 #include "platform/qt/qt_files.h"
 #include "platform/qt/qt_store.h"
@@ -124,9 +126,41 @@ TEST_F(QtStoreTest, AnEndlessFileIsSetAsideUnread) {
 TEST(QtFiles, SaysInWordsWhyAFileCannotBeWrittenAndLeavesTheOldOne) {
   QTemporaryDir folder;
   QtFiles files;
-  EXPECT_EQ(files.append("/dev/full", Bytes(100, 1)).error, "disk full");
-  EXPECT_EQ(files.replace(folder.path().toStdString(), Bytes{1}).error, "it is a folder");
-  EXPECT_EQ(files.replace(folder.path().toStdString() + "/absent/a", Bytes{1}).error, "no such folder");
+  const std::string at = folder.path().toStdString();
+  EXPECT_EQ(files.replace(at, Bytes{1}).error, "it is a folder");
+  EXPECT_EQ(files.replace(at + "/absent/a", Bytes{1}).error, "no such folder");
+  EXPECT_EQ(files.replace(at + "/" + std::string(250, 'n'), Bytes{1}).error, "the name is too long");
+  EXPECT_EQ(files.appendLine(at + "/absent/a", "1\n", "h\n").error, "no such folder");
+}
+
+TEST(QtFiles, LeavesDevicesAndPipesAloneWithoutWaitingForThem) {
+  QTemporaryDir folder;
+  QtFiles files;
+  const std::string pipe = folder.path().toStdString() + "/pipe";
+  const std::string device = folder.path().toStdString() + "/device";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  ASSERT_EQ(::symlink("/dev/full", device.c_str()), 0);
+  for (const auto& path : {pipe, device}) {
+    EXPECT_FALSE(files.read(path)) << path;
+    EXPECT_EQ(files.appendLine(path, "1\n", "h\n").error, "it is no ordinary file") << path;
+    EXPECT_EQ(files.replace(path, Bytes{1}).error, "it is no ordinary file") << path;
+  }
+  struct stat state {};
+  EXPECT_TRUE(::stat(pipe.c_str(), &state) == 0 && S_ISFIFO(state.st_mode));
+}
+
+TEST(QtFiles, TakeNamesThatAreNoUtf8AndFollowLinks) {
+  QTemporaryDir folder;
+  QtFiles files;
+  const std::string path = folder.path().toStdString() + "/\xB9\xA4\xB3\xCC";
+  ASSERT_TRUE(files.makeFolder(path));
+  ASSERT_TRUE(files.replace(path + "/\xFF.bin", Bytes{1}));
+  ASSERT_EQ(::symlink((path + "/\xFF.bin").c_str(), (path + "/link").c_str()), 0);
+  ASSERT_TRUE(files.replace(path + "/link", Bytes{2}));
+  EXPECT_EQ(files.read(path + "/\xFF.bin"), Bytes{2});
+  EXPECT_TRUE(files.stamp(path + "/\xFF.bin"));
+  EXPECT_EQ(files.changedAt(path + "/link").size(), 19U);
+  std::filesystem::remove_all(path);
 }
 
 }  // namespace

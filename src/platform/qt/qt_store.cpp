@@ -88,7 +88,8 @@ QtStore::Content QtStore::readFile() {
   Content content;
   QSettings settings(file.filePath(), QSettings::IniFormat);
   settings.setFallbacksEnabled(false);
-  for (const QString& key : settings.allKeys()) content.values[key] = settings.value(key);
+  for (const QString& key : settings.allKeys())
+    if (!key.isEmpty()) content.values[key] = settings.value(key);
   content.foreign = settings.status() != QSettings::NoError;  // known only now: sections are read when asked for
   if (!content.foreign) return content;
   foreignStamp_ = stamp;

@@ -59,10 +59,12 @@ FileResult MemoryFiles::replace(const std::string& path, std::span<const std::ui
   return {};
 }
 
-FileResult MemoryFiles::append(const std::string& path, std::span<const std::uint8_t> bytes) {
+FileResult MemoryFiles::appendLine(const std::string& path, std::string_view line, std::string_view header) {
   if (diskFull) return {false, "disk full"};
   File& file = files[path];
-  file.bytes.insert(file.bytes.end(), bytes.begin(), bytes.end());
+  const std::string_view lead = file.bytes.empty() ? header : file.bytes.back() != '\n' ? "\r\n" : "";
+  file.bytes.insert(file.bytes.end(), lead.begin(), lead.end());
+  file.bytes.insert(file.bytes.end(), line.begin(), line.end());
   file.version = ++versions_;
   return {};
 }
