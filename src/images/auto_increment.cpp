@@ -72,7 +72,7 @@ std::string checkAutoRange(const AutoIncrement& record, const catalogue::McuReco
   }
   if (catalogue::hasDataFile(model)) {
     if (record.address > model.apEnd) return "The address of auto increament in the data buffer is too big.";
-  } else if (record.address > (model.family >= 2 ? model.dataEnd : model.apEnd)) {
+  } else if (record.address > (traitsOf(model).dataMemory ? model.dataEnd : model.apEnd)) {
     return "The address of auto increament in the buffer is too big.";
   }
   if (tooLow)

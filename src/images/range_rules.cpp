@@ -13,16 +13,6 @@ namespace {
 constexpr std::string_view kCut = "The file is over the valid scope, and the exceeding part has been cleared.";
 constexpr std::int32_t kUsableData = 100;  // a Data Memory below this size is none
 
-// Models whose Data Memory begins at address 32768 of the file.
-bool isSplitCedar(const McuRecord& model) {
-  return model.name == "Cedar-H50D" || model.name == "Cedar-L50D";
-}
-
-// Families 0, 1, 2, 11, 12, 13: code, Data Memory and boot area in one map.
-bool isFirstGeneration(const McuRecord& model) {
-  return model.family <= 2 || catalogue::isLateFamily(model.family);
-}
-
 std::string sumDigits(std::int64_t sum) {
   const std::string digits = platform::hexText(static_cast<std::uint32_t>(sum), 7);
   return digits.substr(digits.size() - 7);
@@ -45,7 +35,7 @@ class Judge {
       return std::move(verdict_);
     }
     withoutDataMemory();
-    if (!isFirstGeneration(model_))
+    if (!traitsOf(model_).firstGeneration())
       oneFile();
     else if (file_.format == FileFormat::Hex)
       sharedMapHex();
@@ -118,7 +108,7 @@ class Judge {
 
   void sharedMapHex() {
     verdict_.sumBox = ImageKind::Code;
-    const bool early = model_.family <= 1;
+    const bool early = !traitsOf(model_).dataMemory;
     const std::int32_t top = range_.top;
     std::int32_t maxAddr = verdict_.fileEnd;
     bool over = false;
@@ -133,7 +123,7 @@ class Judge {
         over = true;
         clear(top + 1, range_.ispStart - 1);
       }
-    } else if (!isSplitCedar(model_)) {
+    } else if (!model_.quirks.splitData) {
       if (!dataHit) dataHit = holdsData(top + 1, range_.ispStart - 1);
     } else {
       over = holdsData(top + 1, 32767);
@@ -145,7 +135,7 @@ class Judge {
   }
 
   void sharedMapBinary() {
-    const bool early = model_.family <= 1;
+    const bool early = !traitsOf(model_).dataMemory;
     const std::int32_t top = range_.top;
     bool over = false;
     bool dataHit = false;
@@ -158,7 +148,7 @@ class Judge {
       over = verdict_.fileEnd >= range_.ispStart;
       if (over) verdict_.fileEnd = range_.ispStart - 1;
     }
-    if (isSplitCedar(model_)) {
+    if (model_.quirks.splitData) {
       over = file_.fileStart <= 32767 && verdict_.fileEnd > top;
       dataHit = file_.fileStart > 32767 || verdict_.fileEnd > 32767;
       clear(top + 1, 32767);

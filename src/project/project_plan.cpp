@@ -52,7 +52,7 @@ OpenPlan planOld(const Header& header) {
     const std::string first = header.empty() ? std::string() : header.front().key;
     return refused(kUnknownModel + (name.empty() ? first : name));
   }
-  plan.lines = convertOldProject(header, plan.model->family);
+  plan.lines = convertOldProject(header, traitsOf(*plan.model).oldKeys);
   return plan;
 }
 
@@ -67,16 +67,17 @@ OpenPlan planOpening(const ProjectText& text) {
   return plan;
 }
 
-Header headerFor(int family, const std::function<std::string(const options::OptionRow&)>& common,
+Header headerFor(const catalogue::FamilyTraits& traits,
+                 const std::function<std::string(const options::OptionRow&)>& common,
                  const std::function<std::string(std::string_view)>& option) {
   Header header{{std::string(kVersionKey), std::string(kVersion)}};
   for (const options::OptionRow& row : options::optionRows(options::kCommonSlot)) {
     header.push_back({std::string(row.key), common(row)});
   }
   for (const std::string_view key : kOptionKeys) {
-    if (options::findRow(options::panelSlotOf(family), key)) {
+    if (options::findRow(traits.panelSlot, key)) {
       header.push_back({std::string(key), option(key)});
-    } else if (options::findRow(options::projectSlotOf(family), key)) {
+    } else if (options::findRow(traits.projectSlot, key)) {
       header.push_back({std::string(key), "False"});  // files of the family have the key, its panel has not
     }
   }

@@ -21,7 +21,8 @@ OpenPlan planOpening(const ProjectText& text);
 
 // The header of a project of a model of the family. `common` gives the value of a row of every family, `option` that of
 // a key of the family's own panel.
-Header headerFor(int family, const std::function<std::string(const options::OptionRow&)>& common,
+Header headerFor(const catalogue::FamilyTraits& traits,
+                 const std::function<std::string(const options::OptionRow&)>& common,
                  const std::function<std::string(std::string_view)>& option);
 
 }  // namespace kvr::project

@@ -82,7 +82,7 @@ platform::Bytes ProjectRoom::projectBytes() const {
     return control ? control->property(row.property) : std::string();
   };
   const auto option = [this](std::string_view key) { return options_.controlValue(key); };
-  const Header header = headerFor(selected_.record.family, common, option);
+  const Header header = headerFor(selected_.traits(), common, option);
   const auto& state = images_.state;
   using Part = std::optional<std::span<const std::uint8_t>>;
   return formatProject(header, keptOf(state.CodeBuffer),

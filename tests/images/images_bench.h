@@ -5,28 +5,20 @@
 
 #include "catalogue/selected_model.h"
 #include "images/image_room.h"
-#include "platform/virtual/virtual_loop.h"
-#include "platform/virtual/virtual_world.h"
+#include "tests/support/memory_services.h"
 #include "tests/support/no_link.h"
 
 namespace kvr::images {
 
-// Files that somebody may write to while they are read.
-struct ChangingFiles : platform::MemoryFiles {
-  std::optional<platform::Bytes> read(const std::string& path, std::size_t limit = 0) const override {
-    auto bytes = MemoryFiles::read(path, limit);
-    if (afterRead) afterRead();
-    return bytes;
-  }
-  std::function<void()> afterRead;
-};
-
 template <class Loop>
-struct ImagesBenchOn {
+struct ImagesBenchOn : support::MemoryServices<Loop> {
+  using Services = support::MemoryServices<Loop>;
+  using Services::dialogs, Services::files, Services::store;
+
   // `disk`: the settings file, for a second window on it.
   explicit ImagesBenchOn(std::string_view model,
                          std::shared_ptr<platform::MemoryDisk> disk = std::make_shared<platform::MemoryDisk>())
-      : store(std::move(disk)), selected(catalogue::describeModel(*catalogue::findByName(model))) {
+      : Services(std::move(disk)), selected(catalogue::describeModel(*catalogue::findByName(model))) {
     room.showModel();
     lock.set(platform::UiLock::kFree);
     dialogs.shown.clear();
@@ -67,13 +59,8 @@ struct ImagesBenchOn {
     panel.optAuto_Increase[static_cast<std::size_t>(radix)].setValue(true);
   }
 
-  Loop loop;
   support::NoLink link;
-  platform::MemoryStore store;
-  ChangingFiles files;
-  platform::ScriptedDialogs dialogs{loop};
-  platform::VirtualClock clock{loop};
-  platform::World world{loop, link, dialogs, store, files, clock};
+  platform::World world = this->with(link);
   catalogue::SelectedModel selected;
   platform::Activity activity;
   platform::UiLock lock;

@@ -106,8 +106,7 @@ TEST(RangeRules, EveryModelTakesAFileThatFillsItsCodeAreaWithoutAWord) {
     for (std::int32_t i = 0; i <= last; ++i) bytes[static_cast<std::size_t>(i)] = 0x5A;
     const auto verdict =
         judgeRange(model, range, {.format = H, .fileStart = 0, .fileEnd = std::max(511, last), .sum = 1}, bytes);
-    const bool reachesBootArea =
-        model.family <= 2 || catalogue::isLateFamily(model.family) ? last >= range.ispStart : last > model.dataEnd;
+    const bool reachesBootArea = traitsOf(model).firstGeneration() ? last >= range.ispStart : last > model.dataEnd;
     if (reachesBootArea) continue;
     EXPECT_TRUE(verdict.messages.empty()) << model.name << ": " << verdict.messages.front();
     for (const auto& span : verdict.cleared) EXPECT_GT(span.first, model.apEnd) << model.name;

@@ -13,7 +13,7 @@ class ProjectRoomTest : public ::testing::Test, public ProjectBench {
  protected:
   // Every option of the panel as the seed says, one button of each pair.
   void chooseAtRandom(std::mt19937& random) {
-    for (const auto& row : options::optionRows(options::panelSlotOf(model.record.family))) {
+    for (const auto& row : options::optionRows(model.traits().panelSlot)) {
       if (row.key != options::kClew && random() % 2 == 0) options.setControlValue(row.key, "1");
     }
     for (const char* list : {"WDT_Prescalar", "RC30K_Divder", "Low_Voltage_detector"}) {

@@ -7,9 +7,8 @@
 #include <memory>
 
 #include "platform/virtual/plain_codec.h"
-#include "platform/virtual/virtual_loop.h"
-#include "platform/virtual/virtual_world.h"
 #include "shell/main_form.h"
+#include "tests/support/memory_services.h"
 #include "tests/support/no_link.h"
 
 namespace kvr::shell {
@@ -18,7 +17,7 @@ namespace {
 using namespace platform;
 using namespace std::chrono_literals;
 
-class SettingsTest : public ::testing::Test {
+class SettingsTest : public ::testing::Test, public support::MemoryServices<> {
  protected:
   std::unique_ptr<MainForm> make() { return make(store); }
   std::unique_ptr<MainForm> make(MemoryStore& on) {
@@ -60,12 +59,7 @@ class SettingsTest : public ::testing::Test {
     store.refresh();
   }
 
-  VirtualLoop loop;
   support::NoLink link;
-  MemoryStore store;
-  MemoryFiles files;
-  ScriptedDialogs dialogs{loop};
-  VirtualClock clock{loop};
   PlainCodec codec;
 };
 

@@ -48,9 +48,10 @@ std::unique_ptr<SettingsClaim> MemoryStore::claim(const std::string& name) {
 std::optional<Bytes> MemoryFiles::read(const std::string& path, std::size_t limit) const {
   const auto found = files.find(path);
   if (found == files.end()) return std::nullopt;
-  const Bytes& all = found->second.bytes;
-  if (limit == 0 || all.size() <= limit) return all;
-  return Bytes(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(limit));
+  Bytes bytes = found->second.bytes;
+  if (limit != 0) bytes.resize(std::min(bytes.size(), limit));
+  if (afterRead) afterRead();
+  return bytes;
 }
 
 FileResult MemoryFiles::replace(const std::string& path, std::span<const std::uint8_t> bytes) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -75,6 +76,7 @@ class MemoryFiles : public FileSystem {
   };
   std::map<std::string, File> files;
   std::set<std::string> folders{"/program"};
+  std::function<void()> afterRead;  // what happens to the files while they are read
   bool diskFull = false;  // every write fails and leaves what stood
 
  private:
