@@ -142,7 +142,7 @@ TEST_F(CounterTest, ARunIsRefusedWhenABoxIsOnAndItsNumberCannotBeWritten) {
   }
 }
 
-TEST_F(CounterTest, AdvancesThroughABatchAndStopsWhenTheNumbersRunOut) {
+TEST_F(CounterTest, AdvancesThroughABatchStopsWhenTheNumbersRunOutAndComesBackAtTheNextStart) {
   bench.counterBoxes("100", "1", "250", Radix::Hex, "2");
   panel.cheAuto_Increase.userSet(true);
   EXPECT_EQ(counters.numberInHand(), "250");
@@ -156,6 +156,12 @@ TEST_F(CounterTest, AdvancesThroughABatchAndStopsWhenTheNumbersRunOut) {
   EXPECT_EQ(inChips, (std::vector<int>{250, 252, 254}));
   EXPECT_EQ(panel.texAuto_Increase[2].text(), "256");
   EXPECT_FALSE(counters.armForRun()) << "the last number must not go out twice";
+  ImagesBench next{"Ivy-HF0S", bench.store.disk()};
+  next.room.counters.loadSettings();
+  const AutoIncrement& record = next.room.slots.code.counter;
+  EXPECT_EQ(std::tuple(record.address, record.bytes, record.next, record.step, record.radix),
+            std::tuple(0x100, 1, "256", 2, Radix::Hex))
+      << "the next start goes on from there";
 }
 
 TEST_F(CounterTest, ANumberThatCannotBeKeptEndsTheRepeatWithAMessage) {
@@ -196,17 +202,6 @@ TEST_F(CounterTest, OfTwoWindowsEachKeepsItsCounterAndNoNumberIsGivenTwice) {
   EXPECT_EQ(other.room.state.CodeBuffer.at(0xFFF), 6);
   panel.cheAuto_Increase.userSet(true);
   EXPECT_FALSE(counters.armForRun());
-}
-
-TEST_F(CounterTest, SettingsComeBackAtTheNextStart) {
-  bench.counterBoxes("1ABC", "4", "77", Radix::Ascii, "3");
-  panel.cheAuto_Increase.userSet(true);
-  ImagesBench next{"Ivy-HF0S", bench.store.disk()};
-  next.room.counters.loadSettings();
-  const AutoIncrement& record = next.room.slots.code.counter;
-  EXPECT_EQ(record.address, 0x1ABC);
-  EXPECT_EQ(record.step, 3);
-  EXPECT_EQ(record.radix, Radix::Ascii);
 }
 
 TEST_F(CounterTest, ANewFileSwitchesTheBoxOffAndAReloadSwitchesItOnAgain) {

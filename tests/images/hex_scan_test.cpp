@@ -104,19 +104,12 @@ TEST(HexScan, EndsLinesWithAnyLineEndAndAtTheEndRecord) {
   EXPECT_EQ(scan(hexRecord(0, {5}) + "  \n").layer.written[1], 0) << "blanks after a record are no data";
 }
 
-TEST(HexScan, KeepsTheDataOfRecordsWithBadSums) {
-  const HexScan result = scan(":0100100055FF\n:0100110066FF\n:0100120077FF\n:0100130088FF\n" + kEndRecord);
-  EXPECT_EQ(part(result, 0x10, 4), (Bytes{0x55, 0x66, 0x77, 0x88}));
-  EXPECT_EQ(result.badSums, 4);
-  EXPECT_EQ(result.badLines, (std::vector<std::string>{":0100100055FF", ":0100110066FF", ":0100120077FF"}));
-}
-
 TEST(HexScan, ReadsBrokenLinesByTheirPairs) {
   // A bad digit makes its pair 0; the sum then fails.
   HexScan result = scan(":020010001xEE01\n");
   EXPECT_EQ(part(result, 0x10, 2), (Bytes{0, 0xEE}));
   EXPECT_EQ(result.badSums, 1);
-  // 11 digits behind the colon: half of that less two is 3.5, to the even 4; the last pair before the sum is whole, the
+  // 11 digits after the colon: half of that less two is 3.5, to the even 4; the last pair before the sum is whole, the
   // sum is the half pair, which is 0.
   result = scan(":02001000AAB\n");
   EXPECT_EQ(part(result, 0x10, 2), (Bytes{0xAA, 0}));

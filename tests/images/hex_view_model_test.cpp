@@ -133,7 +133,6 @@ struct ViewTest : ::testing::Test {
   ViewTest() {
     Bytes bytes(4000);
     std::iota(bytes.begin(), bytes.end(), std::uint8_t{0});
-    bench.openCode("/a.hex", hexRecord(0, Bytes(bytes.begin(), bytes.begin() + 255)) + "\n" + kEndRecord);
     bench.openCode("/a.bin", bytes);
     bench.dialogs.shown.clear();
     pane.model.click({0x10, false}, false);
@@ -183,20 +182,15 @@ TEST_F(ViewTest, NothingIsChangedInARunOrWithoutAnImage) {
   EXPECT_EQ(code.at(0), 0);
 }
 
-TEST_F(ViewTest, EditsOfTheDataViewGoToTheDataImage) {
+TEST_F(ViewTest, EachViewHasItsImageAndTheLengthBoxTellsOfTheOneThatWasDrawnLast) {
   bench.dialogs.yesNo = {true};
   bench.room.panel.tetDataFlash2.userType(U'7');
   EXPECT_EQ(bench.room.state.EepromBuffer.at(0), 0x70);
   EXPECT_EQ(code.at(0), 0);
-}
-
-TEST_F(ViewTest, TheLengthBoxTellsOfTheViewThatWasDrawnLast) {
-  const auto& length = bench.room.panel.txt_length;
-  EXPECT_EQ(length.text(), "FA0");
-  bench.room.views.redraw(bench.room.slots.data);
-  EXPECT_EQ(length.text(), "400");
+  bench.room.panel.vscFile[1].userScroll(1);
+  EXPECT_EQ(bench.room.panel.txt_length.text(), "400");
   bench.room.panel.vscFile[0].userScroll(7);
-  EXPECT_EQ(length.text(), "FA0");
+  EXPECT_EQ(bench.room.panel.txt_length.text(), "FA0");
 }
 
 }  // namespace

@@ -97,21 +97,5 @@ TEST(RangeRules, SayWhatIsCutClearedAndToldAroundEveryLimit) {
   }
 }
 
-TEST(RangeRules, EveryModelTakesAFileThatFillsItsCodeAreaWithoutAWord) {
-  for (const auto& model : catalogue::allRows()) {
-    const auto range = catalogue::computeIspRange(model);
-    Bytes bytes(kCodeBufferSize);
-    const std::int32_t last =
-        catalogue::hasDataFile(model) ? model.apEnd : std::min<std::int32_t>(model.apEnd, range.top);
-    for (std::int32_t i = 0; i <= last; ++i) bytes[static_cast<std::size_t>(i)] = 0x5A;
-    const auto verdict =
-        judgeRange(model, range, {.format = H, .fileStart = 0, .fileEnd = std::max(511, last), .sum = 1}, bytes);
-    const bool reachesBootArea = traitsOf(model).firstGeneration() ? last >= range.ispStart : last > model.dataEnd;
-    if (reachesBootArea) continue;
-    EXPECT_TRUE(verdict.messages.empty()) << model.name << ": " << verdict.messages.front();
-    for (const auto& span : verdict.cleared) EXPECT_GT(span.first, model.apEnd) << model.name;
-  }
-}
-
 }  // namespace
 }  // namespace kvr::images

@@ -142,7 +142,10 @@ std::string QtFiles::changedAt(const std::string& path) const {
 }
 
 std::string QtFiles::absolute(const std::string& path) const {
-  return path.empty() ? path : QDir::cleanPath(QFileInfo(qtPath(path)).absoluteFilePath()).toStdString();
+  if (path.empty()) return path;
+  std::error_code error;
+  const auto whole = std::filesystem::absolute(path, error);
+  return error ? path : whole.string();
 }
 
 std::string QtFiles::programFolder() const {
