@@ -35,7 +35,7 @@ void takeTexts(AutoIncrement& record, const CounterTexts& texts);
 // The address box: the last five characters of the trimmed text as a hexadecimal number.
 std::int32_t autoAddress(std::string_view text);
 
-// Why the counter does not fit the model's memory or its own limits, in the user's words; empty: it fits.
+// Why the counter does not fit the model's memory or its own limits, for a message box; empty: it fits.
 std::string checkAutoRange(const AutoIncrement& record, const catalogue::McuRecord& model);
 
 // The bytes of the field, most significant first, or why `next` cannot be written.

@@ -182,7 +182,7 @@ TEST_F(CounterTest, OfTwoWindowsEachKeepsItsCounterAndNoNumberIsGivenTwice) {
   other.openCode("/a.bin", Bytes(2000, 0xAA));
   other.room.counters.loadSettings();
   auto& values = bench.store.values();
-  bench.counterBoxes("FFF", "2", "5", Radix::Hex);
+  bench.counterBoxes("FFF", "2", "5", Radix::Hex, "3");
   panel.cheAuto_Increase.userSet(true);
   other.room.panel.texData_Auto_Increase[0].setText("7");
   other.room.panel.cheData_Auto_Increase.userSet(true);
@@ -197,9 +197,10 @@ TEST_F(CounterTest, OfTwoWindowsEachKeepsItsCounterAndNoNumberIsGivenTwice) {
   ASSERT_TRUE(counters.armForRun() && counters.advanceAfterSuccess());
   panel.cheAuto_Increase.userSet(false);
   EXPECT_TRUE(other.room.counters.armForRun());
-  EXPECT_EQ(other.lastBox(), "Another window has counted on. The next value is 000006.");
-  EXPECT_EQ(other.room.counters.numberInHand(), "000006/0000");
-  EXPECT_EQ(other.room.state.CodeBuffer.at(0xFFF), 6);
+  EXPECT_EQ(other.lastBox(), "Another window has counted on. The next value is 000008.");
+  EXPECT_EQ(other.room.counters.numberInHand(), "000008/0000");
+  EXPECT_EQ(other.room.state.CodeBuffer.at(0xFFF), 8);
+  EXPECT_EQ((values[{"Auto_Increase", "Increase"}]), "3") << "only what a window has changed is written";
   panel.cheAuto_Increase.userSet(true);
   EXPECT_FALSE(counters.armForRun());
 }

@@ -85,6 +85,8 @@ TYPED_TEST_P(StorageContract, AFileIsReplacedWholeAndReadBack) {
   EXPECT_FALSE(files.fileExists(this->world.folder()));
   EXPECT_TRUE(files.folderExists(this->world.folder()));
   EXPECT_FALSE(files.read(this->world.folder()));
+  EXPECT_EQ(files.absolute(path), path);
+  EXPECT_TRUE(files.absolute("x.bin").starts_with('/') && files.absolute("x.bin").ends_with("/x.bin"));
 }
 
 TYPED_TEST_P(StorageContract, ALineIsAppendedOnALineOfItsOwnAfterTheHeaderOfAFileThatWasEmpty) {
