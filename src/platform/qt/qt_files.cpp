@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <memory>
+#include <utility>
 
 #include "platform/qt/file_handle.h"
 
@@ -55,9 +57,7 @@ std::span<const std::uint8_t> bytesOf(const std::string& text) {
   return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
 
-}  // namespace
-
-std::optional<Bytes> QtFiles::read(const std::string& path, std::size_t limit) const {
+std::optional<Bytes> readWhole(const std::string& path, std::size_t limit, BoundedCalls::Progress& progress) {
   FileHandle file;
   if (kindOf(path) != PathKind::File || file.open(path, O_RDONLY) != 0) return std::nullopt;
   if (!S_ISREG(file.state().st_mode)) return std::nullopt;
@@ -70,8 +70,29 @@ std::optional<Bytes> QtFiles::read(const std::string& path, std::size_t limit) c
     const auto count = ::read(file.number(), bytes.data() + before, step);
     if (count < 0 && errno != EINTR) return std::nullopt;
     bytes.resize(before + static_cast<std::size_t>(std::max<decltype(count)>(count, 0)));
+    progress = bytes.size();
     if (count == 0) return bytes;
   }
+}
+
+}  // namespace
+
+std::optional<Bytes> QtFiles::read(const std::string& path, std::size_t limit) const {
+  const auto bytes = std::make_shared<std::optional<Bytes>>();
+  const bool done =
+      calls_.run(path, [=](BoundedCalls::Progress& progress) { *bytes = readWhole(path, limit, progress); });
+  return done ? std::move(*bytes) : std::nullopt;
+}
+
+std::optional<struct stat> QtFiles::stateOf(const std::string& path) const {
+  struct Answer {
+    struct stat state {};
+    bool there = false;
+  };
+  const auto answer = std::make_shared<Answer>();
+  const bool done =
+      calls_.run(path, [=](BoundedCalls::Progress&) { answer->there = ::stat(path.c_str(), &answer->state) == 0; });
+  return done && answer->there ? std::optional(answer->state) : std::nullopt;
 }
 
 FileResult QtFiles::replace(const std::string& path, std::span<const std::uint8_t> bytes) {
@@ -108,11 +129,13 @@ FileResult QtFiles::appendLine(const std::string& path, std::string_view line, s
 }
 
 bool QtFiles::fileExists(const std::string& path) const {
-  return kindOf(path) == PathKind::File;
+  const auto state = stateOf(path);
+  return state && S_ISREG(state->st_mode);
 }
 
 bool QtFiles::folderExists(const std::string& path) const {
-  return kindOf(path) == PathKind::Folder;
+  const auto state = stateOf(path);
+  return state && S_ISDIR(state->st_mode);
 }
 
 FileResult QtFiles::makeFolder(const std::string& path) {
@@ -124,20 +147,21 @@ FileResult QtFiles::makeFolder(const std::string& path) {
 // A file that was replaced by another of the same size within a clock tick has another number, or another time to the
 // nanosecond.
 std::optional<std::string> QtFiles::stamp(const std::string& path) const {
-  struct stat state {};
-  if (::stat(path.c_str(), &state) != 0 || !S_ISREG(state.st_mode)) return std::nullopt;
+  const auto state = stateOf(path);
+  if (!state || !S_ISREG(state->st_mode)) return std::nullopt;
   std::string stamp;
   for (const auto number :
-       {std::int64_t(state.st_mtim.tv_sec), std::int64_t(state.st_mtim.tv_nsec), std::int64_t(state.st_size),
-        std::int64_t(state.st_ino), std::int64_t(state.st_ctim.tv_sec), std::int64_t(state.st_ctim.tv_nsec)})
+       {static_cast<std::int64_t>(state->st_mtim.tv_sec), static_cast<std::int64_t>(state->st_mtim.tv_nsec),
+        static_cast<std::int64_t>(state->st_size), static_cast<std::int64_t>(state->st_ino),
+        static_cast<std::int64_t>(state->st_ctim.tv_sec), static_cast<std::int64_t>(state->st_ctim.tv_nsec)})
     stamp += std::to_string(number) + "/";
   return stamp;
 }
 
 std::string QtFiles::changedAt(const std::string& path) const {
-  struct stat state {};
-  if (::stat(path.c_str(), &state) != 0 || !S_ISREG(state.st_mode)) return {};
-  const QDateTime time = QDateTime::fromSecsSinceEpoch(state.st_mtim.tv_sec);
+  const auto state = stateOf(path);
+  if (!state || !S_ISREG(state->st_mode)) return {};
+  const QDateTime time = QDateTime::fromSecsSinceEpoch(state->st_mtim.tv_sec);
   return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")).toStdString();
 }
 

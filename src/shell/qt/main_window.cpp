@@ -7,6 +7,7 @@
 #include <QScreen>
 #include <QShortcut>
 
+#include "platform/qt/raw_names.h"
 #include "shell/qt/left_column.h"
 #include "shell/qt/pages/pages.h"
 #include "shell/qt/window_place.h"
@@ -141,7 +142,7 @@ void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
 
 void MainWindow::dropEvent(QDropEvent* event) {
   event->acceptProposedAction();
-  const std::string path = event->mimeData()->urls().first().toLocalFile().toStdString();
+  const std::string path = platform::rawPathOf(event->mimeData()->urls().first());
   maker_.loop().post([this, path] { maker_.form.openDropped(path); });
 }
 
