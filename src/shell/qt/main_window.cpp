@@ -28,8 +28,7 @@ QVBoxLayout* tabbed(const Maker& maker, platform::TabStrip& strip, std::map<std:
 
 }  // namespace
 
-MainWindow::MainWindow(shell::MainForm& form, PortWatch& ports, platform::QtDialogs& dialogs,
-                       std::function<void()> gone)
+MainWindow::MainWindow(shell::MainForm& form, PortWatch& ports, QtDialogs& dialogs, std::function<void()> gone)
     : maker_{form, ports}, dialogs_(dialogs), gone_(std::move(gone)) {
   setObjectName(QStringLiteral("mainWindow"));
   setWindowTitle(QString::fromLatin1(shell::MainForm::kCaption));
