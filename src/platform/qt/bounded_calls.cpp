@@ -4,7 +4,6 @@
 #include <mutex>
 #include <system_error>
 #include <thread>
-#include <utility>
 
 namespace kvr::platform {
 

@@ -11,12 +11,12 @@ std::string comName(int number) {
 }
 
 std::string describe(const QSerialPortInfo& info) {
-  QString words = info.description();
-  if (!info.manufacturer().isEmpty() && !words.contains(info.manufacturer())) {
-    if (!words.isEmpty()) words += QLatin1String(", ");
-    words += info.manufacturer();
+  QString text = info.description();
+  if (!info.manufacturer().isEmpty() && !text.contains(info.manufacturer())) {
+    if (!text.isEmpty()) text += QLatin1String(", ");
+    text += info.manufacturer();
   }
-  return words.toStdString();
+  return text.toStdString();
 }
 
 std::string identify(const QSerialPortInfo& info) {
@@ -76,8 +76,8 @@ std::string Ports::describe(int number) const {
   if (number < 1 || number > kPortCount) return {};
   const PortEntry& entry = map_[static_cast<std::size_t>(number - 1)];
   if (entry.device.empty()) return {};
-  const std::string words = entry.description.empty() ? entry.device : entry.device + "  " + entry.description;
-  return entry.present ? words : words + "  (not there)";
+  const std::string text = entry.description.empty() ? entry.device : entry.device + "  " + entry.description;
+  return entry.present ? text : text + "  (not there)";
 }
 
 }  // namespace kvr::platform

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <utility>
 
@@ -20,6 +21,7 @@ namespace kvr::platform {
 namespace {
 
 constexpr std::size_t kReadStep = 1 << 20;
+constexpr std::size_t kLongName = 240;  // beyond it the draft's own additions would not fit
 
 // What a link leads to, whether it is there or not; any other path is its own target.
 std::filesystem::path targetOf(const std::string& path) {
@@ -34,7 +36,9 @@ std::filesystem::path targetOf(const std::string& path) {
 
 // One name for all saves of a file: what a save that was killed has left is taken over by the next one.
 std::string draftOf(const std::filesystem::path& target) {
-  return target.parent_path() / ("." + target.filename().string() + ".saving");
+  std::string name = target.filename().string();
+  if (name.size() > kLongName) name = name.substr(0, kLongName / 2) + std::to_string(std::hash<std::string>()(name));
+  return target.parent_path() / ("." + name + ".saving");
 }
 
 int writeDraft(const FileHandle& draft, std::span<const std::uint8_t> bytes, const std::string& target) {

@@ -11,9 +11,9 @@ constexpr int kDrainLimitMs = 1000;
 
 PortError notOpened(const std::string& device, const QSerialPort& port) {
   using Kind = PortError::Kind;
-  const std::string words = port.errorString().toStdString();
+  const std::string reason = port.errorString().toStdString();
   // The system has just let this program in, so a refusal now is the lock of another program.
-  if (port.error() == QSerialPort::PermissionError && words.find("creating") == std::string::npos)
+  if (port.error() == QSerialPort::PermissionError && reason.find("creating") == std::string::npos)
     return {Kind::Busy, device + ": busy"};
   if (port.error() == QSerialPort::PermissionError)
     return {Kind::Denied, device + ": permission denied (no right to write to the folder of port locks)"};
