@@ -78,7 +78,7 @@ Settings::Settings(platform::EventLoop& loop, platform::SettingsStore& store, co
 
 void Settings::connect() {
   const auto watch = [this](Control* control) {
-    if (control) control->changed.connect([this] { requestSave(); });
+    if (control) tokens_.push_back(control->changed.watch([this] { requestSave(); }));
   };
   for (const SettingBinding& binding : settingBindings()) {
     watch(registry_.find(binding.control, binding.index));

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/controls.h"
 #include "platform/event_loop.h"
@@ -80,6 +81,7 @@ class Settings {
   const platform::ControlRegistry& registry_;
   ChangedKeys keys_;
   platform::Timer saveTimer_;
+  std::vector<platform::Signal::Token> tokens_;
   int loading_ = 0;
   bool notSavedTold_ = false;
 };

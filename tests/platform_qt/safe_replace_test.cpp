@@ -76,7 +76,7 @@ TEST_P(SafeReplace, LeavesALogWithWholeLinesOnlyAndNoFileWithoutItsHeader) {
   const std::string line(100, 'l');
   QtFiles files;
   const auto add = [&] { return files.appendLine(path, line + "\n", header + "\n").ok; };
-  for (const rlim_t limit : {1, 30, 31, 32, 131}) {
+  for (const rlim_t limit : {1U, 30U, 31U, 32U, 131U}) {
     EXPECT_FALSE(saveWithin(limit, GetParam(), add)) << limit;
     if (GetParam() == End::Fails) {
       EXPECT_FALSE(files.fileExists(path)) << limit;

@@ -4,11 +4,18 @@
 
 #include <QFile>
 #include <QTemporaryDir>
+#include <array>
+#include <atomic>
 #include <csignal>
 #include <filesystem>
+#include <future>
+#include <memory>
+#include <thread>
 
+#include "platform/qt/bounded_calls.h"
 #include "platform/qt/qt_files.h"
 #include "platform/qt/qt_store.h"
+#include "platform/qt/raw_names.h"
 #include "tests/platform/storage_contract.h"
 
 namespace kvr::platform {
@@ -129,7 +136,8 @@ TEST(QtFiles, SaysInWordsWhyAFileCannotBeWrittenAndLeavesTheOldOne) {
   const std::string at = folder.path().toStdString();
   EXPECT_EQ(files.replace(at, Bytes{1}).error, "it is a folder");
   EXPECT_EQ(files.replace(at + "/absent/a", Bytes{1}).error, "no such folder");
-  EXPECT_EQ(files.replace(at + "/" + std::string(250, 'n'), Bytes{1}).error, "the name is too long");
+  EXPECT_EQ(files.replace(at + "/" + std::string(255, 'n'), Bytes{1}).error, "");
+  EXPECT_EQ(files.replace(at + "/" + std::string(256, 'n'), Bytes{1}).error, "the name is too long");
   EXPECT_EQ(files.appendLine(at + "/absent/a", "1\n", "h\n").error, "no such folder");
 }
 
@@ -149,6 +157,26 @@ TEST(QtFiles, LeavesDevicesAndPipesAloneWithoutWaitingForThem) {
   EXPECT_TRUE(::stat(pipe.c_str(), &state) == 0 && S_ISFIFO(state.st_mode));
 }
 
+TEST(BoundedCalls, GiveUpACallThatDoesNotReturnAndMakeNoOtherForItsPathUntilItHas) {
+  BoundedCalls calls(std::chrono::milliseconds(200));
+  std::promise<void> answer;
+  const std::shared_future<void> server = answer.get_future().share();
+  const auto ended = std::make_shared<std::atomic<int>>(0);
+  const auto hang = [=](BoundedCalls::Progress&) {
+    server.wait();
+    ++*ended;
+  };
+  EXPECT_FALSE(calls.run("/dead/a", hang));
+  EXPECT_FALSE(calls.run("/dead/a", hang));
+  EXPECT_TRUE(calls.run("/live/a", [](BoundedCalls::Progress&) {}));
+  EXPECT_TRUE(calls.run("/slow/a", [](BoundedCalls::Progress& progress) {
+    while (++progress < 400) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  })) << "slow is not dead";
+  answer.set_value();
+  while (!calls.run("/dead/a", hang)) std::this_thread::yield();
+  EXPECT_EQ(*ended, 2) << "the call that hung, and the last one";
+}
+
 TEST(QtFiles, TakeNamesThatAreNoUtf8AndFollowLinks) {
   QTemporaryDir folder;
   QtFiles files;
@@ -161,6 +189,11 @@ TEST(QtFiles, TakeNamesThatAreNoUtf8AndFollowLinks) {
   EXPECT_TRUE(files.stamp(path + "/\xFF.bin"));
   EXPECT_EQ(files.changedAt(path + "/link").size(), 19U);
   std::filesystem::remove_all(path);
+  EXPECT_EQ(rawPathOf(QUrl::fromEncoded("file:///tmp/%FF%20a%25.bin")), "/tmp/\xFF a%.bin");
+  EXPECT_EQ(rawPathOf(QUrl(QStringLiteral("http://host/a.bin"))), "");
+  std::string given = "/tmp/\xFF.bin";
+  const std::array arguments{given.data()};
+  EXPECT_EQ(rawArgument(arguments, QString::fromLocal8Bit(given.c_str())), given);
 }
 
 }  // namespace

@@ -11,6 +11,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <functional>
+#include <memory>
+#include <utility>
 
 #include "platform/qt/file_handle.h"
 
@@ -18,6 +21,7 @@ namespace kvr::platform {
 namespace {
 
 constexpr std::size_t kReadStep = 1 << 20;
+constexpr std::size_t kLongName = 240;  // beyond it the draft's own additions would not fit
 
 // What a link leads to, whether it is there or not; any other path is its own target.
 std::filesystem::path targetOf(const std::string& path) {
@@ -32,7 +36,9 @@ std::filesystem::path targetOf(const std::string& path) {
 
 // One name for all saves of a file: what a save that was killed has left is taken over by the next one.
 std::string draftOf(const std::filesystem::path& target) {
-  return target.parent_path() / ("." + target.filename().string() + ".saving");
+  std::string name = target.filename().string();
+  if (name.size() > kLongName) name = name.substr(0, kLongName / 2) + std::to_string(std::hash<std::string>()(name));
+  return target.parent_path() / ("." + name + ".saving");
 }
 
 int writeDraft(const FileHandle& draft, std::span<const std::uint8_t> bytes, const std::string& target) {
@@ -55,9 +61,7 @@ std::span<const std::uint8_t> bytesOf(const std::string& text) {
   return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
 
-}  // namespace
-
-std::optional<Bytes> QtFiles::read(const std::string& path, std::size_t limit) const {
+std::optional<Bytes> readWhole(const std::string& path, std::size_t limit, BoundedCalls::Progress& progress) {
   FileHandle file;
   if (kindOf(path) != PathKind::File || file.open(path, O_RDONLY) != 0) return std::nullopt;
   if (!S_ISREG(file.state().st_mode)) return std::nullopt;
@@ -70,8 +74,29 @@ std::optional<Bytes> QtFiles::read(const std::string& path, std::size_t limit) c
     const auto count = ::read(file.number(), bytes.data() + before, step);
     if (count < 0 && errno != EINTR) return std::nullopt;
     bytes.resize(before + static_cast<std::size_t>(std::max<decltype(count)>(count, 0)));
+    progress = bytes.size();
     if (count == 0) return bytes;
   }
+}
+
+}  // namespace
+
+std::optional<Bytes> QtFiles::read(const std::string& path, std::size_t limit) const {
+  const auto bytes = std::make_shared<std::optional<Bytes>>();
+  const bool done =
+      calls_.run(path, [=](BoundedCalls::Progress& progress) { *bytes = readWhole(path, limit, progress); });
+  return done ? std::move(*bytes) : std::nullopt;
+}
+
+std::optional<struct stat> QtFiles::stateOf(const std::string& path) const {
+  struct Answer {
+    struct stat state {};
+    bool there = false;
+  };
+  const auto answer = std::make_shared<Answer>();
+  const bool done =
+      calls_.run(path, [=](BoundedCalls::Progress&) { answer->there = ::stat(path.c_str(), &answer->state) == 0; });
+  return done && answer->there ? std::optional(answer->state) : std::nullopt;
 }
 
 FileResult QtFiles::replace(const std::string& path, std::span<const std::uint8_t> bytes) {
@@ -108,11 +133,13 @@ FileResult QtFiles::appendLine(const std::string& path, std::string_view line, s
 }
 
 bool QtFiles::fileExists(const std::string& path) const {
-  return kindOf(path) == PathKind::File;
+  const auto state = stateOf(path);
+  return state && S_ISREG(state->st_mode);
 }
 
 bool QtFiles::folderExists(const std::string& path) const {
-  return kindOf(path) == PathKind::Folder;
+  const auto state = stateOf(path);
+  return state && S_ISDIR(state->st_mode);
 }
 
 FileResult QtFiles::makeFolder(const std::string& path) {
@@ -124,20 +151,21 @@ FileResult QtFiles::makeFolder(const std::string& path) {
 // A file that was replaced by another of the same size within a clock tick has another number, or another time to the
 // nanosecond.
 std::optional<std::string> QtFiles::stamp(const std::string& path) const {
-  struct stat state {};
-  if (::stat(path.c_str(), &state) != 0 || !S_ISREG(state.st_mode)) return std::nullopt;
+  const auto state = stateOf(path);
+  if (!state || !S_ISREG(state->st_mode)) return std::nullopt;
   std::string stamp;
   for (const auto number :
-       {std::int64_t(state.st_mtim.tv_sec), std::int64_t(state.st_mtim.tv_nsec), std::int64_t(state.st_size),
-        std::int64_t(state.st_ino), std::int64_t(state.st_ctim.tv_sec), std::int64_t(state.st_ctim.tv_nsec)})
+       {static_cast<std::int64_t>(state->st_mtim.tv_sec), static_cast<std::int64_t>(state->st_mtim.tv_nsec),
+        static_cast<std::int64_t>(state->st_size), static_cast<std::int64_t>(state->st_ino),
+        static_cast<std::int64_t>(state->st_ctim.tv_sec), static_cast<std::int64_t>(state->st_ctim.tv_nsec)})
     stamp += std::to_string(number) + "/";
   return stamp;
 }
 
 std::string QtFiles::changedAt(const std::string& path) const {
-  struct stat state {};
-  if (::stat(path.c_str(), &state) != 0 || !S_ISREG(state.st_mode)) return {};
-  const QDateTime time = QDateTime::fromSecsSinceEpoch(state.st_mtim.tv_sec);
+  const auto state = stateOf(path);
+  if (!state || !S_ISREG(state->st_mode)) return {};
+  const QDateTime time = QDateTime::fromSecsSinceEpoch(state->st_mtim.tv_sec);
   return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")).toStdString();
 }
 

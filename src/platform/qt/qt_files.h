@@ -1,7 +1,14 @@
-// Files of the real machine. A replacement is written beside the old file and takes its name in one step.
+// Files of the real machine. A replacement is written beside the old file and takes its name in one step. A disk that
+// does not answer (a share whose server is gone) costs the window two seconds, once for each file; then its files are
+// not there until it answers again.
 #pragma once
 
+#include <sys/stat.h>
+
+#include <chrono>
+
 #include "platform/file_system.h"
+#include "platform/qt/bounded_calls.h"
 
 namespace kvr::platform {
 
@@ -17,6 +24,10 @@ class QtFiles : public FileSystem {
   std::string changedAt(const std::string& path) const override;
   std::string absolute(const std::string& path) const override;
   std::string programFolder() const override;
+
+ private:
+  std::optional<struct stat> stateOf(const std::string& path) const;
+  mutable BoundedCalls calls_{std::chrono::seconds(2)};  // what it keeps is no part of what the files are
 };
 
 }  // namespace kvr::platform

@@ -1,4 +1,4 @@
-// The rest of the virtual world's platform: a store and files in memory, a person who answers from a script, a clock
+// The rest of the virtual world's platform: a store and files in memory, a user who answers from a script, a clock
 // that follows the simulated time.
 #pragma once
 
@@ -106,7 +106,7 @@ class ScriptedDialogs : public Dialogs {
   std::vector<Instant> beeps;
   std::deque<bool> yesNo;         // answers to come
   std::deque<std::string> paths;  // answers of file dialogs to come
-  Millis thinking{0};             // how long the person takes for each answer
+  Millis thinking{0};             // how long the user takes for each answer
   bool busy = false;
 
  private:
