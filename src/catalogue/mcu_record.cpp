@@ -44,8 +44,8 @@ bool hasDataFile(const McuRecord& record) {
   return traitsOf(record).dataFile && !record.noDataFile && usable;
 }
 
-bool programsDataFile(const McuRecord& record) {
-  return traitsOf(record).sends == SendShape::CodeAndData;
+bool dataFileIsProgrammed(const McuRecord& record) {
+  return hasDataFile(record) && traitsOf(record).sends == SendShape::CodeAndData;
 }
 
 bool isSelfWriting(const McuRecord& record) {

@@ -67,8 +67,8 @@ std::int32_t sizeFor(const McuRecord& record, const CodeSizes& sizes);
 // True when the model takes a separate Data Memory file.
 bool hasDataFile(const McuRecord& record);
 
-// True when such a file goes into the chip: one series takes it and never sends it.
-bool programsDataFile(const McuRecord& record);
+// True when a run programs that Data Memory file. Rowan models take one that no run sends.
+bool dataFileIsProgrammed(const McuRecord& record);
 
 // True for names that end in a lower-case 'i': their application may rewrite its own code area.
 bool isSelfWriting(const McuRecord& record);

@@ -88,13 +88,18 @@ bool DownloadRoom::prepare() {
 }
 
 std::string DownloadRoom::refusal() {
-  if (images_.panel.cekReloadFile.value() && !images_.loader.reload()) return "The file could not be loaded again.";
+  const auto stopAsked = [this] { return room_.activity.closing() || room_.services.stop.requested(); };
+  if (images_.panel.cekReloadFile.value()) {
+    const images::ReloadResult result = images_.reloader.reload(stopAsked);
+    if (result == images::ReloadResult::Stopped) return "Operation stopped. ";
+    if (result == images::ReloadResult::Failed) return "The file could not be loaded again.";
+  }
   if (!images_.state.imageValid) return "The file could not be loaded again.";
   if (!images_.counters.armForRun()) return "The serial number could not be written.";
   if (panels_.model.traits().measuresOscillator() && !options_.checkFrequency())
     return "The R/C frequency is out of range.";
   // Stop, or the window's close, while the file was waited for: a run that began now would keep the window open.
-  if (room_.activity.closing() || room_.services.stop.requested()) return "Operation stopped. ";
+  if (stopAsked()) return "Operation stopped. ";
   return {};
 }
 

@@ -14,6 +14,7 @@
 #include "images/image_room.h"
 #include "options/options_room.h"
 #include "platform/activity.h"
+#include "platform/device_hold.h"
 #include "platform/ui_lock.h"
 
 namespace kvr::download {
@@ -42,6 +43,7 @@ class PortTaken : private engine::PortHolder {
   void bytesWait() override {}
   void portVanished(const platform::PortError&) override {}
   engine::PortLease& lease_;
+  platform::DeviceHold device_{lease_.link()};  // a run comes back to the device that it opened
 };
 
 // Lets the time pass; ends at Stop.

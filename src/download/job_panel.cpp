@@ -17,8 +17,7 @@ engine::JobImage imageOf(const images::ImageBuffer& buffer) {
 
 std::vector<catalogue::AddressRange> numbersOf(const images::AutoIncrement& counter) {
   if (!counter.armed) return {};
-  const auto field = counter.field();
-  return {{field.first, field.last}};
+  return {counter.field()};
 }
 
 int baudOf(const platform::ComboBox& box) {
@@ -33,8 +32,8 @@ engine::Job readJob(const JobPanels& panels, bool fixedLink) {
   job.imageValid = panels.images.state.imageValid;
   job.code = imageOf(panels.images.state.CodeBuffer);
   job.data = imageOf(panels.images.state.EepromBuffer);
-  job.codeNumbers = numbersOf(panels.images.counters.code);
-  job.dataNumbers = numbersOf(panels.images.counters.data);
+  job.codeNumbers = numbersOf(panels.images.slots.code.counter);
+  job.dataNumbers = numbersOf(panels.images.slots.data.counter);
   job.choices = panels.options.readPanel();
   job.doubleSpeed = panels.options.chosen("Double_speed_YES");
   job.wantedFrequencyHz = panels.options.wantedFrequencyHz();

@@ -60,7 +60,8 @@ void ResultsRoom::clearCount() {
 
 void ResultsRoom::storeCount(const std::string& count) {
   world_.store.set("Settings", "Write_OK_Count", count);
-  if (!world_.store.flush()) textMsg_.appendLine("The count of good chips could not be saved.");
+  if (const auto saved = world_.store.flush(); !saved)
+    textMsg_.appendLine("The count of good chips could not be saved: " + saved.error);
 }
 
 }  // namespace kvr::download

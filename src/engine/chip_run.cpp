@@ -1,6 +1,7 @@
 #include "engine/chip_run.h"
 
 #include "engine/status_frame.h"
+#include "images/range_rules.h"
 #include "platform/text.h"
 
 namespace kvr::engine {
@@ -105,14 +106,16 @@ bool ChipRun::planFits() {
   sends_.highest = firmwareLimit(contact_->chip, job_.record());
   leftOut_ = leftOutOf(sends_, job_);
   tellLeftOut();
+  if (sends_.bytesSent(job_.model.blockSize) == 0)
+    return c_.fail(3, "The image holds nothing for this chip. Nothing has been erased.");
   return carriesNumbers(sends_, job_) ||
          c_.fail(3, "The serial number does not fit this chip. Nothing has been erased.");
 }
 
 void ChipRun::tellLeftOut() {
   if (leftOut_.bytes == 0) return;
-  if (job_.data.loaded && !catalogue::programsDataFile(job_.record()))
-    c_.say("The EEPROM file is not programmed in this series.");
+  if (job_.data.loaded && !catalogue::dataFileIsProgrammed(job_.record()))
+    c_.say(std::string(images::kDataFileNotProgrammed));
   c_.say(std::to_string(leftOut_.bytes) + " bytes of the image, from " +
          platform::hexText(static_cast<std::uint32_t>(leftOut_.from), 4) + "H on, are left out.");
 }

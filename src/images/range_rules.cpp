@@ -18,14 +18,14 @@ std::string sumDigits(std::int64_t sum) {
   return digits.substr(digits.size() - 7);
 }
 
-// One file being judged. `fileEnd` and the span list grow into the verdict.
+// One file being judged. The verdict takes shape while the rules are applied.
 class Judge {
  public:
   Judge(const McuRecord& model, const catalogue::IspRange& range, const LoadedFile& file,
         std::span<const std::uint8_t> bytes)
       : model_(model), range_(range), file_(file), bytes_(bytes) {
     verdict_.fileEnd = file.fileEnd;
-    verdict_.sumInCodeBox = file.isCode;
+    verdict_.sumBox = file.kind;
     verdict_.sumText = sumDigits(file.sum) + "H       ";
   }
 
@@ -45,6 +45,7 @@ class Judge {
   }
 
  private:
+  bool isCode() const { return file_.kind == ImageKind::Code; }
   bool holdsData(std::int32_t first, std::int32_t last) const {
     const auto size = static_cast<std::int32_t>(bytes_.size());
     for (std::int32_t i = std::max(first, 0); i <= last && i < size; ++i)
@@ -60,8 +61,8 @@ class Judge {
   }
 
   void separateFiles() {
-    if (!file_.isCode) verdict_.sumText = sumDigits(file_.sum) + "H";
-    const std::int32_t end = file_.isCode ? model_.apEnd : model_.dataEnd - model_.dataStart;
+    if (!isCode()) verdict_.sumText = sumDigits(file_.sum) + "H";
+    const std::int32_t end = isCode() ? model_.apEnd : model_.dataEnd - model_.dataStart;
     if (verdict_.fileEnd <= end) return;
     verdict_.fileEnd = end;
     verdict_.messages.emplace_back(kCut);
@@ -74,7 +75,7 @@ class Judge {
     clear(model_.apEnd + 1, model_.dataStart - 1);
   }
 
-  // The Data Memory lies behind the code; between them may be a gap that no chip has.
+  // The Data Memory follows the code; between them may be a gap that no chip has.
   void oneFile() {
     std::string gap;
     std::string data;
@@ -93,7 +94,7 @@ class Judge {
       verdict_.fileEnd = model_.dataEnd;
     }
     if (gap.empty() && data.empty() && beyond.empty()) return;
-    // "Continue" stands under the middle of the longest line; each counts with its line end of two characters.
+    // "Continue" is under the middle of the longest line; each counts with its line end of two characters.
     std::size_t longest = 0;
     for (const auto* line : {&gap, &data, &beyond})
       if (!line->empty()) longest = std::max(longest, line->size() + 2);
@@ -106,7 +107,7 @@ class Judge {
   }
 
   void sharedMapHex() {
-    verdict_.sumInCodeBox = true;
+    verdict_.sumBox = ImageKind::Code;
     const bool early = !traitsOf(model_).dataMemory;
     const std::int32_t top = range_.top;
     std::int32_t maxAddr = verdict_.fileEnd;
@@ -180,9 +181,9 @@ RangeVerdict judgeRange(const McuRecord& model, const catalogue::IspRange& range
   return Judge(model, range, file, bytes).run();
 }
 
-std::string checkStart(const McuRecord& model, bool isCode, std::int64_t startOffset) {
-  const std::int64_t last = isCode ? model.dataEnd : model.dataEnd - model.dataStart;
-  return startOffset > last ? "Start Buffer Address exceeded the valid scope. \n" : "";
+std::string checkStart(const McuRecord& model, ImageKind kind, std::int64_t start) {
+  const std::int64_t last = kind == ImageKind::Code ? model.dataEnd : model.dataEnd - model.dataStart;
+  return start > last ? "Start Buffer Address exceeded the valid scope. \n" : "";
 }
 
 std::string loadTitle(FileFormat format) {

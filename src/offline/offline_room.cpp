@@ -60,7 +60,7 @@ void OfflineRoom::prepareBoard() {
 // Nothing: it cannot be done, which has been told.
 std::optional<BoardJob> OfflineRoom::readBoardJob() {
   engine::Job job = download::readJob(panels_, false);
-  if (!job.imageValid || !job.code.loaded) {
+  if (!images_.state.codeLoaded()) {
     refuse("Please open code file.");
     return std::nullopt;
   }

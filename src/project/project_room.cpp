@@ -60,6 +60,11 @@ void ProjectRoom::say(const std::string& text) {
   world_.dialogs.message(platform::kTitle, text);
 }
 
+bool ProjectRoom::refuse(const std::string& text) {
+  say(text);
+  return false;
+}
+
 // The folder for projects; where it cannot be made, the one that it would lie in.
 std::string ProjectRoom::projectFolder() {
   const std::string above = world_.files.programFolder();
@@ -118,24 +123,25 @@ void ProjectRoom::Command1_Click() {
   for (const char* page : kProjectHelp) world_.dialogs.help("Project File", page);
 }
 
-void ProjectRoom::openProject(const std::string& path) {
+bool ProjectRoom::openProject(const std::string& path) {
   const auto running = activity_.begin();
-  if (!running) return;
+  if (!running) return false;
   panel.texBatchFileName.setText(path);
   const auto file = world_.files.read(path, kLargestFile);
-  if (!file) return say("The project file cannot be read: " + path);
+  if (!file) return refuse("The project file cannot be read: " + path);
   const ProjectText text = parseProject(*file, images::kCodeBufferSize, images::kEepromBufferSize);
   const OpenPlan plan = planOpening(text);
-  if (!plan.refusal.empty()) return say(plan.refusal);
+  if (!plan.refusal.empty()) return refuse(plan.refusal);
   if (plan.old) say("What you are using is an old project file, carefully check each options please.");
-  if (!applyModel || !applyModel(std::string(plan.model->name))) return;
+  if (!applyModel || !applyModel(std::string(plan.model->name))) return false;
   images_.loader.clearBuffers();
   images_.counters.forgetArmed();
   setControls(plan.lines);
-  if (!takeCode(text.code)) return say("The check sum of code file is incorrect.");
-  if (text.data && !takeData(*text.data)) return say("The check sum of EEPROM file is incorrect.");
+  if (!takeCode(text.code)) return refuse("The check sum of code file is incorrect.");
+  if (text.data && !takeData(*text.data)) return refuse("The check sum of EEPROM file is incorrect.");
   startCounters();
   lock_.set(platform::UiLock::kLocked);
+  return true;
 }
 
 void ProjectRoom::setControls(const Header& lines) {
@@ -159,13 +165,13 @@ bool ProjectRoom::takeCode(const HexSection& code) {
   setBounds(buffer, code.bytes.size());
   images_.state.imageValid = true;
   // Runs use the images as the project filled them, not the file that was open before.
-  images_.loader.imageIsNoFiles();
+  images_.loader.takeProject();
   for (auto* reload : {&images_.panel.cekReloadFile, &images_.panel.cekReloadFileWhileFileChange,
                        &images_.panel.cekReloadFileWhileFileChange1}) {
     reload->setValue(false);
   }
   images_.loader.showLengths();
-  images_.views.showRange(0, images_.counters.code);
+  images_.views.showRange(images_.slots.code);
   comLockOptions_Click();
   lock_.keepLocked(true);
   return true;
@@ -177,14 +183,14 @@ bool ProjectRoom::takeData(const HexSection& data) {
   if (!data.sound()) return false;
   setBounds(buffer, data.bytes.size());
   images_.loader.showLengths();
-  images_.views.showRange(1, images_.counters.data);
+  images_.views.showRange(images_.slots.data);
+  images_.loader.tellIfNotProgrammed();
   return true;
 }
 
 // The first chip is to carry the number that the box shows.
 void ProjectRoom::startCounters() {
-  images_.counters.cheAuto_Increase_Click();
-  images_.counters.cheData_Auto_Increase_Click();
+  for (const auto kind : {images::ImageKind::Code, images::ImageKind::Data}) images_.counters.followBox(kind);
   if (!images_.panel.cheAuto_Increase.value() && !images_.panel.cheData_Auto_Increase.value()) return;
   say("The project file has atomatic increment function. \n"
       "Please check the next value whether it is correct or not(10 base).");

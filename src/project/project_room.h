@@ -37,8 +37,8 @@ class ProjectRoom {
 
   // Opens a project, or says why not. An unknown model, a version of before 1.2 and a file cut short ahead of its code
   // change nothing. Wrong sums are found when model and options stand already: then the image that differs is not
-  // valid. Nothing while a run goes on.
-  void openProject(const std::string& path);
+  // valid. Nothing while a run goes on. False: the images are not the project's.
+  bool openProject(const std::string& path);
 
   // A project stands: the options are locked again whenever a run ends, until the operator unlocks them.
 
@@ -47,6 +47,7 @@ class ProjectRoom {
   std::string projectFolder();
   platform::Bytes projectBytes() const;
   void say(const std::string& text);
+  bool refuse(const std::string& text);
   platform::Control* controlOf(const options::OptionRow& row) const;
   void setControls(const Header& lines);
   bool takeCode(const HexSection& code);

@@ -35,17 +35,10 @@ void MainForm::connectFiles() {
     main.Label2[6].setCaption("MCU Type: " + name);
     return true;
   };
-  images.loader.openProject = [this](const std::string& path) {
+  images.opener.openProject = [this](const std::string& path) {
     main.TabStrip2.select("Batch_quantity");
-    project.openProject(path);
+    return project.openProject(path);
   };
-  images.setAlone([this](const std::function<void()>& work) {
-    const auto running = activity.begin();
-    if (!running) return false;
-    work();
-    return true;
-  });
-  images.watcher.isBusy = [this] { return activity.busy(); };
   images.watcher.onTrigger = [this] { trigger.sendAndDownload(); };
   images.watcher.onDownload = [this] { downloads.program(); };
   images.storeCompare.receivedBytes = [this]() -> std::span<const std::uint8_t> {

@@ -241,8 +241,6 @@ TEST(OptionsPage, TheWatchdogPinIsOneChoiceOnTwoPages) {
   EXPECT_TRUE(page.panel.opt_ISP_DEMO_WDT[1].value());
   EXPECT_EQ(page.panel.comb_WDT.text(), "P1.2");
   EXPECT_EQ(page.room.externalWatchdogPin(), 33);
-  page.panel.comb_WDT.setListIndex(-1);
-  EXPECT_EQ(page.room.externalWatchdogPin(), 255);
   page.panel.opt_ISP_DEMO_WDT[0].userChoose();
   EXPECT_TRUE(page.panel.opt_External_WDT[0].value());
   EXPECT_FALSE(page.panel.comb_External_WDT.enabled());

@@ -17,7 +17,7 @@ namespace kvr::project {
 class ProjectBench : public support::MemoryServices<> {
  public:
   ProjectBench()
-      : images(world, model, textMsg),
+      : images(world, model, activity, lock, textMsg),
         options(dialogs, optionPanel, model, lock, textMsg, stepFrame),
         room(world, codec, registry, model, images, options, lock, activity) {
     registry.addAll(txtDevice);
@@ -25,7 +25,6 @@ class ProjectBench : public support::MemoryServices<> {
     optionPanel.addTo(registry);
     room.panel.addTo(registry);
     room.applyModel = [this](const std::string& name) { return select(name); };
-    lock.changed.connect([this] { images.applyLock(lock.state()); });
   }
 
   bool select(const std::string& name) {

@@ -89,7 +89,7 @@ TEST(ProjectFuzz, NeverLeavesAnImageValidThatIsNotTheOneSaved) {
     ++opened;
     std::uint32_t sum = 0;
     for (const auto byte : bench.kept(bench.images.state.CodeBuffer)) sum += byte;
-    const bool patched = bench.images.counters.code.armed;  // a counter that the damage switched on
+    const bool patched = bench.images.slots.code.counter.armed;  // a counter that the damage switched on
     ASSERT_TRUE(patched || statedSum(bench.fileText("/bad.KVR")) == sum)
         << "mutation " << i << " sum " << sum << " count " << bench.images.state.CodeBuffer.rangeEnd + 1 << "\n"
         << bench.fileText("/bad.KVR");

@@ -201,7 +201,7 @@ TEST_F(ProjectRoomTest, PutsTheNextNumberIntoTheImageAndWarns) {
       "Auto_Increase_Next: 4660\r\nAuto_Increase: 1\r\nAuto_Increase_HEX: True\r\nData_Increase_Enable: 0\r\n"
       "buffer_check_sum: 10\r\nEND\r\n01020304");
   EXPECT_EQ(kept(images.state.CodeBuffer), (Bytes{1, 2, 0x12, 0x34}));
-  EXPECT_TRUE(images.counters.code.armed);
+  EXPECT_TRUE(images.slots.code.counter.armed);
   EXPECT_EQ(lastMessage(),
             "The project file has atomatic increment function. \n"
             "Please check the next value whether it is correct or not(10 base).");

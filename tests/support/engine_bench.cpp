@@ -18,7 +18,7 @@ std::vector<std::uint8_t> randomBytes(std::uint64_t seed, std::size_t count) {
 EngineBench::EngineBench(sim::WireConfig wireConfig)
     : VirtualWorld(std::move(wireConfig)),
       options(dialogs, optionPanel, model, lock, textMsg, stepFrame),
-      imageRoom(world, model, textMsg),
+      imageRoom(world, model, activity, lock, textMsg),
       lease(loop, link),
       display(loop, dialogs, controls, options, panel.verdict),
       results(world, panel, textMsg),

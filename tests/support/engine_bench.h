@@ -66,10 +66,10 @@ class EngineBench : public VirtualWorld {
   options::OptionPanel optionPanel;
   catalogue::SelectedModel model;
   platform::UiLock lock;
+  platform::Activity activity;
   options::OptionsRoom options;
   images::ImageRoom imageRoom;
   images::ImageState& images = imageRoom.state;
-  platform::Activity activity;
   engine::RunStop stop;
   engine::PortLease lease;
   download::MainControls controls{textMsg, combCommPort, imgOpen_sys, ProgressBar1, labKbyte};

@@ -2,6 +2,9 @@
 // person who answers from a script, a clock.
 #pragma once
 
+#include <memory>
+#include <utility>
+
 #include "platform/virtual/virtual_loop.h"
 #include "platform/virtual/virtual_world.h"
 #include "platform/world.h"
@@ -10,6 +13,10 @@ namespace kvr::support {
 
 template <class Loop = platform::VirtualLoop, class Store = platform::MemoryStore>
 struct MemoryServices {
+  MemoryServices() = default;
+  // With the settings file of another window.
+  explicit MemoryServices(std::shared_ptr<platform::MemoryDisk> disk) : store(std::move(disk)) {}
+
   Loop loop;
   Store store;
   platform::MemoryFiles files;

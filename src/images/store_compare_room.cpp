@@ -1,4 +1,4 @@
-#include "images/store_compare.h"
+#include "images/store_compare_room.h"
 
 #include "platform/text.h"
 
@@ -20,10 +20,11 @@ std::int32_t boxNumber(const platform::TextBox& box, int digits) {
 
 }  // namespace
 
-StoreCompare::StoreCompare(platform::World& world, ImagePanel& panel, ImageState& state, platform::TextBox& textMsg)
-    : world_(world), panel_(panel), state_(state), textMsg_(textMsg) {
-  panel_.comStoreFile.onClick = [this] { comStoreFile_Click(); };
-  panel_.comComp.onClick = [this] { comComp_Click(); };
+StoreCompare::StoreCompare(platform::World& world, platform::Activity& activity, ImagePanel& panel,
+                           const ImageState& state, platform::TextBox& textMsg)
+    : world_(world), activity_(activity), panel_(panel), state_(state), textMsg_(textMsg) {
+  panel_.comStoreFile.onClick = [this] { store(); };
+  panel_.comComp.onClick = [this] { compare(); };
 }
 
 StoreRange storeRange(std::int32_t start, std::int32_t length) {
@@ -34,18 +35,14 @@ StoreRange storeRange(std::int32_t start, std::int32_t length) {
   return {{start, start + length - 1}, {}};
 }
 
-void StoreCompare::comStoreFile_Click() {
-  runAlone(alone, [this] { store(); });
-}
-
-void StoreCompare::comComp_Click() {
-  runAlone(alone, [this] { compare(); });
-}
-
 void StoreCompare::store() {
-  const StoreRange range = storeRange(boxNumber(panel_.txt_Start_Address, 4), boxNumber(panel_.txt_length, 5));
-  if (!range.fault.empty()) {
-    world_.dialogs.message(platform::kTitle, range.fault, platform::BoxIcon::Warning);
+  if (const auto running = activity_.begin()) saveRange();
+}
+
+void StoreCompare::saveRange() {
+  const StoreRange wanted = storeRange(boxNumber(panel_.txt_Start_Address, 4), boxNumber(panel_.txt_length, 5));
+  if (!wanted.fault.empty()) {
+    world_.dialogs.message(platform::kTitle, wanted.fault, platform::BoxIcon::Warning);
     return;
   }
   const std::string path = world_.dialogs.saveFile(
@@ -54,19 +51,24 @@ void StoreCompare::store() {
        .initialFolder = world_.store.getOr("Settings", "FilePath", world_.files.programFolder()),
        .fileName = ""});
   if (path.empty()) return;
-  const auto bytes = state_.CodeBuffer.bytes().subspan(
-      static_cast<std::size_t>(range.span.first), static_cast<std::size_t>(range.span.last - range.span.first + 1));
+  const auto bytes = state_.CodeBuffer.bytes().subspan(static_cast<std::size_t>(wanted.range.first),
+                                                       static_cast<std::size_t>(wanted.range.count()));
   if (const auto result = world_.files.replace(path, bytes); !result)
     world_.dialogs.message(platform::kTitle, "The file cannot be written: " + result.error, platform::BoxIcon::Warning);
 }
 
 void StoreCompare::compare() {
+  const auto running = activity_.begin();
+  if (!running) return;
   if (!state_.imageValid) {
     world_.dialogs.message(platform::kTitle, "    Please open code file.   ");
     return;
   }
   const auto received = receivedBytes ? receivedBytes() : std::span<const std::uint8_t>{};
-  if (received.empty()) return;
+  if (!received.empty()) compareWith(received);
+}
+
+void StoreCompare::compareWith(std::span<const std::uint8_t> received) {
   textMsg_.clear();
   const ImageBuffer& image = state_.CodeBuffer;
   bool same = true;
@@ -84,6 +86,10 @@ void StoreCompare::compare() {
     if (!world_.dialogs.askYesNo(platform::kTitle, "不相等的单元已达 100 个， 继续比较请输入 Y\n\n")) break;
     count = 0;
   }
+  tell(same, last);
+}
+
+void StoreCompare::tell(bool same, std::int32_t last) {
   textMsg_.appendLine((same ? "比较完毕，比较范围: 0000H -- " : "比较范围: 0000H -- ") + address4(last) + "H");
   textMsg_.appendLine("          时    间: " + world_.clock.timeOfDay());
   textMsg_.appendLine(same ? "MCU AP 区的内容与程序文件缓冲区一致。" : "MCU AP 区的内容与程序文件缓冲区不相等。");

@@ -18,7 +18,7 @@ class HexPane : public platform::Control {
   HexViewModel model;  // set up by the image room; change it through the gestures below, or call `refresh` afterwards
   void refresh() { changed.emit(); }
 
-  // Gestures of a person, only when enabled; the image room supplies what they do.
+  // Gestures of the user, only when enabled; the image room supplies what they do.
   void userKey(HexKey key, bool selecting = false);
   void userType(char32_t character);
   void userClick(HexSpot spot, bool selecting = false);

@@ -1,4 +1,4 @@
-#include "platform/qt/qt_dialogs.h"
+#include "shell/qt/qt_dialogs.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
@@ -9,14 +9,14 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-namespace kvr::platform {
+namespace kvr::window {
 namespace {
 
 QString qt(const std::string& text) {
   return QString::fromStdString(text);
 }
 
-void prepareFileDialog(QFileDialog& dialog, const FileQuestion& question, bool save) {
+void prepareFileDialog(QFileDialog& dialog, const platform::FileQuestion& question, bool save) {
   dialog.setObjectName(QStringLiteral("fileDialog"));
   dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   // Qt's own questions on missing and existing files would block; they are asked here instead.
@@ -80,10 +80,10 @@ void QtDialogs::refuse() {
   closeAll();
 }
 
-void QtDialogs::message(const std::string& title, const std::string& text, BoxIcon icon) {
+void QtDialogs::message(const std::string& title, const std::string& text, platform::BoxIcon icon) {
   QMessageBox box(window_);
   box.setObjectName(QStringLiteral("messageBox"));
-  box.setIcon(icon == BoxIcon::Warning ? QMessageBox::Warning : QMessageBox::Information);
+  box.setIcon(icon == platform::BoxIcon::Warning ? QMessageBox::Warning : QMessageBox::Information);
   box.setWindowTitle(qt(title));
   box.setTextFormat(Qt::PlainText);
   box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -124,15 +124,15 @@ void QtDialogs::help(const std::string& title, const std::string& text) {
   window->show();
 }
 
-std::string QtDialogs::openFile(const FileQuestion& question) {
+std::string QtDialogs::openFile(const platform::FileQuestion& question) {
   return askFile(question, false);
 }
-std::string QtDialogs::saveFile(const FileQuestion& question) {
+std::string QtDialogs::saveFile(const platform::FileQuestion& question) {
   return askFile(question, true);
 }
 
-std::string QtDialogs::askFile(const FileQuestion& question, bool save) {
-  FileQuestion next = question;
+std::string QtDialogs::askFile(const platform::FileQuestion& question, bool save) {
+  platform::FileQuestion next = question;
   const int closings = closings_;
   while (closings == closings_) {
     QFileDialog dialog(window_, qt(question.title));
@@ -145,7 +145,7 @@ std::string QtDialogs::askFile(const FileQuestion& question, bool save) {
     if (save && (!exists || askYesNo(question.title, name + " already exists.\nDo you want to replace it?")))
       return path.toStdString();
     if (!save && exists) return path.toStdString();
-    if (!save) message(question.title, name + "\nFile not found.", BoxIcon::Warning);
+    if (!save) message(question.title, name + "\nFile not found.", platform::BoxIcon::Warning);
     next.initialFolder = path.toStdString();
     next.fileName = name;
   }
@@ -166,4 +166,4 @@ void QtDialogs::setBusy(bool busy) {
     QApplication::restoreOverrideCursor();
 }
 
-}  // namespace kvr::platform
+}  // namespace kvr::window

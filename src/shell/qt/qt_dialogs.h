@@ -10,11 +10,11 @@
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
 
-namespace kvr::platform {
+namespace kvr::window {
 
-class QtDialogs : public Dialogs {
+class QtDialogs : public platform::Dialogs {
  public:
-  explicit QtDialogs(EventLoop& loop) : loop_(loop) {}
+  explicit QtDialogs(platform::EventLoop& loop) : loop_(loop) {}
   ~QtDialogs() override { closeAll(); }
   void setParent(QWidget* window) { window_ = window; }
   // Ends every open question; the window is going to close.
@@ -22,18 +22,19 @@ class QtDialogs : public Dialogs {
   // The same for good: questions that come later are answered No at once.
   void refuse();
 
-  void message(const std::string& title, const std::string& text, BoxIcon icon = BoxIcon::Information) override;
+  void message(const std::string& title, const std::string& text,
+               platform::BoxIcon icon = platform::BoxIcon::Information) override;
   bool askYesNo(const std::string& title, const std::string& text) override;
   void help(const std::string& title, const std::string& text) override;
-  std::string openFile(const FileQuestion& question) override;
-  std::string saveFile(const FileQuestion& question) override;
+  std::string openFile(const platform::FileQuestion& question) override;
+  std::string saveFile(const platform::FileQuestion& question) override;
   void beep() override;
   void setBusy(bool busy) override;
 
  private:
   int run(QDialog& dialog);  // QDialog's result
-  std::string askFile(const FileQuestion& question, bool save);
-  EventLoop& loop_;
+  std::string askFile(const platform::FileQuestion& question, bool save);
+  platform::EventLoop& loop_;
   QPointer<QWidget> window_;
   std::vector<QDialog*> open_;
   int closings_ = 0;
@@ -44,4 +45,4 @@ class QtDialogs : public Dialogs {
 // "(*.hex, *.bin)|*.hex;*.bin|All Files (*.*)|*.*" in Qt's form, one filter an element.
 QStringList nameFiltersOf(const std::string& filter);
 
-}  // namespace kvr::platform
+}  // namespace kvr::window

@@ -7,36 +7,38 @@
 #include <span>
 #include <string>
 
-#include "images/alone.h"
 #include "images/image_panel.h"
+#include "platform/activity.h"
 #include "platform/world.h"
 
 namespace kvr::images {
 
 // The addresses to store, or why not.
 struct StoreRange {
-  AddressSpan span;
+  catalogue::AddressRange range;
   std::string fault;  // empty: fine
 };
 StoreRange storeRange(std::int32_t start, std::int32_t length);
 
 class StoreCompare {
  public:
-  StoreCompare(platform::World& world, ImagePanel& panel, ImageState& state, platform::TextBox& textMsg);
+  StoreCompare(platform::World& world, platform::Activity& activity, ImagePanel& panel, const ImageState& state,
+               platform::TextBox& textMsg);
 
-  void comStoreFile_Click();
-  void comComp_Click();
+  void store();
+  void compare();
 
-  Alone alone;  // the file dialog and the questions
   // The terminal's ring from its index 0, whole; empty when nothing waits in it. Not connected: empty.
   std::function<std::span<const std::uint8_t>()> receivedBytes;
 
  private:
-  void store();
-  void compare();
+  void saveRange();
+  void compareWith(std::span<const std::uint8_t> received);
+  void tell(bool same, std::int32_t last);
   platform::World& world_;
+  platform::Activity& activity_;
   ImagePanel& panel_;
-  ImageState& state_;
+  const ImageState& state_;
   platform::TextBox& textMsg_;
 };
 

@@ -1,4 +1,4 @@
-#include "images/hex_pane.h"
+#include "images/hex_pane_view.h"
 
 namespace kvr::images {
 
