@@ -119,6 +119,7 @@ class Window {
   Twist chooseTwist();
   void prepare();
   void twist();
+  void rebuild();
   Kind chooseKind();
   std::string play();
   std::string playOnChip(platform::Button& button);
@@ -136,8 +137,8 @@ class Window {
 };
 
 // Twists whose mends are still under way elsewhere; KVR_SOAK_ALL=1 plays them, too.
-constexpr Twist kAwaited[] = {Twist::Missing, Twist::HexFolder, Twist::NoRecord,    Twist::ProjectRefused,
-                              Twist::TooLong, Twist::Gone,      Twist::DataNotSent, Twist::PortRefused};
+constexpr Twist kAwaited[] = {Twist::Missing,        Twist::HexFolder, Twist::NoRecord,
+                              Twist::ProjectRefused, Twist::TooLong,   Twist::DataNotSent};
 // The same for the sign of boards, demo routines and triggers, which a PASS of an earlier chip outlives.
 constexpr bool kSignOfAllKinds = false;
 
@@ -150,7 +151,8 @@ Twist Window::chooseTwist() {
   const auto twist = static_cast<Twist>(random_() % static_cast<std::size_t>(Twist::Count));
   const bool awaited = std::find(std::begin(kAwaited), std::end(kAwaited), twist) != std::end(kAwaited);
   const bool reloads = kind_ == Kind::Chip || kind_ == Kind::FixedLink || kind_ == Kind::Trigger;
-  if ((twist == Twist::Rebuilt || twist == Twist::Gone) && !reloads) return Twist::None;
+  const bool isReload = twist == Twist::Rebuilt || twist == Twist::Gone || twist == Twist::ProjectRefused;
+  if (isReload && !reloads) return Twist::None;
   return awaited && !playsAll() ? Twist::None : twist;
 }
 
@@ -163,7 +165,8 @@ void Window::prepare() {
   user_.form.download.cobBaudMin.setText(pick(kFirstRates, random_));
   user_.form.download.cobBaudMax.setText(pick(kTopRates, random_));
   // A run that met a wrong model has thrown the image away.
-  const bool unsure = twist_ == Twist::Rebuilt || twist_ == Twist::Gone;  // whether the run came to its reload
+  const bool unsure = twist_ == Twist::Rebuilt || twist_ == Twist::Gone ||
+                      twist_ == Twist::ProjectRefused;  // whether the run came to its reload
   if (unsure || user_.code().empty() || chance(2) || !user_.form.images.state.imageValid)
     user_.openCode(codeFile(codeSize()));
   const McuRecord& row = user_.model();
@@ -172,6 +175,11 @@ void Window::prepare() {
     const auto room = static_cast<std::size_t>(row.dataEnd - row.dataStart) + 1;
     user_.openData(binaryFile(random_, "/ee.bin", chance(2) ? 1 + random_() % 8 : std::min<std::size_t>(room, 700)));
   }
+}
+
+// Another build of the program lies under the name that is open.
+void Window::rebuild() {
+  user_.rewriteCode(user_.codeIsHex() ? hexFile(random_, "", codeSize()) : binaryFile(random_, "", codeSize()));
 }
 
 void Window::twist() {
@@ -187,20 +195,20 @@ void Window::twist() {
     case Twist::ProjectRefused:
       reload.userSet(true);
       user_.files.put("/job.KVR", text);
-      return user_.openProject("/job.KVR");
+      user_.openProject("/job.KVR");
+      return rebuild();
     case Twist::Rebuilt:
       reload.userSet(true);
-      return user_.rewriteCode(user_.codeIsHex() ? hexFile(random_, "", codeSize())
-                                                 : binaryFile(random_, "", codeSize()));
+      return rebuild();
     case Twist::Gone:
       reload.userSet(true);
       return user_.removeCode();
     case Twist::TooLong:
       return user_.openCode(codeFile(static_cast<std::size_t>(user_.model().bootEnd) + 1 - random_() % 3000));
     case Twist::DataNotSent:
-      if (static_cast<int>(user_.model().family) == 18 && user_.form.images.panel.comLoadDataFile.enabled())
-        user_.openData(binaryFile(random_, "/ee.bin", 200));
-      return;
+      user_.pick(*catalogue::findByName("Rowan-H20"));
+      user_.openCode(codeFile(codeSize()));
+      return user_.openData(binaryFile(random_, "/ee.bin", 200));
     case Twist::PortRefused:
       user_.link.refusesToOpen = {platform::PortError::Kind::Denied, "denied"};
       return;
@@ -323,6 +331,7 @@ std::string Window::run() {
   kind_ = chooseKind();
   twist_ = chooseTwist();
   twist();
+  if (twist_ == Twist::DataNotSent) kind_ = Kind::Chip;
   story_ += std::string(user_.model().name) + ", " + kKindNames[static_cast<int>(kind_)] + ", " +
             kTwistNames[static_cast<int>(twist_)] + "; ";
   std::string wrong = play();

@@ -54,7 +54,8 @@ User::User(sim::WireConfig wireConfig) : FormBench(std::move(wireConfig)) {
 }
 
 void User::pick(const McuRecord& model) {
-  form.main.TreeViewDevice.userPick(std::string(model.name));
+  form.main.TreeViewDevice.userPick("Ivy-H20S");  // empties both images
+  select(std::string(model.name));                // the tree does not offer every series
   model_ = &model;
   code_.clear();
   data_.clear();

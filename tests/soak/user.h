@@ -34,7 +34,7 @@ class User : public support::FormBench {
   ~User() { wire.connect(nullptr); }
 
   // --- Files: what a good file says is what is meant from then on. ---
-  void pick(const McuRecord& model);  // from the tree: both images go
+  void pick(const McuRecord& model);  // both images go
   void openCode(const UserFile& file);
   bool dataButtonIsOn() const { return form.images.panel.comLoadDataFile.enabled(); }
   void openData(const UserFile& file);
