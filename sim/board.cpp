@@ -34,7 +34,7 @@ bool setBoardFault(BoardConfig& config, std::string_view name, std::string_view 
 
 Board::Board(BoardConfig config) : config_(std::move(config)), reader_(FrameCheck::crc, config_.frameGap) {
   if (config_.secondBank) memory_.second = Bytes(65536, 0xFF);
-  std::uint32_t state = 12345;  // what a former job left behind
+  std::uint32_t state = config_.seed;  // what a former job left behind
   const auto fill = [&](std::uint8_t& byte) {
     byte = static_cast<std::uint8_t>((state = state * 1664525 + 1013904223) >> 24);
   };
@@ -227,7 +227,7 @@ bool Board::isLastStage() const {
 
 void Board::store(std::int64_t address, std::span<const std::uint8_t> data) {
   Bytes& memory = stage_ == 2 && config_.secondBank ? memory_.second : memory_.main;
-  std::copy(data.begin(), data.end(), memory.begin() + address);
+  for (std::size_t i = 0; i < data.size(); ++i) memory[static_cast<std::size_t>(address) + i] &= data[i];  // flash
   nextAddress_ = address + static_cast<std::int64_t>(data.size());
   if (nextAddress_ % kPage == 0 || nextAddress_ == window().last + 1) ++pages_[stage_ - 1];
   if (nextAddress_ != window().last + 1) return;

@@ -23,7 +23,8 @@ struct PageFailure {
 };
 
 struct BoardConfig {
-  int version = 0x17;  // its two digits are read as a decimal number
+  int version = 0x17;          // its two digits are read as a decimal number
+  std::uint32_t seed = 12345;  // of what its memory holds at first
   bool secondBank = false;
   int capacityKb = 64;
   Micros turnaround = 20;

@@ -103,6 +103,7 @@ void Chip::startBoot(Micros at) {
   lastBlock_ = blockStart_ = -1;
   reload_ = 0;
   measuring_.clear();
+  for (auto& round : rounds_) round.clear();
   bootCode_ = options_[3];
   bootFine_ = options_[4];
   reader_.reset();
@@ -197,7 +198,8 @@ void Chip::judgeFair(bool good, Micros at, const std::string& text) {
 // --- Speaking ---
 
 Micros Chip::reply(Micros at, std::uint8_t command, std::span<const std::uint8_t> payload) {
-  const Bytes wire = buildReply(command, payload, row().frame2);
+  Bytes wire = buildReply(command, payload, row().frame2);
+  if (config_.bareReplies && (config_.shortStatus || !asksForStartPair())) wire.erase(wire.begin(), wire.begin() + 2);
   const Micros end = say ? say(at, line_, wire) : at;
   busyUntil_ = std::max(busyUntil_, end);
   return end;

@@ -8,6 +8,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "sim/application.h"
@@ -29,6 +30,11 @@ enum class ChipState {
   application,  // has left the boot firmware
 };
 std::string_view nameOf(ChipState state);
+
+// A setting of the internal oscillator: band and coarse step, fine step.
+struct RcPoint {
+  std::uint8_t code = 0, fine = 0;
+};
 
 inline constexpr double kClockTolerance = 0.01;  // the host knows the clock only from counts
 
@@ -67,6 +73,8 @@ class Chip : public Device {
   int blocksDone() const { return blocksDone_; }      // last frame of a block accepted
   int optionWrites() const { return optionWrites_; }  // option frames accepted
   int erases() const { return erases_; }
+  // As named by the last erase frame with addresses, letters from D on.
+  std::pair<std::int64_t, std::int64_t> eraseRange() const { return eraseRange_; }
   int sessions() const { return sessions_; }                                // status frames that led to a session
   int releases() const { return releases_; }                                // times that 0x82 ended a session
   std::optional<int> watchdogPin() const { return watchdogPin_; }           // as announced by 0x86
@@ -74,6 +82,7 @@ class Chip : public Device {
   std::array<std::uint8_t, 4> statedClock() const { return statedClock_; }  // the clock in the last option frame
   double clockHz() const;                                                   // what it runs at now
   const RcOscillator& oscillator() const { return oscillator_; }
+  const std::vector<RcPoint>& measured(int round) const { return rounds_.at(static_cast<std::size_t>(round)); }
   double applicationClockHz() const;  // families 15, 16: what the stored trim makes of the oscillator
   char letter() const { return letter_; }
   int firmware() const { return firmware_; }
@@ -102,6 +111,7 @@ class Chip : public Device {
   std::uint8_t filler();
 
   // chip_identity.cpp
+  bool asksForStartPair() const { return config_.startPair.value_or(row().extSession); }
   Bytes statusPayload();
   Bytes optionsPayload();
   void placeReportedOptions(Bytes& payload) const;
@@ -126,8 +136,12 @@ class Chip : public Device {
   // chip_program.cpp
   void onErase(Micros at, const HostFrame& frame);
   void checkErase(Micros at, const HostFrame& frame);
+  void checkEraseRange(Micros at, std::int64_t first, std::int64_t last);
+  std::pair<std::int64_t, std::int64_t> dataArea() const;
+  bool clearsDataNext() const;
   int doErase(const HostFrame& frame);
   void onData(Micros at, const HostFrame& frame);
+  void freeDataSector(std::int64_t address);
   bool checkData(Micros at, const HostFrame& frame);
   bool failsNow(int block, std::int64_t address);
   void answerData(Micros at, int sum);
@@ -186,13 +200,11 @@ class Chip : public Device {
   Micros statusEnd_ = 0;
   bool pulsesAwaited_ = false;
   std::array<std::uint16_t, 8> counts_{};
-  double sessionClock_ = 0;  // as it was when the status frame went out
-  Bytes wrongLineRun_;       // what the host meant while it could not be understood
-  bool fresh_ = false;       // no good frame has come since the status frame: the host may not have got it
-  struct Point {
-    std::uint8_t code = 0, fine = 0;
-  };
-  std::vector<Point> measuring_;              // points still to be answered
+  double sessionClock_ = 0;         // as it was when the status frame went out
+  Bytes wrongLineRun_;              // what the host meant while it could not be understood
+  bool fresh_ = false;              // no good frame has come since the status frame: the host may not have got it
+  std::vector<RcPoint> measuring_;  // points still to be answered
+  std::array<std::vector<RcPoint>, 2> rounds_;
   int measurePulses_ = 0;                     // heard since the measure frame
   int measureRound_ = 0;                      // 1 and 2 while pulses are counted
   std::uint8_t bootCode_ = 0, bootFine_ = 0;  // families 15, 16: what the oscillator is set to now
@@ -201,6 +213,7 @@ class Chip : public Device {
   bool changed_ = false, erased_ = false, programming_ = false, finished_ = false, optionsTaken_ = false;
   int testedHigh_ = -1, testedLow_ = -1;
   std::int64_t lastBlock_ = -1, blockStart_ = -1;
+  std::pair<std::int64_t, std::int64_t> eraseRange_{-1, -1};
   std::map<int, int> failuresLeft_;
   std::array<std::uint8_t, 4> statedClock_{};
 

@@ -85,6 +85,8 @@ struct ChipConfig {
   bool directStatus = false;           // pulse sync: the status frame comes at once, without the second step
   bool shortDataReplies = false;       // first generation: data replies without a sum
   std::optional<bool> startPair;       // asks the host to look for the start pair; unset: later session only
+  bool dataSectorsErase = true;        // a data sector that was kept is erased when the first write to it comes
+  bool bareReplies = false;            // answers without 46 B9, unless it asks the host to look for them
   bool clockDoubled = false;           // bit 5 of the status byte
   int reservedCode = 0;                // bits 1..0 of the status byte
   bool reportsAltCode = false;         // the row's second code

@@ -91,8 +91,7 @@ Bytes Chip::statusPayload() {
   at(payload, 21) = static_cast<std::uint8_t>(letter_);
   at(payload, 23) = hexByte(code);
   at(payload, 24) = code.size() == 4 ? hexByte(std::string_view(code).substr(2)) : 0xFF;
-  const bool startPair = config_.startPair.value_or(row().extSession);
-  at(payload, 25) = static_cast<std::uint8_t>((startPair ? 0x80 : 0) | (config_.clockDoubled ? 0x20 : 0) |
+  at(payload, 25) = static_cast<std::uint8_t>((asksForStartPair() ? 0x80 : 0) | (config_.clockDoubled ? 0x20 : 0) |
                                               (config_.reservedCode & 3));
   placeReportedOptions(payload);
   if (rcFamily()) std::copy(statusTail_.begin(), statusTail_.end(), payload.begin() + 54 - 4);

@@ -20,6 +20,7 @@ void Chip::checkClock(Micros at, std::span<const std::uint8_t> four) {
 bool Chip::takePathB(Micros at, std::span<const std::uint8_t> p, OptionBytes& wanted) {
   const bool doubled = (p[0] & 1) == 0;
   const int reload = 65536 - (p[1] * 256 + p[2]);
+  if (fixedLink_) judge(p[1] == 0 && p[2] == 0, at, "options: a reload value on the fixed link, where none is known");
   if (reload_ > 0)
     judgeFair(reload == (doubled ? 2 * reload_ : reload_), at, "options: reload value " + std::to_string(reload));
   wanted[1] = p[0];

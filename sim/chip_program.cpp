@@ -21,14 +21,50 @@ void Chip::checkErase(Micros at, const HostFrame& frame) {
     judge(p[0] == 0xFF, at, "erase: sector count " + std::to_string(p[0]));
     judge(first <= last, at, "erase: first above last");
     judge(last <= std::max<std::int64_t>(bootStart(), row().dataStart), at, "erase: last " + std::to_string(last));
+    checkEraseRange(at, first, last);
   }
   for (std::size_t i = 7; longForm && i < 18; ++i) judge(p[i] == 0, at, "erase: filling not zero");
   for (std::size_t i = 18; i < p.size(); ++i) judge(p[i] == ((0x80 - (i - 18)) & 255), at, "erase: countdown");
 }
 
+// Where the data memory lies for this firmware.
+std::pair<std::int64_t, std::int64_t> Chip::dataArea() const {
+  const std::int64_t apEnd = row().apEnd;
+  if (letter_ == 'D') return {row().dataStart, 0x13FF};
+  if (letter_ == 'E' && version10() <= 50) return {row().dataStart, 0x2FFF};
+  if (letter_ != 'E') return {row().dataStart, row().dataEnd};
+  const std::int64_t rounded = (apEnd + 4095) / 4096 * 4096;
+  return {apEnd > 12288 ? apEnd + 1 : std::max<std::int64_t>(rounded, 4096), 0x6FFF};
+}
+
+// By the option that the chip was given last: the data memory goes with the next programming.
+bool Chip::clearsDataNext() const {
+  return isLateFirst(family()) ? !(options_[1] & 8) : !(options_[8] & 2);
+}
+
+// From `first` on the host sends nothing; up to `last` the data memory goes.
+void Chip::checkEraseRange(Micros at, std::int64_t first, std::int64_t last) {
+  eraseRange_ = {first, last};
+  const auto [start, end] = dataArea();
+  const bool inCode = first > 0 && first <= row().apEnd, behindSpill = first > row().apEnd + 1 && first <= end + 1;
+  judge(inCode || behindSpill || first == start || first == end + 1, at, "erase: first " + std::to_string(first));
+  const bool none = last == first || last == std::max(start, first);
+  const bool all = clearsDataNext() && last == end;
+  const bool topFree = row().topBlockFree && last == row().apEnd;
+  judge(none || all || topFree, at, "erase: up to " + std::to_string(last));
+  if (inCode && clearsDataNext() && !row().topBlockFree && first <= end)
+    judge(all, at, "erase: spares the data memory that was to go");
+}
+
 int Chip::doErase(const HostFrame& frame) {
+  constexpr int kAllSectors = 255;
+  constexpr int kLargest = 124;  // of the largest models: all up to the boot block, also where that begins late
   const auto p = frame.payload(row().frame2);
-  if (letter_ < 'D') return flash_.erase(0, p[0] == 0xFF ? bootStart() - 1 : p[0] * 512 - 1);
+  if (letter_ < 'D') {
+    const bool all = p[0] == kAllSectors || p[0] == kLargest;
+    const int sectors = flash_.erase(0, all ? bootStart() - 1 : p[0] * 512 - 1);
+    return std::min(sectors, static_cast<int>(p[0]));
+  }
   const std::int64_t last = number(p.subspan(4, 3));
   int sectors = flash_.erase(row().apStart, row().apEnd);
   if (last > row().dataStart) sectors += flash_.erase(row().dataStart, last);
@@ -91,6 +127,15 @@ void Chip::answerData(Micros at, int sum) {
   }
 }
 
+// The erase spares the data memory when the option says so; what is then sent for it replaces sector by sector.
+void Chip::freeDataSector(std::int64_t address) {
+  constexpr std::int64_t kSector = 512;
+  const bool inData = address >= dataArea().first && address > row().apEnd && letter_ >= 'D';
+  if (!config_.dataSectorsErase || !inData || flash_.isErased(static_cast<std::size_t>(address))) return;
+  const std::int64_t first = address / kSector * kSector;
+  flash_.erase(first, first + kSector - 1);
+}
+
 void Chip::onData(Micros at, const HostFrame& frame) {
   if (!checkData(at, frame)) return;
   const auto p = frame.payload(row().frame2);
@@ -111,6 +156,7 @@ void Chip::onData(Micros at, const HostFrame& frame) {
     if (!it->silently && !config_.shortDataReplies) answerData(at + config_.times.turnaround, sum ^ 0xFF);
     return;
   }
+  freeDataSector(address);
   flash_.write(static_cast<std::size_t>(address), data);
   ++dataFrames_;
   if ((address + static_cast<std::int64_t>(data.size())) % unit == 0) ++blocksDone_;

@@ -94,6 +94,11 @@ void Chip::onMeasure(Micros at, const HostFrame& frame) {
     judge(records[4 * i + 2] == 2 && records[4 * i + 3] == 0, at, "measure: point " + std::to_string(i));
     measuring_.push_back({records[4 * i], records[4 * i + 1]});
   }
+  const auto isOneOf = [](const std::vector<RcPoint>& points, int code) {
+    return std::any_of(points.begin(), points.end(), [&](const RcPoint& point) { return point.code == code; });
+  };
+  judge(first || isOneOf(rounds_[0], records[0]), at, "measure: a band that was not looked at before");
+  rounds_[first ? 0 : 1] = measuring_;
   measurePulses_ = 0;
   measureRound_ = first ? 1 : 2;
 }
@@ -109,7 +114,7 @@ void Chip::hearMeasurePulse(Micros at) {
     Bytes payload(10);
     std::generate(payload.begin(), payload.end(), [this] { return filler(); });
     payload.push_back(static_cast<std::uint8_t>(config_.faults.emptyMeasureReply ? 0 : points.size()));
-    for (const Point& point : points) {
+    for (const RcPoint& point : points) {
       const int count = measuredCount(point.code, point.fine);
       payload.insert(payload.end(),
                      {point.code, point.fine, static_cast<std::uint8_t>(count >> 8), static_cast<std::uint8_t>(count)});

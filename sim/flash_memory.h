@@ -1,4 +1,5 @@
-// A chip's memory: full of what a former owner left, erased to FF by ranges, written once between erases.
+// A chip's memory: full of what a former owner left, erased to FF by ranges, written once between erases. A write only
+// clears bits: what was not erased, or is written twice, holds less than what was meant.
 #pragma once
 
 #include <cstdint>
@@ -15,6 +16,7 @@ class FlashMemory {
   std::size_t protectedFrom() const { return protectedFrom_; }
   // Both ends included; what lies in the boot block is left alone. Returns the count of 512-byte sectors touched.
   int erase(std::int64_t first, std::int64_t last);
+  bool isErased(std::size_t address) const { return state_[address] & kErased; }
   // False, and nothing stored, when any byte would fall into the boot block.
   bool write(std::size_t address, std::span<const std::uint8_t> bytes);
 

@@ -37,8 +37,12 @@ struct OfflineBench : support::EngineBench {
     load(images.CodeBuffer, code);
     images.imageValid = true;
   }
-  void loadEeprom(int size) { load(images.EepromBuffer, seededNoise(static_cast<std::size_t>(size), 99)); }
+  void loadEeprom(int size) {
+    eeprom = seededNoise(static_cast<std::size_t>(size), 99);
+    load(images.EepromBuffer, eeprom);
+  }
   static void load(kvr::images::ImageBuffer& buffer, const Bytes& bytes) {
+    buffer.fill(0);  // as the loader does
     buffer.put(0, bytes);
     buffer.rangeStart = 0;
     buffer.rangeEnd = static_cast<int>(bytes.size()) - 1;
@@ -89,9 +93,11 @@ struct OfflineBench : support::EngineBench {
     if (facts.secondBank) return same(chipCode, 44032, 63487, memory.second, kMainCodeAt);
     return same(chipCode, 44032, 52223, memory.main, kSecondCodeAt);
   }
-  // What the chip is to hold, for `boardHoldsImage`.
+  // What the chip is to hold, by what was loaded: the code from 0 on, the data where the chip has its data memory.
   void keepWanted() {
-    kept = prepareFileBuffer(model.record, view(images.CodeBuffer), view(images.EepromBuffer)).bytes;
+    kept.assign(65536, 0);
+    std::copy(code.begin(), code.end(), kept.begin());
+    std::copy(eeprom.begin(), eeprom.end(), kept.begin() + model.record.dataStart);
   }
   static ImageView view(const kvr::images::ImageBuffer& buffer) {
     return {buffer.bytes(), buffer.rangeStart, buffer.rangeEnd, buffer.loaded};
@@ -103,6 +109,7 @@ struct OfflineBench : support::EngineBench {
   OfflinePanel page;
   OfflineRoom offline{runs, dialogs, jobPanels, imageRoom, txtDevice, page};
   Bytes code;
+  Bytes eeprom;
   Bytes kept;
 };
 
