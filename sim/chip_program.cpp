@@ -65,8 +65,10 @@ int Chip::doErase(const HostFrame& frame) {
     const int sectors = flash_.erase(0, all ? bootStart() - 1 : p[0] * 512 - 1);
     return std::min(sectors, static_cast<int>(p[0]));
   }
-  const std::int64_t last = number(p.subspan(4, 3));
+  const std::int64_t first = number(p.subspan(1, 3)), last = number(p.subspan(4, 3));
   int sectors = flash_.erase(row().apStart, row().apEnd);
+  // Code that runs on past its area: what lies before the address goes with it.
+  if (first > row().apEnd + 1 && first != dataArea().first) flash_.erase(row().apEnd + 1, first - 1);
   if (last > row().dataStart) sectors += flash_.erase(row().dataStart, last);
   return sectors;
 }
