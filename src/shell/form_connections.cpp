@@ -12,8 +12,8 @@ void MainForm::connectEngine() {
     main.portStatus.setCaption(why.empty() && describePort ? describePort() : why);
   };
   sessionHooks = {
-      .imgOpen_Click = [this] { comTool.imgOpen_Click(); },
-      .imgNotOpen_Click = [this] { comTool.imgNotOpen_Click(); },
+      .imgOpen_Click = [this] { comTool.releasePort(); },
+      .imgNotOpen_Click = [this] { comTool.takePort(); },
       .autoOpenPort = [this] { return comTool.autoOpens(); },
       .reloadIfAsked = [this] { return !images.panel.cekReloadFile.value() || images.loader.reload(); },
       .armCounters = [this] { return images.counters.armForRun(); },
@@ -27,11 +27,11 @@ void MainForm::connectEngine() {
       .onRunEnd = [this](const engine::RunRecord& record) { logRun(record); },
   };
   offlineSession.composeOptions = [this] { optionsRoom.composeOptions(); };
-  offlineSession.releaseToolPort = [this] { comTool.imgOpen_Click(); };
+  offlineSession.releaseToolPort = [this] { comTool.releasePort(); };
   offlineSession.stopOperation = [this] { session.stopOperation(); };
-  demoDownload.releaseToolPort = [this] { comTool.imgOpen_Click(); };
+  demoDownload.releaseToolPort = [this] { comTool.releasePort(); };
   demoDownload.stopOperation = [this] { session.stopOperation(); };
-  trigger.releaseToolPort = [this] { comTool.imgOpen_Click(); };
+  trigger.releaseToolPort = [this] { comTool.releasePort(); };
   trigger.download = [this] { session.comDownload_Click(0); };
 }
 
@@ -62,7 +62,8 @@ void MainForm::connectFiles() {
 
 void MainForm::connectTerminal() {
   comTool.stopRun = [this] { session.comStop_Download_Click(); };
-  comTool.bytesReceived = [this](std::span<const std::uint8_t> bytes) { sfrMonitor.monitorScan(bytes); };
+  comTool.bytesReceived = [this](std::span<const std::uint8_t> bytes) { sfrMonitor.receive(bytes); };
+  comTool.portClosed = [this] { sfrMonitor.portClosed(); };
   comTool.clearMonitor = [this] { sfrMonitor.clearLists(); };
   sfrMonitor.write = [this](std::span<const std::uint8_t> bytes) { comTool.writeAnswer(bytes); };
   sfrMonitor.openAndSend = [this](std::span<const std::uint8_t> bytes) { comTool.send(bytes); };

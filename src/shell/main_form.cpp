@@ -7,7 +7,8 @@
 namespace kvr::shell {
 
 MainForm::MainForm(platform::World services, const platform::TextCodec& codec)
-    : world(services),
+    : dialogs(services.dialogs, activity),
+      world{services.loop, services.link, dialogs, services.store, services.files, services.clock},
       images(world, model, main.textMsg),
       optionsRoom(world.dialogs, options, model, lock, main.textMsg, main.FrameX[3]),
       shared{main.textMsg, main.combCommPort, main.imgOpen_sys, main.ProgressBar1, main.labKbyte},
@@ -17,7 +18,7 @@ MainForm::MainForm(platform::World services, const platform::TextCodec& codec)
       session(conversation, lock, activity, sessionHooks),
       project(world, codec, registry, model, images, optionsRoom, lock, activity),
       offlineSession({link, activity, lock, optionsRoom.set(), images.state, images.panel, main.txtDevice}, offline),
-      comTool(world, lease, activity, lock, tool, {main.combCommPort, main.imgOpen_sys}),
+      comTool({world, lease, activity, lock, tool, {main.combCommPort, main.imgOpen_sys}}),
       sfrMonitor(world.loop, monitor, model, lock),
       demoDownload({conversation, session.programming(), activity, lock, images.counters}, userpath),
       trigger(link, activity, lock, images.state, userpath),
@@ -51,7 +52,7 @@ void MainForm::connectRooms() {
       .setDataFileControls = [this](bool on) { images.setDataFileControls(on && lock.free()); },
       .switchDataIncrementOff = [this] { images.panel.cheData_Auto_Increase.setValue(false); },
       .showRange = [this](const catalogue::IspRange&) { images.showModel(); },
-      .refreshMonitor = [this] { sfrMonitor.fillSfrList(); },
+      .refreshMonitor = [this] { sfrMonitor.listRegisters(); },
       .clearTargetReport = [this] { optionsRoom.clearLockLabels(); },
       .showFamilyPanel = [this] { optionsRoom.showFamilyPanel(); },
       .requestSave = [this] { settings.requestSave(); },

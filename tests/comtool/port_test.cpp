@@ -62,7 +62,7 @@ TEST(ToolPort, TellsWhyAPortCannotBeOpenedAndEndsTheAutomaticSends) {
   for (platform::PortError PlayedLink::*refusal : {&PlayedLink::openError, &PlayedLink::settingsError}) {
     ToolBench b;
     sendAutomatically(b);
-    b.tool.imgOpen_Click();
+    b.tool.releasePort();
     b.panel.com_Debug_StopBits.userPick(1);
     b.link.*refusal = {platform::PortError::Kind::Denied, "COM1: permission denied"};
     b.open();
@@ -120,6 +120,34 @@ TEST(ToolPort, ANewBaudIsUsedAtOnceWhileOpenAndOpensNothingWhileClosed) {
   EXPECT_EQ(b.link.current, "1200,N,8,1");
 }
 
+TEST(ToolPort, ABaudTypedByHandIsUsedOnceTheTypingRestsAndABadOneIsRefusedInWords) {
+  ToolBench b;
+  b.open();
+  for (const char* text : {"2", "25", "250", "2500", "25000", "250000"}) {
+    b.panel.com_Debug_Baud.userType(text);
+    b.loop.runFor(Millis(100));
+  }
+  EXPECT_EQ(b.link.opens, 1) << "not at every key";
+  b.loop.runFor(Millis(1000));
+  EXPECT_EQ(b.link.current, "250000,N,8,1");
+  EXPECT_EQ(b.link.opens, 2);
+  for (const char* bad : {"", "fast", "9600x", "0", "99999999", "-9600", "9.6"}) {
+    b.panel.com_Debug_Baud.userType(bad);
+    b.loop.runFor(Millis(1000));
+    EXPECT_EQ(b.panel.com_Debug_Baud.text(), bad) << "still being typed";
+    b.panel.com_Debug_Baud.userLeave();
+    EXPECT_EQ(b.lastMessage(), "The baud rate must be a whole number from 50 to 4000000.") << bad;
+    EXPECT_EQ(b.panel.com_Debug_Baud.text(), "250000");
+    b.dialogs.shown.clear();
+  }
+  EXPECT_EQ(b.link.opens, 2);
+  b.panel.comOpenCOM[0].press();
+  b.panel.com_Debug_Baud.userType("slow");
+  b.open();
+  EXPECT_FALSE(b.link.opened);
+  EXPECT_EQ(b.lastMessage(), "The baud rate must be a whole number from 50 to 4000000.");
+}
+
 TEST(ToolPort, TheModemLinesFollowTheirBoxesAtTheOpenAndAfterIt) {
   ToolBench b;
   b.panel.che_DTR.userSet(false);
@@ -146,7 +174,7 @@ TEST(ToolPort, ARunTakesThePortInTheMiddleOfRepeatedSendsAndGivesItBack) {
     const auto running = b.activity.begin();
     b.lock.toBusy();
     EXPECT_FALSE(b.panel.comOpenCOM[0].enabled());
-    b.tool.imgOpen_Click();
+    b.tool.releasePort();
     EXPECT_FALSE(b.link.opened);
     b.link.setPortNumber(1);
     ASSERT_FALSE(b.link.setSettings("1200,e,8,1"));
@@ -158,7 +186,7 @@ TEST(ToolPort, ARunTakesThePortInTheMiddleOfRepeatedSendsAndGivesItBack) {
     EXPECT_EQ(b.link.current, "1200,e,8,1");
     EXPECT_EQ(b.lease.holder(), engine::Master::Engine);
     b.lock.toFree();
-    b.tool.imgNotOpen_Click();
+    b.tool.takePort();
   }
   EXPECT_EQ(b.lease.holder(), engine::Master::Tool);
   EXPECT_EQ(b.link.current, "115200,N,8,1");

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "comtool/com_tool.h"
+#include "comtool/tool_room.h"
 #include "platform/virtual/virtual_loop.h"
 #include "platform/virtual/virtual_world.h"
 
@@ -98,7 +98,7 @@ struct ToolBench {
   ToolPanel panel;
   platform::ComboBox combCommPort{"combCommPort"};
   platform::Lamp imgOpen_sys{"imgOpen_sys"};
-  ComTool tool{world, lease, activity, lock, panel, {combCommPort, imgOpen_sys}};
+  ToolRoom tool{{world, lease, activity, lock, panel, {combCommPort, imgOpen_sys}}};
 
   ToolBench() {
     combCommPort.setItems({"COM1", "COM2", "COM3"});

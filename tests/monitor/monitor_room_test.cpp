@@ -21,7 +21,7 @@ struct Watch : Watched {
   }
   void select(int family) {
     model.record.family = family;
-    monitor.fillSfrList();
+    monitor.listRegisters();
   }
   std::string registerRowOf(const std::string& name) const {
     for (const auto& row : panel.lst_debug1.rows())
@@ -36,7 +36,7 @@ struct Watch : Watched {
   Bytes opened;
 };
 
-TEST(SfrMonitor, ListsStandReadyWithTheFamilysRegistersAndOthersLeaveThemAlone) {
+TEST(MonitorRoom, ListsStandReadyWithTheFamilysRegistersAndOthersLeaveThemAlone) {
   Watch w;
   for (const auto& [family, rows, last] : {std::tuple(2, 41U, "B9H  SADEN"),
                                            {3, 52U, "F3H  PCA_PWM1"},
@@ -58,9 +58,9 @@ TEST(SfrMonitor, ListsStandReadyWithTheFamilysRegistersAndOthersLeaveThemAlone) 
   EXPECT_EQ(w.panel.lst_debug4.rows().size(), 64U);
 }
 
-TEST(SfrMonitor, ShowsRegistersAndHighlightsWhatChanged) {
+TEST(MonitorRoom, ShowsRegistersAndHighlightsWhatChanged) {
   Watch w;
-  w.monitor.monitorScan(dump(0, {0x0A, 0x81, 0x0B}, 0x80));
+  w.monitor.receive(dump(0, {0x0A, 0x81, 0x0B}, 0x80));
   EXPECT_EQ(w.answers, kAccepted);
   EXPECT_EQ(w.registerRowOf("P0"), "80H  P0          0AH   10");
   EXPECT_EQ(w.registerRowOf("SP"), "81H  SP          77H  119");
@@ -68,39 +68,39 @@ TEST(SfrMonitor, ShowsRegistersAndHighlightsWhatChanged) {
   EXPECT_EQ(w.registerRowOf("P1"), "90H  P1");
   EXPECT_TRUE(w.highlighted("P0"));
   EXPECT_FALSE(w.highlighted("P1"));
-  w.monitor.monitorScan(dump(0, {0x0A, 0x81, 0xC8}, 0x80));
+  w.monitor.receive(dump(0, {0x0A, 0x81, 0xC8}, 0x80));
   EXPECT_FALSE(w.highlighted("P0"));
   EXPECT_TRUE(w.highlighted("DPL"));
   EXPECT_EQ(w.registerRowOf("DPL"), "82H  DPL         C8H  200");
-  w.monitor.monitorScan(dump(0, {0x55}, 0x90));
+  w.monitor.receive(dump(0, {0x55}, 0x90));
   EXPECT_EQ(w.registerRowOf("DPL"), "82H  DPL         C8H  200");
   EXPECT_EQ(w.registerRowOf("P1"), "90H  P1          55H   85");
-  w.monitor.monitorScan(dump(0, counting(300), 0xF0));  // past the last register
+  w.monitor.receive(dump(0, counting(300), 0xF0));  // past the last register
   EXPECT_EQ(w.registerRowOf("B"), "F0H  B           00H    0");
   EXPECT_EQ(w.registerRowOf("DPL"), "82H  DPL         C8H  200");
 }
 
-TEST(SfrMonitor, ShowsInternalMemoryWithR1AndR0OnTop) {
+TEST(MonitorRoom, ShowsInternalMemoryWithR1AndR0OnTop) {
   Watch w;
-  w.monitor.monitorScan(dump(1, counting(256)));
+  w.monitor.receive(dump(1, counting(256)));
   EXPECT_EQ(w.panel.lst_debug2.rows()[0], "00H  99 88 02 03 04 05 06 07");
   EXPECT_EQ(w.panel.lst_debug2.rows()[31], "F8H  F8 F9 FA FB FC FD FE FF");
-  w.monitor.monitorScan(dump(1, {1, 2, 0xAB}));
+  w.monitor.receive(dump(1, {1, 2, 0xAB}));
   EXPECT_EQ(w.panel.lst_debug2.rows()[0], "00H  99 88 AB 03 04 05 06 07");
 }
 
-TEST(SfrMonitor, ShowsExternalMemoryAndAMovingWindow) {
+TEST(MonitorRoom, ShowsExternalMemoryAndAMovingWindow) {
   Watch w;
-  w.monitor.monitorScan(dump(2, counting(11)));
+  w.monitor.receive(dump(2, counting(11)));
   EXPECT_EQ(w.panel.lst_debug3.rows()[0], "0000 00 01 02 03 04 05 06 07");
   EXPECT_EQ(w.panel.lst_debug3.rows()[1], "0008 08 09 0A               ");
   EXPECT_EQ(w.panel.lst_debug3.rows()[2], "0010                        ");
-  w.monitor.monitorScan(dump(3, counting(512), 0x1234));
+  w.monitor.receive(dump(3, counting(512), 0x1234));
   EXPECT_EQ(w.panel.lst_debug4.rows()[0], "1200 00 01 02 03 04 05 06 07");
   EXPECT_EQ(w.panel.lst_debug4.rows()[63], "13F8 F8 F9 FA FB FC FD FE FF");
-  w.monitor.monitorScan(dump(3, {0xEE}, 0x13FF));
+  w.monitor.receive(dump(3, {0xEE}, 0x13FF));
   EXPECT_EQ(w.panel.lst_debug4.rows()[0], "1200 EE 01 02 03 04 05 06 07");
-  w.monitor.monitorScan(dump(3, {0xEE}, 0xFFFF));
+  w.monitor.receive(dump(3, {0xEE}, 0xFFFF));
   EXPECT_EQ(w.panel.lst_debug4.rows()[0], "FE00 EE                     ");
   EXPECT_EQ(w.panel.lst_debug4.rows()[63], "FFF8                        ");
   w.monitor.clearLists();
@@ -109,11 +109,11 @@ TEST(SfrMonitor, ShowsExternalMemoryAndAMovingWindow) {
   EXPECT_EQ(w.panel.lst_debug1.rows()[0], "E0H  ACC");
 }
 
-TEST(SfrMonitor, AFrameThatNeverEndsCostsThreeRequestsASecondApartThenSilence) {
+TEST(MonitorRoom, AFrameThatNeverEndsCostsThreeRequestsASecondApartThenSilence) {
   Watch w;
   Bytes cut = dump(1, counting(256));
   cut.resize(100);
-  w.monitor.monitorScan(cut);
+  w.monitor.receive(cut);
   w.loop.runFor(Millis(999));
   EXPECT_TRUE(w.answers.empty());
   w.loop.runFor(Millis(1));
@@ -124,7 +124,7 @@ TEST(SfrMonitor, AFrameThatNeverEndsCostsThreeRequestsASecondApartThenSilence) {
   EXPECT_EQ(w.answers, kSendAgain + kSendAgain + kSendAgain);
 }
 
-TEST(SfrMonitor, ADamagedFrameIsAskedForAgainAndTheSecondSendingShows) {
+TEST(MonitorRoom, ADamagedFrameIsAskedForAgainAndTheSecondSendingShows) {
   for (const bool lost : {false, true}) {
     Watch w;
     Bytes bad = dump(1, counting(256));
@@ -132,11 +132,11 @@ TEST(SfrMonitor, ADamagedFrameIsAskedForAgainAndTheSecondSendingShows) {
       bad.erase(bad.begin() + 50);
     else
       bad[50] ^= 0x10;
-    w.monitor.monitorScan(bad);
+    w.monitor.receive(bad);
     EXPECT_EQ(w.panel.lst_debug2.rows()[0], "00H ");
     w.loop.runFor(Millis(1000));
     EXPECT_EQ(w.answers, kSendAgain);
-    w.monitor.monitorScan(dump(1, counting(256)));
+    w.monitor.receive(dump(1, counting(256)));
     EXPECT_EQ(w.answers, kSendAgain + kAccepted);
     EXPECT_EQ(w.panel.lst_debug2.rows()[31], "F8H  F8 F9 FA FB FC FD FE FF");
     w.loop.runFor(Millis(60000));
@@ -144,11 +144,11 @@ TEST(SfrMonitor, ADamagedFrameIsAskedForAgainAndTheSecondSendingShows) {
   }
 }
 
-TEST(SfrMonitor, TheDisableBoxSilencesTheAnswersButNotContinue) {
+TEST(MonitorRoom, TheDisableBoxSilencesTheAnswersButNotContinue) {
   Watch w;
   w.panel.che_disable_Debug_SFR_232.userSet(true);
-  w.monitor.monitorScan(dump(1, {}));
-  w.monitor.monitorScan(Bytes{0xA5, 0x5A, 0xAA});
+  w.monitor.receive(dump(1, {}));
+  w.monitor.receive(Bytes{0xA5, 0x5A, 0xAA});
   w.loop.runFor(Millis(10000));
   EXPECT_TRUE(w.answers.empty());
   w.panel.comDebugContinue[2].press();

@@ -1,4 +1,4 @@
-#include "monitor/sfr_monitor.h"
+#include "monitor/monitor_room.h"
 
 #include <algorithm>
 
@@ -29,48 +29,51 @@ void showCells(platform::ListBox& list, std::span<const Cell> cells) {
 
 }  // namespace
 
-SfrMonitor::SfrMonitor(platform::EventLoop& loop, MonitorPanel& panel, const catalogue::SelectedModel& model,
-                       platform::UiLock& lock)
-    : panel_(panel), model_(model), lock_(lock), timerDebug_(loop, [this] { TimerDebug_Timer(); }) {
-  timerDebug_.setInterval(kFrameTimeout);
+MonitorRoom::MonitorRoom(platform::EventLoop& loop, MonitorPanel& panel, const catalogue::SelectedModel& model,
+                         platform::UiLock& lock)
+    : panel_(panel), model_(model), lock_(lock), frameTimer_(loop, [this] { askAgain(); }) {
+  frameTimer_.setInterval(kFrameTimeout);
   for (std::size_t i = 0; i < panel_.comDebugContinue.size(); ++i)
-    panel_.comDebugContinue[i].onClick = [this] { comDebugContinue_Click(); };
+    panel_.comDebugContinue[i].onClick = [this] {
+      if (openAndSend) openAndSend(answerBytes(Answer::Continue));
+    };
   lockToken_ = lock_.changed.watch([this] { applyLock(); });
   clearLists();
 }
 
-void SfrMonitor::applyLock() {
+void MonitorRoom::applyLock() {
   for (std::size_t i = 1; i < panel_.comDebugContinue.size(); ++i) panel_.comDebugContinue[i].setEnabled(lock_.free());
 }
 
 // The time limit runs from the last byte: as long as bytes come, the frame may still be under way.
-void SfrMonitor::monitorScan(std::span<const std::uint8_t> bytes) {
-  timerDebug_.stop();
+void MonitorRoom::receive(std::span<const std::uint8_t> bytes) {
+  frameTimer_.stop();
   retriesLeft_ = kMaxRequests;
   for (const Frame& frame : search_.feed(bytes)) {
     show(frame);
     answer(Answer::Accepted);
   }
-  if (search_.owesFrame()) timerDebug_.start();
+  if (search_.owesFrame()) frameTimer_.start();
 }
 
-void SfrMonitor::TimerDebug_Timer() {
+void MonitorRoom::portClosed() {
+  frameTimer_.stop();
+  search_.reset();
+}
+
+void MonitorRoom::askAgain() {
   if (retriesLeft_ <= 0) return;
-  timerDebug_.start();
+  frameTimer_.start();
   search_.reset();
   answer(Answer::SendAgain);
   --retriesLeft_;
 }
 
-void SfrMonitor::answer(Answer answer) {
+void MonitorRoom::answer(Answer answer) {
   if (!panel_.che_disable_Debug_SFR_232.value() && write) write(answerBytes(answer));
 }
 
-void SfrMonitor::comDebugContinue_Click() {
-  if (openAndSend) openAndSend(answerBytes(Answer::Continue));
-}
-
-void SfrMonitor::fillSfrList() {
+void MonitorRoom::listRegisters() {
   const auto table = registerTable(model_.record.family);
   if (table.empty()) return;
   listedFamily_ = model_.record.family;
@@ -80,7 +83,7 @@ void SfrMonitor::fillSfrList() {
   panel_.lst_debug1.setRows(std::move(rows));
 }
 
-void SfrMonitor::clearLists() {
+void MonitorRoom::clearLists() {
   std::vector<std::string> names;
   for (const auto& named : registerTable(listedFamily_)) names.push_back(registerRow(named));
   panel_.lst_debug1.setSelected({});
@@ -94,12 +97,12 @@ void SfrMonitor::clearLists() {
   xdataWindow_.fill(kUnknown);
 }
 
-void SfrMonitor::fillWindowRows(std::uint16_t address) {
+void MonitorRoom::fillWindowRows(std::uint16_t address) {
   windowAddress_ = address;
   panel_.lst_debug4.setRows(xdataRows(address, kWindowRows));
 }
 
-void SfrMonitor::show(const Frame& frame) {
+void MonitorRoom::show(const Frame& frame) {
   const auto record = readRecord(frame);
   if (!record) return;
   switch (record->type) {
@@ -114,7 +117,7 @@ void SfrMonitor::show(const Frame& frame) {
   }
 }
 
-void SfrMonitor::showSfrRecord(const DumpRecord& record) {
+void MonitorRoom::showSfrRecord(const DumpRecord& record) {
   std::fill(sfrValues_.begin() + kFirstSfr, sfrValues_.end(), kUnknown);
   store(sfrValues_, record.data, record.firstAddress);
   for (const auto& named : record.registers) sfrValues_[named.address] = named.value;
@@ -133,7 +136,7 @@ void SfrMonitor::showSfrRecord(const DumpRecord& record) {
   panel_.lst_debug1.setSelected(std::move(selected));
 }
 
-void SfrMonitor::showRamRecord(const DumpRecord& record) {
+void MonitorRoom::showRamRecord(const DumpRecord& record) {
   ramValues_.fill(kUnknown);
   store(ramValues_, record.data);
   ramValues_[1] = record.r1();
@@ -141,13 +144,13 @@ void SfrMonitor::showRamRecord(const DumpRecord& record) {
   showCells(panel_.lst_debug2, ramValues_);
 }
 
-void SfrMonitor::showXdataRecord(const DumpRecord& record) {
+void MonitorRoom::showXdataRecord(const DumpRecord& record) {
   xdataValues_.fill(kUnknown);
   store(xdataValues_, record.data);
   showCells(panel_.lst_debug3, xdataValues_);
 }
 
-void SfrMonitor::showWindowRecord(const DumpRecord& record) {
+void MonitorRoom::showWindowRecord(const DumpRecord& record) {
   xdataWindow_.fill(kUnknown);
   store(xdataWindow_, record.data);
   const auto address = static_cast<std::uint16_t>(record.windowAddress - record.windowAddress % kWindowSize);

@@ -1,14 +1,15 @@
-#include "comtool/pane_tools.h"
+#include "comtool/pane_area.h"
 
 namespace kvr::comtool {
 
-PaneTools::PaneTools(platform::World world, ToolPanel& panel) : world_(world), panel_(panel) {
+PaneArea::PaneArea(platform::World world, ToolPanel& panel, platform::UiLock& lock) : world_(world), panel_(panel) {
   panel_.comFindNext.onClick = [this] { find(false); };
   panel_.comFindPrevious.onClick = [this] { find(true); };
   panel_.comSaveReceive.onClick = [this] { save(); };
+  lockToken_ = lock.changed.watch([this, &lock] { panel_.comSaveReceive.setEnabled(!lock.busy()); });
 }
 
-void PaneTools::find(bool backward) {
+void PaneArea::find(bool backward) {
   const PaneText& text = panel_.texReceive.content();
   const auto selection = panel_.texReceive.selection();
   const std::string& needle = panel_.texFind.text();
@@ -21,14 +22,14 @@ void PaneTools::find(bool backward) {
   panel_.texReceive.show(*place);
 }
 
-void PaneTools::save() {
+void PaneArea::save() {
+  const std::string text = panel_.texReceive.text();
   const std::string path =
       world_.dialogs.saveFile({"Save the received text", "Text (*.txt)|*.txt|All Files (*.*)|*.*", "", "received.txt"});
   if (path.empty()) return;
-  const std::string text = panel_.texReceive.text();
   const auto result = world_.files.replace(path, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
   if (!result)
-    world_.dialogs.message("KVR-ISP", "The file cannot be written: " + result.error, platform::BoxIcon::Warning);
+    world_.dialogs.message(platform::kTitle, "The file cannot be written: " + result.error, platform::BoxIcon::Warning);
 }
 
 }  // namespace kvr::comtool

@@ -1,6 +1,6 @@
 // The register monitor: a firmware on the chip dumps its registers and memory into the terminal's byte stream; this
 // finds the dumps, answers the firmware and shows what they hold. Nothing is sent unless a frame has come, or the
-// person presses "Continue".
+// user presses "Continue".
 #pragma once
 
 #include <array>
@@ -16,13 +16,13 @@
 
 namespace kvr::monitor {
 
-class SfrMonitor {
+class MonitorRoom {
  public:
   static constexpr int kMaxRequests = 3;  // for one frame that does not come, 1 s apart
   static constexpr platform::Millis kFrameTimeout{1000};
 
-  SfrMonitor(platform::EventLoop& loop, MonitorPanel& panel, const catalogue::SelectedModel& model,
-             platform::UiLock& lock);
+  MonitorRoom(platform::EventLoop& loop, MonitorPanel& panel, const catalogue::SelectedModel& model,
+              platform::UiLock& lock);
 
   // Writes an answer to the open port; nothing when the terminal does not hold it.
   std::function<void(std::span<const std::uint8_t>)> write;
@@ -30,15 +30,16 @@ class SfrMonitor {
   std::function<void(std::span<const std::uint8_t>)> openAndSend;
 
   // Every chunk that the terminal receives, in order.
-  void monitorScan(std::span<const std::uint8_t> bytes);
+  void receive(std::span<const std::uint8_t> bytes);
+  // The terminal's port was closed, or opened anew at another baud: a frame that has begun will not end.
+  void portClosed();
   // A model was selected: the register list of its family; a family without a table leaves the list as it is.
-  void fillSfrList();
+  void listRegisters();
   // All lists as at the start, without values; what the Clear buttons of the two pages do.
   void clearLists();
-  void comDebugContinue_Click();
 
  private:
-  void TimerDebug_Timer();
+  void askAgain();
   void answer(Answer answer);
   void show(const Frame& frame);
   void showSfrRecord(const DumpRecord& record);
@@ -51,7 +52,7 @@ class SfrMonitor {
   MonitorPanel& panel_;
   const catalogue::SelectedModel& model_;
   platform::UiLock& lock_;
-  platform::Timer timerDebug_;
+  platform::Timer frameTimer_;
   platform::Signal::Token lockToken_;
   FrameSearch search_;
   int retriesLeft_ = 0;
