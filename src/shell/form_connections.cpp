@@ -21,7 +21,7 @@ void MainForm::connectEngine() {
       .serialNumber = [this] { return images.counters.numberInHand(); },
       .relock =
           [this] {
-            if (project.lockAfterRun()) project.comLockOptions_Click();
+            if (project.lockAfterRun()) project.lockOptions();
           },
       .closeAsked = [this] { return firstClose_; },
       .onRunEnd = [this](const engine::RunRecord& record) { logRun(record); },
@@ -43,7 +43,7 @@ void MainForm::connectFiles() {
   };
   images.loader.openProject = [this](const std::string& path) {
     main.TabStrip2.select("Batch_quantity");
-    project.openProject(path);
+    return project.openProject(path);
   };
   images.setAlone([this](const std::function<void()>& work) {
     const auto running = activity.begin();

@@ -16,7 +16,7 @@ MainForm::MainForm(platform::World services, const platform::TextCodec& codec)
       link(world, lease, model, download, shared),
       conversation(link, optionsRoom, images.state),
       session(conversation, lock, activity, sessionHooks),
-      project(world, codec, registry, model, images, optionsRoom, lock, activity),
+      project({world, codec, registry, model, images, optionsRoom, lock, activity}),
       offlineSession({link, activity, lock, optionsRoom.set(), images.state, images.panel, main.txtDevice}, offline),
       comTool({world, lease, activity, lock, tool, {main.combCommPort, main.imgOpen_sys}}),
       sfrMonitor(world.loop, monitor, model, lock),

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "images/image_room.h"
+#include "options/option_table.h"
 #include "options/options_room.h"
 #include "platform/text.h"
 #include "platform/virtual/plain_codec.h"
@@ -22,7 +23,7 @@ class ProjectBench {
         clock(loop),
         images(world, model, textMsg),
         options(dialogs, optionPanel, model, lock, textMsg, stepFrame),
-        room(world, codec, registry, model, images, options, lock, activity) {
+        room({world, codec, registry, model, images, options, lock, activity}) {
     registry.addAll(txtDevice);
     images.panel.addTo(registry);
     optionPanel.addTo(registry);
@@ -91,7 +92,7 @@ class ProjectBench {
   }
   void save(const std::string& path) {
     dialogs.paths.push_back(path);
-    room.comSaveBatchFile_Click();
+    room.panel.comSaveBatchFile.press();
   }
 
   platform::VirtualLoop loop;
