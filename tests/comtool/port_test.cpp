@@ -5,7 +5,7 @@
 namespace kvr::comtool {
 namespace {
 
-TEST(ToolPort, OpensWithThePagesSettingsAndShowsItOnAllThreePages) {
+TEST(PortArea, OpensWithThePagesSettingsAndShowsItOnAllThreePages) {
   ToolBench b;
   b.panel.com_Debug_COM.userPick(2);
   b.panel.com_Debug_Baud.userPick(8);
@@ -26,7 +26,7 @@ TEST(ToolPort, OpensWithThePagesSettingsAndShowsItOnAllThreePages) {
   EXPECT_FALSE(b.panel.imgOpen[0].on());
 }
 
-TEST(ToolPort, LightsTheMainLampOnlyForTheEnginesOwnPortAndPutsItOutAgain) {
+TEST(PortArea, LightsTheMainLampOnlyForTheEnginesOwnPortAndPutsItOutAgain) {
   ToolBench b;
   b.open();
   EXPECT_TRUE(b.imgOpen_sys.on());
@@ -58,7 +58,7 @@ void expectQuiet(ToolBench& b) {
   EXPECT_FALSE(b.link.opened);
 }
 
-TEST(ToolPort, TellsWhyAPortCannotBeOpenedAndEndsTheAutomaticSends) {
+TEST(PortArea, TellsWhyAPortCannotBeOpenedAndEndsTheAutomaticSends) {
   for (platform::PortError PlayedLink::*refusal : {&PlayedLink::openError, &PlayedLink::settingsError}) {
     ToolBench b;
     sendAutomatically(b);
@@ -76,7 +76,7 @@ TEST(ToolPort, TellsWhyAPortCannotBeOpenedAndEndsTheAutomaticSends) {
   }
 }
 
-TEST(ToolPort, ClosingByHandEndsTheAutomaticSendsAndTheMainLampAlsoTheRun) {
+TEST(PortArea, ClosingByHandEndsTheAutomaticSendsAndTheMainLampAlsoTheRun) {
   for (const bool lamp : {false, true}) {
     ToolBench b;
     int stops = 0;
@@ -92,7 +92,7 @@ TEST(ToolPort, ClosingByHandEndsTheAutomaticSendsAndTheMainLampAlsoTheRun) {
   }
 }
 
-TEST(ToolPort, AnUnpluggedAdapterClosesTheTerminalInWords) {
+TEST(PortArea, AnUnpluggedAdapterClosesTheTerminalInWords) {
   ToolBench b;
   b.open();
   b.panel.comAutoSend.press();
@@ -106,7 +106,7 @@ TEST(ToolPort, AnUnpluggedAdapterClosesTheTerminalInWords) {
   EXPECT_EQ(b.shown(), "kept");
 }
 
-TEST(ToolPort, ANewBaudIsUsedAtOnceWhileOpenAndOpensNothingWhileClosed) {
+TEST(PortArea, ANewBaudIsUsedAtOnceWhileOpenAndOpensNothingWhileClosed) {
   ToolBench b;
   b.panel.com_Debug_Baud.userPick(0);
   EXPECT_EQ(b.link.opens, 0);
@@ -120,7 +120,7 @@ TEST(ToolPort, ANewBaudIsUsedAtOnceWhileOpenAndOpensNothingWhileClosed) {
   EXPECT_EQ(b.link.current, "1200,N,8,1");
 }
 
-TEST(ToolPort, ABaudTypedByHandIsUsedOnceTheTypingRestsAndABadOneIsRefusedInWords) {
+TEST(PortArea, ABaudTypedByHandIsUsedOnceTheTypingRestsAndABadOneIsRefusedInWords) {
   ToolBench b;
   b.open();
   for (const char* text : {"2", "25", "250", "2500", "25000", "250000"}) {
@@ -148,7 +148,7 @@ TEST(ToolPort, ABaudTypedByHandIsUsedOnceTheTypingRestsAndABadOneIsRefusedInWord
   EXPECT_EQ(b.lastMessage(), "The baud rate must be a whole number from 50 to 4000000.");
 }
 
-TEST(ToolPort, TheModemLinesFollowTheirBoxesAtTheOpenAndAfterIt) {
+TEST(PortArea, TheModemLinesFollowTheirBoxesAtTheOpenAndAfterIt) {
   ToolBench b;
   b.panel.che_DTR.userSet(false);
   EXPECT_FALSE(b.link.dtr);
@@ -162,7 +162,7 @@ TEST(ToolPort, TheModemLinesFollowTheirBoxesAtTheOpenAndAfterIt) {
 }
 
 // What a download does: it takes the port, sets its own line, speaks, and gives the port back at its end.
-TEST(ToolPort, ARunTakesThePortInTheMiddleOfRepeatedSendsAndGivesItBack) {
+TEST(PortArea, ARunTakesThePortInTheMiddleOfRepeatedSendsAndGivesItBack) {
   ToolBench b;
   b.panel.texSend.setText("T");
   b.panel.texSendCycle.setText("100");
@@ -193,19 +193,6 @@ TEST(ToolPort, ARunTakesThePortInTheMiddleOfRepeatedSendsAndGivesItBack) {
   b.loop.runFor(Millis(100));
   EXPECT_EQ(b.sentText(), "TTT");
   EXPECT_EQ(b.panel.labSendCount.caption(), "Send counter:3");
-}
-
-TEST(ToolPort, TheOperatorsLockTakesTheOpenAndSendButtonsAway) {
-  ToolBench b;
-  b.lock.set(platform::UiLock::kLocked);
-  EXPECT_FALSE(b.panel.comOpenCOM[2].enabled());
-  EXPECT_FALSE(b.panel.comDebugSend.enabled());
-  EXPECT_FALSE(b.panel.comDebugClear[1].enabled());
-  EXPECT_TRUE(b.panel.comDebugClear[0].enabled());
-  EXPECT_TRUE(b.panel.comDebugHelp[1].enabled());
-  b.lock.set(platform::UiLock::kFree);
-  EXPECT_TRUE(b.panel.comAutoSend.enabled());
-  EXPECT_TRUE(b.panel.comOpenCOM[2].enabled());
 }
 
 }  // namespace

@@ -83,7 +83,9 @@ TEST(Receive, TheDisplayLimitCutsStopsTellsAndKeepsThePaneForTheReader) {
 TEST(Receive, AFullPaneTellsItOnceAlsoWhenTheTextEndsInTheMiddleOfACharacter) {
   ToolBench b;
   b.open();
-  b.arriveAndShow(std::string(ReceiveArea::kDisplayLimit + 1, 'a') + "\xE6\xB8");
+  Bytes flood(ReceiveArea::kDisplayLimit + 1, 'a');
+  flood.insert(flood.end(), {0xE6, 0xB8});
+  b.arriveAndShow(flood);
   b.loop.runFor(Millis(1000));
   EXPECT_EQ(b.dialogs.shown.size(), 1U);
 }

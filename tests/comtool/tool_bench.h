@@ -22,6 +22,13 @@ inline Bytes bytesOf(std::string_view text) {
   return {text.begin(), text.end()};
 }
 
+// The rows that the pane shows.
+inline std::vector<std::string> rowsOf(const PaneText& text) {
+  std::vector<std::string> rows;
+  for (std::size_t i = 0; i < text.rowCount(); ++i) rows.emplace_back(text.row(i).shown());
+  return rows;
+}
+
 class PlayedLink : public platform::SerialLink {
  public:
   explicit PlayedLink(platform::EventLoop& loop) : event_(loop, [this] { receive_(); }) {}

@@ -1,19 +1,27 @@
-// What holds for all bytes, whether they come in as text or are typed as hexadecimal.
-#pragma once
-
-#include <string>
-
+// What the terminal receives, and what is typed into it as hexadecimal.
 #include "comtool/hex_text.h"
 #include "comtool/text_cells.h"
 #include "comtool/text_decoder.h"
 #include "platform/text_codec.h"
-#include "tool_bench.h"
+#include "tests/comtool/tool_bench.h"
+#include "tests/fuzz/targets.h"
 #include "userpath/user_bytes.h"
 
-namespace kvr::comtool {
+namespace kvr::fuzz {
+namespace {
+
+using comtool::bytesOf;
+using comtool::countChars;
+using comtool::hexDump;
+using comtool::HexText;
+using comtool::PaneText;
+using comtool::parseHexText;
+using comtool::rowsOf;
+using comtool::TextDecoder;
+using comtool::ToolBench;
 
 // The rule word by word: two characters are a token, what follows is trimmed, a token is read as a number.
-inline HexText readTokenByToken(std::string text) {
+HexText readTokenByToken(std::string text) {
   if (text.find_first_not_of("0123456789abcdefABCDEF ") != std::string::npos) return {HexText::Fault::BadCharacter, {}};
   const auto trimHead = [&text] { text.erase(0, std::min(text.find_first_not_of(' '), text.size())); };
   HexText result;
@@ -24,13 +32,7 @@ inline HexText readTokenByToken(std::string text) {
   return result.bytes.size() > 4097 ? HexText{HexText::Fault::TooLong, {}} : result;
 }
 
-inline std::vector<std::string> rowsOf(const PaneText& text) {
-  std::vector<std::string> rows;
-  for (std::size_t i = 0; i < text.rowCount(); ++i) rows.emplace_back(text.row(i).shown());
-  return rows;
-}
-
-inline std::string hexFaultOf(const std::string& text) {
+std::string hexFaultOf(const std::string& text) {
   const HexText expected = readTokenByToken(text);
   const HexText parsed = parseHexText(text);
   if (parsed != expected) return "hexadecimal text is read otherwise";
@@ -43,7 +45,7 @@ inline std::string hexFaultOf(const std::string& text) {
 }
 
 // Received in two reads, cut anywhere: the same text, in the same rows.
-inline std::string cutFaultOf(const Bytes& bytes) {
+std::string cutFaultOf(const Bytes& bytes) {
   TextDecoder whole;
   std::string expected = whole.decode(bytes);
   expected += whole.finish();
@@ -68,7 +70,7 @@ inline std::string cutFaultOf(const Bytes& bytes) {
 }
 
 // Typed into the send box as hexadecimal, and coming in as bytes.
-inline std::string toolFaultOf(const Bytes& bytes) {
+std::string toolFaultOf(const Bytes& bytes) {
   ToolBench bench;
   bench.showHex();
   bench.panel.optHexSend[1].userChoose();
@@ -86,11 +88,12 @@ inline std::string toolFaultOf(const Bytes& bytes) {
   return bench.shown() == hexDump(bytes) ? "" : "another dump";
 }
 
-// What is wrong with the way in which the bytes were read; empty when nothing is.
-inline std::string faultOf(const Bytes& bytes) {
-  for (const std::string& fault : {hexFaultOf({bytes.begin(), bytes.end()}), cutFaultOf(bytes), toolFaultOf(bytes)})
+}  // namespace
+
+std::string faultOfTerminal(const Bytes& input) {
+  for (const std::string& fault : {hexFaultOf({input.begin(), input.end()}), cutFaultOf(input), toolFaultOf(input)})
     if (!fault.empty()) return fault;
   return {};
 }
 
-}  // namespace kvr::comtool
+}  // namespace kvr::fuzz
