@@ -26,7 +26,6 @@ class RxRing {
 
   bool empty() const { return read_ == write_; }
   std::size_t size() const { return write_ >= read_ ? write_ - read_ : write_ + kWrap - read_; }
-  std::size_t writeIndex() const { return write_; }
   std::span<const std::uint8_t> buffer() const { return buffer_; }
 
  private:

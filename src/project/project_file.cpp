@@ -16,7 +16,7 @@ constexpr std::string_view kCodeSumKey = "File_Check_Sum";
 constexpr std::string_view kDataSumKey = "Dtat_File_CheckSum";  // spelt like this in every file
 constexpr const char* kUnknownModel = "Can not find the MCU type: ";
 
-// The options in the order in which they stand in a file; each family has its own choice of them.
+// The options in the order in which a file has them; each family has its own choice of them.
 constexpr std::string_view kOptionKeys[] = {
     "Double_speed_YES", "Double_speed_NO", "Interior_Oscillate", "Exterior_Oscillate", "Half_Gain_YES", "Half_Gain_NO",
     "Disregard_P10_P11", "P10_P11_00_Download", "AUX_RAM_Enable_NO", "AUX_RAM_Enable_YES", "Reset_Close_WDT_NO",

@@ -6,7 +6,7 @@ namespace kvr::shell {
 namespace {
 
 constexpr int kSingle = platform::Control::kSingle;
-constexpr int kSpreadRows = 25;
+constexpr int kSpreadRows = static_cast<int>(comtool::ToolPanel::kStrings);
 
 using Kind = SettingKind;
 using Group = SettingGroup;

@@ -12,12 +12,10 @@ namespace {
 TEST(RxRing, KeepsOneSlotFreeAndWrapsAt245000) {
   RxRing ring;
   EXPECT_EQ(ring.put(Bytes(300000, 1)), 244999U);
-  EXPECT_EQ(ring.writeIndex(), 244999U);
   EXPECT_EQ(ring.put(Bytes{2}), 0U);
   EXPECT_EQ(ring.takeAll().size(), 244999U);
   EXPECT_TRUE(ring.empty());
   EXPECT_EQ(ring.put(Bytes{7, 8, 9}), 3U);
-  EXPECT_EQ(ring.writeIndex(), 2U);
   EXPECT_EQ(ring.buffer()[244999], 7);
   EXPECT_EQ(ring.buffer()[0], 8);
   EXPECT_EQ(ring.takeAll(), (Bytes{7, 8, 9}));

@@ -89,7 +89,7 @@ inline std::string faultOf(const Bytes& stream) {
   if (whole.answers != answers) return "three requests for what is owed, and no others";
   if (whole.rows() != rows) return "rows that change in silence";
   whole.monitor.receive(dump(1, counting(256)));
-  if (whole.answers != answers + Bytes{0xFE, 0xAA, 0x50, 0xFA}) return "a good frame behind it is lost";
+  if (whole.answers != answers + Bytes{0xFE, 0xAA, 0x50, 0xFA}) return "a good frame after it is lost";
   return {};
 }
 
