@@ -40,7 +40,8 @@ std::string faultOfHex(const Bytes& input) {
   for (const std::string& line : scan.badLines)
     for (const char c : line)
       if (static_cast<unsigned char>(c) < ' ') return "a control character in a message";
-  if (scan.overlappingBytes == 0 && scan.droppedBytes == 0 && scan.sum != sumOf(scan.layer.bytes)) return "the sum";
+  const bool plain = scan.overlappingBytes == 0 && scan.droppedBytes == 0 && scan.extendedRecords == 0;
+  if (plain && scan.sum != sumOf(scan.layer.bytes)) return "the sum";
   Bytes ended = file;
   if (scan.endRecord) ended.insert(ended.end(), {'\n', ':', '0', '1', '0', '0', '0', '0', '0', '0', 'F', 'F'});
   if (images::scanHex(ended, input[0] * 8, kLimit, kSize).layer.bytes != scan.layer.bytes) return "read past its end";
@@ -59,7 +60,8 @@ std::string faultOfBinary(const Bytes& input) {
   if (!std::equal(file.begin(), file.begin() + fits, scan.layer.bytes.begin() + start)) return "other bytes";
   if (scan.sum != sumOf(scan.layer.bytes)) return "the sum";
   const auto format = images::chooseFormat("x", file);
-  return format.format == images::FileFormat::Hex && file[0] != ':' ? "taken for HEX" : "";
+  const bool colon = std::find(file.begin(), file.end(), ':') != file.end();
+  return format.format == images::FileFormat::Hex && !colon ? "taken for HEX" : "";
 }
 
 }  // namespace kvr::fuzz

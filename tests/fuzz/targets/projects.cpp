@@ -27,8 +27,8 @@ std::string faultOf(const project::ReadProject& read) {
 std::string faultOfProject(const Bytes& input) {
   const auto read = project::readProject(input, platform::PlainCodec());
   if (read.refusal.empty() && read.codeSound && !read.old) {
-    const project::HeaderLine* stated =
-        project::findLine(project::parseProject(input, 1, 1).header, "buffer_check_sum");
+    const project::ProjectText text = project::parseProject(input, 1, 1);
+    const project::HeaderLine* stated = project::findLine(text.header, "buffer_check_sum");
     const auto sum = std::accumulate(read.project.code.begin(), read.project.code.end(), 0);
     if (!stated || platform::wholeOf(stated->value) != sum) return "sound, with another sum than the file states";
   }

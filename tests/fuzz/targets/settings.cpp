@@ -9,11 +9,20 @@ namespace {
 
 using Values = std::map<std::pair<std::string, std::string>, std::string>;
 
-// What a window that starts with the values writes when it saves all of them.
-Values savedAfterStart(const Values& values) {
-  support::FormBench bench;
+void load(support::FormBench& bench, const Values& values) {
   bench.store.values = values;
-  bench.form.load();
+  bench.form.settings.loadMainSettings();
+  bench.form.settings.loadDemoSettings();
+  bench.form.settings.loadToolSettings();
+  bench.form.settings.loadUserCodeSettings();
+  bench.form.settings.startDone();
+}
+
+// What a window that finds the values saves of them. Nothing of an input before is left in it.
+Values savedAfter(support::FormBench& bench, const Values& values) {
+  load(bench, {});
+  load(bench, values);
+  bench.form.saveWindowPlace(bench.form.windowPlace());
   bench.form.settings.saveMainSettings();
   return bench.store.values;
 }
@@ -21,14 +30,15 @@ Values savedAfterStart(const Values& values) {
 }  // namespace
 
 std::string faultOfSettings(const Bytes& input) {
+  static support::FormBench bench;
   Values values;
   std::istringstream lines(textOf(input));
   for (std::string line; std::getline(lines, line);) {
     const std::size_t equals = line.find('=');
     if (equals != std::string::npos) values[{"Settings", line.substr(0, equals)}] = line.substr(equals + 1);
   }
-  const Values once = savedAfterStart(values);
-  return savedAfterStart(once) == once ? "" : "a second start changes what the first one saved";
+  const Values once = savedAfter(bench, values);
+  return savedAfter(bench, once) == once ? "" : "a second start changes what the first one saved";
 }
 
 }  // namespace kvr::fuzz

@@ -44,7 +44,7 @@ std::string hexFaultOf(const std::string& text) {
   return {};
 }
 
-// Received in two reads, cut anywhere: the same text, in the same rows.
+// Received in two reads, cut at up to a hundred places: the same text, in the same rows.
 std::string cutFaultOf(const Bytes& bytes) {
   TextDecoder whole;
   std::string expected = whole.decode(bytes);
@@ -56,7 +56,7 @@ std::string cutFaultOf(const Bytes& bytes) {
   pane.setWidth(20);
   pane.append(expected);
   if (pane.all() != expected || pane.chars() != countChars(expected)) return "the pane holds another text";
-  for (std::size_t cut = 0; cut <= bytes.size(); ++cut) {
+  for (std::size_t cut = 0; cut <= bytes.size(); cut += 1 + bytes.size() / 100) {
     TextDecoder decoder;
     PaneText rows;
     rows.setWidth(20);
