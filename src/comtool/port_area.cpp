@@ -92,6 +92,7 @@ void PortArea::applyLock() {
 
 void PortArea::takePort() {
   if (isOpen()) return;
+  if (panel_.com_Debug_Baud.trimmed().empty()) panel_.com_Debug_Baud.setText(goodBaud_);
   if (!isBaud(panel_.com_Debug_Baud.text())) {
     if (onPortError) onPortError();
     return refuseBaud();

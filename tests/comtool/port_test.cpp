@@ -142,6 +142,10 @@ TEST(PortArea, ABaudTypedByHandIsUsedOnceTheTypingRestsAndABadOneIsRefusedInWord
   }
   EXPECT_EQ(b.link.opens, 2);
   b.panel.comOpenCOM[0].press();
+  b.panel.com_Debug_Baud.userType("");
+  b.open();
+  EXPECT_EQ(b.link.current, "250000,N,8,1") << "an empty box means the last good rate";
+  b.open();
   b.panel.com_Debug_Baud.userType("slow");
   b.open();
   EXPECT_FALSE(b.link.opened);
