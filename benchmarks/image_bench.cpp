@@ -37,7 +37,7 @@ double loadMbPerSecond(images::ImagesBench& bench) {
   for (int round = 0; round < 9; ++round) {
     const auto start = Clock::now();
     int loads = 0;
-    for (; secondsSince(start) < 0.2; ++loads) bench.room.loader.loadImage("/64k.hex", bench.room.state.CodeBuffer);
+    for (; secondsSince(start) < 0.2; ++loads) bench.room.loader.load("/64k.hex", images::ImageKind::Code);
     rates.push_back(static_cast<double>(loads) * static_cast<double>(text.size()) / secondsSince(start) / 1e6);
   }
   return bench::median(rates);

@@ -9,10 +9,11 @@ namespace {
 OptionBytes factoryOptions(const McuRecord& row) {
   OptionBytes options;
   options.fill(0xFF);
-  if (row.family == 0) options[0] = 0x40;
-  if (row.family == 2 || kvr::catalogue::isLateFamily(row.family)) options[1] = 253;
-  if (row.family >= 3 && row.family <= 6) options[8] = 247;
-  if (kvr::catalogue::familyClassOf(row.family) == 4) options[3] = 88, options[4] = 128;
+  const int family = familyOf(row);
+  if (family == 0) options[0] = 0x40;
+  if (family == 2 || isLateFirst(family)) options[1] = 253;
+  if (family >= 3 && family <= 6) options[8] = 247;
+  if (keepsAllOptions(family)) options[3] = 88, options[4] = 128;
   return options;
 }
 
@@ -24,7 +25,8 @@ std::string_view nameOf(ChipState state) {
 }
 
 std::int64_t bootStartOf(const McuRecord& row, int reservedCode) {
-  if (row.family != 1 && row.family != 2 && !kvr::catalogue::isLateFamily(row.family)) return row.bootStart;
+  const int family = familyOf(row);
+  if (family != 1 && family != 2 && !isLateFirst(family)) return row.bootStart;
   const bool big = row.name == "Cedar-L50D" || row.name == "Cedar-H50D";
   const int reserved = big ? 2048 : 1024 + 512 * reservedCode;
   return row.bootEnd + 1 - reserved;
@@ -41,7 +43,7 @@ Chip::Chip(ChipConfig config)
       oscillator_(config_.rc, config_.seed),
       reader_(config_.row->frame2 ? FrameCheck::sum16 : FrameCheck::sum8, config_.times.frameGap) {
   if (config_.faults.oldFirmware) firmware_ = letter_ <= 'C' ? 0x39 : 0x49;
-  if (config_.faults.wrongModelCode && row().family == 0) letter_ = 'C';
+  if (config_.faults.wrongModelCode && family() == 0) letter_ = 'C';
   bootCode_ = options_[3];
   bootFine_ = options_[4];
   for (int i = 0; i < 7; ++i) factoryId_.push_back(filler());
@@ -55,7 +57,7 @@ std::uint8_t Chip::filler() {
 }
 
 bool Chip::isFamily(std::initializer_list<int> families) const {
-  return std::find(families.begin(), families.end(), row().family) != families.end();
+  return std::find(families.begin(), families.end(), family()) != families.end();
 }
 
 // --- Time and power ---

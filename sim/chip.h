@@ -148,6 +148,7 @@ class Chip : public Device {
   void judgePulseCount(Micros at);
   int measuredCount(int code, int fine);
 
+  int family() const { return familyOf(row()); }
   bool isFamily(std::initializer_list<int> families) const;
   bool firstGenerationDivider() const { return isFamily({0, 1, 2, 11, 12, 13}); }
   bool pulseFamily() const { return isFamily({15, 16, 17}); }

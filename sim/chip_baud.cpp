@@ -34,7 +34,7 @@ int waitClass(int family, double clockHz) {
   };
   if (family == 0) return 128;
   if (family == 1) return pick({{4, 131}, {14, 130}, {29, 129}});
-  if (family == 2 || kvr::catalogue::isLateFamily(family)) return pick({{5, 131}, {10, 130}, {19, 129}});
+  if (family == 2 || isLateFirst(family)) return pick({{5, 131}, {10, 130}, {19, 129}});
   return pick({{1, 135}, {2, 134}, {3, 133}, {6, 132}, {12, 131}, {20, 130}, {24, 129}});
 }
 
@@ -72,7 +72,7 @@ std::optional<Line> Chip::lineFor(int high, int low) const {
 
 Micros Chip::baudDelay(bool test) const {
   if (fixedLink_) return config_.times.turnaround;
-  if (row().family == 1) return config_.times.firstGenerationReply;
+  if (family() == 1) return config_.times.firstGenerationReply;
   return test ? config_.times.testReply : config_.times.changeReply;
 }
 
@@ -80,8 +80,7 @@ Micros Chip::baudDelay(bool test) const {
 std::pair<int, int> Chip::waitClassRange() const {
   const bool halved = letter_ == 'A' && (options_[0] & 8);
   const double clock = halved ? sessionClock_ / 2 : sessionClock_;
-  return {waitClass(row().family, clock * (1 + kClockTolerance)),
-          waitClass(row().family, clock * (1 - kClockTolerance))};
+  return {waitClass(family(), clock * (1 + kClockTolerance)), waitClass(family(), clock * (1 - kClockTolerance))};
 }
 
 void Chip::checkTimes(Micros at, std::span<const std::uint8_t> p, bool test) {
@@ -93,7 +92,7 @@ void Chip::checkTimes(Micros at, std::span<const std::uint8_t> p, bool test) {
     judge(p[4] >= (fewest & 255) || fewest > 255, at, "fixed link: time byte too small" + paramText(p));
     judge(p[4] <= most, at, "fixed link: time byte too large" + paramText(p));
   } else {
-    const int settle = settleFor(row().family, firstLine_.baud, test);
+    const int settle = settleFor(family(), firstLine_.baud, test);
     const bool single = p[4] == settle, twofold = p[4] == ((2 * settle) & 255);
     judge(sessionClock_ > 68e6 * (1 + kClockTolerance)   ? twofold
           : sessionClock_ < 68e6 * (1 - kClockTolerance) ? single

@@ -8,12 +8,11 @@
 #include <string_view>
 #include <vector>
 
-#include "catalogue/mcu_record.h"
 #include "sim/device.h"
+#include "sim/families.h"
 
 namespace sim {
 
-using kvr::catalogue::McuRecord;
 using OptionBytes = std::array<std::uint8_t, 16>;
 
 // How long the chip takes over what it does. All of it is told in the chip's journal, so a test can work out the

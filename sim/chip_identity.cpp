@@ -25,14 +25,14 @@ void place(Bytes& payload, int index, const OptionBytes& options, std::initializ
 char usualLetter(const McuRecord& row) {
   constexpr std::string_view kLetters = "ABCDEGHIJKLMNO?QRSZ";
   const bool bigFir =
-      row.family == 4 && row.name.find("Series") == std::string_view::npos && row.apEnd + 2 >= 16 * 1024;
-  return bigFir ? 'F' : kLetters[static_cast<std::size_t>(row.family)];
+      familyOf(row) == 4 && row.name.find("Series") == std::string_view::npos && row.apEnd + 2 >= 16 * 1024;
+  return bigFir ? 'F' : kLetters[static_cast<std::size_t>(familyOf(row))];
 }
 
 int usualFirmware(const McuRecord& row) {
   constexpr int kVersions[] = {0x43, 0x43, 0x48, 0x56, 0x58, 0x59, 0x59, 0x63, 0x64, 0x65,
                                0x65, 0x63, 0x64, 0x64, 0x00, 0x66, 0x66, 0x65, 0x62};
-  return kVersions[row.family];
+  return kVersions[familyOf(row)];
 }
 
 ChipConfig configFor(const McuRecord& row, double clockHz, std::uint64_t seed) {
@@ -58,7 +58,7 @@ std::string Chip::reportedCode() const {
 }
 
 void Chip::placeReportedOptions(Bytes& payload) const {
-  if (kvr::catalogue::familyClassOf(row().family) == 4) {
+  if (keepsAllOptions(family())) {
     place(payload, 26, options_, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15});
   } else if (letter_ >= 'I') {
     place(payload, 26, options_, {0, 1, 2, 3, 8, 9});
@@ -111,8 +111,8 @@ Bytes Chip::optionsPayload() {
   std::generate(payload.begin(), payload.end(), [this] { return filler(); });
   at(payload, 11) = static_cast<std::uint8_t>(firmware_);
   at(payload, 12) = static_cast<std::uint8_t>(letter_);
-  const int family = row().family;
-  if (kvr::catalogue::familyClassOf(family) == 4) {
+  const int family = this->family();
+  if (keepsAllOptions(family)) {
     place(payload, 13, options_, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15});
   } else if (family == 18) {
     place(payload, 13, options_, {0, 3, 4, 8, 10, 11});

@@ -29,12 +29,12 @@ bool Chip::takePathB(Micros at, std::span<const std::uint8_t> p, OptionBytes& wa
 
 bool Chip::takePathC(Micros at, const HostFrame& frame, OptionBytes& wanted) {
   const auto p = frame.payload(row().frame2);
-  if (row().family >= 7) {
+  if (family() >= 7) {
     std::copy_n(p.begin(), 16, wanted.begin());
     checkClock(at, p.subspan(16, 4));
     return true;
   }
-  const bool hazel = row().family == 6;
+  const bool hazel = family() == 6;
   const auto all = p.subspan(9, 16);
   judge(p[0] == all[2] && p[1] == all[3] && p[2] == all[8] && p[3] == all[10] && p[4] == all[hazel ? 0 : 11], at,
         "options: the two lists differ");
@@ -66,7 +66,7 @@ bool Chip::takePathD(Micros at, std::span<const std::uint8_t> p, OptionBytes& wa
 
 bool Chip::takeOptions(Micros at, const HostFrame& frame, OptionBytes& wanted) {
   const auto p = frame.payload(row().frame2);
-  const int family = row().family;
+  const int family = this->family();
   if (family == 0 && p.size() == 1) {
     judge((p[0] & 0xF7) == 64 || (p[0] & 0xF7) == 32, at, "options: byte " + std::to_string(p[0]));
     wanted[0] = p[0];
@@ -82,7 +82,7 @@ bool Chip::takeOptions(Micros at, const HostFrame& frame, OptionBytes& wanted) {
 
 void Chip::onOptions(Micros at, const HostFrame& frame) {
   OptionBytes wanted = options_;
-  judge(!row().topBlockFree && row().family != 1, at, "options to a chip that takes none");
+  judge(!row().topBlockFree && family() != 1, at, "options to a chip that takes none");
   judgeFair(row().extSession ? finished_ : programming_, at, "options before the end of programming");
   finished_ = true;  // once excused, the repeats are
   if (!takeOptions(at, frame, wanted)) return;

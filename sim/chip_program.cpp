@@ -63,7 +63,7 @@ bool Chip::checkData(Micros at, const HostFrame& frame) {
   const std::int64_t address = number(p.first(4)), count = number(p.subspan(4, 2));
   if (count + 6 != static_cast<std::int64_t>(p.size())) return wrong("count " + std::to_string(count));
   if (address + count > bootStart()) return wrong("into the boot block, at " + std::to_string(address));
-  const int unit = kvr::catalogue::blockSizeOf(row().family);
+  const int unit = flashUnitOf(family());
   const int largest = rcFamily() && !fixedLink_ ? 64 : 128;
   judge(count <= largest, at, "data frame: " + std::to_string(count) + " bytes");
   judge(address / unit == (address + count - 1) / unit, at,
@@ -96,7 +96,7 @@ void Chip::onData(Micros at, const HostFrame& frame) {
   const auto p = frame.payload(row().frame2);
   const std::int64_t address = number(p.first(4));
   const auto data = p.subspan(6);
-  const int unit = kvr::catalogue::blockSizeOf(row().family);
+  const int unit = flashUnitOf(family());
   const int block = static_cast<int>(address / unit);
   if (frame.command() == 0x30 || block != lastBlock_) blockStart_ = address;
   lastBlock_ = block;

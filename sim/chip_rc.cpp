@@ -88,7 +88,7 @@ void Chip::onMeasure(Micros at, const HostFrame& frame) {
   judge(std::equal(statusTail_.begin(), statusTail_.end(), p.begin()), at, "measure: status tail");
   judge(p[7] == 0xFF && p[9] == 0xFF, at, "measure: fixed bytes");
   judge(offers(first ? pacing.delayFirst : pacing.delaySecond, p[8]), at, "measure: delay " + std::to_string(p[8]));
-  judge(first ? firstRoundIsSound(row().family, records) : secondRoundIsSound(records), at, "measure: points");
+  judge(first ? firstRoundIsSound(family(), records) : secondRoundIsSound(records), at, "measure: points");
   measuring_.clear();
   for (std::size_t i = 0; i < count; ++i) {
     judge(records[4 * i + 2] == 2 && records[4 * i + 3] == 0, at, "measure: point " + std::to_string(i));

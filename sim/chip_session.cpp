@@ -51,7 +51,7 @@ void Chip::checkGeneric(Micros at, const HostFrame& frame, int argument, bool id
   const std::string code = reportedCode();
   const int high = hexDigit(code[0]) * 16 + hexDigit(code[1]);
   const int low = code.size() == 4 ? hexDigit(code[2]) * 16 + hexDigit(code[3]) : 0xFF;
-  judge(p[0] == row().family, at, name + ": family " + std::to_string(p[0]));
+  judge(p[0] == family(), at, name + ": family " + std::to_string(p[0]));
   judge(p[4] == high && p[5] == low, at, name + ": model code");
 }
 

@@ -1,7 +1,7 @@
 // The contents of the model picker: series in the order people look for them, their models below.
 #pragma once
 
-#include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -13,9 +13,9 @@ namespace kvr::catalogue {
 inline constexpr std::string_view kSeriesKeyPrefix = "Family";
 
 struct SeriesNode {
-  int family = 0;
-  std::string_view key;                  // such as "FamilyIvy"
-  std::string_view label;                // such as "Ivy series"
+  Family family = Family::Alder;
+  std::string key;                       // such as "FamilyIvy"
+  std::string label;                     // such as "Ivy series"
   std::vector<const McuRecord*> models;  // the listed rows in table order; a model's name is both its key and its text
 };
 

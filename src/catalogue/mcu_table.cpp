@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 
+#include "catalogue/family_rows.h"
 #include "catalogue/mcu_record.h"
 #include "catalogue/rows_alder_to_cedar.h"
 #include "catalogue/rows_elm_fir.h"
@@ -48,8 +49,12 @@ constexpr auto kByName = [] {
   return entries;
 }();
 
+constexpr CodeLookup lookupOf(const McuRecord& record) {
+  return rows::kFamilies[rows::placeOf(record.family)].codes;
+}
+
 constexpr bool foundByFourDigits(const McuRecord& record) {
-  return record.family >= 2;
+  return lookupOf(record) == CodeLookup::FourDigits;
 }
 
 constexpr std::size_t kCodeCount = [] {
@@ -96,8 +101,9 @@ const McuRecord* findByName(std::string_view name) {
 const McuRecord* findModelByCode(std::string_view code) {
   code = withoutBlanks(code);
   if (code.size() != 2) return firstOf(kByCode, code);
-  const auto found =
-      std::find_if(kRows.begin(), kRows.end(), [&](const McuRecord& r) { return r.family == 1 && r.code == code; });
+  const auto found = std::find_if(kRows.begin(), kRows.end(), [&](const McuRecord& r) {
+    return lookupOf(r) == CodeLookup::TwoDigits && r.code == code;
+  });
   return found != kRows.end() ? &*found : nullptr;
 }
 

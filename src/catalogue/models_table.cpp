@@ -11,8 +11,8 @@ constexpr std::string_view kHeader =
     "extSession\tparityUsed\tparityEven\tframe2\tnoOptions\ttopBlockFree\tnoDataFile\n";
 
 std::string line(const McuRecord& r) {
-  std::string text = std::to_string(r.family) + '\t' + std::to_string(r.row);
-  for (const std::string_view cell : {seriesName(r.family), r.code, r.altCode, r.name}) text.append("\t").append(cell);
+  std::string text = std::to_string(numberOf(r.family)) + '\t' + std::to_string(r.row);
+  for (const std::string_view cell : {traitsOf(r).name, r.code, r.altCode, r.name}) text.append("\t").append(cell);
   for (const int cell : {r.apStart, r.apEnd, r.dataStart, r.dataEnd, r.bootStart, r.bootEnd}) {
     text.append("\t").append(std::to_string(cell));
   }

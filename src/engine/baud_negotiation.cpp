@@ -25,7 +25,7 @@ bool BaudNegotiation::searchAndChange(std::string& baudOut) {
   const auto choice = findCandidate();
   if (c_.stopped()) return false;
   if (!choice) return failed();
-  const BaudParameters parameters = baudParameters(c_.family(), *choice);
+  const BaudParameters parameters = baudParameters(c_.traits(), *choice);
   c_.link.clearReceiveState();
   c_.link.delayMs(Millis(50));
   const bool changed = changeThreeTimes(*choice);
@@ -45,7 +45,7 @@ std::optional<BaudChoice> BaudNegotiation::findCandidate() {
   const double maxBaud = platform::valueOf(c_.link.maxBaudText());
   int row = 100;
   for (int tries = 1; tries <= kCandidates && row > 0; ++tries) {
-    if (const auto found = calculateBaud(c_.family(), c_.target.targetClockHz, row, maxBaud)) {
+    if (const auto found = calculateBaud(c_.traits(), c_.target.targetClockHz, row, maxBaud)) {
       choice = *found;
       row = found->row;
     } else {
@@ -62,7 +62,7 @@ std::optional<BaudChoice> BaudNegotiation::findCandidate() {
 }
 
 bool BaudNegotiation::testThreeTimes(const BaudChoice& choice) {
-  const BaudParameters parameters = baudParameters(c_.family(), choice);
+  const BaudParameters parameters = baudParameters(c_.traits(), choice);
   for (int i = 0; i < kAttempts && !c_.link.stopRequested; ++i) {
     c_.link.delayMs(Millis(50));
     if (test_new_baud(choice.baud, parameters)) return true;
@@ -71,7 +71,7 @@ bool BaudNegotiation::testThreeTimes(const BaudChoice& choice) {
 }
 
 bool BaudNegotiation::changeThreeTimes(const BaudChoice& choice) {
-  const BaudParameters parameters = baudParameters(c_.family(), choice);
+  const BaudParameters parameters = baudParameters(c_.traits(), choice);
   for (int i = 0; i < kAttempts && !c_.link.stopRequested; ++i) {
     c_.link.delayMs(Millis(50));
     if (set_new_baud(choice.baud, parameters)) return true;
@@ -85,10 +85,10 @@ Bytes BaudNegotiation::baudFrame(BaudFrame kind, int baud, BaudParameters parame
   const bool fixed = c_.link.panel().cheTL.value();
   const int twice = (256 - parameters.low) * 2;
   const std::uint8_t settle = test && fixed ? fixedLinkTime(c_.target.doubleSpeed ? clock / 2 : clock)
-                                            : settleCount(c_.family(), c_.link.connectBaud(), kind, baud, clock);
+                                            : settleCount(c_.traits().pace, c_.link.connectBaud(), kind, baud, clock);
   Bytes payload = {parameters.high, parameters.low, 0xFF,
                    static_cast<std::uint8_t>(twice > 254 ? (test ? 254 : 255) : twice), settle};
-  if (test) payload.push_back(static_cast<std::uint8_t>(waitClass(c_.family(), clock, c_.target.doubleSpeed)));
+  if (test) payload.push_back(static_cast<std::uint8_t>(waitClass(c_.traits(), clock, c_.target.doubleSpeed)));
   return buildFrame(test ? 0x8F : 0x8E, payload, sumFormOf(c_.record()));
 }
 
@@ -108,7 +108,7 @@ bool BaudNegotiation::test_new_baud(int baud, BaudParameters parameters) {
   link.rx.armed = true;
   link.rx.clear();
   link.write(baudFrame(BaudFrame::Test, baud, parameters));
-  link.delayMs(Millis(switchDelayMs(c_.family(), link.connectBaud(), BaudFrame::Test)));
+  link.delayMs(Millis(switchDelayMs(c_.traits().pace, link.connectBaud(), BaudFrame::Test)));
   const bool switches = switchesSpeed() && !link.panel().cheTL.value();
   const std::string firstContact = link.lease().link().settings();
   if (!switches || goTo(baud)) (void)link.waitFrame(Millis(answerLimitMs(BaudFrame::Test, baud)));
@@ -120,7 +120,7 @@ bool BaudNegotiation::set_new_baud(int baud, BaudParameters parameters) {
   TargetLink& link = c_.link;
   link.rx.clear();
   link.write(baudFrame(BaudFrame::Change, baud, parameters));
-  link.delayMs(Millis(switchDelayMs(c_.family(), link.connectBaud(), BaudFrame::Change)));
+  link.delayMs(Millis(switchDelayMs(c_.traits().pace, link.connectBaud(), BaudFrame::Change)));
   if (switchesSpeed()) (void)goTo(baud);
   (void)link.waitFrame(Millis(answerLimitMs(BaudFrame::Change, baud)));
   return link.rx.frameOk;

@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <span>
 
-#include "engine/family_rules.h"
 #include "platform/text.h"
 
 namespace kvr::engine {
+
+using catalogue::BaudPace;
+using catalogue::WaitRules;
+
 namespace {
 
 struct Variant {
@@ -44,12 +47,31 @@ struct UpTo {
   int value;
 };
 
+std::span<const UpTo> boundsOf(WaitRules rules) {
+  static constexpr std::array<UpTo, 3> kBirch = {{{4, 131}, {14, 130}, {29, 129}}};
+  static constexpr std::array<UpTo, 3> kCedar = {{{5, 131}, {10, 130}, {19, 129}}};
+  static constexpr std::array<UpTo, 7> kLaterRules = {
+      {{1, 135}, {2, 134}, {3, 133}, {6, 132}, {12, 131}, {20, 130}, {24, 129}}};
+  switch (rules) {
+    case WaitRules::Birch:
+      return kBirch;
+    case WaitRules::Cedar:
+      return kCedar;
+    case WaitRules::Later:
+      return kLaterRules;
+    case WaitRules::Fixed:
+      break;
+  }
+  return {};
+}
+
 }  // namespace
 
-std::optional<BaudChoice> calculateBaud(int family, double clockHz, int fromRow, double maxBaud) {
+std::optional<BaudChoice> calculateBaud(const catalogue::FamilyTraits& traits, double clockHz, int fromRow,
+                                        double maxBaud) {
   const double clock = static_cast<double>(platform::roundEven(clockHz));
   if (fromRow <= 0 || clock <= 0) return std::nullopt;
-  const bool timer = usesTimerReload(family);
+  const bool timer = traits.usesTimer();
   const std::span<const Variant> variants = timer ? std::span(&kTimer, 1) : std::span(kLater);
   for (int row = std::min(fromRow, 11); row >= 0; --row) {
     const int rate = kBaudRows[static_cast<std::size_t>(row)];
@@ -62,29 +84,22 @@ std::optional<BaudChoice> calculateBaud(int family, double clockHz, int fromRow,
   return std::nullopt;
 }
 
-BaudParameters baudParameters(int family, const BaudChoice& choice) {
+BaudParameters baudParameters(const catalogue::FamilyTraits& traits, const BaudChoice& choice) {
   if (choice.reload < 0) return {0, 1};
   const int value = 65536 - choice.reload;
   const auto low = static_cast<std::uint8_t>(value);
-  if (!usesTimerReload(family)) return {static_cast<std::uint8_t>(choice.mode), low};
+  if (!traits.usesTimer()) return {static_cast<std::uint8_t>(choice.mode), low};
   return {static_cast<std::uint8_t>(value >> 8), low};
 }
 
-int waitClass(int family, double clockHz, bool doubleSpeed) {
-  static constexpr std::array<UpTo, 3> kBirch = {{{4, 131}, {14, 130}, {29, 129}}};
-  static constexpr std::array<UpTo, 3> kCedar = {{{5, 131}, {10, 130}, {19, 129}}};
-  static constexpr std::array<UpTo, 7> kLaterRules = {
-      {{1, 135}, {2, 134}, {3, 133}, {6, 132}, {12, 131}, {20, 130}, {24, 129}}};
+int waitClass(const catalogue::FamilyTraits& traits, double clockHz, bool doubleSpeed) {
   const auto megahertz = platform::floorOf((doubleSpeed ? clockHz / 2 : clockHz) / 1000000 + 0.5);
-  std::span<const UpTo> rules;
-  if (family == 1) rules = kBirch;
-  if (isCedarLike(family)) rules = kCedar;
-  if (!usesTimerReload(family)) rules = kLaterRules;
-  const auto hit = std::find_if(rules.begin(), rules.end(), [&](const UpTo& r) { return megahertz <= r.megahertz; });
-  return hit == rules.end() ? 128 : hit->value;
+  const auto bounds = boundsOf(traits.waits);
+  const auto hit = std::find_if(bounds.begin(), bounds.end(), [&](const UpTo& b) { return megahertz <= b.megahertz; });
+  return hit == bounds.end() ? 128 : hit->value;
 }
 
-std::uint8_t settleCount(int family, int connectBaud, BaudFrame frame, double rate, double clockHz) {
+std::uint8_t settleCount(catalogue::BaudPace pace, int connectBaud, BaudFrame frame, double rate, double clockHz) {
   struct Bound {
     int baud, birchTest, birchChange, others;
   };
@@ -93,7 +108,9 @@ std::uint8_t settleCount(int family, int connectBaud, BaudFrame frame, double ra
   Bound bound = {0, 255, 255, 200};
   for (const Bound& row : kBounds)
     if (row.baud == connectBaud) bound = row;
-  const int least = family != 1 ? bound.others : frame == BaudFrame::Test ? bound.birchTest : bound.birchChange;
+  const int least = pace == BaudPace::Usual    ? bound.others
+                    : frame == BaudFrame::Test ? bound.birchTest
+                                               : bound.birchChange;
   std::int64_t settle = std::max<std::int64_t>(platform::roundEven(40 - 0.002 * rate), least);
   if (clockHz > 68000000) settle *= 2;
   return static_cast<std::uint8_t>(settle);
@@ -109,7 +126,7 @@ std::uint8_t fixedLinkTime(double clockHz) {
   return clockHz < 22200000 ? 3 : 2;
 }
 
-int switchDelayMs(int family, int connectBaud, BaudFrame frame) {
+int switchDelayMs(catalogue::BaudPace pace, int connectBaud, BaudFrame frame) {
   struct Delay {
     int baud, birchTest, test, change;
   };
@@ -118,8 +135,8 @@ int switchDelayMs(int family, int connectBaud, BaudFrame frame) {
   Delay delay = {0, 30, 150, 120};
   for (const Delay& row : kDelays)
     if (row.baud == connectBaud) delay = row;
-  if (frame == BaudFrame::Change) return family == 1 ? 20 : delay.change;
-  return family == 1 ? delay.birchTest : delay.test;
+  if (frame == BaudFrame::Change) return pace == BaudPace::Birch ? 20 : delay.change;
+  return pace == BaudPace::Birch ? delay.birchTest : delay.test;
 }
 
 int answerLimitMs(BaudFrame frame, double rate) {

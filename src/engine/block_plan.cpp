@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <string>
 
-#include "engine/family_rules.h"
 #include "platform/text.h"
 
 namespace kvr::engine {
@@ -24,7 +23,8 @@ SendPlan wholeCode(const images::ImageBuffer& code, SendRange range) {
   return {.bytes = {bytes.begin(), bytes.end()}, .ranges = {range}};
 }
 
-SendPlan codeAlone(const catalogue::McuRecord& selected, double version, const images::ImageBuffer& code) {
+SendPlan codeAlone(const catalogue::McuRecord& selected, catalogue::FirmwareVersion version,
+                   const images::ImageBuffer& code) {
   const std::int32_t limit = codeLimit(selected, version);
   const std::int32_t last = std::min(std::max(code.rangeEnd, kLowestCodeEnd), limit);
   const std::int32_t first = std::min(std::max(code.rangeStart, 0), limit);
@@ -43,21 +43,17 @@ SendPlan codeAndData(const catalogue::McuRecord& selected, const images::ImageBu
 
 }  // namespace
 
-std::int32_t codeLimit(const catalogue::McuRecord& selected, double version) {
-  const int family = selected.family;
-  if (version <= 5.0) return family == 3 ? 0x13FF : 0x2FFF;
-  if (family == 3) return 0x5DFF;
-  if (family == 4) return selected.apEnd >= 0x3C00 ? 0x6FFF : 0x5DFF;
-  if (family == 5) return selected.topBlockFree ? 0x77FF : 0x6FFF;
-  if (family == 7 || family == 10) return selected.topBlockFree ? 0xF7FF : 0xF3FF;
-  if (family == 8 || family == 17) return selected.topBlockFree ? 0x37FF : 0x33FF;
-  return selected.topBlockFree ? 0x17FF : 0x13FF;
+std::int32_t codeLimit(const catalogue::McuRecord& selected, catalogue::FirmwareVersion version) {
+  const catalogue::FamilyTraits& traits = traitsOf(selected);
+  return (version <= catalogue::FirmwareVersion{5, 0} ? traits.oldCode : sizeFor(selected, traits.code)) - 1;
 }
 
-SendPlan planSends(const catalogue::McuRecord& selected, double version, int blockSize, int frameSize,
-                   const images::ImageBuffer& code, const images::ImageBuffer& eeprom) {
-  if (usesTimerReload(selected.family)) return wholeCode(code, {blockSize > frameSize, code.rangeStart, code.rangeEnd});
-  if (selected.family == 18)
+SendPlan planSends(const catalogue::McuRecord& selected, catalogue::FirmwareVersion version, int blockSize,
+                   int frameSize, const images::ImageBuffer& code, const images::ImageBuffer& eeprom) {
+  const auto shape = traitsOf(selected).sends;
+  if (shape == catalogue::SendShape::WholeImage)
+    return wholeCode(code, {blockSize > frameSize, code.rangeStart, code.rangeEnd});
+  if (shape == catalogue::SendShape::UpToDataEnd)
     return wholeCode(code, {true, std::max(code.rangeStart, 0), std::min(code.rangeEnd, selected.dataEnd)});
   if (!eeprom.loaded) return codeAlone(selected, version, code);
   if (eeprom.rangeEnd > 0) return codeAndData(selected, code, eeprom);

@@ -28,11 +28,11 @@ struct SendPlan {
     return address >= 0 && address < std::ssize(bytes) ? bytes[static_cast<std::size_t>(address)] : std::uint8_t{0};
   }
 };
-SendPlan planSends(const catalogue::McuRecord& selected, double firmwareVersion, int blockSize, int frameSize,
-                   const images::ImageBuffer& code, const images::ImageBuffer& eeprom);
+SendPlan planSends(const catalogue::McuRecord& selected, catalogue::FirmwareVersion version, int blockSize,
+                   int frameSize, const images::ImageBuffer& code, const images::ImageBuffer& eeprom);
 
 // The highest address that a lone code image may reach.
-std::int32_t codeLimit(const catalogue::McuRecord& selected, double firmwareVersion);
+std::int32_t codeLimit(const catalogue::McuRecord& selected, catalogue::FirmwareVersion version);
 
 // The block-rounded end of a range; at least 27Fh.
 std::int32_t roundedEnd(std::int32_t last, int blockSize);
@@ -40,7 +40,7 @@ std::int32_t roundedEnd(std::int32_t last, int blockSize);
 // The blocks of a range, in rising order: each from its start (the first one may be partial) to its last address.
 std::vector<AddressRange> blocksOf(std::int32_t first, std::int32_t workingEnd, int blockSize);
 
-// The frames of a block. Behind a first address that is no multiple of the frame size the frames start on multiples, so
+// The frames of a block. After a first address that is no multiple of the frame size the frames start on multiples, so
 // the second one repeats some of the first one's bytes.
 struct FrameSpan {
   std::int32_t first = 0;
@@ -54,7 +54,7 @@ struct ProgressScale {
   int minimum = 0;
   int maximum = 0;
   bool by256 = false;
-  int valueAt(std::int32_t end) const;  // `end`: address behind the last block that went through
+  int valueAt(std::int32_t end) const;  // `end`: address after the last block that went through
   bool operator==(const ProgressScale&) const = default;
 };
 ProgressScale progressScale(std::int32_t first, std::int32_t last);

@@ -29,11 +29,10 @@ bool BlockWriter::programRange(const SendPlan& plan, SendRange range) {
 
 // The firmwares of these models keep more of the flash's top than their rows say.
 std::int32_t BlockWriter::limitByFirmware(std::int32_t end) {
-  const std::string& name = c_.target.targetModelName;
-  if (name != "Birch-LFCA" && name != "Birch-LFCZ" && c_.family() != 2) return end;
   TargetInfo& target = c_.target;
-  if (c_.family() != 0 && !target.reservedKnown)
-    target.reservedBytes = reservedFromVersion(target.version10(), target.reservedBytes);
+  if (!target.quirks().firmwareKeepsTop && !c_.traits().firmwareKeepsTop) return end;
+  if (c_.traits().tellsSize && !target.reservedKnown)
+    target.reservedBytes = reservedFromVersion(target.firmware, target.reservedBytes);
   const std::int32_t bound = c_.record().dataEnd + 1024 - target.reservedBytes;
   if (target.reservedBytes <= 1024 || !format_.limitsByFirmware() || end <= bound) return end;
   const std::string kilobytes = std::to_string((bound + 511) / 1024);

@@ -30,11 +30,10 @@ bool Conversation::stopped() {
 
 void Conversation::reportTarget(std::uint8_t status11, std::uint8_t status12, std::uint8_t status13) {
   const options::TargetReport report =
-      options::describeTarget({.selectedFamily = family(),
-                               .reservedKnown = target.reservedKnown,
+      options::describeTarget({.sizeUntold = traits().tellsSize && !target.reservedKnown,
                                .modelName = target.targetModelName,
-                               .versionText = target.firmwareVersionText,
-                               .letter = target.steppingLetter.empty() ? '\0' : target.steppingLetter.front(),
+                               .firmware = target.firmware,
+                               .stepping = target.stepping,
                                .reported = options.reported,
                                .status11 = status11,
                                .status12 = status12,

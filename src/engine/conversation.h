@@ -48,7 +48,7 @@ class Conversation {
   std::optional<options::RcTrim> trim;  // the measured pair, once there is one
 
   const catalogue::McuRecord& record() const { return model.record; }
-  int family() const { return model.record.family; }
+  const catalogue::FamilyTraits& traits() const { return model.traits(); }
   std::span<const std::uint8_t> rx() const { return link.rx.buffer; }
 
   void stampStart() { run.startMark = link.world().loop.now(); }

@@ -40,7 +40,7 @@ Bytes buildGenericFrame(const catalogue::McuRecord& record, std::uint8_t command
                         std::string_view reportedCode, SumForm form) {
   const CodeBytes code = codeBytesOf(record, reportedCode);
   const std::array<std::uint8_t, 6> payload = {
-      static_cast<std::uint8_t>(record.family), argument, 0x36, 0x01, code.high, code.low};
+      static_cast<std::uint8_t>(numberOf(record.family)), argument, 0x36, 0x01, code.high, code.low};
   return buildFrame(command, payload, form);
 }
 

@@ -2,7 +2,6 @@
 
 #include <array>
 
-#include "engine/family_rules.h"
 #include "engine/status_frame.h"
 #include "platform/text.h"
 
@@ -73,7 +72,7 @@ bool Handshake::openPort() {
 // False: stopped. Without an answer the loops behind it never end.
 bool Handshake::firstContact() {
   TargetLink& link = c_.link;
-  if (c_.model.pulseSync == 4) {
+  if (c_.traits().pulses()) {
     rc_.pulseSyncFirst();
   } else if (link.panel().cheTL.value()) {
     fixedLinkSync();
@@ -120,7 +119,7 @@ void Handshake::readClock() {
   target.modelCodeKnown = false;
   target.doubleSpeed = false;
   target.targetClockHz = target.fixedBaudLink ? clockFromFixedLink(c_.rx())
-                                              : clockFromStatus(c_.rx(), c_.link.connectBaud(), c_.model.dualClock);
+                                              : clockFromStatus(c_.rx(), c_.link.connectBaud(), c_.traits().pulses());
 }
 
 // The row that the chip's code or its extended code names.
@@ -146,13 +145,13 @@ const catalogue::McuRecord* Handshake::lookUp() {
 void Handshake::readIdentity() {
   TargetInfo& target = c_.target;
   const catalogue::McuRecord* found = lookUp();
-  target.steppingLetter = std::string(1, static_cast<char>(c_.rx()[21]));
-  target.firmwareVersionText = versionTextOf(c_.rx()[20]);
+  target.stepping = static_cast<char>(c_.rx()[21]);
+  target.firmware = catalogue::FirmwareVersion::fromByte(c_.rx()[20]);
   target.targetModelName = found ? std::string(found->name) : std::string();
   target.targetRecord = found ? *found : c_.record();
   if (!found) target.targetRecord.name = {};  // a borrowed row must not pass for the chip's own
-  const int byLetter = familyOfLetter(target.steppingLetter);
-  target.familyClass = catalogue::familyClassOf(found || byLetter < 0 ? target.targetRecord.family : byLetter);
+  const auto byLetter = catalogue::familyOf(target.stepping);
+  target.family = found || !byLetter ? target.targetRecord.family : *byLetter;
   c_.link.reportedCode = target.modelCode();
 }
 
@@ -161,10 +160,10 @@ bool Handshake::readAndReport(bool readOnly) {
   readIdentity();
   TargetInfo& target = c_.target;
   const auto rx = c_.rx();
-  c_.options.reported = options::defaultBytes(c_.family());
+  c_.options.reported = options::defaultBytes(c_.traits());
   readStatusOptions(rx, target, c_.options.reported);
   c_.room.refreshChoices();
-  if (hasTrimmedOscillator(c_.family()))
+  if (c_.traits().measuresOscillator())
     std::copy_n(rx.begin() + 54, target.statusTail.size(), target.statusTail.begin());
   c_.reportTarget(rx[20], rx[21], rx[22]);
   reportClock();
@@ -184,11 +183,11 @@ void Handshake::reportClock() {
   const auto line = [&](const char* words, double value) {
     c_.link.say(words + platform::numberText(value / 1000000) + "MHz.");
   };
-  const std::string& letter = target.steppingLetter;
-  if (letter >= "D") return line("MCU Clock:", hertz);
+  if (!target.stepping.firstGeneration()) return line("MCU Clock:", hertz);
   line("Internal MCU Clock:", hertz);
-  if (letter == "B") return;
-  const bool halved = letter == "C" ? platform::valueOf(c_.options.reportedWords.doubleSpeed) > 0 : target.doubleSpeed;
+  if (target.stepping == 'B') return;
+  const bool halved =
+      target.stepping == 'C' ? platform::valueOf(c_.options.reportedWords.doubleSpeed) > 0 : target.doubleSpeed;
   line("External MCU Clock:", halved ? hertz / 2 : hertz);
 }
 
@@ -205,7 +204,7 @@ void Handshake::readStatusByte() {
   TargetInfo& target = c_.target;
   const auto rx = c_.rx();
   target.reservedKnown = false;
-  if (c_.link.rx.length() <= 27 || rx[20] <= 37) return;
+  if (c_.link.rx.length() <= 27 || target.firmware <= catalogue::FirmwareVersion{2, 5}) return;
   c_.link.rx.requireStartPair = rx[25] & 0x80;
   target.reservedBytes = reservedBytesOf(c_.record(), rx[25]);
   target.reservedKnown = true;
@@ -235,7 +234,7 @@ bool Handshake::secondStage(std::string& baudOut) {
     baudOut = "115200";
     return true;
   }
-  if (hasTrimmedOscillator(c_.family())) return rc_.fixedRateBaud(baudOut);
+  if (c_.traits().measuresOscillator()) return rc_.fixedRateBaud(baudOut);
   return baud_.searchAndChange(baudOut);
 }
 

@@ -1,16 +1,12 @@
 #include "engine/image_plan.h"
 
 #include <algorithm>
-#include <initializer_list>
-
-#include "engine/family_rules.h"
 
 namespace kvr::engine {
-namespace {
 
-bool isOneOf(std::string_view name, std::initializer_list<std::string_view> names) {
-  return std::find(names.begin(), names.end(), name) != names.end();
-}
+using catalogue::FirmwareVersion;
+
+namespace {
 
 void push24(Bytes& out, std::int32_t value) {
   for (const int shift : {16, 8, 0}) out.push_back(static_cast<std::uint8_t>(value >> shift));
@@ -19,55 +15,41 @@ void push24(Bytes& out, std::int32_t value) {
 }  // namespace
 
 ImageFit fitImages(const TargetInfo& target, std::int32_t codeEnd, bool clearUnusedChosen) {
-  const std::string& letter = target.steppingLetter;
   const std::int32_t apEnd = target.targetRecord.apEnd;
   ImageFit fit;
   ImagePlan& plan = fit.plan;
   plan.made = true;
   plan.planDataStart = target.targetRecord.dataStart;
   plan.planDataEnd = target.targetRecord.dataEnd;
-  const bool oldElm = letter == "D", oldFir = letter == "E" && target.versionNumber() <= 5.0;
+  const bool oldElm = target.stepping == 'D';
+  const bool oldFir = target.stepping == 'E' && target.firmware <= FirmwareVersion{5, 0};
   if (oldElm || oldFir) {
     plan.planDataEnd = oldElm ? 0x13FF : 0x2FFF;
     fit.tooBig = codeEnd > plan.planDataEnd;
-  } else if (letter == "E") {
+  } else if (target.stepping == 'E') {
     plan.planDataStart = apEnd <= 4096 ? 4096 : apEnd <= 8192 ? 8192 : apEnd <= 12288 ? 12288 : apEnd + 1;
     plan.planDataEnd = 0x6FFF;
   }
   plan.planUnusedStart = std::min(codeEnd, apEnd) + 1;
   plan.planSpills = codeEnd > apEnd;
   plan.planSpillEnd = plan.planSpills ? std::min(codeEnd, plan.planDataEnd) : plan.planDataEnd + 1;
-  plan.planClearUnused = letter >= "C" && codeEnd < apEnd && (apEnd < 0x3800 || clearUnusedChosen);
+  plan.planClearUnused = target.stepping >= 'C' && codeEnd < apEnd && (apEnd < 0x3800 || clearUnusedChosen);
   return fit;
 }
 
-int eraseSectorCount(const TargetInfo& target, std::string_view name, std::int32_t codeEnd) {
-  const std::string& letter = target.steppingLetter;
-  if (letter == "A" || letter == "B") {
-    if (isOneOf(name, {"Birch-LFCA", "Birch-LFCZ"})) return 124;
-    if (name == "Birch-L80A") return 64;
-    if (name == "Birch-L40A") return 32;
-    if (name == "Birch-L20A") return 16;
-    return 255;
-  }
-  if (letter != "C") return 255;
-  if (target.version10() >= 28) return std::min(codeEnd / 512 + 1, 255);
-  if (isOneOf(name, {"Cedar-H10R", "Cedar-L10R", "Cedar-H20R", "Cedar-L20R", "Cedar-H38R", "Cedar-L38R"})) return 30;
-  if (isOneOf(name, {"Cedar-H40D", "Cedar-L40D", "Cedar-H50D", "Cedar-L50D", "Cedar-H80D", "Cedar-L80D", "Cedar-HF4D",
-                     "Cedar-LF4D", "Cedar-HF8D", "Cedar-LF8D"}))
-    return 126;
-  return 255;
+int eraseSectorCount(const TargetInfo& target, const catalogue::McuRecord& selected, std::int32_t codeEnd) {
+  const bool counts = target.stepping == 'C' && target.firmware >= FirmwareVersion{2, 8};
+  if (counts) return std::min(codeEnd / 512 + 1, 255);
+  return target.stepping.firstGeneration() ? selected.quirks.eraseSectors : 255;
 }
 
 AddressRange eraseRange(const TargetInfo& target, const catalogue::McuRecord& selected, const ImagePlan& plan,
                         const options::OptionBytes& reported) {
-  if (target.steppingLetter < "D") return {0x10000, 0x10000};
+  if (target.stepping.firstGeneration()) return {0x10000, 0x10000};
   AddressRange range = {plan.planDataStart, plan.planDataStart};
   if (plan.planClearUnused) {
-    const bool late = catalogue::isLateFamily(selected.family);
-    const bool clearsData = late ? !(reported[1] & 8) : !(reported[8] & 2);
     range.first = plan.planUnusedStart;
-    if (clearsData) range.last = plan.planDataEnd;
+    if (traitsOf(selected).keepsData.clearIn(reported)) range.last = plan.planDataEnd;
   } else if (plan.planSpills) {
     range.first = range.last = plan.planSpillEnd + 1;
     if (!(reported[8] & 2)) range.last = plan.planDataEnd;
@@ -81,16 +63,15 @@ AddressRange eraseRange(const TargetInfo& target, const catalogue::McuRecord& se
 Bytes buildEraseFrame(const TargetInfo& target, const catalogue::McuRecord& selected, int sectorCount,
                       AddressRange range) {
   Bytes payload = {static_cast<std::uint8_t>(sectorCount)};
-  if (target.steppingLetter < "D") {
+  if (target.stepping.firstGeneration()) {
     payload.insert(payload.end(), 6, 0x33);
   } else {
     push24(payload, range.first);
     push24(payload, range.last);
   }
-  if (target.steppingLetter == "G" || target.version10() >= 57) {
+  if (target.stepping == 'G' || target.firmware >= FirmwareVersion{5, 7}) {
     payload.insert(payload.end(), 11, 0x00);
-    const int countdown = hasTrimmedOscillator(selected.family) ? 34 : 115;
-    for (int i = 0; i < countdown; ++i) payload.push_back(static_cast<std::uint8_t>(0x80 - i));
+    for (int i = 0; i < traitsOf(selected).eraseCountdown; ++i) payload.push_back(static_cast<std::uint8_t>(0x80 - i));
   }
   return buildFrame(0x84, payload, sumFormOf(selected));
 }

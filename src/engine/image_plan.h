@@ -32,7 +32,7 @@ struct ImageFit {
 ImageFit fitImages(const TargetInfo& target, std::int32_t codeEnd, bool clearUnusedChosen);
 
 // Count of 512-byte sectors that the first generation erases from address 0; 255: all.
-int eraseSectorCount(const TargetInfo& target, std::string_view selectedName, std::int32_t codeEnd);
+int eraseSectorCount(const TargetInfo& target, const catalogue::McuRecord& selected, std::int32_t codeEnd);
 
 struct AddressRange {
   std::int32_t first = 0;

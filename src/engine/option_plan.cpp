@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <initializer_list>
 
-#include "engine/family_rules.h"
 #include "platform/text.h"
 
 namespace kvr::engine {
+
+using catalogue::isLong;
+using catalogue::OptionLayout;
+
 namespace {
 
 constexpr std::uint8_t kWriteOptions = 0x8D;
@@ -25,12 +28,8 @@ bool agree(const options::OptionSet& set, std::initializer_list<std::size_t> whi
 
 }  // namespace
 
-std::uint8_t alderOptionByte(std::string_view modelName, bool doubleSpeed) {
-  bool small = false;
-  for (const char* name :
-       {"Alder-HF8K", "Alder-H80K", "Alder-H40K", "Alder-H20K", "Alder-LF8K", "Alder-L80K", "Alder-L40K", "Alder-L20K"})
-    small = small || modelName == name;
-  return static_cast<std::uint8_t>((small ? 32 : 64) + (doubleSpeed ? 8 : 0));
+std::uint8_t alderOptionByte(const catalogue::McuRecord& record, bool doubleSpeed) {
+  return static_cast<std::uint8_t>((record.quirks.smallOptionByte ? 32 : 64) + (doubleSpeed ? 8 : 0));
 }
 
 Bytes buildCedarOptionFrame(const options::OptionBytes& wanted, ReloadBytes reload, SumForm form) {
@@ -43,14 +42,14 @@ bool cedarNeedsNoWrite(const options::OptionSet& options) {
   return (byte8 & ~0x10) && (byte8 & ~0x08) && options.reported[1] == options.wanted[1];
 }
 
-Bytes buildLaterOptionFrame(int family, const options::OptionBytes& wanted, double clockHz, SumForm form) {
+Bytes buildLaterOptionFrame(OptionLayout layout, const options::OptionBytes& wanted, double clockHz, SumForm form) {
   Bytes payload;
-  if (isLaterOptionFamily(family)) {
+  if (isLong(layout)) {
     payload.assign(wanted.begin(), wanted.begin() + 16);
     pushClock(payload, clockHz);
     return buildFrame(kWriteOptions, payload, SumForm::TwoBytes);
   }
-  payload = {wanted[2], wanted[3], wanted[8], wanted[10], family == 6 ? wanted[0] : wanted[11]};
+  payload = {wanted[2], wanted[3], wanted[8], wanted[10], layout == OptionLayout::ShortHazel ? wanted[0] : wanted[11]};
   pushClock(payload, clockHz);
   payload.insert(payload.end(), wanted.begin(), wanted.begin() + 16);
   pushClock(payload, clockHz);
@@ -68,12 +67,12 @@ Bytes buildRowanOptionFrame(const options::OptionBytes& wanted, double clockHz, 
   return buildFrame(kWriteOptions, payload, form);
 }
 
-bool optionsAgree(int family, bool laterOrder, Moment moment, const options::OptionSet& set) {
+bool optionsAgree(OptionLayout layout, bool laterOrder, Moment moment, const options::OptionSet& set) {
   const bool before = moment == Moment::BeforeWrite;
-  if (family == 18) return rowanOptionsAgree(set);
-  if (isLaterOptionFamily(family)) return agree(set, {0, 1, 2, 3, 8, 9}, before ? 0 : 0x88);
+  if (layout == OptionLayout::Rowan) return rowanOptionsAgree(set);
+  if (isLong(layout)) return agree(set, {0, 1, 2, 3, 8, 9}, before ? 0 : 0x88);
   if (laterOrder) return agree(set, {0, 1, 2, 3, 8, 9});
-  return agree(set, {2, 3, 8, 10, 11}) && (!before || family != 6 || agree(set, {0}));
+  return agree(set, {2, 3, 8, 10, 11}) && (!before || layout != OptionLayout::ShortHazel || agree(set, {0}));
 }
 
 bool allOptionsAgree(const options::OptionSet& set) {
@@ -84,8 +83,8 @@ bool rowanOptionsAgree(const options::OptionSet& set) {
   return agree(set, {0, 3, 4, 8, 10, 11});
 }
 
-bool runsFromExternalClock(int family, int optionOrder, const options::OptionSet& set) {
-  const bool external = set.reported[isLaterOptionFamily(family) ? 1 : 2] & 2;
+bool runsFromExternalClock(OptionLayout layout, int optionOrder, const options::OptionSet& set) {
+  const bool external = set.reported[isLong(layout) ? 1 : 2] & 2;
   return external && !(optionOrder > 0 && set.reported[0] != set.wanted[0]);
 }
 

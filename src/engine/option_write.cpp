@@ -2,14 +2,17 @@
 
 #include <array>
 
-#include "engine/family_rules.h"
 #include "engine/option_plan.h"
 #include "engine/status_frame.h"
 
 namespace kvr::engine {
+
+using catalogue::OptionLayout;
+
 namespace {
 
-constexpr int kOldestCompared = 32;  // firmwares below 3.2 do not tell reliably what they hold
+constexpr catalogue::FirmwareVersion kOldestCompared{3, 2};  // older ones do not tell reliably what they hold
+constexpr catalogue::FirmwareVersion kNewestWithoutWatchdog{3, 6};
 
 }  // namespace
 
@@ -32,9 +35,9 @@ bool OptionWrite::readOptions() {
 void OptionWrite::parseOptionStatus() {
   const auto rx = c_.rx();
   c_.run.optionsRead = true;
-  c_.target.firmwareVersionText = versionTextOf(rx[11]);
-  readAnsweredOptions(rx, c_.target, c_.family(), c_.options.reported);
-  if (c_.target.familyClass != 4 && c_.family() > 1) c_.room.refreshChoices();
+  c_.target.firmware = catalogue::FirmwareVersion::fromByte(rx[11]);
+  readAnsweredOptions(rx, c_.target, c_.traits().layout, c_.options.reported);
+  if (!c_.target.tellsAllOptions() && c_.traits().layout >= OptionLayout::CedarByte) c_.room.refreshChoices();
   c_.composeOptions();
   c_.reportTarget(rx[11], rx[12], rx[13]);
 }
@@ -87,19 +90,19 @@ bool OptionWrite::sendUntilDone(const Bytes& frame, Millis limit) {
 }
 
 bool OptionWrite::writeOptions() {
-  const int family = c_.family();
+  const auto layout = c_.traits().layout;
   // Three of Rowan's bytes are not in the first status frame; what it does not tell cannot be taken for what is wanted.
-  const bool allTold = family != 18 || c_.run.optionsRead;
+  const bool allTold = layout != OptionLayout::Rowan || c_.run.optionsRead;
   c_.run.optionsRead = false;
-  if (family == 0) return writeAlder();
-  if (isCedarLike(family)) return writeCedarLike();
+  if (layout == OptionLayout::AlderByte) return writeAlder();
+  if (layout == OptionLayout::CedarByte) return writeCedarLike();
   if (!writeLater(allTold)) return false;
-  return family != 18 || writeRowan();
+  return layout != OptionLayout::Rowan || writeRowan();
 }
 
 bool OptionWrite::writeAlder() {
   const bool doubleSpeed = c_.room.chosen("Double_speed_YES");
-  const std::array<std::uint8_t, 1> payload = {alderOptionByte(c_.record().name, doubleSpeed)};
+  const std::array<std::uint8_t, 1> payload = {alderOptionByte(c_.record(), doubleSpeed)};
   const Bytes frame = buildFrame(0x8D, payload, sumFormOf(c_.record()));
   (void)c_.link.reopenTargetPort();
   bool taken = false;
@@ -133,39 +136,39 @@ bool OptionWrite::writeCedarLike() {
 
 bool OptionWrite::writeLater(bool allTold) {
   c_.composeOptions();
-  const int family = c_.family();
+  const auto layout = c_.traits().layout;
   const int order = optionOrder(c_.target);
-  const bool alwaysWrites = catalogue::familyClassOf(family) == 4;
+  const bool alwaysWrites = layout == OptionLayout::All;
   if (!alwaysWrites) {
     leaveWatchdogAlone();
     const bool laterOrder = order > 0 || isLateHazel(c_.target);
-    if (allTold && runsFromExternalClock(family, order, c_.options) &&
-        optionsAgree(family, laterOrder, Moment::BeforeWrite, c_.options))
+    if (allTold && runsFromExternalClock(layout, order, c_.options) &&
+        optionsAgree(layout, laterOrder, Moment::BeforeWrite, c_.options))
       return nothingToWrite();
   }
   c_.link.clearReceiveState();
   (void)c_.link.reopenTargetPort();
   if (!sendLater() || !readBackLater()) return optionsFailed();
   const bool laterOrder = optionOrder(c_.target) > 0 || isLateHazel(c_.target);
-  if (c_.target.familyClass == 4) {
+  if (c_.target.tellsAllOptions()) {
     if (allOptionsAgree(c_.options)) return true;
     c_.run.optionsRead = false;
     return optionsFailed();
   }
-  if (c_.target.version10() < kOldestCompared) return true;
+  if (c_.target.firmware < kOldestCompared) return true;
   leaveWatchdogAlone();
-  return optionsAgree(family, laterOrder, Moment::AfterWrite, c_.options) ? optionsOk() : optionsFailed();
+  return optionsAgree(layout, laterOrder, Moment::AfterWrite, c_.options) ? optionsOk() : optionsFailed();
 }
 
 // Firmwares up to 3.6 have no watchdog byte.
 void OptionWrite::leaveWatchdogAlone() {
-  if (c_.target.version10() <= 36) c_.options.wanted[3] = 255;
+  if (c_.target.firmware <= kNewestWithoutWatchdog) c_.options.wanted[3] = 255;
 }
 
 bool OptionWrite::sendLater() {
   constexpr Millis kLimit(2500);
   const Bytes frame =
-      buildLaterOptionFrame(c_.family(), c_.options.wanted, c_.target.targetClockHz, sumFormOf(c_.record()));
+      buildLaterOptionFrame(c_.traits().layout, c_.options.wanted, c_.target.targetClockHz, sumFormOf(c_.record()));
   for (int pass = 0; pass < 2; ++pass) {
     if (!c_.record().extSession) {
       if (sendUntilDone(frame, kLimit)) return true;
@@ -200,7 +203,7 @@ bool OptionWrite::writeRowan() {
   (void)c_.link.reopenTargetPort();
   if (!sendUntilDone(frame, kLimit) && !sendUntilDone(frame, kLimit)) return optionsFailed();
   if (!readOptions()) return optionsFailed();
-  if (c_.target.version10() < kOldestCompared) return true;
+  if (c_.target.firmware < kOldestCompared) return true;
   return rowanOptionsAgree(c_.options) ? optionsOk() : optionsFailed();
 }
 

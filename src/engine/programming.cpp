@@ -8,7 +8,7 @@ namespace {
 constexpr Millis kFirstGenerationErase{5000};
 constexpr Millis kExtendedErase{10000};
 constexpr int kShortestStatus = 20;  // length of a frame that carries the eight counts
-constexpr std::string_view kOldestWithFactoryId = "6.3";
+constexpr catalogue::FirmwareVersion kOldestWithFactoryId{6, 3};
 
 }  // namespace
 
@@ -23,7 +23,7 @@ bool Programming::planImageFit() {
 bool Programming::eraseTarget() {
   c_.link.say("We are erasing MCU flash...");
   c_.stampStart();
-  const int sectors = eraseSectorCount(c_.target, c_.record().name, c_.images.CodeBuffer.rangeEnd);
+  const int sectors = eraseSectorCount(c_.target, c_.record(), c_.images.CodeBuffer.rangeEnd);
   const AddressRange range = eraseRange(c_.target, c_.record(), c_.run.plan, c_.options.reported);
   const Bytes frame = buildEraseFrame(c_.target, c_.record(), sectors, range);
   c_.run.factoryId.clear();
@@ -75,7 +75,7 @@ bool Programming::eraseExtended(const Bytes& frame) {
 }
 
 void Programming::noteFactoryId() {
-  if (c_.target.firmwareVersionText < kOldestWithFactoryId || c_.link.rx.length() < 14) return;
+  if (c_.target.firmware < kOldestWithFactoryId || c_.link.rx.length() < 14) return;
   for (int i = 4; i <= 10; ++i) c_.run.factoryId += platform::hexText(c_.link.rxByte(i), 2);
 }
 
@@ -112,7 +112,7 @@ bool Programming::programImage(DataFrameFormat* format) {
 }
 
 bool Programming::sendImages(DataFrameFormat& format) {
-  const SendPlan plan = planSends(c_.record(), c_.target.versionNumber(), c_.model.blockSize, c_.run.frameSize,
+  const SendPlan plan = planSends(c_.record(), c_.target.firmware, c_.model.blockSize, c_.run.frameSize,
                                   c_.images.CodeBuffer, c_.images.EepromBuffer);
   BlockWriter writer(c_, format);
   for (const SendRange& range : plan.ranges)

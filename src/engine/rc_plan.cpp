@@ -73,13 +73,14 @@ RcLine lineThrough(const RcPoint& low, const RcPoint& high) {
   return line;
 }
 
-int bandCode(int family, int band) {
-  return band * 64 + (family != 15 && band >= 2 ? 32 : 24);
+int bandCode(int upperBandOffset, int band) {
+  return band * 64 + (band >= 2 ? upperBandOffset : 24);
 }
 
-std::vector<RcRegisters> roundOne(int family, double wantedHz, bool base24MHz) {
+std::vector<RcRegisters> roundOne(int upperBandOffset, double wantedHz, bool base24MHz) {
   const Bands bands = bandsFor(wantedHz);
-  const int a = bandCode(family, bands.a), b = bandCode(family, bands.b), base = bandCode(family, base24MHz ? 2 : 1);
+  const auto code = [&](int band) { return bandCode(upperBandOffset, band); };
+  const int a = code(bands.a), b = code(bands.b), base = code(base24MHz ? 2 : 1);
   const bool top = (b & 0xC0) == 0xC0;
   if (a == b)
     return {registers(a, 0),    registers(a, 0x80),   registers(b, 0x80), registers(b, top ? 0xA0 : 0xFF),

@@ -44,8 +44,8 @@ struct RcResult {
   bool known() const { return bestIndex < 20; }
 };
 
-// The coarse code that stands for a band, 0..3.
-int bandCode(int family, int band);
+// The coarse code that stands for a band, 0..3. The offset of the two upper bands is a trait of the family.
+int bandCode(int upperBandOffset, int band);
 
 // Codes and fine values of round one: two points each for the bands below and above the wanted frequency and for the
 // base.
@@ -54,7 +54,7 @@ struct RcRegisters {
   std::uint8_t fine = 0;
   bool operator==(const RcRegisters&) const = default;
 };
-std::vector<RcRegisters> roundOne(int family, double wantedHz, bool base24MHz);
+std::vector<RcRegisters> roundOne(int upperBandOffset, double wantedHz, bool base24MHz);
 
 // Round two: a scan of `scanCount` fine steps round the value that the lines predict; empty when they predict none.
 std::vector<RcRegisters> roundTwo(const RcLines& lines, double wantedHz, int scanCount);

@@ -94,8 +94,8 @@ bool RcMeasuring::measureRc(int scanCount) {
   const RcPacing pacing = rcPacing(c_.link.connectBaud(), wantedHz);
   const bool base24 = baseHz() > 12000000;
   lines_ = {};
-  lines_.base.low.code = lines_.base.high.code = bandCode(c_.family(), base24 ? 2 : 1);
-  const auto first = roundOne(c_.family(), wantedHz, base24);
+  lines_.base.low.code = lines_.base.high.code = bandCode(c_.traits().upperBandOffset, base24 ? 2 : 1);
+  const auto first = roundOne(c_.traits().upperBandOffset, wantedHz, base24);
   if (!measureRound(buildMeasureFrame(c_.target.statusTail, pacing.delayA, first), pacing.pulsesA)) return false;
   const auto points = readPoints();
   if (c_.link.rxByte(3) != 0x65 || points.size() < 6) return true;
@@ -118,7 +118,7 @@ bool RcMeasuring::fixedRateBaud(std::string& baudOut) {
   c_.target.statusTail = baseSettings(lines_.base, baseHz(), platform::valueOf(maxBaud));
   link.delayMs(Millis(30));
   Bytes payload(c_.target.statusTail.begin(), c_.target.statusTail.end());
-  payload.push_back(static_cast<std::uint8_t>(waitClass(c_.family(), baseHz(), c_.target.doubleSpeed)));
+  payload.push_back(static_cast<std::uint8_t>(waitClass(c_.traits(), baseHz(), c_.target.doubleSpeed)));
   payload.insert(payload.end(), {12, 0xFF, 0});
   link.write(buildFrame(0x8E, payload, SumForm::TwoBytes));
   link.delayMs(Millis(20));

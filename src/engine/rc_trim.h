@@ -1,4 +1,4 @@
-// Families 15 and 16 run from an internal oscillator; families 15, 16 and 17 share the first contact that measures it.
+// Pine and Quince run from an internal oscillator; Sumac shares the first contact that measures it.
 // Host and chip measure it together and find the pair of registers that comes closest to the wanted frequency.
 #pragma once
 

@@ -1,6 +1,5 @@
 #include "engine/session.h"
 
-#include "engine/family_rules.h"
 #include "platform/text.h"
 
 namespace kvr::engine {
@@ -81,7 +80,7 @@ bool Session::prepare(int index) {
   link.lostPort.clear();
   rc_.reset();
   link.rx.boardCrcMode = false;
-  c_.run.rcTrimRequested = hasTrimmedOscillator(c_.family());
+  c_.run.rcTrimRequested = c_.traits().measuresOscillator();
   tell(hooks_.imgOpen_Click);
   link.lease().hold(Master::Engine);
   link.closeTargetPort();
@@ -95,7 +94,7 @@ bool Session::prepare(int index) {
   // The window was asked to close while the file was waited for: a run that began now would keep it open.
   if (ask(hooks_.closeAsked, false)) return refuse("Operation stopped. ");
   lock_.toBusy();
-  c_.run.frameSize = hasTrimmedOscillator(c_.family()) ? 64 : 128;
+  c_.run.frameSize = c_.traits().frameSize;
   if (index == 0 && link.panel().cheTL.value()) c_.run.frameSize = 128;
   link.stopRequested = false;
   return true;
@@ -143,7 +142,8 @@ bool Session::programChip() {
 
 bool Session::firmwareSupported() {
   const TargetInfo& target = c_.target;
-  if (target.firmwareVersionText >= (target.steppingLetter <= "C" ? "4.0" : "5.0")) return true;
+  const unsigned oldest = target.stepping.firstGeneration() ? 4 : 5;
+  if (target.firmware >= catalogue::FirmwareVersion{oldest, 0}) return true;
   const std::string words = "Sorry, the current program does not support the MCU or Firmware Version is too low.";
   c_.run.failureWords = words;
   c_.link.world().dialogs.message(platform::kTitle, words, platform::BoxIcon::Information);
@@ -151,8 +151,7 @@ bool Session::firmwareSupported() {
 }
 
 bool Session::erase() {
-  // Compared as text: a version that is no number would pass for an old one, and its chip go unerased.
-  if (c_.target.firmwareVersionText <= "0.2") return true;
+  if (c_.target.firmware <= catalogue::FirmwareVersion{0, 2}) return true;
   const bool erased = programming_.eraseTarget();
   if (c_.stopped()) return false;
   if (erased) return true;
@@ -162,7 +161,7 @@ bool Session::erase() {
 }
 
 bool Session::writeChipOptions() {
-  if (c_.record().topBlockFree || c_.family() == 1) return true;
+  if (c_.record().topBlockFree || c_.traits().layout == catalogue::OptionLayout::None) return true;
   return optionWrite_.writeOptions();
 }
 
@@ -199,7 +198,8 @@ void Session::countSuccess() {
   const std::string count = platform::numberText(platform::valueOf(panel.txtWrite_OK_Count.text()) + 1);
   panel.txtWrite_OK_Count.setText(" " + count);
   c_.link.world().store.set("Settings", "Write_OK_Count", count);
-  c_.link.world().store.flush();
+  if (const auto saved = c_.link.world().store.flush(); !saved)
+    c_.link.say("The count could not be saved: " + saved.error);
   record(true);
   if (panel.optBeepYes.value()) c_.link.world().dialogs.beep();
 }
@@ -214,7 +214,7 @@ void Session::record(bool passed) {
   entry.codeSum = c_.images.CodeBuffer.sum;
   entry.dataSum = c_.images.EepromBuffer.sum;
   if (answered_) {
-    entry.firmware = c_.target.firmwareVersionText + c_.target.steppingLetter;
+    entry.firmware = c_.target.firmware.text() + c_.target.stepping.text();
     entry.seconds =
         static_cast<int>(std::chrono::duration_cast<std::chrono::seconds>(world.loop.now() - firstAnswer_).count());
   }
@@ -308,7 +308,8 @@ void Session::Command2_Click() {
 void Session::comClear_OK_Count_Click() {
   c_.link.panel().txtWrite_OK_Count.setText("0");
   c_.link.world().store.set("Settings", "Write_OK_Count", "0");
-  c_.link.world().store.flush();
+  if (const auto saved = c_.link.world().store.flush(); !saved)
+    c_.link.say("The count could not be saved: " + saved.error);
 }
 
 }  // namespace kvr::engine

@@ -4,10 +4,16 @@
 #include <initializer_list>
 #include <utility>
 
-#include "engine/family_rules.h"
 #include "platform/text.h"
 
 namespace kvr::engine {
+
+using catalogue::CodeLookup;
+using catalogue::FirmwareVersion;
+using catalogue::isLong;
+using catalogue::ModelCheck;
+using catalogue::OptionLayout;
+
 namespace {
 
 using Places = std::initializer_list<std::pair<std::size_t, std::size_t>>;  // option byte, place in the frame
@@ -53,51 +59,43 @@ float clockFromFixedLink(RxBytes rx) {
   return static_cast<float>(500.5 * (sumOfCounts(rx, 8) + 145));
 }
 
-std::string versionTextOf(std::uint8_t byte) {
-  const std::string digits = platform::hexText(byte, 2);
-  const std::string text = digits.substr(0, 1) + "." + digits.substr(1);
-  return text == "0.0" ? std::string() : text;
-}
-
 int optionOrder(const TargetInfo& target) {
-  const std::string& letter = target.steppingLetter;
-  int order = (letter == "D" || letter == "E" || letter == "F") && target.version10() >= 55 ? 1 : 0;
-  if (letter == "G" && target.version10() > 57) ++order;
-  return order;
+  const bool early = target.stepping >= 'D' && target.stepping <= 'F';
+  if (early) return target.firmware >= FirmwareVersion{5, 5} ? 1 : 0;
+  return target.stepping == 'G' && target.firmware > FirmwareVersion{5, 7} ? 1 : 0;
 }
 
 bool isLateHazel(const TargetInfo& target) {
-  return target.steppingLetter == "H" && target.version10() >= 58;
+  return target.stepping == 'H' && target.firmware >= FirmwareVersion{5, 8};
 }
 
 void readStatusOptions(RxBytes rx, const TargetInfo& target, options::OptionBytes& reported) {
-  const std::string& letter = target.steppingLetter;
-  if (target.familyClass == 4) {
+  if (target.tellsAllOptions()) {
     for (std::size_t i = 0; i < 16; ++i) reported[i] = rx[26 + i];
-  } else if (letter >= "I") {
+  } else if (target.stepping.longOptions()) {
     fill(rx, reported, {{0, 26}, {1, 27}, {2, 28}, {3, 29}, {8, 30}, {9, 31}});
-  } else if (letter >= "D") {
+  } else if (!target.stepping.firstGeneration()) {
     if (optionOrder(target) > 0 || isLateHazel(target)) {
       fill(rx, reported, {{0, 32}, {1, 33}, {2, 34}, {3, 35}, {8, 36}, {9, 37}});
     } else {
       fill(rx, reported, {{2, 26}, {3, 27}, {8, 28}, {10, 29}, {11, 30}});
-      reported[0] = letter == "H" ? rx[31] : 255;
+      reported[0] = target.stepping == 'H' ? rx[31] : 255;
     }
   } else {
-    reported[letter == "C" ? 1 : 0] = rx[22];
+    reported[target.stepping == 'C' ? 1 : 0] = rx[22];
   }
 }
 
-void readAnsweredOptions(RxBytes rx, const TargetInfo& target, int family, options::OptionBytes& reported) {
-  if (target.familyClass == 4) {
+void readAnsweredOptions(RxBytes rx, const TargetInfo& target, OptionLayout layout, options::OptionBytes& reported) {
+  if (target.tellsAllOptions()) {
     for (std::size_t i = 0; i < 16; ++i) reported[i] = rx[13 + i];
     return;
   }
-  if (family <= 1) return;
-  if (isCedarLike(family)) return fill(rx, reported, {{1, 13}});
-  if (isLaterOptionFamily(family)) {
+  if (layout == OptionLayout::AlderByte || layout == OptionLayout::None) return;
+  if (layout == OptionLayout::CedarByte) return fill(rx, reported, {{1, 13}});
+  if (isLong(layout)) {
     fill(rx, reported, {{0, 13}, {1, 14}, {2, 15}, {3, 16}, {8, 17}, {9, 18}});
-    if (family == 18) fill(rx, reported, {{0, 13}, {3, 14}, {4, 15}, {8, 16}, {10, 17}, {11, 18}});
+    if (layout == OptionLayout::Rowan) fill(rx, reported, {{0, 13}, {3, 14}, {4, 15}, {8, 16}, {10, 17}, {11, 18}});
   } else if (optionOrder(target) > 0 || isLateHazel(target)) {
     fill(rx, reported, {{0, 19}, {1, 20}, {2, 21}, {3, 22}, {8, 23}, {9, 24}});
   } else {
@@ -111,53 +109,48 @@ const catalogue::McuRecord* findTarget(const std::string& code, const catalogue:
   if (!found || selected.name.empty()) return found;
   const std::string trimmed = platform::trim(code);
   const bool byTwoDigits = trimmed.size() == 2;
-  const bool searched = byTwoDigits ? selected.family == 1 : selected.family >= 2;
+  const bool searched = traitsOf(selected).codes == (byTwoDigits ? CodeLookup::TwoDigits : CodeLookup::FourDigits);
   const bool same = selected.code == trimmed || (!byTwoDigits && selected.altCode == trimmed);
   return searched && same ? &selected : found;
 }
 
 int reservedBytesOf(const catalogue::McuRecord& selected, std::uint8_t statusByte) {
-  for (const char* name : {"Cedar-H50D", "Cedar-L50D", "Cedar-HF4D", "Cedar-LF4D"})
-    if (selected.name == name) return 0;
+  if (selected.quirks.largeIsp) return 0;
   return 0x400 + 0x200 * (statusByte & 3);
 }
 
-int reservedFromVersion(int version10, int present) {
-  if (version10 < 0 || version10 >= 40) return present;
-  const bool small = (version10 >= 19 && version10 <= 24) || version10 == 26;
+int reservedFromVersion(FirmwareVersion version, int present) {
+  if (version >= FirmwareVersion{4, 0}) return present;
+  const bool between = version >= FirmwareVersion{1, 9} && version <= FirmwareVersion{2, 4};
+  const bool small = between || version == FirmwareVersion{2, 6};
   return small ? 1024 : 2048;
 }
 
 namespace {
 
-bool isFirOf16To30K(std::string_view name) {
-  if (name.substr(0, 4) != "Fir-" || name.size() < 7) return false;
-  const auto pages = platform::hexOf(name.substr(5, 2));
-  return pages >= 16 * 4 && pages <= 30 * 4;
+// What the letter says of the selected family.
+bool letterFits(const catalogue::FamilyTraits& byLetter, const catalogue::McuRecord& selected) {
+  if (selected.family == byLetter.family) return true;
+  return byLetter.kinShareLetter && traitsOf(selected).layout == byLetter.layout;
 }
 
-bool birchFits(const TargetInfo& target, const catalogue::McuRecord& selected) {
-  const auto shared = [](std::string_view name) { return name == "Birch-LFCZ" || name == "Birch-LFCA"; };
-  if (selected.family != 1) return false;
-  if (shared(target.targetModelName)) return shared(selected.name);
-  return target.targetModelName.empty() || target.targetModelName == selected.name;
+bool codeFits(const TargetInfo& target, const catalogue::McuRecord& selected) {
+  const std::string code = target.modelCode();
+  return code == selected.code || (!selected.altCode.empty() && code == selected.altCode);
 }
 
 }  // namespace
 
 bool modelFits(const TargetInfo& target, const catalogue::McuRecord& selected, int frameSize, int blockSize) {
-  const std::string& letter = target.steppingLetter;
-  const int family = familyOfLetter(letter);
-  if (family < 0) return true;
-  if (letter == "A") return frameSize == blockSize;
-  if (letter == "B") return birchFits(target, selected);
-  if (letter == "F") return isFirOf16To30K(target.targetModelName);
-  const bool familyFits = letter == "C" ? isCedarLike(selected.family) : selected.family == family;
-  if (!familyFits) return false;
-  if (letter == "E") return target.targetRecord.name == selected.name;
-  const std::string code = target.modelCode();
-  const bool secondCounts = letter == "J" || letter == "Q" || letter == "R" || letter == "S";
-  return code == selected.code || (secondCounts && !selected.altCode.empty() && code == selected.altCode);
+  const auto family = catalogue::familyOf(target.stepping);
+  if (!family) return true;
+  const catalogue::FamilyTraits& byLetter = catalogue::traitsOf(*family);
+  if (byLetter.modelCheck == ModelCheck::ByBlockSize) return frameSize == blockSize;
+  if (target.stepping != byLetter.letters.front()) return target.quirks().secondLetter;
+  if (!letterFits(byLetter, selected)) return false;
+  if (byLetter.modelCheck == ModelCheck::ByName) return target.targetRecord.name == selected.name;
+  if (byLetter.modelCheck == ModelCheck::ByCode) return codeFits(target, selected);
+  return target.targetModelName.empty() || target.targetRecord.code == selected.code;  // models that share a code
 }
 
 }  // namespace kvr::engine

@@ -17,12 +17,9 @@ int clockFactor(int baud);
 // How many times 1200 the rate is; the counts are scaled by it.
 int baudUnits(int baud);
 
-// The clock in Hz, from the eight counts at 4..19. `dualClock` models have measured in the first four only.
+// The clock in Hz, from the eight counts at 4..19. A `dualClock` chip has measured in the first four only.
 float clockFromStatus(RxBytes rx, int connectBaud, bool dualClock);
 float clockFromFixedLink(RxBytes rx);
-
-// "63" hexadecimal is "6.3"; 00 is empty.
-std::string versionTextOf(std::uint8_t byte);
 
 // How many times the firmware counts as storing option bytes in the later order; above 0: it does.
 int optionOrder(const TargetInfo& target);
@@ -31,8 +28,9 @@ bool isLateHazel(const TargetInfo& target);
 
 // Fills the option bytes that the first status frame carries; the others stay.
 void readStatusOptions(RxBytes rx, const TargetInfo& target, options::OptionBytes& reported);
-// The same for an answer to a 50 (or 8D) frame; `family` is the selected model's.
-void readAnsweredOptions(RxBytes rx, const TargetInfo& target, int family, options::OptionBytes& reported);
+// The same for an answer to a 50 (or 8D) frame; `layout` is the selected model's.
+void readAnsweredOptions(RxBytes rx, const TargetInfo& target, catalogue::OptionLayout layout,
+                         options::OptionBytes& reported);
 
 // Which row the code of a chip means, when the selected model is one of those that share the code: that one; else the
 // first in search order. Null: unknown.
@@ -41,7 +39,7 @@ const catalogue::McuRecord* findTarget(const std::string& code, const catalogue:
 // How much flash the firmware keeps at the top, by the status byte's low bits.
 int reservedBytesOf(const catalogue::McuRecord& selected, std::uint8_t statusByte);
 // The same by version, for firmwares that do not tell; versions of 4.0 and above leave it as it is.
-int reservedFromVersion(int version10, int present);
+int reservedFromVersion(catalogue::FirmwareVersion version, int present);
 
 // Whether the chip may be programmed as the selected model: letter and code must agree.
 bool modelFits(const TargetInfo& target, const catalogue::McuRecord& selected, int frameSize, int blockSize);

@@ -38,8 +38,7 @@ int TargetLink::currentBaud() const {
 
 std::string TargetLink::maxBaudText() const {
   const std::string text = panel_.cobBaudMax.trimmed();
-  const int family = model_.record.family;
-  if (family < 15 || family > 17) return text;
+  if (model_.traits().oscillator == catalogue::Oscillator::External) return text;
   const int cap = baseFrequencyMHz && baseFrequencyMHz() == 24 ? 57600 : 38400;
   return platform::valueOf(text) > cap ? std::to_string(cap) : text;
 }

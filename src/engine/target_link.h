@@ -54,7 +54,7 @@ class TargetLink {
   std::function<void(const std::string&)>
       onPortStatus;  // why opening failed, in the port's own words; "" once it is open
 
-  // `cobBaudMax`, capped in families 15, 16, 17 by the base frequency: 57600 at 24 MHz, 38400 at 12 MHz.
+  // `cobBaudMax`, capped for an internal oscillator by the base frequency: 57600 at 24 MHz, 38400 at 12 MHz.
   std::string maxBaudText() const;
   platform::PortError setMSCommSettings(const std::string& baudText);  // with the parity that the flags say
   platform::PortError openTargetPort();  // closes, chooses the port of `combCommPort`, opens

@@ -1,40 +1,41 @@
 // Serial numbers: a running number that goes into the image before each chip, and its arithmetic. Everything here is a
-// value; serial_counters.h ties it to the controls, the images and the settings.
+// value; serial_counters_room.h ties it to the controls, the images and the settings.
 #pragma once
 
+#include <array>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "catalogue/address_range.h"
 #include "catalogue/mcu_record.h"
-#include "images/hex_view_model.h"
+#include "images/image_buffer.h"
 
 namespace kvr::images {
 
-enum Radix { kRadixHex = 0, kRadixBcd = 1, kRadixAscii = 2 };
+enum class Radix { Hex, Bcd, Ascii };  // in the order of the option buttons
 
 struct AutoIncrement {
-  std::string kind;          // "AP_AUTO_INCREASE" or "Data_Auto_Increase"
+  ImageKind kind = ImageKind::Code;
   std::int32_t address = 0;  // of the field's last, least significant byte; 0 .. 0xFFFFF
   int bytes = 0;             // length of the field
   std::string next;          // next value, decimal digits
   bool armed = false;        // the field fits the model and may be written
   int step = 0;              // added after a success
-  int radix = kRadixBcd;
-  // Where the field lies in the text of the page drawn last; 0, 0: not on it.
-  std::int32_t selStart = 0;
-  std::int32_t selLength = 0;
+  Radix radix = Radix::Bcd;
 
-  bool isCode() const { return kind == "AP_AUTO_INCREASE"; }
-  AddressSpan field() const { return {address - bytes + 1, address}; }
+  catalogue::AddressRange field() const { return {address - bytes + 1, address}; }
 };
+
+// The four boxes of a counter: address (hexadecimal), bytes, next value, step.
+using CounterTexts = std::array<std::string, 4>;
+void takeTexts(AutoIncrement& record, const CounterTexts& texts);
 
 // The address box: the last five characters of the trimmed text as a hexadecimal number.
 std::int32_t autoAddress(std::string_view text);
 
-// Why the field does not fit the model's memory, in words for a person; empty: it fits.
+// Why the counter does not fit the model's memory or its own limits, for a message box; empty: it fits.
 std::string checkAutoRange(const AutoIncrement& record, const catalogue::McuRecord& model);
 
 // The bytes of the field, most significant first, or why `next` cannot be written.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <initializer_list>
 
 #include "platform/text.h"
 
@@ -27,10 +28,25 @@ std::string count(std::int64_t number, const char* one, const char* many) {
   return std::to_string(number) + " " + (number == 1 ? one : many);
 }
 
+// "fw.hex" and "fw.hex.txt" are HEX by name; "fw.hex.bin" is what its last ending says.
+bool nameHas(std::string_view path, std::string_view ending, std::initializer_list<std::string_view> others) {
+  const std::string name = platform::upper(fileNameOf(path));
+  return name.find(ending) != std::string::npos &&
+         std::none_of(others.begin(), others.end(), [&](std::string_view other) { return name.ends_with(other); });
+}
+
 }  // namespace
 
-FormatChoice chooseFormat(std::string_view name, std::span<const std::uint8_t> bytes) {
-  if (platform::upper(name).find(".HEX") != std::string::npos) return {FileFormat::Hex, true};
+std::string_view fileNameOf(std::string_view path) {
+  return path.substr(path.find_last_of("/\\") + 1);
+}
+
+bool isProjectPath(std::string_view path) {
+  return nameHas(path, ".KVR", {".BIN", ".HEX"});
+}
+
+FormatChoice chooseFormat(std::string_view path, std::span<const std::uint8_t> bytes) {
+  if (nameHas(path, ".HEX", {".BIN"})) return {FileFormat::Hex, true};
   std::string_view rest(reinterpret_cast<const char*>(bytes.data()), bytes.size());
   if (rest.starts_with("\xEF\xBB\xBF")) rest.remove_prefix(3);
   if (!rest.starts_with(":")) return {FileFormat::Binary, true};
@@ -76,10 +92,7 @@ std::string infoText(const FileInfo& info) {
   std::string text = "Size: " + std::to_string(info.size) + " bytes" + (info.more ? " read, the file is longer" : "") +
                      "   CRC-32: " + platform::hexText(info.crc, 8);
   if (!info.changedAt.empty()) text += "   Changed: " + info.changedAt;
-  if (info.noRecords)
-    text += "\nNote: no line of this file is a HEX record.";
-  else if (info.missingEnd)
-    text += "\nNote: the HEX file has no end record; it may be incomplete.";
+  if (info.missingEnd) text += "\nNote: the HEX file has no end record; it may be incomplete.";
   if (info.extendedRecords > 0)
     text += "\nNote: " + count(info.extendedRecords, "record", "records") +
             " of type 2 to 5, taken as data (no extended addressing).";

@@ -1,4 +1,4 @@
-// What kind of file it is, what a plain binary holds, and what people want to know of any file.
+// What kind of file it is, what a plain binary holds, and what the user wants to know of any file.
 #pragma once
 
 #include <cstdint>
@@ -10,6 +10,11 @@
 
 namespace kvr::images {
 
+// The part of a path after its folders.
+std::string_view fileNameOf(std::string_view path);
+// A project by the file's own name: the folders of the path say nothing about it.
+bool isProjectPath(std::string_view path);
+
 enum class FileFormat { Hex, Binary };
 
 struct FormatChoice {
@@ -17,8 +22,8 @@ struct FormatChoice {
   bool showEnd = true;  // settled by the name or the first line: the view goes to the image's end
   bool operator==(const FormatChoice&) const = default;
 };
-// HEX by a name with ".HEX" in it, or when the first three lines (as far as there are any) all begin with ':'.
-FormatChoice chooseFormat(std::string_view name, std::span<const std::uint8_t> bytes);
+// HEX by the file's own name, or when the first three lines (as far as there are any) all begin with ':'.
+FormatChoice chooseFormat(std::string_view path, std::span<const std::uint8_t> bytes);
 
 struct BinaryScan {
   FileLayer layer;
@@ -41,7 +46,6 @@ struct FileInfo {
   std::int64_t overlappingBytes = 0;
   std::int64_t droppedBytes = 0;
   bool missingEnd = false;  // a HEX file without its end record may be half a file
-  bool noRecords = false;   // a HEX file in which no line is a record
   bool operator==(const FileInfo&) const = default;
 };
 std::string infoText(const FileInfo& info);  // lines for a label; one a note

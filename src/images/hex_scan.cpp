@@ -25,7 +25,7 @@ constexpr auto kDigitOf = digitTable();
 
 // One record: the pairs of a line, decoded. A pair with a bad digit, or one that is not there, is 0.
 struct Record {
-  std::array<std::uint8_t, kMaxPairs + 1> pairs;  // those in use, and a zero behind them
+  std::array<std::uint8_t, kMaxPairs + 1> pairs;  // those in use, and a zero after them
   int last = 0;                                   // index of the last pair before the check sum; below 3: no data
 
   int count() const { return std::max(0, std::min(last, kMaxPairs - 1) - 3); }  // data bytes
@@ -55,9 +55,9 @@ bool decode(std::string_view digits, Record& record) {
   }
   const auto used = static_cast<std::size_t>(std::max<std::int64_t>(4, std::min<std::int64_t>(last + 2, kMaxPairs)));
   for (; i < used; ++i) record.pairs[i] = 0;
-  // Pairs behind the check sum do not count; with an even length there are none.
-  for (auto behind = static_cast<std::size_t>(std::max<std::int64_t>(0, last + 2)); behind < whole; ++behind)
-    sum -= record.pairs[behind];
+  // Pairs after the check sum do not count; with an even length there are none.
+  for (auto after = static_cast<std::size_t>(std::max<std::int64_t>(0, last + 2)); after < whole; ++after)
+    sum -= record.pairs[after];
   return (sum & 0xFF) == 0;
 }
 
@@ -80,7 +80,7 @@ class Scanner {
   // False: the end record.
   bool line(std::string_view text) {
     if (text.empty() || text.front() != ':') return true;
-    while (text.back() == ' ' || text.back() == '\t') text.remove_suffix(1);  // editors leave blanks behind
+    while (text.back() == ' ' || text.back() == '\t') text.remove_suffix(1);  // editors leave blanks at the end
     ++scan_.records;
     if (!decode(text.substr(1), record_)) {
       if (++scan_.badSums <= 3) scan_.badLines.push_back(printable(text));

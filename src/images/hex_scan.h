@@ -2,7 +2,7 @@
 //
 // Record addresses are 16 bits. There is no extended addressing: every record but the end record is taken as data,
 // types 2 to 5 too, since no chip of the range has more than 64 KB. Records with a bad check sum are taken as well; who
-// loads the file asks the person.
+// loads the file asks the user.
 #pragma once
 
 #include <cstdint>
@@ -21,7 +21,7 @@ struct HexScan {
   int records = 0;                    // lines that begin with ':'
   int badSums = 0;                    // records whose check sum is wrong
   std::vector<std::string> badLines;  // the first three of them, printable
-  bool endRecord = false;             // the file says where it ends; nothing behind it was read
+  bool endRecord = false;             // the file says where it ends; nothing after it was read
   std::int64_t extendedRecords = 0;   // records of type 2 to 5
   std::int64_t overlappingBytes = 0;  // data bytes that a later record wrote over
   std::int64_t droppedBytes = 0;      // at or above the limit

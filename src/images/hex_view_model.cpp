@@ -6,6 +6,7 @@
 
 namespace kvr::images {
 
+using catalogue::AddressRange;
 using platform::hexText;
 
 namespace {
@@ -31,15 +32,6 @@ std::string HexLine::hexText() const {
   for (int i = 0; i < count; ++i) {
     addByte(text, cells[static_cast<std::size_t>(i)].value);
     text += ' ';
-  }
-  return text;
-}
-
-std::string HexLine::asciiText() const {
-  std::string text;
-  for (int i = 0; i < count; ++i) {
-    const std::uint8_t value = cells[static_cast<std::size_t>(i)].value;
-    text += value >= 0x20 && value < 0x7F ? static_cast<char>(value) : '.';
   }
   return text;
 }
@@ -77,7 +69,7 @@ HexLine HexViewModel::line(int index) const {
   result.address = firstAddress() + index * 16;
   if (buffer_ == nullptr || index < 0) return result;
   result.count = std::clamp(lastAddress() - result.address + 1, 0, 16);
-  const AddressSpan selected = selection();
+  const AddressRange selected = selection();
   for (int i = 0; i < result.count; ++i) {
     const std::int32_t address = result.address + i;
     result.cells[static_cast<std::size_t>(i)] = {.value = buffer_->at(address),
@@ -96,7 +88,7 @@ std::string HexViewModel::pageText() const {
   return text;
 }
 
-AddressSpan HexViewModel::selection() const {
+AddressRange HexViewModel::selection() const {
   if (!anchor_) return {};
   return {std::min(*anchor_, caret_.address), std::max(*anchor_, caret_.address)};
 }
@@ -172,7 +164,7 @@ void HexViewModel::click(HexSpot spot, bool selecting) {
   place(spot.address, spot.lowDigit, selecting);
 }
 
-void HexViewModel::selectSpan(AddressSpan span) {
+void HexViewModel::selectSpan(AddressRange span) {
   if (span.empty()) return;
   place(span.first, false, false);
   anchor_ = std::clamp(span.last, firstAddress(), lastAddress());
@@ -239,7 +231,7 @@ bool HexViewModel::find(const std::vector<std::uint8_t>& pattern, bool forward) 
 }
 
 std::string HexViewModel::copyHex() const {
-  const AddressSpan span = anchor_ ? selection() : AddressSpan{caret_.address, caret_.address};
+  const AddressRange span = anchor_ ? selection() : AddressRange{caret_.address, caret_.address};
   std::string text;
   for (std::int32_t i = span.first; i <= span.last && buffer_ != nullptr; ++i) {
     if (i > span.first) text += (i - span.first) % 16 == 0 ? '\n' : ' ';

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "catalogue/address_range.h"
 #include "images/image_buffer.h"
 
 namespace kvr::images {
@@ -37,8 +38,7 @@ struct HexLine {
   std::int32_t address = 0;  // of the first cell
   int count = 0;             // cells in use, 1 to 16
   std::array<HexCell, 16> cells{};
-  std::string hexText() const;    // " 0000F0   12 34 ... "
-  std::string asciiText() const;  // printable characters, '.' for the others
+  std::string hexText() const;  // " 0000F0   12 34 ... "
 };
 
 // A byte that a typed digit wants changed; nothing has been stored yet.
@@ -46,14 +46,6 @@ struct HexEdit {
   std::int32_t address = 0;
   std::uint8_t value = 0;
   bool operator==(const HexEdit&) const = default;
-};
-
-struct AddressSpan {
-  std::int32_t first = 0;
-  std::int32_t last = -1;  // inclusive; below `first`: empty
-  bool empty() const { return last < first; }
-  bool holds(std::int32_t address) const { return address >= first && address <= last; }
-  bool operator==(const AddressSpan&) const = default;
 };
 
 class HexViewModel {
@@ -76,16 +68,16 @@ class HexViewModel {
 
   // Caret and selection.
   HexSpot caret() const { return caret_; }
-  AddressSpan selection() const;          // empty when nothing is selected
-  void move(HexKey key, bool selecting);  // keeps the caret in view
+  catalogue::AddressRange selection() const;  // empty when nothing is selected
+  void move(HexKey key, bool selecting);      // keeps the caret in view
   void click(HexSpot spot, bool selecting);
-  void selectSpan(AddressSpan span);
+  void selectSpan(catalogue::AddressRange span);
   void keepInRange();  // after the buffer's bounds changed
   void reveal();       // scrolls so that the caret shows
 
   // The serial number's field, shown marked.
-  void setField(AddressSpan field) { field_ = field; }
-  AddressSpan field() const { return field_; }
+  void setField(catalogue::AddressRange field) { field_ = field; }
+  catalogue::AddressRange field() const { return field_; }
 
   // Edit: what the digit under the caret becomes; nothing for a character that is no hexadecimal digit, without a byte
   // under the caret, or while several bytes are selected. `stepOn` moves to the next digit afterwards.
@@ -105,10 +97,10 @@ class HexViewModel {
   int pageLines_ = 62;
   HexSpot caret_;
   std::optional<std::int32_t> anchor_;  // other end of the selection
-  AddressSpan field_;
+  catalogue::AddressRange field_;
 };
 
-// What a person typed into the find box as bytes: "12 34" or "1234" as hexadecimal, else (or in quotes) as text.
+// What the user typed into the find box as bytes: "12 34" or "1234" as hexadecimal, else (or in quotes) as text.
 std::vector<std::uint8_t> findPattern(const std::string& typed, bool asText);
 
 }  // namespace kvr::images

@@ -13,8 +13,8 @@ void ImageBounds::takeIn(std::int32_t first, std::int32_t last) {
   rangeEnd = std::max(rangeEnd, last);
 }
 
-ImageBuffer::ImageBuffer(std::string kind, std::int32_t size)
-    : fileKind(std::move(kind)), bytes_(static_cast<std::size_t>(size)), marks_(static_cast<std::size_t>(size)) {}
+ImageBuffer::ImageBuffer(ImageKind ofKind, std::int32_t size)
+    : kind(ofKind), bytes_(static_cast<std::size_t>(size)), marks_(static_cast<std::size_t>(size)) {}
 
 std::uint8_t ImageBuffer::at(std::int32_t address) const {
   return address >= 0 && address < size() ? bytes_[static_cast<std::size_t>(address)] : 0;

@@ -6,17 +6,18 @@
 
 #include <cstdint>
 #include <span>
-#include <string>
 #include <utility>
 #include <vector>
 
-#include "platform/controls.h"
+#include "platform/signal.h"
 
 namespace kvr::images {
 
 inline constexpr std::int32_t kNoRangeStart = 0x10FFFF;  // `rangeStart` of a buffer that no file has been merged into
 inline constexpr std::int32_t kCodeBufferSize = 0x12001;
 inline constexpr std::int32_t kEepromBufferSize = 0x10001;
+
+enum class ImageKind { Code, Data };
 
 // Where the last file and all merged files lie. Addresses are inclusive.
 struct ImageBounds {
@@ -38,17 +39,14 @@ struct FileLayer {
 
 class ImageBuffer : public ImageBounds {
  public:
-  ImageBuffer(std::string kind, std::int32_t size);
+  ImageBuffer(ImageKind kind, std::int32_t size);
   ImageBuffer(const ImageBuffer&) = delete;
   ImageBuffer& operator=(const ImageBuffer&) = delete;
 
-  std::string fileKind;          // "AP_FILE" or "Data_File"
-  std::int32_t sum = 0;          // sum of the last file's data bytes
-  std::int32_t startOffset = 0;  // address at which the last file was placed
-  bool clearFirst = true;        // the last load cleared the buffer before
-  bool loaded = false;           // a load has ended; of the data image: there is data to program
+  const ImageKind kind;
+  std::int32_t sum = 0;  // sum of the last file's data bytes
+  bool loaded = false;   // a load has ended; of the data image: there is data to program
 
-  bool isCode() const { return fileKind == "AP_FILE"; }
   ImageBounds& bounds() { return *this; }
   const ImageBounds& bounds() const { return *this; }
 
@@ -78,10 +76,11 @@ class ImageBuffer : public ImageBounds {
 
 // Both images and what is known of them together. Lives as long as the window.
 struct ImageState {
-  ImageBuffer CodeBuffer{"AP_FILE", kCodeBufferSize};
-  ImageBuffer EepromBuffer{"Data_File", kEepromBufferSize};
-  bool imageValid = false;   // a loaded image exists (one flag for both)
-  std::string lastFileName;  // the path of the last file asked for
+  ImageBuffer CodeBuffer{ImageKind::Code, kCodeBufferSize};
+  ImageBuffer EepromBuffer{ImageKind::Data, kEepromBufferSize};
+  bool imageValid = false;  // a loaded image exists (one flag for both)
+  // A file or a project has filled the code image; `imageValid` alone may come from an EEPROM file.
+  bool codeLoaded() const { return imageValid && CodeBuffer.loaded; }
 };
 
 }  // namespace kvr::images

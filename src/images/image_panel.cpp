@@ -6,8 +6,8 @@ ImagePanel::ImagePanel() {
   comLoadFile.setCaption("Open-Code-File");
   comLoadDataFile.setCaption("Open-EEPROM-File");
   for (auto* box : {&txtAP_FileStart, &txtDataFileStart, &txt_Start_Address, &txt_length}) box->setText("0");
-  // A new file replaces the old one unless the operator wants two files merged: the tail of a longer old build must not
-  // stay behind a shorter new one.
+  // A new file replaces the old one unless the user wants two files merged: the tail of a longer old build must not
+  // stay after a shorter new one.
   for (auto* box : {&cheClearAP_Buffer, &cheClearDataBuffer}) {
     box->setCaption("Clear the Buffer");
     box->setValue(true);

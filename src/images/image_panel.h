@@ -1,7 +1,7 @@
 // The controls of the images: files, views, serial numbers, and the store/compare/reload page.
 #pragma once
 
-#include "images/hex_pane.h"
+#include "images/hex_pane_view.h"
 #include "platform/controls.h"
 
 namespace kvr::images {
@@ -23,7 +23,7 @@ struct ImagePanel {
   platform::Frame frmDataFlash{"frmDataFlash"};                 // "Data File: " and the path
   platform::ControlArray<platform::Label, 3> Label7{"Label7"};  // 1, 2: effective lengths; 0: on the options page
   platform::ControlArray<platform::Label, 2> LabISP_reange{"LabISP_reange"};  // address range of the application
-  platform::Label labFileInfo{"labFileInfo"};  // size, CRC-32, time and notes of the code file, for people
+  platform::Label labFileInfo{"labFileInfo"};  // size, CRC-32, time and notes of the code file
   platform::Label labDataFileInfo{"labDataFileInfo"};
 
   // Views: 0 code, 1 data. A scroll value counts lines of 16 bytes from the start of the range.

@@ -4,14 +4,20 @@
 
 namespace kvr::images {
 
-ImageRoom::ImageRoom(platform::World& world, const catalogue::SelectedModel& selected, platform::TextBox& textMsg)
-    : views(world, panel, state),
-      counters(world, selected, panel, state, views),
-      loader(world, selected, panel, state, views, counters),
-      storeCompare(world, panel, state, textMsg),
-      watcher(world, panel, state, loader),
-      selected_(selected) {
+ImageRoom::ImageRoom(platform::World& world, const catalogue::SelectedModel& selected, platform::Activity& activity,
+                     platform::UiLock& lock, platform::TextBox& textMsg)
+    : slots(panel, state),
+      views(world, activity, lock, panel, slots, state),
+      counters(world, activity, selected, slots, views),
+      loader(world, selected, slots, state, views, counters),
+      opener(world, activity, slots, loader),
+      reloader(world, slots, loader, counters),
+      watcher(world, activity, panel, state, loader, reloader),
+      storeCompare(world, activity, panel, state, textMsg),
+      selected_(selected),
+      lock_(lock) {
   loader.clearBuffers();
+  lock.changed.connect([this] { applyLock(); });
 }
 
 void ImageRoom::showModel() {
@@ -23,24 +29,21 @@ void ImageRoom::showModel() {
 }
 
 void ImageRoom::setDataFileControls(bool enable) {
-  dataOffered_ = enable;
   const auto& model = selected_.record;
   panel.comLoadDataFile.setEnabled(enable && model.dataEnd - model.dataStart >= 100);
   panel.txtDataFileStart.setEnabled(enable);
   panel.txtDataFileCheckSum.setEnabled(enable);
   panel.cheClearDataBuffer.setEnabled(enable);
-  counters.enableControls(codeOffered_, dataOffered_);
+  counters.enableControls(codeOffered_, enable);
 }
 
-void ImageRoom::applyLock(int uiLockState) {
-  const bool free = uiLockState == 0;
+void ImageRoom::applyLock() {
+  codeOffered_ = lock_.free();
   for (platform::Control* control :
        std::initializer_list<platform::Control*>{&panel.txtAP_FileStart, &panel.txtFileCheckSum,
                                                  &panel.cheClearAP_Buffer, &panel.comLoadFile, &panel.comStoreFile})
-    control->setEnabled(free);
-  codeOffered_ = free;
-  setDataFileControls(free && catalogue::hasDataFile(selected_.record));
-  views.setReadOnly(uiLockState == 1 || uiLockState == 3);
+    control->setEnabled(codeOffered_);
+  setDataFileControls(codeOffered_ && catalogue::hasDataFile(selected_.record));
 }
 
 }  // namespace kvr::images

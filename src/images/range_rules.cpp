@@ -13,29 +13,19 @@ namespace {
 constexpr std::string_view kCut = "The file is over the valid scope, and the exceeding part has been cleared.";
 constexpr std::int32_t kUsableData = 100;  // a Data Memory below this size is none
 
-// Half of it in the second half of the file: models whose Data Memory begins at 32768 in the file.
-bool isSplitCedar(const McuRecord& model) {
-  return model.name == "Cedar-H50D" || model.name == "Cedar-L50D";
-}
-
-// Families 0, 1, 2, 11, 12, 13: code, Data Memory and boot area in one map.
-bool isFirstGeneration(const McuRecord& model) {
-  return model.family <= 2 || catalogue::isLateFamily(model.family);
-}
-
 std::string sumDigits(std::int64_t sum) {
   const std::string digits = platform::hexText(static_cast<std::uint32_t>(sum), 7);
   return digits.substr(digits.size() - 7);
 }
 
-// One file being judged. `fileEnd` and the span list grow into the verdict.
+// One file being judged. The verdict takes shape while the rules are applied.
 class Judge {
  public:
   Judge(const McuRecord& model, const catalogue::IspRange& range, const LoadedFile& file,
         std::span<const std::uint8_t> bytes)
       : model_(model), range_(range), file_(file), bytes_(bytes) {
     verdict_.fileEnd = file.fileEnd;
-    verdict_.sumInCodeBox = file.isCode;
+    verdict_.sumBox = file.kind;
     verdict_.sumText = sumDigits(file.sum) + "H       ";
   }
 
@@ -45,7 +35,7 @@ class Judge {
       return std::move(verdict_);
     }
     withoutDataMemory();
-    if (!isFirstGeneration(model_))
+    if (!traitsOf(model_).firstGeneration())
       oneFile();
     else if (file_.format == FileFormat::Hex)
       sharedMapHex();
@@ -55,6 +45,7 @@ class Judge {
   }
 
  private:
+  bool isCode() const { return file_.kind == ImageKind::Code; }
   bool holdsData(std::int32_t first, std::int32_t last) const {
     const auto size = static_cast<std::int32_t>(bytes_.size());
     for (std::int32_t i = std::max(first, 0); i <= last && i < size; ++i)
@@ -70,8 +61,8 @@ class Judge {
   }
 
   void separateFiles() {
-    if (!file_.isCode) verdict_.sumText = sumDigits(file_.sum) + "H";
-    const std::int32_t end = file_.isCode ? model_.apEnd : model_.dataEnd - model_.dataStart;
+    if (!isCode()) verdict_.sumText = sumDigits(file_.sum) + "H";
+    const std::int32_t end = isCode() ? model_.apEnd : model_.dataEnd - model_.dataStart;
     if (verdict_.fileEnd <= end) return;
     verdict_.fileEnd = end;
     verdict_.messages.emplace_back(kCut);
@@ -84,7 +75,7 @@ class Judge {
     clear(model_.apEnd + 1, model_.dataStart - 1);
   }
 
-  // The Data Memory lies behind the code; between them may be a gap that no chip has.
+  // The Data Memory follows the code; between them may be a gap that no chip has.
   void oneFile() {
     std::string gap;
     std::string data;
@@ -103,7 +94,7 @@ class Judge {
       verdict_.fileEnd = model_.dataEnd;
     }
     if (gap.empty() && data.empty() && beyond.empty()) return;
-    // "Continue" stands under the middle of the longest line; each counts with its line end of two characters.
+    // "Continue" is under the middle of the longest line; each counts with its line end of two characters.
     std::size_t longest = 0;
     for (const auto* line : {&gap, &data, &beyond})
       if (!line->empty()) longest = std::max(longest, line->size() + 2);
@@ -116,8 +107,8 @@ class Judge {
   }
 
   void sharedMapHex() {
-    verdict_.sumInCodeBox = true;
-    const bool early = model_.family <= 1;
+    verdict_.sumBox = ImageKind::Code;
+    const bool early = !traitsOf(model_).dataMemory;
     const std::int32_t top = range_.top;
     std::int32_t maxAddr = verdict_.fileEnd;
     bool over = false;
@@ -132,7 +123,7 @@ class Judge {
         over = true;
         clear(top + 1, range_.ispStart - 1);
       }
-    } else if (!isSplitCedar(model_)) {
+    } else if (!model_.quirks.splitData) {
       if (!dataHit) dataHit = holdsData(top + 1, range_.ispStart - 1);
     } else {
       over = holdsData(top + 1, 32767);
@@ -144,7 +135,7 @@ class Judge {
   }
 
   void sharedMapBinary() {
-    const bool early = model_.family <= 1;
+    const bool early = !traitsOf(model_).dataMemory;
     const std::int32_t top = range_.top;
     bool over = false;
     bool dataHit = false;
@@ -157,7 +148,7 @@ class Judge {
       over = verdict_.fileEnd >= range_.ispStart;
       if (over) verdict_.fileEnd = range_.ispStart - 1;
     }
-    if (isSplitCedar(model_)) {
+    if (model_.quirks.splitData) {
       over = file_.fileStart <= 32767 && verdict_.fileEnd > top;
       dataHit = file_.fileStart > 32767 || verdict_.fileEnd > 32767;
       clear(top + 1, 32767);
@@ -190,9 +181,9 @@ RangeVerdict judgeRange(const McuRecord& model, const catalogue::IspRange& range
   return Judge(model, range, file, bytes).run();
 }
 
-std::string checkStart(const McuRecord& model, bool isCode, std::int64_t startOffset) {
-  const std::int64_t last = isCode ? model.dataEnd : model.dataEnd - model.dataStart;
-  return startOffset > last ? "Start Buffer Address exceeded the valid scope. \n" : "";
+std::string checkStart(const McuRecord& model, ImageKind kind, std::int64_t start) {
+  const std::int64_t last = kind == ImageKind::Code ? model.dataEnd : model.dataEnd - model.dataStart;
+  return start > last ? "Start Buffer Address exceeded the valid scope. \n" : "";
 }
 
 std::string loadTitle(FileFormat format) {

@@ -74,9 +74,9 @@ void MonitorRoom::answer(Answer answer) {
 }
 
 void MonitorRoom::listRegisters() {
-  const auto table = registerTable(model_.record.family);
+  const auto table = registerTable(model_.traits().registers);
   if (table.empty()) return;
-  listedFamily_ = model_.record.family;
+  list_ = model_.traits().registers;
   std::vector<std::string> rows;
   for (const auto& named : table) rows.push_back(registerRow(named));
   panel_.lst_debug1.setSelected({});
@@ -85,7 +85,7 @@ void MonitorRoom::listRegisters() {
 
 void MonitorRoom::clearLists() {
   std::vector<std::string> names;
-  for (const auto& named : registerTable(listedFamily_)) names.push_back(registerRow(named));
+  for (const auto& named : registerTable(list_)) names.push_back(registerRow(named));
   panel_.lst_debug1.setSelected({});
   panel_.lst_debug1.setRows(std::move(names));
   panel_.lst_debug2.setRows(ramRows());

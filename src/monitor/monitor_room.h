@@ -56,7 +56,7 @@ class MonitorRoom {
   platform::Signal::Token lockToken_;
   FrameSearch search_;
   int retriesLeft_ = 0;
-  int listedFamily_ = -1;
+  catalogue::RegisterList list_ = catalogue::RegisterList::None;
   std::uint16_t windowAddress_ = 0;  // of the first row of lst_debug4
   std::array<Cell, 256> sfrValues_{};
   std::array<Cell, 256> ramValues_{};

@@ -46,17 +46,18 @@ constexpr std::array<NamedRegister, 67> kFir{{
 
 }  // namespace
 
-std::span<const NamedRegister> registerTable(int family) {
-  switch (family) {
-    case 2:
+std::span<const NamedRegister> registerTable(catalogue::RegisterList list) {
+  switch (list) {
+    case catalogue::RegisterList::Cedar:
       return kCedar;
-    case 3:
+    case catalogue::RegisterList::Elm:
       return kElm;
-    case 4:
+    case catalogue::RegisterList::Fir:
       return kFir;
-    default:
-      return {};
+    case catalogue::RegisterList::None:
+      break;
   }
+  return {};
 }
 // clang-format on
 

@@ -5,6 +5,8 @@
 #include <span>
 #include <string_view>
 
+#include "catalogue/family.h"
+
 namespace kvr::monitor {
 
 struct NamedRegister {
@@ -12,7 +14,7 @@ struct NamedRegister {
   std::string_view name;
 };
 
-// In the order of the list; empty for a family without a table.
-std::span<const NamedRegister> registerTable(int family);
+// In the order of the list.
+std::span<const NamedRegister> registerTable(catalogue::RegisterList list);
 
 }  // namespace kvr::monitor

@@ -59,16 +59,16 @@ constexpr std::array kElmToHazel{OptionPlace{48, 2},  OptionPlace{49, 3},  Optio
 constexpr std::array kIvyAndUp{OptionPlace{48, 0}, OptionPlace{49, 1}, OptionPlace{50, 2},
                                OptionPlace{51, 3}, OptionPlace{56, 8}, OptionPlace{57, 9}};
 
-std::span<const OptionPlace> optionPlaces(int family) {
-  if (family <= 1) return {};
-  if (family == 2 || catalogue::isLateFamily(family)) return kFirstGeneration;
-  if (family <= 6) return kElmToHazel;
-  return kIvyAndUp;
+std::span<const OptionPlace> optionPlaces(const catalogue::FamilyTraits& traits) {
+  if (traits.cedarOptions()) return kFirstGeneration;
+  if (traits.shortOptions()) return kElmToHazel;
+  if (traits.longOptions()) return kIvyAndUp;
+  return {};
 }
 
 void putOptions(const BoardInputs& inputs, Header header) {
   std::fill_n(header.begin() + kOptionsAt, kOptionsSize, std::uint8_t{0xFF});
-  for (const OptionPlace& place : optionPlaces(inputs.record->family))
+  for (const OptionPlace& place : optionPlaces(traitsOf(*inputs.record)))
     header[place.offset] = inputs.options[place.element];
 }
 
@@ -93,14 +93,15 @@ void putArea(Header header, std::size_t at, std::int64_t first, std::int64_t las
 }
 
 void putAreas(const McuRecord& record, Header header) {
-  const int unit = catalogue::blockSizeOf(record.family);
+  const catalogue::FamilyTraits& traits = traitsOf(record);
+  const int unit = traits.blockSize;
   putBig(header, 150, 2, unit);
   putArea(header, 152, record.apStart, std::min(record.apEnd, modelLimit(record)), unit);
-  if (record.family == 3) putArea(header, 160, record.apEnd + 1, record.dataStart - 1, unit);
-  if (record.family <= 1) {
-    putArea(header, 168, 0, 0, unit);
-  } else {
+  if (traits.gapIsCode) putArea(header, 160, record.apEnd + 1, record.dataStart - 1, unit);
+  if (traits.dataMemory) {
     putArea(header, 168, record.dataStart, record.dataEnd, unit);
+  } else {
+    putArea(header, 168, 0, 0, unit);
   }
   putArea(header, 176, record.bootStart, record.bootEnd, unit);
 }
@@ -114,7 +115,8 @@ void putRange(Header header, std::size_t at, std::int64_t a, std::int64_t b, std
 void putRanges(const McuRecord& record, const FileBuffer& file, Header header) {
   const std::int64_t fileLast = file.last;
   const auto held = [](std::int64_t address) { return std::min(address, kLargestRange); };
-  putRange(header, 184, 0, held(record.family == 3 ? record.dataStart - 1 : record.apEnd), held(record.dataEnd));
+  putRange(header, 184, 0, held(traitsOf(record).gapIsCode ? record.dataStart - 1 : record.apEnd),
+           held(record.dataEnd));
   putRange(header, 202, fileLast + 1, std::max(held(record.dataStart - 1), fileLast),
            std::max(held(record.dataEnd), fileLast));
   if (!record.altCode.empty()) putRange(header, 211, fileLast, fileLast, fileLast);
@@ -123,38 +125,7 @@ void putRanges(const McuRecord& record, const FileBuffer& file, Header header) {
 }  // namespace
 
 int modelLimit(const McuRecord& record) {
-  const bool top = record.topBlockFree;
-  switch (record.family) {
-    case 1:
-      return 63488;
-    case 2:
-    case 11:
-    case 13:
-      return 62464;
-    case 3:
-      return 5120;
-    case 4:
-      return 28672;
-    case 5:
-      return top ? 30720 : 28672;
-    case 6:
-    case 9:
-      return top ? 6144 : 5120;
-    case 7:
-    case 10:
-      return top ? 63488 : 62464;
-    case 8:
-    case 15:
-    case 16:
-    case 17:
-      return top ? 14336 : 13312;
-    case 12:
-      return record.code.starts_with("F1") ? 62464 : 13312;
-    case 18:
-      return 61440;
-    default:
-      return 0;
-  }
+  return sizeFor(record, traitsOf(record).boardCode);
 }
 
 CodeFit fitCode(const McuRecord& record, std::int64_t capacity, const FileBuffer& file) {

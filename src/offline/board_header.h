@@ -22,13 +22,13 @@
 
 namespace kvr::offline {
 
-// What a board can give a chip of this model at most, in bytes. Without a row for the family: 0.
+// What a board can give a chip of this model at most, in bytes; 0 for a family that boards do not know.
 int modelLimit(const catalogue::McuRecord& record);
 
 struct CodeFit {
   std::int64_t capacity = 0;  // the board's, held to the model's limit
   std::int64_t codeLast = 0;  // last address that the board will program
-  std::string message;        // the words for a person when something has to stay out; else empty
+  std::string message;        // the words for the user when something has to stay out; else empty
 };
 CodeFit fitCode(const catalogue::McuRecord& record, std::int64_t capacity, const FileBuffer& file);
 

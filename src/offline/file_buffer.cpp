@@ -6,16 +6,11 @@ namespace kvr::offline {
 namespace {
 
 constexpr int kSmallestLast = 1023;  // a board gives a chip at least its first kilobyte
-constexpr int kNoLimit = 65536;
 
 // Copies `from` up to its byte `last` to the address `to`.
 void copyImage(const ImageView& from, int last, int to, FileBuffer& file) {
   const int count = std::min({last + 1, static_cast<int>(from.bytes.size()), static_cast<int>(FileBuffer::kSize) - to});
   if (count > 0) std::copy_n(from.bytes.begin(), count, file.bytes.begin() + to);
-}
-
-bool firstGeneration(int family) {
-  return family <= 2 || catalogue::isLateFamily(family);
 }
 
 }  // namespace
@@ -27,37 +22,14 @@ void FileBuffer::blank(std::int64_t start, std::int64_t count) {
 }
 
 int boardCodeLimit(const catalogue::McuRecord& record) {
-  const bool top = record.topBlockFree;
-  switch (record.family) {
-    case 3:
-      return 24063;
-    case 4:
-      return record.apEnd >= 15360 ? 28671 : 24063;
-    case 5:
-      return top ? 30719 : 28671;
-    case 6:
-    case 9:
-      return top ? 6143 : 5119;
-    case 7:
-    case 10:
-      return top ? 63487 : 62463;
-    case 8:
-    case 15:
-    case 16:
-    case 17:
-      return top ? 14335 : 13311;
-    case 18:
-      return 0;
-    default:
-      return kNoLimit;
-  }
+  return sizeFor(record, traitsOf(record).boardImage) - 1;
 }
 
 FileBuffer prepareFileBuffer(const catalogue::McuRecord& record, const ImageView& code, const ImageView& data) {
   FileBuffer file;
   const int codeLast = std::max(code.rangeEnd, kSmallestLast);
   int copied = 0;
-  if (firstGeneration(record.family) || !data.loaded) {
+  if (traitsOf(record).firstGeneration() || !data.loaded) {
     const int limit = boardCodeLimit(record);
     file.first = std::min(code.rangeStart, limit);
     file.last = std::min(codeLast, limit);

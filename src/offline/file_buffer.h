@@ -31,8 +31,8 @@ struct FileBuffer {
   void blank(std::int64_t start, std::int64_t count);
 };
 
-// The highest code address that a board can give a chip of this model, when no data image is in use. Families 0, 1, 2,
-// 11, 12, 13 have none: 65536.
+// The highest code address that a board can give a chip of this model, when no data image is in use. The first
+// generation has none: 65536.
 int boardCodeLimit(const catalogue::McuRecord& record);
 
 FileBuffer prepareFileBuffer(const catalogue::McuRecord& record, const ImageView& code, const ImageView& data);

@@ -31,11 +31,6 @@ IncrementField fieldOf(const platform::CheckBox& box, const platform::ControlArr
   return field;
 }
 
-// No usable image comes out for these: there is no room for code, or none that a board would copy.
-bool boardKnowsFamily(int family) {
-  return family != 0 && family != 18;
-}
-
 }  // namespace
 
 OfflineSession::OfflineSession(OfflineContext context, OfflinePanel& panel) : context_(context), panel_(panel) {
@@ -54,7 +49,7 @@ void OfflineSession::runOfflineSession() {
   engine::TargetLink& link = context_.link;
   platform::Dialogs& dialogs = link.world().dialogs;
   const catalogue::McuRecord& record = link.model().record;
-  if (!boardKnowsFamily(record.family)) {
+  if (!traitsOf(record).offlineBoard) {
     dialogs.message("KVR-ISP", "The off-line board does not support this MCU type.", platform::BoxIcon::Warning);
     return;
   }

@@ -5,6 +5,9 @@
 #include "options/option_table.h"
 
 namespace kvr::options {
+
+using catalogue::FamilyTraits;
+
 namespace {
 
 constexpr std::uint8_t byteOf(int value) {
@@ -46,37 +49,18 @@ int lowVoltageBits(int listIndex) {
   return n >= 0 && n <= 7 ? 7 - n : 5;
 }
 
-// Which byte holds the prescaler in its low three bits; -1: the family has no watchdog lines.
-int prescalerByte(int family) {
-  switch (panelSlotOf(family)) {
-    case 4:
-    case 5:
-      return 3;
-    case 6:
-    case 7:
-    case 8:
-    case 9:
-    case 10:
-      return 2;
-    case 15:
-      return 4;
-    default:
-      return -1;
-  }
-}
-
 void putFields(OptionBytes& bytes, const PanelValues& values, std::optional<RcTrim> trim) {
-  const int family = values.family;
-  if (const int byte = prescalerByte(family); byte >= 0)
-    putField(bytes[static_cast<std::size_t>(byte)], 0x07, prescalerBits(values.prescaler));
-  if (family == 9 || family == 10) putField(bytes[0], 0x30, wakeUpBits(values.wakeUpDelay) * 16);
-  if (family == 15 || family == 16) {
+  const FamilyTraits& traits = catalogue::traitsOf(values.family);
+  if (traits.watchdogByte >= 0)
+    putField(bytes[static_cast<std::size_t>(traits.watchdogByte)], 0x07, prescalerBits(values.prescaler));
+  if (traits.wakeUpDelay) putField(bytes[0], 0x30, wakeUpBits(values.wakeUpDelay) * 16);
+  if (traits.measuresOscillator()) {
     putField(bytes[1], 0x07, lowVoltageBits(values.lowVoltageIndex));
     const auto registers = trim.value_or(RcTrim{.code = 88, .fine = 128});
     bytes[3] = registers.code;
     bytes[4] = registers.fine;
   }
-  if (family == 17) {
+  if (traits.oscillator == catalogue::Oscillator::TrimmedByHand) {
     bytes[3] = byteOf(values.trimBand * 64 + values.trimStep);
     bytes[4] = byteOf(values.trimFine);
   }
@@ -84,9 +68,9 @@ void putFields(OptionBytes& bytes, const PanelValues& values, std::optional<RcTr
 
 }  // namespace
 
-PanelValues defaultValues(int family) {
+PanelValues defaultValues(catalogue::Family family) {
   PanelValues values{.family = family};
-  for (const auto& row : optionRows(panelSlotOf(family))) {
+  for (const auto& row : optionRows(catalogue::traitsOf(family).panelSlot)) {
     if (row.place.known()) values.choices[std::string(row.key)] = row.text == "1" ? "True" : "False";
     if (row.key == "WDT_Prescalar") values.prescaler = row.text;
     if (row.key == "RC30K_Divder") values.wakeUpDelay = row.text;
@@ -95,44 +79,44 @@ PanelValues defaultValues(int family) {
   return values;
 }
 
-OptionBytes defaultBytes(int family) {
+OptionBytes defaultBytes(const FamilyTraits& traits) {
   OptionBytes bytes;
   bytes.fill(255);
-  if (panelSlotOf(family) == 2) bytes[1] = 253;
-  if (family >= 3 && family <= 6) bytes[8] = 247;
+  if (traits.cedarOptions()) bytes[1] = 253;
+  if (traits.shortOptions()) bytes[8] = 247;
   return bytes;
 }
 
 WantedOptions composeOptions(const PanelValues& values, std::optional<RcTrim> trim) {
-  const int family = values.family;
-  WantedOptions wanted{.bytes = defaultBytes(family), .words = {}};
+  const FamilyTraits& traits = catalogue::traitsOf(values.family);
+  WantedOptions wanted{.bytes = defaultBytes(traits), .words = {}};
   if (!values.noOptions) {
-    for (const auto& row : optionRows(panelSlotOf(family))) {
+    for (const auto& row : optionRows(traits.panelSlot)) {
       const auto chosen = values.choices.find(row.key);
       if (row.place.known() && chosen != values.choices.end() && chosen->second == "True")
         putBit(wanted.bytes, row.place);
     }
     putFields(wanted.bytes, values, trim);
   }
-  wanted.words = {.doubleSpeed = wordOf(family, "Double_speed_YES", wanted.bytes),
-                  .clearUnusedAp = wordOf(family, "Clear_Unused_AP_YES", wanted.bytes)};
-  if (family >= 15 && family <= 17) {  // these chips keep the boot firmware's own choices in byte 12
+  wanted.words = {.doubleSpeed = wordOf(traits, "Double_speed_YES", wanted.bytes),
+                  .clearUnusedAp = wordOf(traits, "Clear_Unused_AP_YES", wanted.bytes)};
+  if (traits.allOptions()) {  // these chips keep the boot firmware's own choices in byte 12
     wanted.bytes[12] = wanted.bytes[8];
     wanted.bytes[8] = 255;
   }
   return wanted;
 }
 
-std::string wordOf(int family, std::string_view key, const OptionBytes& bytes) {
-  const auto* row = findRow(panelSlotOf(family), key);
+std::string wordOf(const FamilyTraits& traits, std::string_view key, const OptionBytes& bytes) {
+  const auto* row = findRow(traits.panelSlot, key);
   if (row == nullptr || !row->place.known()) return {};
   return holds(bytes, row->place) ? "1" : "0";
 }
 
-void refreshChoices(int family, OptionSet& set) {
-  if (family == 1) return;
-  set.wanted = defaultBytes(family);
-  set.reportedWords = {.doubleSpeed = wordOf(family, "Double_speed_YES", set.reported), .clearUnusedAp = {}};
+void refreshChoices(const FamilyTraits& traits, OptionSet& set) {
+  if (traits.layout == catalogue::OptionLayout::None) return;
+  set.wanted = defaultBytes(traits);
+  set.reportedWords = {.doubleSpeed = wordOf(traits, "Double_speed_YES", set.reported), .clearUnusedAp = {}};
 }
 
 }  // namespace kvr::options

@@ -6,13 +6,14 @@
 #include <string>
 #include <string_view>
 
+#include "catalogue/family.h"
 #include "options/option_set.h"
 
 namespace kvr::options {
 
 // What an options panel says, apart from the panel.
 struct PanelValues {
-  int family = 0;
+  catalogue::Family family{};
   bool noOptions = false;  // the model's options cannot be changed: whatever else stands here has no effect
 
   // "True" or "False" by key, for the keys that are bits. A key that is missing is a choice that was not made.
@@ -21,16 +22,16 @@ struct PanelValues {
   std::string prescaler;     // `WDT_Prescalar`: "2" .. "256"; any other text counts as "256"
   std::string wakeUpDelay;   // `RC30K_Divder`: "4096" .. "32768"; any other text counts as "32768"
   int lowVoltageIndex = -1;  // place in the list `Low_Voltage_detector`, from the highest threshold down; -1: none
-  int trimBand = 0;          // family 17: coarse trim, band 0..3 and step 0..63; fine trim 0..255
+  int trimBand = 0;          // trimmed by hand: coarse trim, band 0..3 and step 0..63; fine trim 0..255
   int trimStep = 0;
   int trimFine = 128;
 };
 
 // A panel that has just been filled for a model of the family.
-PanelValues defaultValues(int family);
+PanelValues defaultValues(catalogue::Family family);
 
 // The bytes before any choice is looked at. Bits that no choice names go to the chip as they stand here.
-OptionBytes defaultBytes(int family);
+OptionBytes defaultBytes(const catalogue::FamilyTraits& traits);
 
 struct WantedOptions {
   OptionBytes bytes{};
@@ -38,15 +39,15 @@ struct WantedOptions {
   bool operator==(const WantedOptions&) const = default;
 };
 
-// What the panel stands for. `trim` is what was measured for the wanted frequency; families 15 and 16 take a middle
-// setting without it, others do not look at it.
+// What the panel stands for. `trim` is what was measured for the wanted frequency; families whose
+// oscillator is measured take a middle setting without it, others do not look at it.
 WantedOptions composeOptions(const PanelValues& values, std::optional<RcTrim> trim);
 
 // "1" when `bytes` hold the choice, "0" when not, empty when the family's table has no such key or the key is no bit.
-std::string wordOf(int family, std::string_view key, const OptionBytes& bytes);
+std::string wordOf(const catalogue::FamilyTraits& traits, std::string_view key, const OptionBytes& bytes);
 
 // After `reported` was filled: the words of it. `wanted` goes back to the family's default bytes, so it must be
-// composed again before it is used. Family 1 has no options and is left alone.
-void refreshChoices(int family, OptionSet& set);
+// composed again before it is used. A family without options is left alone.
+void refreshChoices(const catalogue::FamilyTraits& traits, OptionSet& set);
 
 }  // namespace kvr::options

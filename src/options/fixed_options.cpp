@@ -1,4 +1,5 @@
 // Models without changeable options: what the boot firmware has settled, in the order of the option lines.
+#include <algorithm>
 #include <vector>
 
 #include "options/option_table.h"
@@ -25,31 +26,38 @@ constexpr std::string_view kBelow43 = "Low Voltage Reset, when MCU-VCC < 4.3V";
 constexpr std::string_view kHazelPin = "P1.2/RESET2 is used as P1.2/LVD";
 constexpr std::string_view kIvyPin = "P4.6/RESET2 is used as P4.6/LVD";
 
+// A family's lines; where the reset threshold stands it is that of the high-voltage class, and `low` is the other one.
+struct FixedLines {
+  catalogue::Family family;
+  std::vector<std::string_view> lines;
+  std::string_view high{};
+  std::string_view low{};
+};
+
+const std::vector<FixedLines>& fixedLines() {
+  using enum catalogue::Family;
+  static const std::vector<FixedLines> kFixed = {
+      {Gum, {kClock, kPins, kNotCleared, kBelow37, kWatchdog}, kBelow37, kBelow24},
+      {Hazel, {kClock, kDelay, kGain, kPins, kNotCleared, kHazelPin, kWatchdog}},
+      {Ivy, {kClock, kReset, kDelay, kGain, kPins, kKeep, kIvyPin, kWatchdog}},
+      {Juniper, {kClock, kReset, kDelay, kGain, kPins, kKeep, kBelow38, kWatchdog}, kBelow38, kBelow24},
+      {Sumac, {kClock, kReset, kDelay, kGain, kPins, kKeep, kBelow43, kWatchdog}, kBelow43, kBelow25},
+      {Kauri, {kClock, kReset36, kDelay, kGain, kPins, kKeep, kWait, kBelow41}, kBelow41, kBelow24},
+      {Larch, {kClock, kReset, kDelay, kGain, kPins, kKeep, kWait, kBelow41}, kBelow41, kBelow24},
+  };
+  return kFixed;
+}
+
 }  // namespace
 
 std::vector<std::string_view> fixedOptionTexts(const catalogue::McuRecord& record) {
   if (!record.noOptions) return {};
-  const bool high = catalogue::voltageClass(record) == 'H';
-  switch (record.family) {
-    case 5:
-      return {kClock, kPins, kNotCleared, high ? kBelow37 : kBelow24, kWatchdog};
-    case 6:
-      return {kClock, kDelay, kGain, kPins, kNotCleared, kHazelPin, kWatchdog};
-    case 7:
-      return {kClock, kReset, kDelay, kGain, kPins, kKeep, kIvyPin, kWatchdog};
-    case 8:
-      return {kClock, kReset, kDelay, kGain, kPins, kKeep, high ? kBelow38 : kBelow24, kWatchdog};
-    case 17:
-      return {kClock, kReset, kDelay, kGain, kPins, kKeep, high ? kBelow43 : kBelow25, kWatchdog};
-    case 9:
-    case 10:
-      return {kClock, record.family == 9 ? kReset36 : kReset,
-              kDelay, kGain,
-              kPins,  kKeep,
-              kWait,  high ? kBelow41 : kBelow24};
-    default:
-      return {};
-  }
+  const auto fixed = std::find_if(fixedLines().begin(), fixedLines().end(),
+                                  [&](const FixedLines& one) { return one.family == record.family; });
+  if (fixed == fixedLines().end()) return {};
+  auto lines = fixed->lines;
+  if (catalogue::voltageClass(record) != 'H') std::replace(lines.begin(), lines.end(), fixed->high, fixed->low);
+  return lines;
 }
 
 }  // namespace kvr::options

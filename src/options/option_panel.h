@@ -42,9 +42,9 @@ struct OptionPanel {
   // 0: watchdog prescaler, 1: clocks to wait after wake-up.
   platform::ControlArray<platform::ComboBox, 2> comWDT_Prescalar{"comWDT_Prescalar"};
   // 5: the wanted frequency of the internal oscillator, MHz, a list that takes free text. 4: the low-voltage threshold.
-  // 1, 2: coarse trim of family 17, band and step. 0 and 3 are only kept with the settings.
+  // 1, 2: coarse trim by hand, band and step. 0 and 3 are only kept with the settings.
   platform::ControlArray<platform::ComboBox, 6> com_RC_frequency{"com_RC_frequency"};
-  platform::TextBox txt_RC_frequency{"txt_RC_frequency"};  // fine trim of family 17
+  platform::TextBox txt_RC_frequency{"txt_RC_frequency"};  // fine trim by hand
   platform::ControlArray<platform::Label, 5> Label8{"Label8"};
   platform::ControlArray<platform::Label, 2> LabOptionC{"LabOptionC"};
   platform::ControlArray<platform::Frame, 16> Picture2{"Picture2"};  // the strips behind the option lines

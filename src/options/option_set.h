@@ -10,7 +10,7 @@ namespace kvr::options {
 inline constexpr int kOptionBytes = 17;
 
 // Byte i is option byte i of a chip, 0 to 15; which of them a family has, and which travel, is its protocol's business.
-// Byte 16 never travels: in families 3, 4, 5 it carries the choice `Clear_Unused_AP_*`, which only the programming
+// Byte 16 never travels: in Elm, Fir and Gum it carries the choice `Clear_Unused_AP_*`, which only the programming
 // reads.
 using OptionBytes = std::array<std::uint8_t, kOptionBytes>;
 
@@ -29,7 +29,7 @@ struct OptionSet {
   bool operator==(const OptionSet&) const = default;
 };
 
-// The two registers of the internal oscillator (families 15, 16), as measured for the wanted frequency.
+// The two registers of the internal oscillator (Pine, Quince), as measured for the wanted frequency.
 struct RcTrim {
   std::uint8_t code = 0;  // coarse
   std::uint8_t fine = 0;

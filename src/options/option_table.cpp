@@ -40,15 +40,6 @@ bool enabledIn(const OptionRow& row, int lockState) {
   return lockState == platform::UiLock::kBusy ? row.enabledBusy : row.enabledLocked;
 }
 
-int panelSlotOf(int family) {
-  constexpr std::array<int, 19> kSlots = {0, 1, 2, 4, 4, 4, 5, 6, 7, 8, 9, 2, 2, 2, -1, 10, 10, 7, 15};
-  return family >= 0 && family < static_cast<int>(kSlots.size()) ? kSlots[static_cast<std::size_t>(family)] : -1;
-}
-
-int projectSlotOf(int family) {
-  return family == 15 ? 7 : panelSlotOf(family);
-}
-
 std::span<const OptionRow> optionRows(int slot) {
   switch (slot) {
     case 0:

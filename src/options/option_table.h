@@ -12,7 +12,7 @@
 
 namespace kvr::options {
 
-// Rows without a choice of their own (labels, captions) bear this key; no look-up finds them.
+// Rows without a choice of their own (labels, captions) carry this key; no look-up finds them.
 inline constexpr std::string_view kClew = "Clew";
 
 // The bit that a choice stands for. `chosen` is the value of the bit that means "chosen", which is 0 as often as 1.
@@ -23,7 +23,7 @@ struct BitPlace {
   constexpr bool known() const { return byte >= 0; }
 };
 
-// One property of one control. A button has two rows: its caption, and behind it its value, which bears the key. Where
+// One property of one control. A button has two rows: its caption, and after it its value, which carries the key. Where
 // two rows of a control differ in when it takes input, the later one counts.
 struct OptionRow {
   std::string_view key = kClew;
@@ -45,13 +45,8 @@ bool holds(const OptionBytes& bytes, const BitPlace& place);
 // Whether a row's control takes input in a state of `UiLock`.
 bool enabledIn(const OptionRow& row, int lockState);
 
+// Slots are 0, 1, 2, 4 to 10, 15 (traits `panelSlot`, `projectSlot`), and this one.
 inline constexpr int kCommonSlot = 20;  // rows of every family: where project keys of model, files and counters live
-
-// The table that a family's panel is filled from; -1 for a number without a family. Slots are 0, 1, 2, 4 to 10, 15.
-int panelSlotOf(int family);
-// The table that decides which option keys a project file of the family holds; -1 for a number without a family. Family
-// 15 is looked up in slot 7 there, although its panel is slot 10: files in the field are like that.
-int projectSlotOf(int family);
 
 // The rows of a slot in panel order; empty for slot 1 and for unknown slots.
 std::span<const OptionRow> optionRows(int slot);

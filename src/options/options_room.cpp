@@ -33,7 +33,7 @@ bool inLayout(const std::vector<PanelGroup>& groups, const platform::Control* co
 OptionsRoom::OptionsRoom(platform::Dialogs& dialogs, OptionPanel& panel, const catalogue::SelectedModel& model,
                          platform::UiLock& lock, platform::TextBox& textMsg, platform::Label& stepFrame)
     : dialogs_(dialogs), panel_(panel), model_(model), lock_(lock), textMsg_(textMsg), stepFrame_(stepFrame) {
-  set_.wanted = set_.reported = defaultBytes(0);
+  set_.wanted = set_.reported = defaultBytes(model.traits());
   lockToken_ = lock_.changed.watch([this] { applyEnableRules(); });
   connectButtons();
   connectPins();
@@ -44,17 +44,14 @@ OptionsRoom::OptionsRoom(platform::Dialogs& dialogs, OptionPanel& panel, const c
 
 void OptionsRoom::connectButtons() {
   for (int row = 9; row < OptionPanel::kRows; ++row)
-    for (auto* button : panel_.optionButtons(row))
-      button->onClick = [this] {
-        if (family() >= 3) applyEnableRules();
-      };
+    for (auto* button : panel_.optionButtons(row)) button->onClick = [this] { applyEnableRules(); };
   panel_.Option0[0].onClick = [this] { tieClockAndReset(0); };
   panel_.Option1[0].onClick = [this] { tieClockAndReset(1); };
 }
 
 // The reset pin is free for other use only while an external clock runs, so the two lines keep each other possible.
 void OptionsRoom::tieClockAndReset(int clicked) {
-  if (family() < 7 || catalogue::isLateFamily(family())) return;
+  if (!traits().longOptions()) return;
   const auto& button = clicked == 0 ? panel_.Option0[0] : panel_.Option1[0];
   auto& forced = clicked == 0 ? panel_.Option1[1] : panel_.Option0[1];
   if (button.value()) forced.setValue(true);
@@ -102,14 +99,14 @@ void OptionsRoom::showFixedOptions() {
 }
 
 void OptionsRoom::fillLowVoltageList() {
-  if (!model_.rcModelTiny) return;
+  if (!traits().measuresOscillator()) return;
   const auto choices = lowVoltageChoices(catalogue::voltageClass(model_.record));
   panel_.com_RC_frequency[4].setItems({choices.begin(), choices.end()});
   panel_.com_RC_frequency[4].setListIndex(0);  // where the default of the table is not among them
 }
 
 void OptionsRoom::fillRows() {
-  const int slot = panelSlotOf(family());
+  const int slot = traits().panelSlot;
   const auto rows = optionRows(slot);
   const char voltageClass = catalogue::voltageClass(model_.record);
   for (std::size_t i = 0; i < rows.size(); ++i) {
@@ -126,7 +123,7 @@ void OptionsRoom::fillRows() {
 
 void OptionsRoom::applyEnableRules() {
   if (model_.record.noOptions) return;
-  for (const auto& row : optionRows(panelSlotOf(family())))
+  for (const auto& row : optionRows(traits().panelSlot))
     if (auto* control = panel_.find(row.control, row.index)) control->setEnabled(enabledIn(row, lock_.state()));
   if (lock_.free()) applyWatchdogRule();
   panel_.com_RC_frequency[5].setEnabled(!lock_.busy());  // its check asks the person, which a run cannot wait for
@@ -140,7 +137,7 @@ void OptionsRoom::applyWatchdogRule() {
 }
 
 platform::Control* OptionsRoom::controlOf(std::string_view key) const {
-  const auto* row = findRow(panelSlotOf(family()), key);
+  const auto* row = findRow(traits().panelSlot, key);
   return row == nullptr ? nullptr : panel_.find(row->control, row->index);
 }
 
@@ -163,8 +160,8 @@ bool OptionsRoom::setControlValue(std::string_view key, const std::string& value
 }
 
 PanelValues OptionsRoom::readPanel() const {
-  PanelValues values{.family = family(), .noOptions = model_.record.noOptions, .choices = {}};
-  for (const auto& row : optionRows(panelSlotOf(family())))
+  PanelValues values{.family = model_.record.family, .noOptions = model_.record.noOptions, .choices = {}};
+  for (const auto& row : optionRows(traits().panelSlot))
     if (row.place.known())
       if (const auto* control = panel_.find(row.control, row.index))
         values.choices[std::string(row.key)] = control->property(row.property);
@@ -184,7 +181,7 @@ void OptionsRoom::composeOptions(std::optional<RcTrim> trim) {
 }
 
 void OptionsRoom::refreshChoices() {
-  options::refreshChoices(family(), set_);
+  options::refreshChoices(traits(), set_);
 }
 
 void OptionsRoom::showReport(const TargetReport& report) {

@@ -54,7 +54,7 @@ class OptionsRoom {
   std::int32_t wantedFrequencyHz() const;  // box 5; a comma counts as a point; 0: no number
   std::int32_t baseFrequencyHz() const;    // 24000000 or 12000000: what the boot firmware runs at while it programs
   // True when the box holds a frequency that chips can be trimmed to, 4.5 to 45 MHz. Otherwise beeps, says so, and puts
-  // the nearest limit into the box. To be asked when the box is left and, for families 15 and 16, when a run starts.
+  // the nearest limit into the box. To be asked when the box is left and, for a measured oscillator, when a run starts.
   bool checkFrequency();
 
   // --- pins
@@ -78,7 +78,7 @@ class OptionsRoom {
   void showFixedOptions();
   void applyWatchdogRule();
   void showLabels(const std::vector<std::string>& texts);
-  int family() const { return model_.record.family; }
+  const catalogue::FamilyTraits& traits() const { return model_.traits(); }
   platform::Control* controlOf(std::string_view key) const;
 
   platform::Dialogs& dialogs_;

@@ -5,10 +5,10 @@
 namespace kvr::options {
 namespace {
 
-constexpr int kSecondBlock = 8;                     // lines from here on stand in the second column
-constexpr std::int32_t kRoomWorthClearing = 16384;  // Rowan parts below this have no unused area to choose about
+constexpr int kSecondBlock = 8;  // lines from here on stand in the second column
 constexpr int kClearUnusedLine = 4;
 constexpr int kNotedLine = 2;
+constexpr std::string_view kLowPowerNote = "     如需低功耗,16MHz 以下振荡器增益可选 1/2 gain";
 
 PanelGroup line(int row, OptionPanel& panel) {
   return {.row = row,
@@ -42,21 +42,19 @@ std::vector<PanelGroup> linesOfTable(int slot, OptionPanel& panel) {
   return groups;
 }
 
-void finishRowan(const catalogue::McuRecord& record, std::vector<PanelGroup>& groups) {
-  if (record.apEnd < kRoomWorthClearing)
-    std::erase_if(groups, [](const PanelGroup& group) { return group.row == kClearUnusedLine; });
-  for (auto& group : groups)
-    if (group.row == kNotedLine) group.notes.emplace_back("     如需低功耗,16MHz 以下振荡器增益可选 1/2 gain");
-}
-
 }  // namespace
 
 std::vector<PanelGroup> layOutPanel(const catalogue::McuRecord& record, OptionPanel& panel) {
   if (record.noOptions) return fixedLines(record, panel);
-  auto groups = linesOfTable(panelSlotOf(record.family), panel);
-  if (record.family == 18) finishRowan(record, groups);
+  const catalogue::FamilyTraits& traits = traitsOf(record);
+  auto groups = linesOfTable(traits.panelSlot, panel);
+  if (record.apEnd < traits.unusedFrom)
+    std::erase_if(groups, [](const PanelGroup& group) { return group.row == kClearUnusedLine; });
+  for (auto& group : groups)
+    if (traits.lowPowerNote && group.row == kNotedLine) group.notes.emplace_back(kLowPowerNote);
   // The wanted frequency of the internal oscillator stands with the clock.
-  if (record.family >= 15 && record.family <= 17 && !groups.empty()) groups.front().list = &panel.com_RC_frequency[5];
+  if (traits.oscillator != catalogue::Oscillator::External && !groups.empty())
+    groups.front().list = &panel.com_RC_frequency[5];
   return groups;
 }
 

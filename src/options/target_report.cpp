@@ -5,57 +5,28 @@
 #include "options/option_table.h"
 
 namespace kvr::options {
+
+using catalogue::FamilyTraits;
+
 namespace {
 
-// How a firmware letter's option bytes are read.
-struct Layout {
-  int slot = -1;           // the table with the words; -1: the letter reports no rows
-  int watchdogByte = -1;   // holds the prescaler; -1: none
-  bool wakeUp = false;     // bits 4 and 5 of byte 0 are the wait after a wake-up
-  bool movedByte = false;  // what the table calls byte 8 is reported as byte 12
-};
-
-Layout layoutOf(char letter) {
-  switch (letter) {
-    case 'C':
-    case 'N':
-      return {.slot = 2};
-    case 'D':
-    case 'E':
-    case 'F':
-    case 'G':
-      return {.slot = 4, .watchdogByte = 3};
-    case 'H':
-      return {.slot = 5, .watchdogByte = 3};
-    case 'I':
-      return {.slot = 6, .watchdogByte = 2};
-    case 'J':
-      return {.slot = 7, .watchdogByte = 2};
-    case 'K':
-      return {.slot = 8, .watchdogByte = 2, .wakeUp = true};
-    case 'L':
-      return {.slot = 9, .watchdogByte = 2, .wakeUp = true};
-    case 'Q':
-    case 'R':
-      return {.slot = 10, .watchdogByte = 2, .movedByte = true};
-    default:
-      return {};
-  }
+// The family whose table has the words for a chip with this letter; null: the letter reports no rows.
+const FamilyTraits* reportedAs(catalogue::Stepping stepping) {
+  const auto family = catalogue::familyOf(stepping);
+  return family && catalogue::traitsOf(*family).reported ? &catalogue::traitsOf(*family) : nullptr;
 }
 
 std::string versionAndLetter(const ChipAnswer& answer) {
-  std::string text = answer.versionText;
-  if (answer.letter != 0) text += answer.letter;
-  return text;
+  return answer.firmware.text() + answer.stepping.text();
 }
 
 char classOf(const std::string& modelName) {
   return catalogue::voltageClass(catalogue::McuRecord{.name = modelName});
 }
 
-std::string watchdogLine(const OptionBytes& bytes, const Layout& layout) {
-  const auto* start = findRow(layout.slot, "Power_On_Run_WDT_YES");
-  const int prescale = 2 << (bytes[static_cast<std::size_t>(layout.watchdogByte)] & 7);
+std::string watchdogLine(const OptionBytes& bytes, const FamilyTraits& traits) {
+  const auto* start = findRow(traits.panelSlot, "Power_On_Run_WDT_YES");
+  const int prescale = 2 << (bytes[static_cast<std::size_t>(traits.watchdogByte)] & 7);
   const bool starts = start != nullptr && holds(bytes, start->place);
   return (starts ? "Pre-scale time of WDT:               " : "Pre-scale time of WDT(did not start): ") +
          std::to_string(prescale);
@@ -73,21 +44,21 @@ std::string lowVoltageLine(const OptionBytes& bytes, char voltageClass) {
   return "Low Voltage detector                 " + volts + "V";
 }
 
-std::string lineOf(std::size_t row, const Layout& layout, const OptionBytes& bytes, char voltageClass) {
-  const auto& entry = optionRows(layout.slot)[row];
-  if (entry.key == "WDT_Prescalar" && layout.watchdogByte >= 0) return watchdogLine(bytes, layout);
-  if (entry.key == "RC30K_Divder" && layout.wakeUp) return wakeUpLine(bytes);
+std::string lineOf(std::size_t row, const FamilyTraits& traits, const OptionBytes& bytes, char voltageClass) {
+  const auto& entry = optionRows(traits.panelSlot)[row];
+  if (entry.key == "WDT_Prescalar" && traits.watchdogByte >= 0) return watchdogLine(bytes, traits);
+  if (entry.key == "RC30K_Divder" && traits.wakeUpDelay) return wakeUpLine(bytes);
   if (entry.key == "Low_Voltage_detector") return lowVoltageLine(bytes, voltageClass);
-  return holds(bytes, entry.place) ? reportText(layout.slot, row, voltageClass) : std::string();
+  return holds(bytes, entry.place) ? reportText(traits.panelSlot, row, voltageClass) : std::string();
 }
 
-std::vector<std::string> rowLines(const ChipAnswer& answer, const Layout& layout) {
+std::vector<std::string> rowLines(const ChipAnswer& answer, const FamilyTraits& traits) {
   OptionBytes bytes = answer.reported;
-  if (layout.movedByte) bytes[8] = std::exchange(bytes[12], std::uint8_t{255});
+  if (traits.allOptions()) bytes[8] = std::exchange(bytes[12], std::uint8_t{255});
   std::vector<std::string> lines;
   const char voltageClass = classOf(answer.modelName);
-  for (std::size_t row = 0; row < optionRows(layout.slot).size(); ++row)
-    if (auto line = lineOf(row, layout, bytes, voltageClass); !line.empty()) lines.push_back(std::move(line));
+  for (std::size_t row = 0; row < optionRows(traits.panelSlot).size(); ++row)
+    if (auto line = lineOf(row, traits, bytes, voltageClass); !line.empty()) lines.push_back(std::move(line));
   return lines;
 }
 
@@ -119,12 +90,12 @@ void addFixedLabels(std::vector<std::string>& labels, std::uint8_t status) {
 std::vector<std::string> olderLabels(const ChipAnswer& answer) {
   std::vector<std::string> labels;
   labels.push_back(answer.modelName.empty() ? "" : "MCU Type is:                      " + answer.modelName);
-  const std::string version = answer.letter == 'A' ? "MCU Firmware Version : " : "MCU Firmware Version: ";
-  labels.push_back(answer.versionText.empty() ? "" : version + versionAndLetter(answer));
-  const bool doubled = answer.letter == 'A' ? bit(answer.status13, 3) : !bit(answer.status13, 0);
-  const std::string speed = answer.letter == 'B' ? "Unknown" : doubled ? "Yes" : "No";
+  const std::string version = answer.stepping == 'A' ? "MCU Firmware Version : " : "MCU Firmware Version: ";
+  labels.push_back(!answer.firmware.known() ? "" : version + versionAndLetter(answer));
+  const bool doubled = answer.stepping == 'A' ? bit(answer.status13, 3) : !bit(answer.status13, 0);
+  const std::string speed = answer.stepping == 'B' ? "Unknown" : doubled ? "Yes" : "No";
   labels.push_back("Double speed (6 clock) / 双倍速: " + speed);
-  if (answer.letter == 'C') addFixedLabels(labels, answer.status13);
+  if (answer.stepping == 'C') addFixedLabels(labels, answer.status13);
   return labels;
 }
 
@@ -132,23 +103,23 @@ std::vector<std::string> olderLabels(const ChipAnswer& answer) {
 
 TargetReport describeTarget(const ChipAnswer& answer) {
   TargetReport report;
-  report.clearStartPair = answer.selectedFamily != 0 && !answer.reservedKnown;
+  report.clearStartPair = answer.sizeUntold;
   if (!answer.modelName.empty()) report.lines.push_back("MCU Type is: " + answer.modelName);
   report.lines.push_back("MCU Firmware Version: " + versionAndLetter(answer));
-  if (answer.letter == 'A') {
+  if (answer.stepping == 'A') {
     report.doubleSpeed = bit(answer.status13, 3);
     report.lines.emplace_back(*report.doubleSpeed ? "Double speed: Yes" : "Double speed: No");
   }
-  if (answer.letter == 'B') {
+  if (answer.stepping == 'B') {
     report.doubleSpeed = false;
     report.lines.emplace_back("Double speed: Unknown");
   }
-  if (const auto layout = layoutOf(answer.letter); layout.slot >= 0) {
-    const auto lines = rowLines(answer, layout);
+  if (const auto* traits = reportedAs(answer.stepping)) {
+    const auto lines = rowLines(answer, *traits);
     report.lines.insert(report.lines.end(), lines.begin(), lines.end());
     report.labels = rowLabels(answer, lines);
   }
-  if (answer.letter >= 'A' && answer.letter <= 'C') report.labels = olderLabels(answer);
+  if (answer.stepping >= 'A' && answer.stepping.firstGeneration()) report.labels = olderLabels(answer);
   return report;
 }
 

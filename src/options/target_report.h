@@ -6,18 +6,18 @@
 #include <string>
 #include <vector>
 
+#include "catalogue/firmware_version.h"
 #include "options/option_set.h"
 
 namespace kvr::options {
 
 struct ChipAnswer {
-  int selectedFamily = 0;      // of the model that the operator selected
-  bool reservedKnown = false;  // the chip said how much room its boot firmware takes
-  std::string modelName;       // empty: unknown
-  std::string versionText;     // "6.3", or empty
-  char letter = 0;             // stepping letter; 0: unknown
+  bool sizeUntold = false;  // firmwares of the selected family tell how much room they take, and this one did not
+  std::string modelName;    // empty: unknown
+  catalogue::FirmwareVersion firmware;
+  catalogue::Stepping stepping;
   OptionBytes reported{};
-  // Three bytes of the status frame behind the firmware version, as the oldest layouts place them.
+  // Three bytes of the status frame after the firmware version, as the oldest layouts place them.
   std::uint8_t status11 = 0;
   std::uint8_t status12 = 0;
   std::uint8_t status13 = 0;
@@ -27,7 +27,7 @@ struct TargetReport {
   std::vector<std::string> lines;   // new lines of the message pane, in order
   std::optional<bool> doubleSpeed;  // set: the chip's speed mode is now known to be this
   bool clearStartPair = false;      // frames are no longer required to begin with the start pair
-  // Texts of `LabLock` from index 1 on; labels behind them are hidden. Not set: the labels stay as they are.
+  // Texts of `LabLock` from index 1 on; labels after them are hidden. Not set: the labels stay as they are.
   std::optional<std::vector<std::string>> labels;
   bool operator==(const TargetReport&) const = default;
 };

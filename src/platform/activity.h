@@ -5,7 +5,7 @@
 
 #include <utility>
 
-#include "platform/controls.h"
+#include "platform/signal.h"
 
 namespace kvr::platform {
 

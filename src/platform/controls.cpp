@@ -3,8 +3,15 @@
 #include "platform/text.h"
 
 namespace kvr::platform {
+namespace {
 
-Signal::Token Signal::watch(std::function<void()> observer) {
+bool isTrue(const std::string& value) {
+  return upper(trim(value)) == "TRUE" || valueOf(value) != 0;
+}
+
+}  // namespace
+
+Signal::Token Signal::watch(std::function<void()> observer) const {
   std::erase_if(watched_, [](const auto& weak) { return weak.expired(); });
   auto kept = std::make_shared<std::function<void()>>(std::move(observer));
   watched_.push_back(kept);
@@ -12,9 +19,9 @@ Signal::Token Signal::watch(std::function<void()> observer) {
 }
 
 void Signal::emit() const {
-  for (std::size_t i = 0; i < permanent_.size(); ++i) permanent_[i]();
-  for (std::size_t i = 0; i < watched_.size(); ++i)
-    if (const auto observer = watched_[i].lock()) (*observer)();
+  const auto observers = watched_;
+  for (const auto& weak : observers)
+    if (const auto observer = weak.lock()) (*observer)();
 }
 
 std::string Label::property(std::string_view name) const {
@@ -45,7 +52,7 @@ std::string CheckBox::property(std::string_view name) const {
 
 void CheckBox::setProperty(std::string_view name, const std::string& value) {
   if (name == "Value")
-    setValue(value == "True" || valueOf(value) != 0);
+    setValue(isTrue(value));
   else
     Label::setProperty(name, value);
 }
@@ -76,7 +83,7 @@ std::string OptionButton::property(std::string_view name) const {
 
 void OptionButton::setProperty(std::string_view name, const std::string& value) {
   if (name == "Value")
-    setValue(value == "True" || valueOf(value) != 0);
+    setValue(isTrue(value));
   else
     Label::setProperty(name, value);
 }
@@ -145,8 +152,8 @@ void ComboBox::setItems(std::vector<std::string> items) {
 }
 
 void ComboBox::setListIndex(int index) {
-  if (index < -1 || index >= static_cast<int>(items_.size())) return;
-  const std::string text = index < 0 ? std::string() : items_[static_cast<std::size_t>(index)];
+  if (index < 0 || index >= static_cast<int>(items_.size())) return;
+  const std::string& text = items_[static_cast<std::size_t>(index)];
   if (index == index_ && text == text_) return;
   index_ = index;
   text_ = text;

@@ -4,7 +4,7 @@
 // Two ways to change one:
 //  * code sets a property (`setText`, `setValue`, ...): the state changes, `changed` is emitted (for bindings and for
 //    saving), no handler runs;
-//  * a person's gesture (`press`, `userToggle`, `userPick`, ...): only when the control is enabled; the state changes,
+//  * a gesture of the user (`press`, `userSet`, `userPick`, ...): only when the control is enabled; the state changes,
 //    `changed` is emitted, and then the handler (`onClick`, `onChange`) runs. Bindings post gestures through the event
 //    loop.
 #pragma once
@@ -17,20 +17,9 @@
 #include <utility>
 #include <vector>
 
+#include "platform/signal.h"
+
 namespace kvr::platform {
-
-// Observers of a change. An observer must live as long as the control or disconnect by letting its token go.
-class Signal {
- public:
-  using Token = std::shared_ptr<void>;
-  void connect(std::function<void()> observer) { permanent_.push_back(std::move(observer)); }
-  [[nodiscard]] Token watch(std::function<void()> observer);
-  void emit() const;
-
- private:
-  std::vector<std::function<void()>> permanent_;
-  std::vector<std::weak_ptr<std::function<void()>>> watched_;
-};
 
 class Control {
  public:
@@ -76,7 +65,7 @@ class Control {
   std::string toolTip_;
 };
 
-// A control with a caption that a person only reads: labels, frames.
+// A control with a caption that the user only reads: labels, frames.
 class Label : public Control {
  public:
   using Control::Control;
@@ -109,7 +98,7 @@ class Lamp : public Control {
 class Button : public Label {
  public:
   using Label::Label;
-  void press();  // a person's press
+  void press();  // by the user
   std::function<void()> onClick;
 };
 
@@ -167,7 +156,7 @@ class TextBox : public Control {
   std::size_t selStart() const { return selStart_; }
   std::size_t selLength() const { return selLength_; }
   void select(std::size_t start, std::size_t length);
-  void userType(const std::string& text);  // the person's edit left this text in the box
+  void userType(const std::string& text);  // the user's edit left this text in the box
   void userLeave();                        // the focus went elsewhere
   bool userKey(char32_t key);              // one typed character; true: a handler took it
   std::string property(std::string_view name) const override;
@@ -190,9 +179,9 @@ class ComboBox : public Control {
  public:
   using Control::Control;
   const std::vector<std::string>& items() const { return items_; }
-  void setItems(std::vector<std::string> items);  // keeps the text when an item bears it, else picks nothing
+  void setItems(std::vector<std::string> items);  // keeps the text when an item has it, else picks nothing
   int listIndex() const { return index_; }
-  void setListIndex(int index);  // out of range: nothing changes; -1: nothing is picked
+  void setListIndex(int index);  // no item has it (-1, too): nothing changes
   const std::string& text() const { return text_; }
   void setText(const std::string& text);  // picks the item of that text; without one only an editable box takes it
   std::string trimmed() const;
@@ -248,7 +237,6 @@ class ScrollBar : public Control {
   int minimum() const { return minimum_; }
   int maximum() const { return maximum_; }
   int value() const { return value_; }
-  int smallChange = 1;
   int largeChange = 16;
   void setRange(int minimum, int maximum);  // a maximum below the minimum becomes the minimum
   void setValue(int value) { update(value_, std::clamp(value, minimum_, maximum_)); }

@@ -1,4 +1,4 @@
-// Questions to the person at the window. All of them wait through the event loop; a window that closes answers No or
+// Questions to the user at the window. All of them wait through the event loop; a window that closes answers No or
 // nothing.
 #pragma once
 

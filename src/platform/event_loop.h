@@ -1,5 +1,5 @@
 // The one place where the program waits. It keeps what has happened (bytes at a port, timers that fell due, gestures of
-// a person) in one order and hands it out one thing a turn, so that a conversation can be written straight down: send,
+// the user) in one order and hands it out one thing a turn, so that a conversation can be written straight down: send,
 // run turns until a flag has changed, look at the flag.
 //
 // A turn (`runOnce`) handles the first thing that is ready, in the order: port events, timers (by due time, then by
@@ -36,7 +36,7 @@ class EventLoop {
   // One turn. Returns after at most one handler has run; may return without one (a sleep that ended early).
   void runOnce();
 
-  // Queues a person's gesture (a press, a pick, typed text, a drop). It runs when no byte and no timer is due.
+  // Queues a gesture of the user (a press, a pick, typed text, a drop). It runs when no byte and no timer is due.
   void post(std::function<void()> gesture);
 
   // Handles everything that is ready now, without sleeping; for a world whose own loop idles. True when something ran.

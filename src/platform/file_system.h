@@ -1,10 +1,12 @@
-// Files as the program needs them: whole. Errors are values with words for a person.
+// Files as the program needs them: whole. Errors are values with a text for the user. What is no ordinary file (a
+// device, a pipe) is never read or written, so no call waits for the other end of one. A path is any run of bytes.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kvr::platform {
@@ -24,8 +26,10 @@ class FileSystem {
   virtual std::optional<Bytes> read(const std::string& path, std::size_t limit = 0) const = 0;
   // Replaces the file whole, or leaves the old one as it was: never half of either.
   [[nodiscard]] virtual FileResult replace(const std::string& path, std::span<const std::uint8_t> bytes) = 0;
-  // Adds to the end of a file (made when absent) and brings it to the disk.
-  [[nodiscard]] virtual FileResult append(const std::string& path, std::span<const std::uint8_t> bytes) = 0;
+  // Adds a line to the end of a text file and brings it to the disk: whole, or not at all. A new or empty file gets the
+  // header first, and a last line without its end gets that first. `line` and `header` end with their line end.
+  [[nodiscard]] virtual FileResult appendLine(const std::string& path, std::string_view line,
+                                              std::string_view header) = 0;
   virtual bool fileExists(const std::string& path) const = 0;
   virtual bool folderExists(const std::string& path) const = 0;
   [[nodiscard]] virtual FileResult makeFolder(const std::string& path) = 0;
@@ -34,6 +38,8 @@ class FileSystem {
   virtual std::optional<std::string> stamp(const std::string& path) const = 0;
   // Local date and time of the file's last change, "yyyy-mm-dd hh:mm:ss"; empty when the file is absent.
   virtual std::string changedAt(const std::string& path) const = 0;
+  // The path as every working directory reads it.
+  virtual std::string absolute(const std::string& path) const = 0;
   // The folder for what the program keeps beside itself: its own when it can be written, else the user's documents.
   virtual std::string programFolder() const = 0;
 };

@@ -1,8 +1,8 @@
 // What the program needs of a serial port. One port object serves four masters in turn (see engine/port_lease.h).
 //
 // Port mode, in every implementation: binary, NUL bytes kept, no end-of-file handling, no flow control, receive event
-// at one waiting byte, no transmit event. `close` and a change of settings first let go out what was written (drained,
-// at most one second), since a chip must get whole frames.
+// at one waiting byte, no transmit event. `close` and a change of settings first let go out what was written, since a
+// chip must get whole frames: for one second at most; what is left then is thrown away, never sent at another rate.
 #pragma once
 
 #include <cstddef>
@@ -14,11 +14,11 @@
 
 namespace kvr::platform {
 
-// Why a port could not be opened, in a form that code can compare; `text` is for a person.
+// Why a port could not be opened, in a form that code can compare.
 struct PortError {
   enum class Kind { None, NoSuchDevice, Denied, Busy, BadSettings, Vanished, Other };
   Kind kind = Kind::None;
-  std::string text;  // such as "/dev/ttyUSB0: permission denied, join group dialout"
+  std::string text;  // for the user, such as "/dev/ttyUSB0: permission denied, join group dialout"
   explicit operator bool() const { return kind != Kind::None; }
 };
 
@@ -29,8 +29,16 @@ class SerialLink {
   virtual void setPortNumber(int number) = 0;  // COM port 1..16
   virtual int portNumber() const = 0;
 
+  // An open asks which device the number stands for now. After `holdDevice` only the first one does: all further opens
+  // are of the device that it opened, until another number is set or `releaseDevice`. See device_hold.h.
+  virtual void holdDevice() {}
+  virtual void releaseDevice() {}
+  // The device of the open port, or of the last one that was opened; empty when there was none.
+  virtual std::string device() const { return {}; }
+
   // "9600,n,8,1": baud, parity letter (n, e, o), data bits, stop bits (1, 1.5, 2). Set while closed it takes effect at
-  // the next open; set while open, at once. An error: the text is no such thing, or the open port refuses it.
+  // the next open; set while open, at once. An error: the text is no such thing, or the open port refuses it (a
+  // pseudo-terminal, which has no parity, takes any).
   virtual PortError setSettings(const std::string& text) = 0;
   virtual std::string settings() const = 0;  // the text last set
 
@@ -45,7 +53,9 @@ class SerialLink {
   virtual void clearOut() = 0;
   virtual void clearIn() = 0;  // also takes back a receive event that has not been handled yet
 
-  virtual void setDtr(bool on) = 0;  // modem lines; both on after an open
+  // Modem lines. Set while the port is closed, the state is that with which the next open starts, as free of a pulse as
+  // the system allows; both are on after an open for which nothing was set.
+  virtual void setDtr(bool on) = 0;
   virtual void setRts(bool on) = 0;
 
   // Raised from the event loop while at least one byte waits and it was not raised for that byte before. A handler that

@@ -20,6 +20,17 @@ std::size_t digitsFrom(std::string_view text, std::size_t at) {
   return end;
 }
 
+// Of a number beyond what a double holds: whether it is too small, not too large. Its first digit that is not zero
+// counts, and how far the exponent moves it.
+bool isTiny(std::string_view number) {
+  const std::size_t exponentAt = std::min(number.find_first_of("eE"), number.size());
+  const std::string_view digits = number.substr(0, exponentAt);
+  const auto point = static_cast<double>(std::min(digits.find('.'), digits.size()));
+  const auto first = static_cast<double>(std::min(digits.find_first_of("123456789"), digits.size()));
+  const bool moved = exponentAt < number.size();
+  return point - first + (moved ? valueOf(number.substr(exponentAt + 1)) : 0) < 0;
+}
+
 }  // namespace
 
 std::string trim(std::string_view text) {
@@ -59,7 +70,7 @@ double valueOf(std::string_view text) {
   if (number.front() == '.') number.insert(0, "0");
   double value = 0;
   const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
-  if (result.ec == std::errc::result_out_of_range) value = number.find("E-") == std::string::npos ? HUGE_VAL : 0;
+  if (result.ec == std::errc::result_out_of_range) value = isTiny(number) ? 0 : HUGE_VAL;
   return sign * value;
 }
 

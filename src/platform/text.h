@@ -18,7 +18,7 @@ int wholeOf(std::string_view text);
 // A value as a number text: at most 15 significant digits, no trailing zeros, no leading blank ("11.0592", "-3",
 // "1E+20").
 std::string numberText(double value);
-// With so many digits behind the point ("12.500"). Like all of these, whatever the desktop's locale writes for a point.
+// With so many decimals ("12.500"). The point is a point in every locale, as in all of these.
 std::string fixedText(double value, int decimals);
 
 // Unsigned hexadecimal at the head of a text, as far as digits go; 0 when there is none. At most 32 bits are kept.

@@ -16,7 +16,7 @@ class TextCodec {
 // True when the bytes are well-formed UTF-8 (ASCII is).
 bool isUtf8(std::string_view bytes);
 
-// The text as UTF-8: as it stands when it is that already, else taken as GBK.
+// The text as UTF-8: unchanged when it is that already, else taken as GBK.
 std::string utf8Of(std::string_view bytes, const TextCodec& codec);
 
 }  // namespace kvr::platform

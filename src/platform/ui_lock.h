@@ -2,7 +2,7 @@
 // room enables its own controls when it changes; nobody reaches into another room's panel for it.
 #pragma once
 
-#include "platform/controls.h"
+#include "platform/signal.h"
 
 namespace kvr::platform {
 

@@ -23,7 +23,7 @@ constexpr OldKey kGeneral[] = {
     {"Auto_Increase_ASCII", "Auto_Increase_ASCII"},
 };
 
-constexpr OldKey kOptionsOfFamily2[] = {
+constexpr OldKey kOptionsOfCedar[] = {
     {"Double_speed_YES", "Option0(0)"},
     {"Double_speed_NO", "Option0(1)"},
     {"Half_Gain_YES", "Option1(0)"},
@@ -77,12 +77,11 @@ std::string oldModelName(const Header& header) {
   return line ? line->value : std::string();
 }
 
-Header convertOldProject(const Header& old, int family) {
+Header convertOldProject(const Header& old, catalogue::OldOptionKeys keys) {
   Header today;
   translate(old, kGeneral, today);
-  const bool second = family == 2;
-  translate(old, second ? std::span<const OldKey>(kOptionsOfFamily2) : std::span<const OldKey>(kOptionsOfOthers),
-            today);
+  const bool cedar = keys == catalogue::OldOptionKeys::Cedar;
+  translate(old, cedar ? std::span<const OldKey>(kOptionsOfCedar) : std::span<const OldKey>(kOptionsOfOthers), today);
   translate(old, kTail, today);
   return today;
 }

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "catalogue/family.h"
 #include "project/project_text.h"
 
 namespace kvr::project {
@@ -13,7 +14,7 @@ bool isOldProject(const Header& header);  // the first key is not "VER"
 std::string oldModelName(const Header& header);
 
 // The rows of an old header that mean something today, under today's keys, in a fixed order; what the file does not
-// hold is left out. Family 2 had other options under the same keys than all other families.
-Header convertOldProject(const Header& old, int family);
+// hold is left out. Cedar had other options under the same keys than all other families.
+Header convertOldProject(const Header& old, catalogue::OldOptionKeys keys);
 
 }  // namespace kvr::project

@@ -56,7 +56,7 @@ Meaning meaningToday(const Header& header) {
 Meaning meaningOld(const Header& header) {
   const std::string name = oldModelName(header);
   if (const auto* model = catalogue::findByName(name)) {
-    return {.refusal = {}, .model = model, .lines = convertOldProject(header, model->family)};
+    return {.refusal = {}, .model = model, .lines = convertOldProject(header, traitsOf(*model).oldKeys)};
   }
   const std::string first = header.empty() ? std::string() : header.front().key;
   return refused(kUnknownModel + (name.empty() ? first : name));
@@ -68,7 +68,7 @@ void sortLines(const Header& lines, const platform::TextCodec& codec, ReadProjec
   for (const HeaderLine& line : lines) {
     if (line.key.empty() || line.key == kModelKey) continue;
     const bool general = options::findRow(options::kCommonSlot, line.key) != nullptr;
-    if (!general && !options::findRow(options::panelSlotOf(read.model->family), line.key)) continue;
+    if (!general && !options::findRow(traitsOf(*read.model).panelSlot, line.key)) continue;
     (general ? read.project.general : read.project.options).push_back({line.key, platform::utf8Of(line.value, codec)});
   }
 }
@@ -86,10 +86,10 @@ std::int32_t sumOf(const ProjectFile& project, std::string_view key, const platf
 
 }  // namespace
 
-std::vector<std::string_view> optionKeysOf(int family) {
+std::vector<std::string_view> optionKeysOf(const catalogue::FamilyTraits& traits) {
   std::vector<std::string_view> keys;
   for (const std::string_view key : kOptionKeys) {
-    if (options::findRow(options::panelSlotOf(family), key) || options::findRow(options::projectSlotOf(family), key)) {
+    if (options::findRow(traits.panelSlot, key) || options::findRow(traits.projectSlot, key)) {
       keys.push_back(key);
     }
   }

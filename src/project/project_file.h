@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "catalogue/family.h"
 #include "catalogue/mcu_record.h"
 #include "platform/text_codec.h"
 #include "project/project_text.h"
@@ -27,7 +28,7 @@ struct ProjectFile {
 };
 
 // Which options a project of the family keeps, in the order of the file.
-std::vector<std::string_view> optionKeysOf(int family);
+std::vector<std::string_view> optionKeysOf(const catalogue::FamilyTraits& traits);
 
 platform::Bytes textOf(const ProjectFile& project);
 

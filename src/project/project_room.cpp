@@ -89,9 +89,9 @@ ProjectFile ProjectRoom::fromControls() const {
       project.general.push_back({std::string(row.key), value});
     }
   }
-  const int family = context_.selected.record.family;
-  for (const std::string_view key : optionKeysOf(family)) {
-    const bool onPanel = options::findRow(options::panelSlotOf(family), key) != nullptr;
+  const catalogue::FamilyTraits& traits = context_.selected.traits();
+  for (const std::string_view key : optionKeysOf(traits)) {
+    const bool onPanel = options::findRow(traits.panelSlot, key) != nullptr;
     project.options.push_back({std::string(key), onPanel ? context_.options.controlValue(key) : "False"});
   }
   const images::ImageState& state = context_.images.state;
@@ -183,13 +183,13 @@ void ProjectRoom::takeCode(const ProjectFile& project) {
   place(images.state.CodeBuffer, project.code.size(), codeSumOf(project));
   images.state.imageValid = true;
   // Runs use the images as the project filled them, not the file that was open before.
-  images.loader.imageIsNoFiles();
+  images.loader.takeProject();
   for (auto* reload : {&images.panel.cekReloadFile, &images.panel.cekReloadFileWhileFileChange,
                        &images.panel.cekReloadFileWhileFileChange1}) {
     reload->setValue(false);
   }
   images.loader.showLengths();
-  images.views.showRange(0, images.counters.code);
+  images.views.showRange(images.slots.code);
   lockOptions();
   lockAfterRun_ = true;
 }
@@ -199,14 +199,14 @@ void ProjectRoom::takeData(const ProjectFile& project) {
   images::ImageRoom& images = context_.images;
   place(images.state.EepromBuffer, project.data->size(), dataSumOf(project));
   images.loader.showLengths();
-  images.views.showRange(1, images.counters.data);
+  images.views.showRange(images.slots.data);
+  images.loader.tellIfNotProgrammed();
 }
 
 // The first chip is to carry the number that the box shows.
 void ProjectRoom::startCounters() {
   images::ImageRoom& images = context_.images;
-  images.counters.cheAuto_Increase_Click();
-  images.counters.cheData_Auto_Increase_Click();
+  for (const auto kind : {images::ImageKind::Code, images::ImageKind::Data}) images.counters.followBox(kind);
   if (!images.panel.cheAuto_Increase.value() && !images.panel.cheData_Auto_Increase.value()) return;
   say("The project file has atomatic increment function. \n"
       "Please check the next value whether it is correct or not(10 base).");

@@ -35,8 +35,7 @@ std::string csvHeader() {
 }
 
 platform::FileResult appendToBatchLog(platform::FileSystem& files, const std::string& path, const BatchEntry& entry) {
-  const std::string text = (files.fileExists(path) ? "" : csvHeader()) + csvLine(entry);
-  return files.append(path, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
+  return files.appendLine(path, csvLine(entry), csvHeader());
 }
 
 }  // namespace kvr::shell

@@ -1,4 +1,5 @@
-// The batch log of a production line: one line of CSV for every run, on the disk before the verdict is shown.
+// The batch log of a production line: one line of CSV for every run, on the disk before the verdict is shown. Columns
+// keep their places: spreadsheets count on them, so a new one comes last.
 #pragma once
 
 #include <string>
@@ -10,8 +11,8 @@ namespace kvr::shell {
 struct BatchEntry {
   std::string time;  // local, "yyyy-mm-dd hh:mm:ss"
   std::string model;
-  std::string verdict;  // "PASS" or "FAIL"
-  std::string failure;  // the words of the failure, empty after a success
+  std::string verdict;  // the run's own word, such as "PASS" or "FAIL"
+  std::string failure;  // the message of the failure, empty after a success
   std::string codeSum;  // as the check sum boxes show them
   std::string dataSum;
   std::string firmware;   // version and letter, such as "6.3Q"
@@ -24,7 +25,7 @@ struct BatchEntry {
 std::string csvLine(const BatchEntry& entry);
 std::string csvHeader();
 
-// Appends the entry, behind a header line when the file is new. An error leaves the file as it was.
+// Appends the entry, after a header line when the file is new or empty. An error leaves the file as it was.
 [[nodiscard]] platform::FileResult appendToBatchLog(platform::FileSystem& files, const std::string& path,
                                                     const BatchEntry& entry);
 

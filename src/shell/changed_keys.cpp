@@ -20,8 +20,11 @@ void ChangedKeys::write(const std::string& key, const std::string& value) {
   pending_ = true;
 }
 
-void ChangedKeys::flush() {
-  if (pending_) pending_ = !store_.flush();
+platform::FileResult ChangedKeys::flush() {
+  if (!pending_) return {};
+  const platform::FileResult saved = store_.flush();
+  pending_ = !saved;
+  return saved;
 }
 
 }  // namespace kvr::shell

@@ -1,5 +1,5 @@
-// A view of the settings store that writes only what this window has changed, so that two windows on one store do not
-// write each other's counters back.
+// A view of the settings that writes only what this window has changed, so that two windows do not write each other's
+// choices back.
 #pragma once
 
 #include <map>
@@ -24,7 +24,7 @@ class ChangedKeys {
 
   // Brings what was stored to the disk; does nothing when nothing was. What could not be written is tried again by the
   // next flush.
-  void flush();
+  [[nodiscard]] platform::FileResult flush();
 
  private:
   platform::SettingsStore& store_;

@@ -15,7 +15,11 @@ void MainForm::connectEngine() {
       .imgOpen_Click = [this] { comTool.releasePort(); },
       .imgNotOpen_Click = [this] { comTool.takePort(); },
       .autoOpenPort = [this] { return comTool.autoOpens(); },
-      .reloadIfAsked = [this] { return !images.panel.cekReloadFile.value() || images.loader.reload(); },
+      .reloadIfAsked =
+          [this] {
+            return !images.panel.cekReloadFile.value() ||
+                   images.reloader.reload([this] { return firstClose_; }) == images::ReloadResult::Ready;
+          },
       .armCounters = [this] { return images.counters.armForRun(); },
       .advanceCounters = [this] { return images.counters.advanceAfterSuccess(); },
       .serialNumber = [this] { return images.counters.numberInHand(); },
@@ -41,17 +45,10 @@ void MainForm::connectFiles() {
     main.Label2[6].setCaption("MCU Type: " + name);
     return true;
   };
-  images.loader.openProject = [this](const std::string& path) {
+  images.opener.openProject = [this](const std::string& path) {
     main.TabStrip2.select("Batch_quantity");
     return project.openProject(path);
   };
-  images.setAlone([this](const std::function<void()>& work) {
-    const auto running = activity.begin();
-    if (!running) return false;
-    work();
-    return true;
-  });
-  images.watcher.isBusy = [this] { return activity.busy(); };
   images.watcher.onTrigger = [this] { trigger.comSendUserCode_Click(); };
   images.watcher.onDownload = [this] { session.comDownload_Click(0); };
   images.storeCompare.receivedBytes = [this]() -> std::span<const std::uint8_t> {

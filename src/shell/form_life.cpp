@@ -27,8 +27,8 @@ void MainForm::load() {
   settings.loadMainSettings();
   main.labKbyte.setCaption({});
   images.counters.forgetArmed();
-  images.counters.loadAutoSettings();
-  images.counters.cheAuto_Increase_Click();
+  images.counters.loadSettings();
+  images.counters.followBox(images::ImageKind::Code);
   settings.loadDemoSettings();
   settings.loadToolSettings();
   settings.loadUserCodeSettings();

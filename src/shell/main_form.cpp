@@ -9,7 +9,7 @@ namespace kvr::shell {
 MainForm::MainForm(platform::World services, const platform::TextCodec& codec)
     : dialogs(services.dialogs, activity),
       world{services.loop, services.link, dialogs, services.store, services.files, services.clock},
-      images(world, model, main.textMsg),
+      images(world, model, activity, lock, main.textMsg),
       optionsRoom(world.dialogs, options, model, lock, main.textMsg, main.FrameX[3]),
       shared{main.textMsg, main.combCommPort, main.imgOpen_sys, main.ProgressBar1, main.labKbyte},
       lease(world.loop, world.link),
@@ -60,6 +60,9 @@ void MainForm::connectRooms() {
   optionsRoom.layoutChanged.connect([this] { showOptionNote(); });
   settings.hooks.modelSelected = [this] { picker.treeClicked(); };
   settings.hooks.rangeShown = [this] { images.showModel(); };
+  settings.hooks.notSaved = [this](const std::string& why) {
+    main.textMsg.appendLine("The settings could not be saved: " + why);
+  };
   lock.changed.connect([this] { applyLock(); });
 }
 
@@ -84,7 +87,6 @@ void MainForm::applyLock() {
   main.TreeViewDevice.setEnabled(free);
   if (!free) picker.hideDeviceTree();
   main.comMastWindow.setEnabled(free);
-  images.applyLock(lock.state());
   if (lock.busy()) main.textMsg.setFocus();
 }
 
@@ -114,7 +116,7 @@ void MainForm::openDropped(const std::string& path) {
                     : data                      ? images.panel.comLoadDataFile
                                                 : images.panel.comLoadFile;
   if (!way.enabled()) return;
-  images.loader.open(path, data ? images.state.EepromBuffer : images.state.CodeBuffer);
+  images.opener.open(path, data ? images::ImageKind::Data : images::ImageKind::Code);
 }
 
 void MainForm::splitterMoved(int tabWidthTwips) {

@@ -100,9 +100,7 @@ void ModelPicker::apply(const catalogue::McuRecord& record) {
 }
 
 void ModelPicker::captionTabs() {
-  const int family = model_.record.family;
-  const bool later = family >= 1 && family <= 18;
-  const auto either = [&](const char* caption) { return later ? caption : "_no_"; };
+  const auto either = [&](const char* caption) { return model_.traits().extraPages ? caption : "_no_"; };
   panel_.TabStrip1.setCaption("ISP_DEMO", either("ISP DEMO"));
   panel_.TabStrip1.setCaption("TJXZ", either("Off-Line-ISP"));
   panel_.TabStrip2.setCaption("Debug1", either("Debug_SFR"));

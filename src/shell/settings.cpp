@@ -1,6 +1,7 @@
 #include "shell/settings.h"
 
 #include <charconv>
+#include <cmath>
 
 #include "platform/text.h"
 
@@ -15,25 +16,41 @@ using platform::Tree;
 constexpr const char* kModelKey = "DeviceProducts";
 constexpr const char* kLockKey = "安全锁";
 
-// A text that is a number from end to end; a box keeps its state for anything else.
-bool isNumber(const std::string& text) {
+constexpr double kLargestNumber = 1e9;  // of what a box holds
+constexpr int kLargestSide = 120'000;   // twips: 8000 pixels
+constexpr int kFarthestEdge = 500'000;  // desktops of several screens have negative places, too
+constexpr std::size_t kLongestTyped = 32;
+
+// The number that a text is from end to end; nothing for any other text, and for what only computers call a number.
+std::optional<double> numberOf(const std::string& text) {
   const std::string trimmed = platform::trim(text);
   const char* first = trimmed.c_str() + (trimmed.starts_with('+') ? 1 : 0);
   const char* last = trimmed.c_str() + trimmed.size();
   double value = 0;
-  return first != last && std::from_chars(first, last, value).ptr == last;
+  if (first == last || std::from_chars(first, last, value).ptr != last) return std::nullopt;
+  value = platform::valueOf(trimmed);  // which knows what is too large or too small for a double
+  return trimmed.find_first_of("0123456789") != std::string::npos && std::isfinite(value) ? std::optional(value)
+                                                                                          : std::nullopt;
+}
+
+// A number that a control can hold; it keeps its state for anything else.
+bool isNumber(const std::string& text) {
+  const auto value = numberOf(text);
+  return value && *value >= 0 && *value <= kLargestNumber;
 }
 
 std::optional<bool> truthOf(const std::string& text) {
   const std::string word = platform::upper(platform::trim(text));
   if (word == "TRUE" || word == "FALSE") return word == "TRUE";
-  return isNumber(word) ? std::optional(platform::valueOf(word) != 0) : std::nullopt;
+  const auto value = numberOf(word);
+  return value ? std::optional(*value != 0) : std::nullopt;
 }
 
 const char* propertyOf(SettingKind kind) {
   switch (kind) {
     case SettingKind::Index:
       return "ListIndex";
+    case SettingKind::Typed:
     case SettingKind::Number:
     case SettingKind::Text:
       return "Text";
@@ -42,7 +59,7 @@ const char* propertyOf(SettingKind kind) {
   }
 }
 
-// Counts a load; changes of controls meanwhile are not a person's.
+// Counts a load; changes of controls meanwhile are not the user's.
 class Muting {
  public:
   explicit Muting(int& depth) : depth_(depth) { ++depth_; }
@@ -57,11 +74,11 @@ class Muting {
 }  // namespace
 
 Settings::Settings(platform::EventLoop& loop, platform::SettingsStore& store, const platform::ControlRegistry& registry)
-    : registry_(registry), keys_(store), timer3_(loop, [this] { saveMainSettings(); }) {}
+    : registry_(registry), keys_(store), saveTimer_(loop, [this] { saveMainSettings(); }) {}
 
 void Settings::connect() {
   const auto watch = [this](Control* control) {
-    if (control) control->changed.connect([this] { requestSave(); });
+    if (control) tokens_.push_back(control->changed.watch([this] { requestSave(); }));
   };
   for (const SettingBinding& binding : settingBindings()) {
     watch(registry_.find(binding.control, binding.index));
@@ -72,12 +89,12 @@ void Settings::connect() {
 }
 
 void Settings::requestSave() {
-  if (loading_ == 0 && !timer3_.isActive()) timer3_.start(kSaveDelay);
+  if (loading_ == 0 && !saveTimer_.isActive()) saveTimer_.start(kSaveDelay);
 }
 
 void Settings::savePending() {
-  if (!timer3_.isActive()) return;
-  timer3_.stop();
+  if (!saveTimer_.isActive()) return;
+  saveTimer_.stop();
   saveMainSettings();
 }
 
@@ -135,8 +152,11 @@ void Settings::loadOne(const SettingBinding& binding) {
     case SettingKind::Number:
       if (isNumber(stored)) control->setProperty(propertyOf(binding.kind), platform::trim(stored));
       break;
+    case SettingKind::Typed:
+      if (!stored.empty() && stored.size() <= kLongestTyped) control->setProperty("Text", stored);
+      break;
     case SettingKind::Check:
-      if (truthOf(stored)) control->setProperty("Value", stored);
+      if (const auto truth = truthOf(stored)) control->setProperty("Value", *truth ? "1" : "0");
       break;
     case SettingKind::Pair:
       if (const auto truth = truthOf(stored)) choose(binding, *truth);
@@ -158,7 +178,10 @@ void Settings::choose(const SettingBinding& binding, bool first) {
 
 std::optional<std::string> Settings::valueOf(const SettingBinding& binding) const {
   const Control* control = registry_.find(binding.control, binding.index);
-  return control ? std::optional(control->property(propertyOf(binding.kind))) : std::nullopt;
+  if (!control) return std::nullopt;
+  const std::string shown = control->property(propertyOf(binding.kind));
+  if (binding.kind == SettingKind::Typed && control->property("ListIndex") != "-1") return "";
+  return binding.kind == SettingKind::Number ? platform::trim(shown) : shown;
 }
 
 void Settings::save(SettingGroup group) {
@@ -190,7 +213,7 @@ void Settings::saveMainSettings() {
   saveUserCodeSettings();
   saveDemoSettings();
   saveToolSettings();
-  keys_.flush();
+  flush();
 }
 
 void Settings::saveDemoSettings() {
@@ -205,20 +228,22 @@ void Settings::saveToolSettings() {
   save(SettingGroup::Tool);
 }
 
-void Settings::saveCounter() {
-  if (const Control* box = registry_.find("txtWrite_OK_Count")) keys_.write("Write_OK_Count", box->property("Text"));
-  keys_.flush();
+void Settings::flush() {
+  const platform::FileResult saved = keys_.flush();
+  if (!saved && !notSavedTold_ && hooks.notSaved) hooks.notSaved(saved.error);
+  notSavedTold_ = !saved;
 }
 
-int Settings::number(const std::string& key, int fallback) const {
-  const std::string stored = keys_.read(key, {});
-  return isNumber(stored) ? platform::wholeOf(stored) : fallback;
+int Settings::number(const std::string& key, int fallback, int least, int most) const {
+  const auto value = numberOf(keys_.read(key, {}));
+  return value && *value >= least && *value <= most ? static_cast<int>(*value) : fallback;
 }
 
 WindowPlace Settings::windowPlace() const {
   const WindowPlace usual;
-  return {number("MainLeft", usual.left), number("MainTop", usual.top), number("MainWidth", usual.width),
-          number("MainHeight", usual.height)};
+  return {number("MainLeft", usual.left, -kFarthestEdge, kFarthestEdge),
+          number("MainTop", usual.top, -kFarthestEdge, kFarthestEdge),
+          number("MainWidth", usual.width, 0, kLargestSide), number("MainHeight", usual.height, 0, kLargestSide)};
 }
 
 void Settings::saveWindowPlace(const WindowPlace& place) {
@@ -226,16 +251,16 @@ void Settings::saveWindowPlace(const WindowPlace& place) {
   keys_.write("MainTop", std::to_string(place.top));
   keys_.write("MainWidth", std::to_string(place.width));
   keys_.write("MainHeight", std::to_string(place.height));
-  keys_.flush();
+  flush();
 }
 
 int Settings::frame24Width() const {
-  return number("Frame24_Width", 2000);
+  return number("Frame24_Width", 2000, 0, kLargestSide);
 }
 
 void Settings::saveFrame24Width(int twips) {
   keys_.write("Frame24_Width", std::to_string(twips));
-  keys_.flush();
+  flush();
 }
 
 }  // namespace kvr::shell

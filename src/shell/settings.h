@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/controls.h"
 #include "platform/event_loop.h"
@@ -30,8 +31,10 @@ class Settings {
 
   // What happens around loading and saving; a member that is not connected does nothing.
   struct Hooks {
-    std::function<void()> modelSelected;  // TreeViewDevice_Click: a node of the tree has been selected
+    std::function<void()> modelSelected;  // a node of the tree has been selected
     std::function<void()> rangeShown;     // computeIspRange for the selected model
+    // The settings do not reach the disk, and why; once, until a save works again.
+    std::function<void(const std::string& why)> notSaved;
   };
 
   // The registry must hold all bound controls by the time of the first load; one that is missing is passed over.
@@ -49,11 +52,10 @@ class Settings {
   void startDone();
 
   void saveMainSettings();  // the main group, the ranges, then the three other groups, and all that to the disk
-  void saveCounter();       // `Write_OK_Count` alone, on the disk at once: after each good download
 
-  // Starts `Timer3` when it is not running. Nothing while settings load.
+  // Saves after `kSaveDelay`, together with what changes until then. Nothing while settings load.
   void requestSave();
-  // Saves at once what a running `Timer3` would save: before the window goes.
+  // Saves at once what waits for its delay: before the window goes.
   void savePending();
 
   WindowPlace windowPlace() const;
@@ -73,12 +75,15 @@ class Settings {
   void loadModel();
   void saveModelAndLock();
   std::string lockNumber() const;
-  int number(const std::string& key, int fallback) const;
+  void flush();
+  int number(const std::string& key, int fallback, int least, int most) const;
 
   const platform::ControlRegistry& registry_;
   ChangedKeys keys_;
-  platform::Timer timer3_;
+  platform::Timer saveTimer_;
+  std::vector<platform::Signal::Token> tokens_;
   int loading_ = 0;
+  bool notSavedTold_ = false;
 };
 
 }  // namespace kvr::shell

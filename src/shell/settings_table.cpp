@@ -25,6 +25,7 @@ void addMain(std::vector<SettingBinding>& table) {
   writeOnly("BaudMin", "cobBaudMin", kSingle);
   table.push_back({"BeepYesNo", Kind::YesNo, Group::Main, "True", "optBeepYes", kSingle, "optBeepNo", kSingle});
   add("Dalay_ReDownLoad", Kind::Index, "4", "comDalay_ReDownLoad");
+  add("Dalay_ReDownLoad_Text", Kind::Typed, "", "comDalay_ReDownLoad");
   add("Write_OK_Count", Kind::Number, "0", "txtWrite_OK_Count");
   pair("pin_for_485", "opt_485_pin", 0, "opt_485_pin", 1);
   add("pin_address_for_485", Kind::Index, "0", "comb_485_pin");

@@ -11,9 +11,10 @@ namespace kvr::shell {
 enum class SettingGroup { Main, Tool, UserCode, Demo };
 
 enum class SettingKind {
-  Index,   // list index of a combo box, decimal
+  Index,   // list index of a combo box, decimal; -1 when its text is not in the list
+  Typed,   // text of an editable combo box that is not in its list; empty when it is
   Number,  // text of a box that holds a number
-  Text,    // text of a box, as it stands
+  Text,    // text of a box, unchanged
   Check,   // check box: 0 or 1
   Option,  // one option button: "True" or "False"
   Pair,    // the first of two option buttons: "True" or "False"; what reads false switches the second one on

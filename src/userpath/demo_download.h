@@ -5,7 +5,7 @@
 #include <functional>
 
 #include "engine/programming.h"
-#include "images/serial_counters.h"
+#include "images/serial_counters_room.h"
 #include "platform/activity.h"
 #include "platform/ui_lock.h"
 #include "userpath/demo_line.h"

@@ -23,10 +23,11 @@ TEST(Lookup, FindsEveryNameAtTheFirstRowThatBearsIt) {
 
 TEST(Lookup, FindsEveryCodeAtTheFirstRowInFamilyOrder) {
   for (const McuRecord& asked : allRows()) {
-    if (asked.family < 2) continue;
+    if (asked.family < Family::Cedar) continue;
     const McuRecord* first = nullptr;
     for (const McuRecord& r : allRows()) {
-      if (r.family >= 2 && first == nullptr && (r.code == asked.code || r.altCode == asked.code)) first = &r;
+      if (r.family >= Family::Cedar && first == nullptr && (r.code == asked.code || r.altCode == asked.code))
+        first = &r;
     }
     EXPECT_EQ(findModelByCode(asked.code), first) << asked.name;
   }
@@ -84,8 +85,8 @@ TEST(IspRanges, FollowFamilyAndBootBlock) {
 TEST(DeviceTree, ShowsTheListedModelsOfTenSeries) {
   std::string order;
   for (const SeriesNode& node : deviceTree()) {
-    order += std::to_string(node.family) + ":" + std::to_string(node.models.size()) + " ";
-    EXPECT_EQ(node.key, std::string(kSeriesKeyPrefix) + std::string(seriesName(node.family)));
+    order += std::to_string(numberOf(node.family)) + ":" + std::to_string(node.models.size()) + " ";
+    EXPECT_EQ(node.key, std::string(kSeriesKeyPrefix) + std::string(traitsOf(node.family).name));
     for (const McuRecord* model : node.models)
       EXPECT_TRUE(model->listed && model->family == node.family && findByName(model->name) == model) << model->name;
   }

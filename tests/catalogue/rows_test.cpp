@@ -56,7 +56,7 @@ TEST(CatalogueRows, AreAllThereInTableOrder) {
 TEST(CatalogueRows, BearNamesThatTellSeriesVoltageSizeAndVariant) {
   for (const McuRecord& r : allRows()) {
     EXPECT_TRUE(voltageClass(r) == 'H' || voltageClass(r) == 'L') << r.name;
-    std::string name = std::string(seriesName(r.family)) + '-' + voltageClass(r);
+    std::string name = std::string(traitsOf(r).name) + '-' + voltageClass(r);
     if (isSeriesRow(r)) {
       EXPECT_EQ(r.name, name + " Series");
       continue;
@@ -73,14 +73,14 @@ TEST(CatalogueRows, BearNamesThatTellSeriesVoltageSizeAndVariant) {
 
 TEST(CatalogueRows, CarryTheFlagsOfTheirGeneration) {
   for (const McuRecord& r : allRows()) {
-    const bool later = (r.family >= 5 && r.family <= 11) || (r.family >= 15 && r.family <= 17);
+    const bool later = (r.family >= Family::Gum && r.family <= Family::Maple) || traitsOf(r).pulses();
     for (const bool flag : {r.extSession, r.parityUsed, r.parityEven, r.frame2}) EXPECT_EQ(flag, later) << r.name;
     EXPECT_EQ(r.noOptions, r.topBlockFree) << r.name;
-    if (isSelfWriting(r) && r.family != 17) {
+    if (isSelfWriting(r) && r.family != Family::Sumac) {
       EXPECT_TRUE(r.noDataFile) << r.name;
     }
     if (r.apUpToIsp) {
-      EXPECT_TRUE(r.family == 1 || r.family == 4 || r.family == 11) << r.name;
+      EXPECT_TRUE(r.family == Family::Birch || r.family == Family::Fir || r.family == Family::Maple) << r.name;
     }
   }
 }
@@ -95,11 +95,11 @@ TEST(CatalogueRows, HoldOrderedAreas) {
     if (r.noOptions) {  // the whole top is theirs
       EXPECT_TRUE(r.dataEnd + 1 == r.bootStart && r.bootStart % 1024 == 0) << r.name;
     }
-    if (r.family <= 1) continue;  // no Data Memory: both ends bear the application's last address
-    EXPECT_GT(r.dataStart, r.family == 10 && r.dataEnd == r.apEnd ? r.dataEnd : r.apEnd) << r.name;
+    if (r.family <= Family::Birch) continue;  // no Data Memory: both ends bear the application's last address
+    EXPECT_GT(r.dataStart, r.family == Family::Larch && r.dataEnd == r.apEnd ? r.dataEnd : r.apEnd) << r.name;
     EXPECT_EQ(r.dataStart % 512, 0) << r.name;
     // From Gum on nothing of the application or of its data reaches into the boot block.
-    const bool second = r.family >= 5 && !isLateFamily(r.family);
+    const bool second = traitsOf(r).dataFile;
     if (second) {
       EXPECT_LT(std::max(r.apEnd, r.dataEnd), r.bootStart) << r.name;
     }
@@ -111,7 +111,7 @@ TEST(CatalogueRows, HoldOrderedAreas) {
 
 // What the low byte of a code adds to the size, by variant, for H models; L models add 0x80 unless told otherwise.
 struct CodeRule {
-  int family;
+  Family family;
   int high;
   int lowVoltageAdds;
   std::map<char, int> bases;
@@ -119,21 +119,22 @@ struct CodeRule {
 
 TEST(CatalogueRows, HaveCodesThatCountTheSize) {
   const CodeRule rules[] = {
-      {3, 0xF2, 0x20, {{'A', 0x10}, {0, 0x00}}},
-      {4, 0xE0, 0x80, {{'A', 0x60}, {0, 0x00}}},
-      {5, 0xE6, 0x80, {{'A', 0x60}, {0, 0x00}}},
-      {6, 0xE1, 0x80, {{'A', 0x60}, {'P', 0x20}, {0, 0x00}}},
-      {8, 0xD2, 0x80, {{'Y', 0x60}, {'X', 0x40}, {0, 0x00}}},
-      {15, 0xF2, 0x40, {{'E', 0x90}, {0, 0x80}}},
-      {16, 0xF3, 0x40, {{'G', 0x90}, {0, 0x80}}},
-      {17, 0xD4, 0x80, {{'A', 0x40}, {'C', 0x30}, {'Y', 0x20}, {'E', 0x10}, {0, 0x00}}},
+      {Family::Elm, 0xF2, 0x20, {{'A', 0x10}, {0, 0x00}}},
+      {Family::Fir, 0xE0, 0x80, {{'A', 0x60}, {0, 0x00}}},
+      {Family::Gum, 0xE6, 0x80, {{'A', 0x60}, {0, 0x00}}},
+      {Family::Hazel, 0xE1, 0x80, {{'A', 0x60}, {'P', 0x20}, {0, 0x00}}},
+      {Family::Juniper, 0xD2, 0x80, {{'Y', 0x60}, {'X', 0x40}, {0, 0x00}}},
+      {Family::Pine, 0xF2, 0x40, {{'E', 0x90}, {0, 0x80}}},
+      {Family::Quince, 0xF3, 0x40, {{'G', 0x90}, {0, 0x80}}},
+      {Family::Sumac, 0xD4, 0x80, {{'A', 0x40}, {'C', 0x30}, {'Y', 0x20}, {'E', 0x10}, {0, 0x00}}},
   };
-  const std::map<std::pair<int, char>, int> selfWriting = {
+  const std::map<std::pair<Family, char>, int> selfWriting = {
       // bases of i models
-      {{8, 'Y'}, 0x70}, {{8, 'X'}, 0x70}, {{8, 0}, 0x30}, {{15, 'E'}, 0xB0}, {{16, 'G'}, 0xB0}, {{17, 'A'}, 0x50}};
+      {{Family::Juniper, 'Y'}, 0x70}, {{Family::Juniper, 'X'}, 0x70}, {{Family::Juniper, 0}, 0x30},
+      {{Family::Pine, 'E'}, 0xB0},    {{Family::Quince, 'G'}, 0xB0},  {{Family::Sumac, 'A'}, 0x50}};
   for (const CodeRule& rule : rules) {
     for (const McuRecord& r : allRows()) {
-      if (r.family != rule.family || isSeriesRow(r) || (r.family == 4 && r.row >= 46)) continue;
+      if (r.family != rule.family || isSeriesRow(r) || (r.family == Family::Fir && r.row >= 46)) continue;
       const int base = isSelfWriting(r) ? selfWriting.at({r.family, variantOf(r)}) : rule.bases.at(variantOf(r));
       const int kb = r.apEnd == 24574 ? 24 : sizeInKb(r);
       EXPECT_EQ(codeOf(r), rule.high * 256 + base + kb + (voltageClass(r) == 'L' ? rule.lowVoltageAdds : 0)) << r.name;
@@ -145,32 +146,33 @@ TEST(CatalogueRows, OfIvyAndLarchCountPagesOfTwoKilobytesInTheirCodes) {
   const std::map<char, int> ivy = {{'S', 3}, {'A', 2}, {'C', 1}, {'X', 0}, {0, 0}};
   const std::map<char, int> larch = {{'Y', 3}, {'X', 2}, {0, 0}};
   for (const McuRecord& r : allRows()) {
-    if (r.family != 7 && r.family != 10) continue;
+    if (r.family != Family::Ivy && r.family != Family::Larch) continue;
     const int kb = sizeInKb(r);
-    EXPECT_EQ(codeOf(r) >> 8, r.family == 7 ? 0xD1 : 0xD3) << r.name;
+    EXPECT_EQ(codeOf(r) >> 8, r.family == Family::Ivy ? 0xD1 : 0xD3) << r.name;
     EXPECT_EQ(codeOf(r) & 0x1F, kb == 62 ? 0x1F : kb / 2 - (isSelfWriting(r) ? 1 : 0)) << r.name;
-    EXPECT_EQ((codeOf(r) >> 5) & 3, (r.family == 7 ? ivy : larch).at(variantOf(r))) << r.name;
+    EXPECT_EQ((codeOf(r) >> 5) & 3, (r.family == Family::Ivy ? ivy : larch).at(variantOf(r))) << r.name;
     EXPECT_EQ((codeOf(r) & 0x80) != 0, voltageClass(r) == 'L') << r.name;
   }
 }
 
 TEST(CatalogueRows, ShareCodesOnlyWhereOneChipBearsSeveralNames) {
-  std::map<std::string_view, std::set<int>> families;
+  std::map<std::string_view, std::set<Family>> families;
   std::map<std::string_view, int> counts;
   for (const McuRecord& r : allRows()) {
     families[r.code].insert(r.family);
     ++counts[r.code];
-    EXPECT_EQ(r.code.size(), r.family <= 1 ? 2u : 4u) << r.name;
+    EXPECT_EQ(r.code.size(), r.family <= Family::Birch ? 2u : 4u) << r.name;
     if (!r.altCode.empty()) {
-      EXPECT_TRUE(r.family == 4 && r.altCode.starts_with("F3") && r.row < 44) << r.name;
+      EXPECT_TRUE(r.family == Family::Fir && r.altCode.starts_with("F3") && r.row < 44) << r.name;
     }
   }
   for (const auto& [code, owners] : families) {
     if (owners.size() > 1) {
-      EXPECT_EQ(owners, (std::set<int>{11, 18})) << code;
+      EXPECT_TRUE((owners == std::set{Family::Maple, Family::Rowan})) << code;
     }
-    const int first = *owners.begin();
-    const bool mayRepeat = first == 0 || first == 2 || first == 11 || code == "56" || code == "E01E";
+    const Family first = *owners.begin();
+    const bool mayRepeat =
+        first == Family::Alder || first == Family::Cedar || first == Family::Maple || code == "56" || code == "E01E";
     if (!mayRepeat) {
       EXPECT_EQ(counts[code], 1) << code;
     }
@@ -181,7 +183,7 @@ TEST(CatalogueRows, OfFirRepeatThePartsUnderTheirOlderCodes) {
   std::map<std::string_view, const McuRecord*> byAltCode;
   int older = 0;
   for (const McuRecord& r : allRows()) {
-    if (r.family != 4) continue;
+    if (r.family != Family::Fir) continue;
     if (!r.altCode.empty()) byAltCode[r.altCode] = &r;
     if (r.row < 46) continue;
     ++older;

@@ -10,8 +10,7 @@
 #include <vector>
 
 #include "comtool/tool_room.h"
-#include "platform/virtual/virtual_loop.h"
-#include "platform/virtual/virtual_world.h"
+#include "tests/support/memory_services.h"
 
 namespace kvr::comtool {
 
@@ -91,14 +90,9 @@ class PlayedLink : public platform::SerialLink {
   platform::PortEvent event_;
 };
 
-struct ToolBench {
-  platform::VirtualLoop loop;
+struct ToolBench : support::MemoryServices<> {
   PlayedLink link{loop};
-  platform::ScriptedDialogs dialogs{loop};
-  platform::MemoryStore store;
-  platform::MemoryFiles files;
-  platform::VirtualClock clock{loop};
-  platform::World world{loop, link, dialogs, store, files, clock};
+  platform::World world = with(link);
   engine::PortLease lease{loop, link};
   platform::Activity activity;
   platform::UiLock lock;

@@ -44,7 +44,7 @@ bool alwaysWrites(int family) {
 
 // Families 3 and up skip the frame only for chips that run from an external clock.
 bool mayLeaveOut(const EngineBench& bench) {
-  const int family = bench.model.record.family;
+  const int family = sim::familyOf(bench.model.record);
   if (alwaysWrites(family)) return false;
   return family < 3 || (family >= 11 && family <= 13) || bench.options.chosen("Exterior_Oscillate");
 }
@@ -62,8 +62,8 @@ std::string runOne(const std::string& name, std::uint64_t seed) {
     return "first run failed: " + (bench.records.empty() ? bench.text() : bench.records.back().failure);
   const auto wanted = bench.options.set().wanted;
   const auto& record = bench.model.record;
-  if (record.noOptions || record.topBlockFree || record.family == 1) return chip.violationText();
-  for (const std::size_t i : keptBytes(record.family))
+  if (record.noOptions || record.topBlockFree || sim::familyOf(record) == 1) return chip.violationText();
+  for (const std::size_t i : keptBytes(sim::familyOf(record)))
     if (chip.options()[i] != wanted[i])
       faults += "byte " + std::to_string(i) + " is " + std::to_string(chip.options()[i]) + ", wanted " +
                 std::to_string(wanted[i]) + "; ";

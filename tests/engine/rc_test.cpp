@@ -26,7 +26,7 @@ Outcome trimOne(std::uint64_t seed) {
   std::mt19937_64 random(seed);
   std::vector<std::string> names;
   for (const auto& row : catalogue::allRows())
-    if (row.family == 15 || row.family == 16) names.emplace_back(row.name);
+    if (traitsOf(row).measuresOscillator()) names.emplace_back(row.name);
   EngineBench bench(sim::WireConfig{.keepLog = false});
   bench.select(names[random() % names.size()]);
   const char* first = kRates[random() % std::size(kRates)];

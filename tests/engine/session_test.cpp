@@ -55,7 +55,7 @@ TEST(Session, ShowsItsVerdictAtTheRightMomentsOnly) {
   EXPECT_EQ(verdictsOf(good), (std::vector{VerdictKind::Waiting, VerdictKind::Working, VerdictKind::Pass}));
   EXPECT_EQ(good.dialogs.beeps.size(), 1u);
   EXPECT_EQ(good.panel.txtWrite_OK_Count.text(), " 1");
-  EXPECT_EQ(good.store.values.at({"Settings", "Write_OK_Count"}), "1");
+  EXPECT_EQ(good.store.values().at({"Settings", "Write_OK_Count"}), "1");
   EngineBench bad;
   setUp(bad);
   bad.chip->config().faults.silentErase = true;

@@ -14,6 +14,11 @@
 namespace kvr::engine {
 namespace {
 
+using catalogue::BaudPace;
+using catalogue::Family;
+using catalogue::FirmwareVersion;
+using catalogue::OptionLayout;
+
 const catalogue::McuRecord& row(const char* name) {
   return *catalogue::findByName(name);
 }
@@ -94,83 +99,85 @@ TEST(Receiver, DropsNoiseBadEndsAndBadSums) {
 }
 
 TEST(BaudPlan, TakesTheHighestRateThatTheClockReaches) {
-  const auto late = calculateBaud(7, 11059200, 100, 115200);
+  const auto late = calculateBaud(traitsOf(Family::Ivy), 11059200, 100, 115200);
   EXPECT_EQ(late, (BaudChoice{11, 115200, 192, 6}));
-  EXPECT_EQ(calculateBaud(7, 11059200, 100, 9600)->baud, 9600);
-  EXPECT_EQ(calculateBaud(2, 11059200, 100, 115200), (BaudChoice{11, 115200, 0, 3}));
-  EXPECT_EQ(calculateBaud(2, 7372800, 100, 115200)->baud, 57600) << "a count of 2 is too few";
-  EXPECT_EQ(calculateBaud(2, 12000000, 11, 115200)->baud, 38400) << "115200 and 57600 are too far off";
-  EXPECT_EQ(calculateBaud(7, 0, 100, 115200), std::nullopt);
-  EXPECT_EQ(calculateBaud(7, 11059200, 0, 115200), std::nullopt);
-  EXPECT_EQ(calculateBaud(7, 11059200, 100, 600), std::nullopt);
+  EXPECT_EQ(calculateBaud(traitsOf(Family::Ivy), 11059200, 100, 9600)->baud, 9600);
+  EXPECT_EQ(calculateBaud(traitsOf(Family::Cedar), 11059200, 100, 115200), (BaudChoice{11, 115200, 0, 3}));
+  EXPECT_EQ(calculateBaud(traitsOf(Family::Cedar), 7372800, 100, 115200)->baud, 57600) << "a count of 2 is too few";
+  EXPECT_EQ(calculateBaud(traitsOf(Family::Cedar), 12000000, 11, 115200)->baud, 38400)
+      << "115200 and 57600 are too far off";
+  EXPECT_EQ(calculateBaud(traitsOf(Family::Ivy), 0, 100, 115200), std::nullopt);
+  EXPECT_EQ(calculateBaud(traitsOf(Family::Ivy), 11059200, 0, 115200), std::nullopt);
+  EXPECT_EQ(calculateBaud(traitsOf(Family::Ivy), 11059200, 100, 600), std::nullopt);
 }
 
 TEST(BaudPlan, NamesADividerByFamilyAndKeepsToTheBytes) {
-  EXPECT_EQ(baudParameters(7, {11, 115200, 192, 6}), (BaudParameters{192, 250}));
-  EXPECT_EQ(baudParameters(2, {4, 2400, 0, 300}), (BaudParameters{0xFE, 0xD4}));
-  EXPECT_EQ(baudParameters(7, {0, 0, 64, -1}), (BaudParameters{0, 1}));
-  EXPECT_EQ(settleCount(7, 9600, BaudFrame::Test, 115200, 11059200), 120);
-  EXPECT_EQ(settleCount(7, 9600, BaudFrame::Test, 115200, 70000000), 240);
-  EXPECT_EQ(settleCount(1, 1200, BaudFrame::Change, 115200, 11059200), 90);
-  EXPECT_EQ(settleCount(7, 57600, BaudFrame::Test, 115200, 70000000), static_cast<std::uint8_t>(400));
-  EXPECT_EQ(waitClass(1, 14499999, false), 130);
-  EXPECT_EQ(waitClass(2, 20000000, true), 130) << "halved once in double speed";
-  EXPECT_EQ(waitClass(9, 24499999, false), 129);
-  EXPECT_EQ(waitClass(0, 1000000, false), 128);
+  EXPECT_EQ(baudParameters(traitsOf(Family::Ivy), {11, 115200, 192, 6}), (BaudParameters{192, 250}));
+  EXPECT_EQ(baudParameters(traitsOf(Family::Cedar), {4, 2400, 0, 300}), (BaudParameters{0xFE, 0xD4}));
+  EXPECT_EQ(baudParameters(traitsOf(Family::Ivy), {0, 0, 64, -1}), (BaudParameters{0, 1}));
+  EXPECT_EQ(settleCount(BaudPace::Usual, 9600, BaudFrame::Test, 115200, 11059200), 120);
+  EXPECT_EQ(settleCount(BaudPace::Usual, 9600, BaudFrame::Test, 115200, 70000000), 240);
+  EXPECT_EQ(settleCount(BaudPace::Birch, 1200, BaudFrame::Change, 115200, 11059200), 90);
+  EXPECT_EQ(settleCount(BaudPace::Usual, 57600, BaudFrame::Test, 115200, 70000000), static_cast<std::uint8_t>(400));
+  EXPECT_EQ(waitClass(traitsOf(Family::Birch), 14499999, false), 130);
+  EXPECT_EQ(waitClass(traitsOf(Family::Cedar), 20000000, true), 130) << "halved once in double speed";
+  EXPECT_EQ(waitClass(traitsOf(Family::Kauri), 24499999, false), 129);
+  EXPECT_EQ(waitClass(traitsOf(Family::Alder), 1000000, false), 128);
   EXPECT_EQ(reloadValues({0xFF, 0xFD}, true), (ReloadPair{{0xFF, 0xFE}, {0xFF, 0xFD}})) << "1.5 goes to the even 2";
   EXPECT_EQ(reloadValues({0xFF, 0xFD}, false), (ReloadPair{{0xFF, 0xFD}, {0xFF, 0xFA}}));
 }
 
-TargetInfo chip(const char* letter, const char* version, const char* name) {
+TargetInfo chip(char letter, FirmwareVersion version, const char* name) {
   TargetInfo target;
-  target.steppingLetter = letter;
-  target.firmwareVersionText = version;
+  target.stepping = letter;
+  target.firmware = version;
   if (const auto* record = catalogue::findByName(name)) target.targetRecord = *record;
   return target;
 }
 
 TEST(ImagePlan, FitsTheImagesByLetterAndVersion) {
   struct Case {
-    const char *letter, *version;
+    char letter;
+    FirmwareVersion version;
     std::int32_t apEnd, codeEnd;
     bool chosen;
     ImageFit expected;
   };
   const Case cases[] = {
-      {"D", "5.6", 4095, 5120, false, {{true, 4096, 0x13FF, 4096, false, true, 0x13FF}, true}},
-      {"E", "5.0", 4095, 12287, false, {{true, 4096, 0x2FFF, 4096, false, true, 12287}, false}},
-      {"E", "5.8", 10239, 100, false, {{true, 12288, 0x6FFF, 101, true, false, 0x7000}, false}},
-      {"E", "5.8", 16383, 100, false, {{true, 16384, 0x6FFF, 101, false, false, 0x7000}, false}},
-      {"I", "6.3", 16383, 100, true, {{true, 20000, 30000, 101, true, false, 30001}, false}},
-      {"B", "4.3", 1023, 100, true, {{true, 20000, 30000, 101, false, false, 30001}, false}},
+      {'D', {5, 6}, 4095, 5120, false, {{true, 4096, 0x13FF, 4096, false, true, 0x13FF}, true}},
+      {'E', {5, 0}, 4095, 12287, false, {{true, 4096, 0x2FFF, 4096, false, true, 12287}, false}},
+      {'E', {5, 8}, 10239, 100, false, {{true, 12288, 0x6FFF, 101, true, false, 0x7000}, false}},
+      {'E', {5, 8}, 16383, 100, false, {{true, 16384, 0x6FFF, 101, false, false, 0x7000}, false}},
+      {'I', {6, 3}, 16383, 100, true, {{true, 20000, 30000, 101, true, false, 30001}, false}},
+      {'B', {4, 3}, 1023, 100, true, {{true, 20000, 30000, 101, false, false, 30001}, false}},
   };
   for (const Case& c : cases) {
     TargetInfo target = chip(c.letter, c.version, "");
     target.targetRecord.apEnd = c.apEnd;
-    target.targetRecord.dataStart = c.letter[0] == 'I' || c.letter[0] == 'B' ? 20000 : 4096;
+    target.targetRecord.dataStart = c.letter == 'I' || c.letter == 'B' ? 20000 : 4096;
     target.targetRecord.dataEnd = 30000;
-    EXPECT_EQ(fitImages(target, c.codeEnd, c.chosen), c.expected) << c.letter << c.version << " " << c.apEnd;
+    EXPECT_EQ(fitImages(target, c.codeEnd, c.chosen), c.expected) << c.letter << c.version.text() << " " << c.apEnd;
   }
 }
 
 TEST(ErasePlan, CountsSectorsAndRanges) {
-  const TargetInfo old = chip("C", "2.7", "Cedar-HF8D"), late = chip("C", "4.8", "Cedar-HF8D");
-  EXPECT_EQ(eraseSectorCount(old, "Cedar-H10R", 99999), 30);
-  EXPECT_EQ(eraseSectorCount(old, "Cedar-LF8D", 99999), 126);
-  EXPECT_EQ(eraseSectorCount(late, "Cedar-HF8D", 1023), 2);
-  EXPECT_EQ(eraseSectorCount(late, "Cedar-HF8D", 200000), 255);
-  EXPECT_EQ(eraseSectorCount(chip("B", "4.3", ""), "Birch-LFCZ", 0), 124);
+  const TargetInfo old = chip('C', {2, 7}, "Cedar-HF8D"), late = chip('C', {4, 8}, "Cedar-HF8D");
+  EXPECT_EQ(eraseSectorCount(old, row("Cedar-H10R"), 99999), 30);
+  EXPECT_EQ(eraseSectorCount(old, row("Cedar-LF8D"), 99999), 126);
+  EXPECT_EQ(eraseSectorCount(late, row("Cedar-HF8D"), 1023), 2);
+  EXPECT_EQ(eraseSectorCount(late, row("Cedar-HF8D"), 200000), 255);
+  EXPECT_EQ(eraseSectorCount(chip('B', {4, 3}, ""), row("Birch-LFCZ"), 0), 124);
   const ImagePlan unused{true, 4096, 5119, 600, true, false, 5120};
   options::OptionBytes reported{};
   reported.fill(0xFF);
-  const TargetInfo ivy = chip("I", "6.3", "Ivy-HF0S");
+  const TargetInfo ivy = chip('I', {6, 3}, "Ivy-HF0S");
   EXPECT_EQ(eraseRange(ivy, row("Ivy-HF0S"), unused, reported), (AddressRange{600, 4096}));
   reported[8] = 0xFD;
   EXPECT_EQ(eraseRange(ivy, row("Ivy-HF0S"), unused, reported), (AddressRange{600, 5119}));
   const ImagePlan spill{true, 4096, 5119, 4096, false, true, 4800};
   EXPECT_EQ(eraseRange(ivy, row("Ivy-HF0S"), spill, reported), (AddressRange{4801, 5119}));
   EXPECT_EQ(eraseRange(late, row("Cedar-HF8D"), unused, reported), (AddressRange{0x10000, 0x10000}));
-  EXPECT_EQ(buildEraseFrame(chip("G", "5.0", ""), row("Ivy-HF0S"), 255, {1, 2})[4], 140) << "at every version";
+  EXPECT_EQ(buildEraseFrame(chip('G', {5, 0}, ""), row("Ivy-HF0S"), 255, {1, 2})[4], 140) << "at every version";
 }
 
 TEST(BlockPlan, CutsRangesIntoBlocksAndFrames) {
@@ -190,23 +197,23 @@ TEST(BlockPlan, CutsRangesIntoBlocksAndFrames) {
 TEST(BlockPlan, ChoosesWhatToSendByFamilyAndImages) {
   images::ImageState state;
   state.CodeBuffer.rangeEnd = 0xFFFF;
-  const auto ranges = [&](const char* name, double version, int block, int frame) {
+  const auto ranges = [&](const char* name, FirmwareVersion version, int block, int frame) {
     return planSends(row(name), version, block, frame, state.CodeBuffer, state.EepromBuffer).ranges;
   };
   using Ranges = std::vector<SendRange>;
-  EXPECT_EQ(ranges("Ivy-HF0S", 6.3, 512, 128), (Ranges{{true, 0, 0xF3FF}}));
-  EXPECT_EQ(ranges("Cedar-HF8D", 4.8, 512, 128), (Ranges{{true, 0, 0xFFFF}}));
-  EXPECT_EQ(ranges("Fir-H40", 5.8, 512, 128), (Ranges{{true, 0, 0x6FFF}}));
-  EXPECT_EQ(ranges("Fir-H10", 5.0, 512, 128), (Ranges{{true, 0, 0x2FFF}}));
+  EXPECT_EQ(ranges("Ivy-HF0S", {6, 3}, 512, 128), (Ranges{{true, 0, 0xF3FF}}));
+  EXPECT_EQ(ranges("Cedar-HF8D", {4, 8}, 512, 128), (Ranges{{true, 0, 0xFFFF}}));
+  EXPECT_EQ(ranges("Fir-H40", {5, 8}, 512, 128), (Ranges{{true, 0, 0x6FFF}}));
+  EXPECT_EQ(ranges("Fir-H10", {5, 0}, 512, 128), (Ranges{{true, 0, 0x2FFF}}));
   state.CodeBuffer.rangeEnd = 20;
-  EXPECT_EQ(ranges("Ivy-HF0S", 6.3, 512, 128), (Ranges{{true, 0, 0x3FF}}));
+  EXPECT_EQ(ranges("Ivy-HF0S", {6, 3}, 512, 128), (Ranges{{true, 0, 0x3FF}}));
   state.EepromBuffer.loaded = true;
   state.EepromBuffer.rangeEnd = 99;
   const auto& fir = row("Fir-H10");
-  EXPECT_EQ(ranges("Fir-H10", 5.8, 512, 128),
+  EXPECT_EQ(ranges("Fir-H10", {5, 8}, 512, 128),
             (Ranges{{true, 0, fir.apEnd + 1}, {true, fir.dataStart, fir.dataStart + 99}}));
   state.EepromBuffer.rangeEnd = 0;
-  EXPECT_EQ(ranges("Fir-H10", 5.8, 512, 128), (Ranges{{true, 0, 21}}));
+  EXPECT_EQ(ranges("Fir-H10", {5, 8}, 512, 128), (Ranges{{true, 0, 21}}));
 }
 
 TEST(DataFrames, HaveTimeByClockAndRate) {
@@ -216,25 +223,25 @@ TEST(DataFrames, HaveTimeByClockAndRate) {
 }
 
 TEST(ModelCheck, WantsLetterAndCodeToAgree) {
-  const auto fits = [](const char* letter, const char* code, const char* name, const char* selected, int frame = 128) {
-    TargetInfo target = chip(letter, "6.3", name);
+  const auto fits = [](char letter, const char* code, const char* name, const char* selected, int frame = 128) {
+    TargetInfo target = chip(letter, {6, 3}, name);
     target.modelCodeHigh = std::string(code).substr(0, 2);
     target.modelCodeLow = std::string(code).substr(2);
     target.targetModelName = name;
-    return modelFits(target, row(selected), frame, catalogue::blockSizeOf(row(selected).family));
+    return modelFits(target, row(selected), frame, traitsOf(row(selected)).blockSize);
   };
   const std::string ivy(row("Ivy-HF0S").code), cedar(row("Cedar-HF8D").code);
-  EXPECT_TRUE(fits("I", ivy.c_str(), "Ivy-HF0S", "Ivy-HF0S"));
-  EXPECT_FALSE(fits("J", ivy.c_str(), "Ivy-HF0S", "Ivy-HF0S")) << "a wrong letter and a right code";
-  EXPECT_FALSE(fits("I", "D101", "", "Ivy-HF0S"));
-  EXPECT_TRUE(fits("C", cedar.c_str(), "Cedar-HF8D", "Cedar-HF8D"));
-  EXPECT_TRUE(fits("B", "FF", "Birch-LFCZ", "Birch-LFCA"));
-  EXPECT_TRUE(fits("B", "FF", "", "Birch-L80A"));
-  EXPECT_FALSE(fits("B", "FF", "Birch-LFCZ", "Birch-L80A"));
-  EXPECT_TRUE(fits("F", "E010", "Fir-H40", "Fir-H50"));
-  EXPECT_FALSE(fits("F", "E004", "Fir-H10", "Fir-H50"));
-  EXPECT_FALSE(fits("A", "FFFF", "", "Ivy-HF0S")) << "only Alder's blocks are as large as its frames";
-  EXPECT_TRUE(fits("x", "0000", "", "Ivy-HF0S")) << "letters outside the range pass";
+  EXPECT_TRUE(fits('I', ivy.c_str(), "Ivy-HF0S", "Ivy-HF0S"));
+  EXPECT_FALSE(fits('J', ivy.c_str(), "Ivy-HF0S", "Ivy-HF0S")) << "a wrong letter and a right code";
+  EXPECT_FALSE(fits('I', "D101", "", "Ivy-HF0S"));
+  EXPECT_TRUE(fits('C', cedar.c_str(), "Cedar-HF8D", "Cedar-HF8D"));
+  EXPECT_TRUE(fits('B', "56", "Birch-LFCZ", "Birch-LFCA"));
+  EXPECT_TRUE(fits('B', "FF", "", "Birch-L80A"));
+  EXPECT_FALSE(fits('B', "56", "Birch-LFCZ", "Birch-L80A"));
+  EXPECT_TRUE(fits('F', "E010", "Fir-H40", "Fir-H50"));
+  EXPECT_FALSE(fits('F', "E004", "Fir-H10", "Fir-H50"));
+  EXPECT_FALSE(fits('A', "FFFF", "", "Ivy-HF0S")) << "only Alder's blocks are as large as its frames";
+  EXPECT_TRUE(fits('x', "0000", "", "Ivy-HF0S")) << "letters outside the range pass";
 }
 
 TEST(StatusFrame, GivesClockVersionAndReservedSize) {
@@ -243,13 +250,11 @@ TEST(StatusFrame, GivesClockVersionAndReservedSize) {
   EXPECT_FLOAT_EQ(clockFromStatus(rx, 2400, false), (512 + 6) * 2063.f);
   EXPECT_FLOAT_EQ(clockFromStatus(rx, 2400, true), (512 + 6) * 2063.f);
   EXPECT_FLOAT_EQ(clockFromFixedLink(rx), 500.5f * (2048 + 145));
-  EXPECT_EQ(versionTextOf(0x63), "6.3");
-  EXPECT_EQ(versionTextOf(0x00), "");
-  EXPECT_EQ(reservedBytesOf(catalogue::McuRecord{.name = "Cedar-HF4D"}, 3), 0);
+  EXPECT_EQ(reservedBytesOf(row("Cedar-H50D"), 3), 0);
   EXPECT_EQ(reservedBytesOf(row("Cedar-HF8D"), 0xA3), 0xA00);
-  EXPECT_EQ(reservedFromVersion(26, 7), 1024);
-  EXPECT_EQ(reservedFromVersion(5, 7), 2048);
-  EXPECT_EQ(reservedFromVersion(40, 7), 7);
+  EXPECT_EQ(reservedFromVersion({2, 6}, 7), 1024);
+  EXPECT_EQ(reservedFromVersion({0, 5}, 7), 2048);
+  EXPECT_EQ(reservedFromVersion({4, 0}, 7), 7);
 }
 
 TEST(OptionPlan, ComparesWhatEachFamilyTells) {
@@ -257,22 +262,23 @@ TEST(OptionPlan, ComparesWhatEachFamilyTells) {
   set.wanted.fill(0xFF);
   set.reported = set.wanted;
   set.reported[1] = 0x77;
-  EXPECT_FALSE(optionsAgree(7, false, Moment::BeforeWrite, set));
-  EXPECT_TRUE(optionsAgree(7, false, Moment::AfterWrite, set)) << "bits 3 and 7 are the chip's own";
+  EXPECT_FALSE(optionsAgree(OptionLayout::Long, false, Moment::BeforeWrite, set));
+  EXPECT_TRUE(optionsAgree(OptionLayout::Long, false, Moment::AfterWrite, set)) << "bits 3 and 7 are the chip's own";
   set.reported = set.wanted;
   set.reported[0] = 0;
-  EXPECT_FALSE(optionsAgree(6, false, Moment::BeforeWrite, set));
-  EXPECT_TRUE(optionsAgree(6, false, Moment::AfterWrite, set));
-  EXPECT_TRUE(optionsAgree(3, false, Moment::BeforeWrite, set));
-  EXPECT_FALSE(optionsAgree(3, true, Moment::BeforeWrite, set));
-  EXPECT_FALSE(runsFromExternalClock(3, 1, set));
-  EXPECT_TRUE(runsFromExternalClock(3, 0, set));
-  EXPECT_EQ(alderOptionByte("Alder-HF8R", true), 72);
+  EXPECT_FALSE(optionsAgree(OptionLayout::ShortHazel, false, Moment::BeforeWrite, set));
+  EXPECT_TRUE(optionsAgree(OptionLayout::ShortHazel, false, Moment::AfterWrite, set));
+  EXPECT_TRUE(optionsAgree(OptionLayout::Short, false, Moment::BeforeWrite, set));
+  EXPECT_FALSE(optionsAgree(OptionLayout::Short, true, Moment::BeforeWrite, set));
+  EXPECT_FALSE(runsFromExternalClock(OptionLayout::Short, 1, set));
+  EXPECT_TRUE(runsFromExternalClock(OptionLayout::Short, 0, set));
+  EXPECT_EQ(alderOptionByte(row("Alder-H80D"), true), 72);
+  EXPECT_EQ(alderOptionByte({.quirks = {.smallOptionByte = true}}, true), 40);
 }
 
 TEST(RcPlan, ChoosesBandsWindowsAndThePairNearestToTheWish) {
-  EXPECT_EQ(roundOne(16, 7500000, true)[2], (RcRegisters{24, 0x80})) << "both lines in band 0";
-  EXPECT_EQ(roundOne(16, 7501000, true)[2], (RcRegisters{64 + 24, 0}));
+  EXPECT_EQ(roundOne(32, 7500000, true)[2], (RcRegisters{24, 0x80})) << "both lines in band 0";
+  EXPECT_EQ(roundOne(32, 7501000, true)[2], (RcRegisters{64 + 24, 0}));
   RcLines lines{lineThrough({24, 0, 0, 5000000}, {24, 128, 0, 6280000}),
                 lineThrough({24, 128, 0, 6280000}, {24, 255, 0, 7550000}),
                 {}};

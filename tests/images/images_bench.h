@@ -5,34 +5,42 @@
 
 #include "catalogue/selected_model.h"
 #include "images/image_room.h"
-#include "platform/virtual/virtual_loop.h"
-#include "platform/virtual/virtual_world.h"
+#include "tests/support/memory_services.h"
 #include "tests/support/no_link.h"
 
 namespace kvr::images {
 
 template <class Loop>
-struct ImagesBenchOn {
-  explicit ImagesBenchOn(std::string_view model) : selected(catalogue::describeModel(*catalogue::findByName(model))) {
+struct ImagesBenchOn : support::MemoryServices<Loop> {
+  using Services = support::MemoryServices<Loop>;
+  using Services::dialogs, Services::files, Services::store;
+
+  // `disk`: the settings file, for a second window on it.
+  explicit ImagesBenchOn(std::string_view model,
+                         std::shared_ptr<platform::MemoryDisk> disk = std::make_shared<platform::MemoryDisk>())
+      : Services(std::move(disk)), selected(catalogue::describeModel(*catalogue::findByName(model))) {
     room.showModel();
-    room.applyLock(0);
+    lock.set(platform::UiLock::kFree);
     dialogs.shown.clear();
   }
 
   // Puts the file into the file system and presses the button for it.
   void openCode(const std::string& path, const platform::Bytes& bytes) {
     files.put(path, bytes);
-    dialogs.paths.push_back(path);
-    room.panel.comLoadFile.press();
+    choose(path, room.panel.comLoadFile);
   }
   void openCode(const std::string& path, const std::string& text) {
     openCode(path, platform::Bytes(text.begin(), text.end()));
   }
   void openData(const std::string& path, const platform::Bytes& bytes) {
     files.put(path, bytes);
-    dialogs.paths.push_back(path);
-    room.panel.comLoadDataFile.press();
+    choose(path, room.panel.comLoadDataFile);
   }
+  void choose(const std::string& path, platform::Button& button) {
+    dialogs.paths.push_back(path);
+    button.press();
+  }
+  bool reload() { return room.reloader.reload({}) == ReloadResult::Ready; }
   // The texts of the message boxes and questions so far, file dialogs left out.
   std::vector<std::string> boxes() const {
     std::vector<std::string> texts;
@@ -40,25 +48,24 @@ struct ImagesBenchOn {
       if (shown.kind == "message" || shown.kind == "yesno") texts.push_back(shown.text);
     return texts;
   }
-  void counterBoxes(const std::string& address, const std::string& bytes, const std::string& next, int radix) {
+  std::string lastBox() const { return boxes().empty() ? std::string() : boxes().back(); }
+  void counterBoxes(const std::string& address, const std::string& bytes, const std::string& next, Radix radix,
+                    const std::string& step = "1") {
     auto& panel = room.panel;
     panel.texAuto_Increase[0].setText(address);
     panel.texAuto_Increase[1].setText(bytes);
     panel.texAuto_Increase[2].setText(next);
-    panel.texAuto_Increase[3].setText("1");
+    panel.texAuto_Increase[3].setText(step);
     panel.optAuto_Increase[static_cast<std::size_t>(radix)].setValue(true);
   }
 
-  Loop loop;
   support::NoLink link;
-  platform::MemoryStore store;
-  platform::MemoryFiles files;
-  platform::ScriptedDialogs dialogs{loop};
-  platform::VirtualClock clock{loop};
-  platform::World world{loop, link, dialogs, store, files, clock};
+  platform::World world = this->with(link);
   catalogue::SelectedModel selected;
+  platform::Activity activity;
+  platform::UiLock lock;
   platform::TextBox textMsg{"textMsg"};
-  ImageRoom room{world, selected, textMsg};
+  ImageRoom room{world, selected, activity, lock, textMsg};
 };
 using ImagesBench = ImagesBenchOn<platform::VirtualLoop>;
 

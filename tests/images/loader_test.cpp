@@ -1,5 +1,3 @@
-#include "images/loader.h"
-
 #include <gtest/gtest.h>
 
 #include "images_bench.h"
@@ -18,21 +16,20 @@ Bytes counting(std::size_t count) {
 struct LoaderTest : ::testing::Test {
   ImagesBench bench{"Ivy-HF0S"};
   ImagePanel& panel = bench.room.panel;
-  ImageBuffer& code = bench.room.state.CodeBuffer;
-  ImageBuffer& data = bench.room.state.EepromBuffer;
+  ImageState& state = bench.room.state;
+  ImageBuffer& code = state.CodeBuffer;
+  ImageBuffer& data = state.EepromBuffer;
 };
 
 TEST_F(LoaderTest, OpensABinaryByItsButtonAndShowsWhatItIs) {
   bench.openCode("/work/fw.bin", counting(100));
-  EXPECT_TRUE(bench.room.state.imageValid);
+  EXPECT_TRUE(state.imageValid && state.codeLoaded());
   EXPECT_EQ(code.bounds(), (ImageBounds{.fileStart = 0, .fileEnd = 511, .rangeStart = 0, .rangeEnd = 511}));
   EXPECT_EQ(code.at(99), counting(100)[99]);
-  EXPECT_TRUE(code.fileWrote(99));
-  EXPECT_FALSE(code.fileWrote(100));
+  EXPECT_TRUE(code.fileWrote(99) && !code.fileWrote(100));
   EXPECT_EQ(panel.Frame7.caption(), "Program File: /work/fw.bin");
   EXPECT_EQ(panel.Label7[1].caption(), "AP File effective length:  512");
   EXPECT_EQ(panel.txtFileCheckSum.text(), "0002DBEH       ");
-  EXPECT_EQ(bench.store.getOr("Settings", "FilePath", ""), "/work/fw.bin");
   EXPECT_EQ(panel.labFileInfo.caption().substr(0, 25), "Size: 100 bytes   CRC-32:");
   EXPECT_NE(panel.labFileInfo.caption().find("2030-01-01 12:00:00"), std::string::npos);
 }
@@ -48,57 +45,89 @@ TEST_F(LoaderTest, DialogStartsAtTheLastFileAsLongAsItExists) {
   EXPECT_EQ(bench.dialogs.shown.front().text, "/work/fw.bin|fw.bin");
   EXPECT_EQ(bench.store.getOr("Settings", "FilePath", ""), "/program") << "a cancelled dialog forgets the code file";
   EXPECT_EQ(bench.store.getOr("Settings", "DataFilePath", ""), "/work/table.bin");
-  EXPECT_TRUE(bench.room.state.imageValid);
 }
 
-TEST_F(LoaderTest, HandsProjectsOn) {
-  std::string project;
-  bench.room.loader.openProject = [&](const std::string& path) { project = path; };
-  bench.openCode("/work/batch.kvr", std::string("VER: 1.2"));
-  EXPECT_EQ(project, "/work/batch.kvr");
-  EXPECT_FALSE(bench.room.state.imageValid);
-  // A run that reloads its file leaves a project's image alone.
-  bench.room.state.imageValid = true;
-  code.put(0, Bytes{1, 2, 3});
-  EXPECT_TRUE(bench.room.loader.reload());
-  bench.openCode("/a.bin", Bytes(600, 9));
-  bench.room.loader.imageIsNoFiles();
-  code.put(0, Bytes{1, 2, 3});
-  EXPECT_TRUE(bench.room.loader.reload());
-  EXPECT_EQ(code.at(2), 3);
+TEST_F(LoaderTest, ThePathOfATakenFileIsOnTheDiskAtOnceAndAbsolute) {
+  bench.files.put("/current/rel.bin", counting(4));
+  bench.room.opener.open("rel.bin", ImageKind::Code);
+  bench.openData("/table.bin", counting(4));
+  EXPECT_EQ(panel.Frame7.caption(), "Program File: /current/rel.bin");
+  EXPECT_EQ((bench.store.values()[{"Settings", "FilePath"}]), "/current/rel.bin");
+  EXPECT_EQ((bench.store.values()[{"Settings", "DataFilePath"}]), "/table.bin");
+  bench.store.failure = "disk full";
+  bench.openCode("/other.bin", counting(4));
+  EXPECT_NE(panel.labFileInfo.caption().find("could not be saved: disk full"), std::string::npos);
+}
+
+TEST_F(LoaderTest, WhatCannotBeReadOrHoldsNoDataLeavesTheFormerImageAndIsTold) {
+  bench.files.put("/empty.bin", Bytes{});
+  bench.files.put("/notes.hex", std::string("only words\n"));
+  bench.files.put("/end.hex", kEndRecord);
+  const std::pair<const char*, const char*> cases[] = {
+      {"/absent.bin", "The file cannot be read: /absent.bin"},
+      {"/absent.hex", "The file cannot be read: /absent.hex"},
+      {"/program", "The file cannot be read: /program"},
+      {"/empty.bin", "The file is empty: /empty.bin"},
+      {"/notes.hex", "No line of the file is a HEX record: /notes.hex"},
+      {"/end.hex", "The file holds no data for the memory of this MCU: /end.hex"}};
+  panel.txtAP_FileStart.setText("4000");
+  for (const bool former : {false, true}) {
+    if (former) {
+      panel.txtAP_FileStart.setText("0");
+      bench.openCode("/ok.bin", counting(600));
+    }
+    const std::string info = panel.labFileInfo.caption();
+    for (const auto& [path, words] : cases) {
+      bench.dialogs.shown.clear();
+      bench.choose(path, panel.comLoadFile);
+      EXPECT_EQ(bench.boxes(), std::vector<std::string>{words});
+      bench.choose(path, panel.comLoadDataFile);
+      EXPECT_EQ(bench.boxes().size(), 2U);
+      EXPECT_TRUE(state.imageValid == former && code.loaded == former && !data.loaded) << path;
+    }
+    EXPECT_EQ(code.at(599), former ? counting(600)[599] : 0);
+    EXPECT_EQ(panel.Frame7.caption(), former ? "Program File: /ok.bin" : "Program File: ");
+    EXPECT_EQ(panel.labFileInfo.caption(), info);
+  }
+}
+
+TEST_F(LoaderTest, AnEepromFileAloneIsNoCode) {
+  bench.openData("/d.bin", counting(20));
+  EXPECT_TRUE(state.imageValid && data.loaded);
+  EXPECT_FALSE(state.codeLoaded());
 }
 
 TEST_F(LoaderTest, RefusesAStartAddressBeyondTheMemoryAndLoadsNothing) {
   bench.openCode("/a.bin", counting(600));
-  panel.txtAP_FileStart.setText("F400");
+  for (const char* start : {"F400", "100000000", "FFFFFFFF"}) {
+    bench.dialogs.shown.clear();
+    panel.txtAP_FileStart.setText(start);
+    bench.openCode("/b.bin", counting(10));
+    EXPECT_EQ(bench.boxes(), std::vector<std::string>{"Start Buffer Address exceeded the valid scope. \n"}) << start;
+    EXPECT_EQ(code.at(599), counting(600)[599]);
+  }
+  panel.txtAP_FileStart.setText("F3FF");
+  bench.openCode("/b.bin", counting(1));
+  EXPECT_EQ(code.at(0xF3FF), 1) << "the last address of the memory";
+  panel.txtAP_FileStart.setText(" 000001000 is read up to the blank");
   bench.openCode("/b.bin", counting(10));
-  EXPECT_EQ(bench.boxes(), std::vector<std::string>{"Start Buffer Address exceeded the valid scope. \n"});
-  EXPECT_EQ(code.at(599), counting(600)[599]);
-  panel.txtAP_FileStart.setText(" 1000 is read up to the blank");
-  bench.openCode("/b.bin", counting(10));
-  EXPECT_EQ(code.fileStart, 0x1000);
-  EXPECT_EQ(code.fileEnd, 0x1009);
-  EXPECT_EQ(code.rangeStart, 0x1000);
-  EXPECT_EQ(code.at(0x1000), 1);
+  EXPECT_EQ(code.bounds(),
+            (ImageBounds{.fileStart = 0x1000, .fileEnd = 0x1009, .rangeStart = 0x1000, .rangeEnd = 0x1009}));
 }
 
 TEST_F(LoaderTest, MergesFilesWhileTheClearBoxIsOff) {
   bench.openCode("/a.bin", counting(2000));
   panel.cheClearAP_Buffer.setValue(false);
   panel.txtAP_FileStart.setText("400");
-  bench.openCode("/b.hex", hexRecord(0x10, {0xEE}) + "\n" + kEndRecord);
+  const std::string one = hexRecord(0x10, {0xEE}) + "\n" + kEndRecord;
+  bench.openCode("/b.hex", one);
   EXPECT_EQ(code.at(0x40F), counting(2000)[0x40F]);
   EXPECT_EQ(code.at(0x410), 0xEE);
-  EXPECT_EQ(code.rangeStart, 0);
-  EXPECT_EQ(code.rangeEnd, 1999);
-  EXPECT_EQ(code.fileStart, 0x400);
-  EXPECT_EQ(code.fileEnd, 0x410);
-  // Switched on again, the next file stands alone.
+  EXPECT_EQ(code.bounds(), (ImageBounds{.fileStart = 0x400, .fileEnd = 0x410, .rangeStart = 0, .rangeEnd = 1999}));
   panel.cheClearAP_Buffer.setValue(true);
-  bench.openCode("/b.hex", hexRecord(0x10, {0xEE}) + "\n" + kEndRecord);
+  bench.openCode("/b.hex", one);
   EXPECT_EQ(code.at(0x40F), 0);
   EXPECT_EQ(code.rangeStart, 0x400);
-  EXPECT_EQ(code.rangeEnd, 0x410);
 }
 
 TEST_F(LoaderTest, AsksAfterThreeBadSums) {
@@ -115,45 +144,35 @@ TEST_F(LoaderTest, AsksAfterThreeBadSums) {
             "Not test Checksum any more. Continue loading the file, Please input Y.\n\nStop loading the file. Return "
             "immediately, please input N");
   EXPECT_EQ(code.at(3), 0x44);
-  EXPECT_TRUE(bench.room.state.imageValid);
+  EXPECT_TRUE(state.imageValid);
   // No: nothing is left, of this load or of an earlier one.
   bench.openCode("/bad.hex", bad);
-  EXPECT_FALSE(bench.room.state.imageValid || code.loaded);
+  EXPECT_FALSE(state.imageValid || code.loaded);
   EXPECT_EQ(std::count(code.bytes().begin(), code.bytes().end(), 0), code.size());
   EXPECT_EQ(panel.txtFileCheckSum.text() + panel.labFileInfo.caption(), "");
   EXPECT_EQ(panel.Frame7.caption(), "Program File: ");
 }
 
-TEST_F(LoaderTest, UnreadableFilesLeaveNoImageThatARunCouldTake) {
-  bench.dialogs.paths.push_back("/absent.hex");
-  panel.comLoadFile.press();
-  EXPECT_FALSE(bench.room.state.imageValid);
-  EXPECT_FALSE(code.loaded);
-  EXPECT_EQ(bench.boxes().size(), 0U);
-  EXPECT_EQ(panel.labFileInfo.caption(), "The file cannot be read.");
-  EXPECT_EQ(panel.txtBuffer2.model.firstAddress(), 0) << "the view stands on an empty range";
-  bench.openCode("/ok.bin", counting(8));
-  bench.files.files.erase("/ok.bin");
-  EXPECT_FALSE(bench.room.loader.reload());
-  EXPECT_EQ(bench.boxes(), std::vector<std::string>{"Can not find the file."});
-  EXPECT_TRUE(bench.room.state.imageValid);
-}
-
-TEST_F(LoaderTest, EmptyAndOddFilesLoadAsWhatTheyHoldAndSaySo) {
-  const auto info = [&](const std::string& path, const std::string& text) {
-    bench.openCode(path, text);
+TEST_F(LoaderTest, OddFilesLoadAsWhatTheyHoldAndSaySo) {
+  const auto info = [&](const std::string& text) {
+    bench.openCode("/odd.hex", text);
     return panel.labFileInfo.caption() + panel.txtFileCheckSum.text();
   };
   const auto has = [](const std::string& text, const char* words) { return text.find(words) != std::string::npos; };
-  EXPECT_TRUE(has(info("/empty.bin", ""), "0000000H"));
-  EXPECT_EQ(code.fileEnd, 511);
-  EXPECT_TRUE(has(info("/empty.hex", ""), "no line of this file is a HEX record"));
-  EXPECT_EQ(code.fileEnd, 511);
-  EXPECT_TRUE(has(info("/half.hex", hexRecord(0, {1, 2})), "no end record"));
-  const std::string old = info("/old.hex", hexRecord(0, {0, 0}, 4) + "\n" + hexRecord(0x20, {9}) + "\n" +
-                                               hexRecord(0x20, {8}) + "\n" + kEndRecord);
+  EXPECT_TRUE(has(info(hexRecord(0, {1, 2})), "no end record"));
+  const std::string old =
+      info(hexRecord(0, {0, 0}, 4) + "\n" + hexRecord(0x20, {9}) + "\n" + hexRecord(0x20, {8}) + "\n" + kEndRecord);
   for (const char* words : {"1 record of type 2 to 5", "1 byte is written more than once", "0000011H"})
     EXPECT_TRUE(has(old, words)) << words;
+}
+
+TEST_F(LoaderTest, BytesThatAreClearedCountAsWrittenByNoFile) {
+  ImagesBench gap{"Elm-H08A"};
+  gap.openCode("/a.bin", counting(4100));
+  const ImageBuffer& image = gap.room.state.CodeBuffer;
+  EXPECT_TRUE(image.fileWrote(2047) && image.fileWrote(4096));
+  EXPECT_EQ(image.at(2048), 0);
+  for (const std::int32_t cleared : {2048, 4095}) EXPECT_FALSE(image.fileWrote(cleared)) << cleared;
 }
 
 TEST_F(LoaderTest, SurvivesAHundredMegabytes) {
@@ -162,10 +181,6 @@ TEST_F(LoaderTest, SurvivesAHundredMegabytes) {
   EXPECT_EQ(bench.dialogs.shown.back().title, "Open BIN file");
   EXPECT_EQ(code.rangeEnd, 0xEFFF);
   EXPECT_EQ(code.at(0x12000), 0xA5) << "what fits is kept";
-  std::fill(huge.begin(), huge.end(), '0');
-  for (std::size_t i = 0; i < huge.size(); i += 50) huge[i] = '\n';
-  bench.openCode("/huge.hex", huge);
-  EXPECT_EQ(code.fileEnd, 511);
 }
 
 TEST_F(LoaderTest, DataFilesGoToTheirOwnBufferAndANewModelEmptiesBoth) {
@@ -174,17 +189,31 @@ TEST_F(LoaderTest, DataFilesGoToTheirOwnBufferAndANewModelEmptiesBoth) {
   bench.openData("/d.bin", counting(20));
   EXPECT_EQ(data.at(0x10), 1);
   EXPECT_EQ(data.fileEnd, 511);
-  EXPECT_TRUE(data.loaded);
   EXPECT_EQ(panel.frmDataFlash.caption(), "Data File: /d.bin");
   EXPECT_EQ(panel.txtDataFileCheckSum.text(), "0000546H");
   EXPECT_EQ(code.rangeEnd, 2999);
-  EXPECT_EQ(code.at(0), 1);
   bench.room.loader.clearBuffers();
-  EXPECT_FALSE(bench.room.state.imageValid || code.loaded || data.loaded);
+  EXPECT_FALSE(state.imageValid || code.loaded || data.loaded);
   EXPECT_EQ(code.bounds(), ImageBounds{});
   EXPECT_EQ(code.at(0), 0);
   EXPECT_EQ(panel.txt_length.text(), "400");
   EXPECT_EQ(panel.frmDataFlash.caption(), "Data File: ");
+}
+
+TEST_F(LoaderTest, AnEepromFileThatNoRunProgramsIsToldAndItsCounterRefusesARun) {
+  const std::string words = "The EEPROM file is not programmed in this series.";
+  for (const char* model : {"Ivy-HF0S", "Rowan-H20"}) {
+    const bool sent = std::string_view(model) == "Ivy-HF0S";
+    ImagesBench one{model};
+    one.openData("/d.bin", counting(20));
+    EXPECT_EQ(one.boxes(), sent ? std::vector<std::string>{} : std::vector<std::string>{words}) << model;
+    one.room.panel.texData_Auto_Increase[0].setText("F");
+    one.room.panel.texData_Auto_Increase[1].setText("4");
+    one.room.panel.cheData_Auto_Increase.userSet(true);
+    one.dialogs.shown.clear();
+    EXPECT_EQ(one.room.counters.armForRun(), sent) << model;
+    EXPECT_EQ(one.lastBox(), sent ? "" : words);
+  }
 }
 
 }  // namespace

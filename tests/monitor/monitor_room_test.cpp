@@ -9,6 +9,7 @@
 namespace kvr::monitor {
 namespace {
 
+using catalogue::Family;
 using platform::Millis;
 
 const Bytes kAccepted{0xFE, 0xAA, 0x50, 0xFA};
@@ -17,9 +18,9 @@ const Bytes kSendAgain{0xFE, 0xAA, 0x52, 0xFC};
 struct Watch : Watched {
   Watch() : Watched({}, 1) {
     monitor.openAndSend = [this](std::span<const std::uint8_t> bytes) { opened.assign(bytes.begin(), bytes.end()); };
-    select(2);
+    select(Family::Cedar);
   }
-  void select(int family) {
+  void select(Family family) {
     model.record.family = family;
     monitor.listRegisters();
   }
@@ -38,15 +39,15 @@ struct Watch : Watched {
 
 TEST(MonitorRoom, ListsStandReadyWithTheFamilysRegistersAndOthersLeaveThemAlone) {
   Watch w;
-  for (const auto& [family, rows, last] : {std::tuple(2, 41U, "B9H  SADEN"),
-                                           {3, 52U, "F3H  PCA_PWM1"},
-                                           {4, 67U, "F5H  PCA_PWM3"},
-                                           {7, 67U, "F5H  PCA_PWM3"}}) {
+  for (const auto& [family, rows, last] : {std::tuple(Family::Cedar, 41U, "B9H  SADEN"),
+                                           {Family::Elm, 52U, "F3H  PCA_PWM1"},
+                                           {Family::Fir, 67U, "F5H  PCA_PWM3"},
+                                           {Family::Ivy, 67U, "F5H  PCA_PWM3"}}) {
     w.select(family);
     const auto& shown = w.panel.lst_debug1.rows();
     EXPECT_EQ(std::tuple(shown.size(), shown.front(), shown.back()), std::tuple(rows, "E0H  ACC", last));
     std::set<int> addresses;
-    for (const auto& named : registerTable(family)) {
+    for (const auto& named : registerTable(catalogue::traitsOf(family).registers)) {
       EXPECT_LE(named.name.size(), 12U) << named.name;
       EXPECT_TRUE(named.address >= 0x80 && addresses.insert(named.address).second) << named.name;
     }

@@ -43,7 +43,7 @@ inline Reading readAtOnce(const Bytes& stream) {
 // A monitor that takes the stream in pieces of one size.
 struct Watched {
   Watched(const Bytes& stream, std::size_t piece) {
-    model.record.family = 4;
+    model.record.family = catalogue::Family::Fir;
     monitor.listRegisters();
     monitor.write = [this](std::span<const std::uint8_t> bytes) {
       answers = answers + Bytes(bytes.begin(), bytes.end());

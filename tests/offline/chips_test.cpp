@@ -9,13 +9,14 @@
 namespace {
 
 using namespace kvr::offline;
+using kvr::catalogue::Family;
 using kvr::catalogue::McuRecord;
 
 // Of each family that a board serves, the first model and the one with the most code.
 std::vector<const McuRecord*> models() {
-  std::map<int, std::pair<const McuRecord*, const McuRecord*>> byFamily;
+  std::map<Family, std::pair<const McuRecord*, const McuRecord*>> byFamily;
   for (const McuRecord& record : kvr::catalogue::allRows()) {
-    if (record.family == 0 || record.family == 18 || !record.listed) continue;
+    if (!traitsOf(record).offlineBoard || !record.listed) continue;
     auto& [first, largest] = byFamily.try_emplace(record.family, &record, &record).first->second;
     if (record.apEnd > largest->apEnd) largest = &record;
   }
@@ -36,12 +37,12 @@ TEST(Board, ProgramsThreeChipsOfEachFamilyAndNoFourth) {
     SCOPED_TRACE(testing::Message() << record->name);
     sim::BoardConfig config;
     config.version = 0x16;
-    config.secondBank = record->family % 2 == 0;
+    config.secondBank = numberOf(record->family) % 2 == 0;
     OfflineBench bench(config);
     bench.choose(record->name);
     const int room = static_cast<int>(std::min<std::int64_t>(record->apEnd + 1, config.secondBank ? 60000 : 52000));
     bench.loadNoise(room);
-    const bool withData = kvr::catalogue::hasDataFile(*record) && record->family >= 3 && record->family <= 10;
+    const bool withData = kvr::catalogue::hasDataFile(*record) && record->family <= Family::Larch;
     if (withData) bench.loadEeprom(600);
     bench.countCodeUp("0081");
     bench.page.txt_download_max.setText("3");
@@ -62,7 +63,7 @@ TEST(Board, ProgramsThreeChipsOfEachFamilyAndNoFourth) {
       ASSERT_TRUE(run.done) << run.why;
       EXPECT_EQ(run.leftOut, 0);
       EXPECT_EQ(std::ranges::count(run.options, 0x11), 0);
-      if (record->family >= 7 && record->family <= 10) {
+      if (record->family >= Family::Ivy && record->family <= Family::Larch) {
         EXPECT_TRUE(std::equal(run.options.begin(), run.options.begin() + 4, bench.options.set().wanted.begin()));
       }
       putNumber(expected, 0x81, 1000 + 7 * chip);

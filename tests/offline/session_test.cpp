@@ -126,7 +126,7 @@ TEST(OfflineSession, RefusesBeforeThePortIsOpened) {
     OfflineBench bench;
     std::string_view name = row.model;
     for (const auto& record : kvr::catalogue::allRows())
-      if (record.family == 18 && name == "Rowan") name = record.name;
+      if (record.family == kvr::catalogue::Family::Rowan && name == "Rowan") name = record.name;
     bench.choose(name);
     if (row.loaded) bench.loadNoise(1000);
     bench.page.txt_download_max.setText(row.limit);

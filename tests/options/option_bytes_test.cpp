@@ -2,11 +2,15 @@
 
 #include <map>
 
+#include "catalogue/mcu_record.h"
 #include "options/compose_options.h"
 #include "options/option_table.h"
 
 namespace kvr::options {
 namespace {
+
+using catalogue::Family;
+using catalogue::traitsOf;
 
 using Bytes = std::map<int, int>;  // byte index, value; what is missing is 255
 
@@ -30,35 +34,35 @@ PanelValues opposite(PanelValues values) {
 }
 
 struct Expected {
-  std::vector<int> families;
+  std::vector<Family> families;
   Bytes untouched, opposite;
 };
 
 // Worked out by hand from each chip's option bytes.
 const std::vector<Expected> kExpected = {
-    {{0}, {{1, 0xF7}}, {}},
-    {{1}, {}, {}},
-    {{2, 11, 12, 13}, {{1, 0xFD}}, {{1, 0x00}}},
-    {{3, 4, 5}, {{0, 0xBF}, {8, 0xF7}}, {{2, 0xFD}, {3, 0x50}, {8, 0xF4}, {16, 0xFE}}},
-    {{6}, {{2, 0x7D}, {3, 0xF7}, {8, 0xF7}}, {{0, 0xBF}, {2, 0xBF}, {3, 0x58}, {8, 0xF4}}},
-    {{7}, {{1, 0x7F}, {2, 0xF7}}, {{0, 0xBE}, {1, 0xBD}, {2, 0x58}, {8, 0xFC}}},
-    {{8}, {{0, 0xBF}, {1, 0x7F}, {2, 0xF7}}, {{0, 0xFE}, {1, 0xBD}, {2, 0x58}, {8, 0xFC}}},
-    {{9}, {{0, 0xBF}, {1, 0x7D}, {2, 0xF7}}, {{0, 0xCE}, {1, 0xBF}, {2, 0x58}, {8, 0xFC}}},
-    {{10}, {{0, 0xBF}, {1, 0x7F}, {2, 0xF7}}, {{0, 0xCE}, {1, 0xBD}, {2, 0x58}, {8, 0xFC}}},
-    {{15, 16},
+    {{Family::Alder}, {{1, 0xF7}}, {}},
+    {{Family::Birch}, {}, {}},
+    {{Family::Cedar, Family::Maple, Family::Nutmeg, Family::Oak}, {{1, 0xFD}}, {{1, 0x00}}},
+    {{Family::Elm, Family::Fir, Family::Gum}, {{0, 0xBF}, {8, 0xF7}}, {{2, 0xFD}, {3, 0x50}, {8, 0xF4}, {16, 0xFE}}},
+    {{Family::Hazel}, {{2, 0x7D}, {3, 0xF7}, {8, 0xF7}}, {{0, 0xBF}, {2, 0xBF}, {3, 0x58}, {8, 0xF4}}},
+    {{Family::Ivy}, {{1, 0x7F}, {2, 0xF7}}, {{0, 0xBE}, {1, 0xBD}, {2, 0x58}, {8, 0xFC}}},
+    {{Family::Juniper}, {{0, 0xBF}, {1, 0x7F}, {2, 0xF7}}, {{0, 0xFE}, {1, 0xBD}, {2, 0x58}, {8, 0xFC}}},
+    {{Family::Kauri}, {{0, 0xBF}, {1, 0x7D}, {2, 0xF7}}, {{0, 0xCE}, {1, 0xBF}, {2, 0x58}, {8, 0xFC}}},
+    {{Family::Larch}, {{0, 0xBF}, {1, 0x7F}, {2, 0xF7}}, {{0, 0xCE}, {1, 0xBD}, {2, 0x58}, {8, 0xFC}}},
+    {{Family::Pine, Family::Quince},
      {{0, 0xEF}, {1, 0xFC}, {2, 0xF7}, {3, 88}, {4, 128}},
      {{0, 0x7F}, {1, 0x38}, {2, 0x58}, {3, 88}, {4, 128}, {12, 0xFC}}},
-    {{17},
+    {{Family::Sumac},
      {{0, 0xBF}, {1, 0x7F}, {2, 0xF7}, {3, 0}, {4, 128}},
      {{0, 0xFE}, {1, 0xBD}, {2, 0x58}, {3, 0xFF}, {4, 1}, {12, 0xFC}}},
-    {{18}, {{0, 0x3F}}, {{3, 0xBD}, {4, 0x50}, {8, 0xE4}}},
+    {{Family::Rowan}, {{0, 0x3F}}, {{3, 0xBD}, {4, 0x50}, {8, 0xE4}}},
 };
 
 TEST(OptionBytes, StandForTheDefaultsAndForTheirOppositesInEveryFamily) {
   int families = 0;
   for (const auto& row : kExpected)
-    for (const int family : row.families) {
-      SCOPED_TRACE(family);
+    for (const Family family : row.families) {
+      SCOPED_TRACE(std::string(traitsOf(family).name));
       ++families;
       EXPECT_EQ(composeOptions(defaultValues(family), {}).bytes, spread(row.untouched));
       EXPECT_EQ(composeOptions(opposite(defaultValues(family)), {}).bytes, spread(row.opposite));
@@ -67,7 +71,9 @@ TEST(OptionBytes, StandForTheDefaultsAndForTheirOppositesInEveryFamily) {
 }
 
 TEST(OptionTables, PairsAreOppositesOfOneBitAndNoBitServesTwoLines) {
-  for (const int slot : {0, 2, 4, 5, 6, 7, 8, 9, 10, 15}) {
+  for (const auto& traits : catalogue::allFamilies()) {
+    const int slot = traits.panelSlot;
+    EXPECT_EQ(optionRows(slot).empty(), traits.layout == catalogue::OptionLayout::None) << traits.name;
     std::map<std::pair<int, int>, std::string_view> lineOfBit;
     std::map<std::string_view, std::vector<OptionRow>> lines;
     for (const auto& row : optionRows(slot)) {
@@ -83,18 +89,18 @@ TEST(OptionTables, PairsAreOppositesOfOneBitAndNoBitServesTwoLines) {
 }
 
 TEST(OptionBytes, FieldsOfSeveralBitsTakeWhatTheListsSay) {
-  auto values = defaultValues(7);
+  auto values = defaultValues(Family::Ivy);
   for (const auto& [text, bits] : {std::pair{"2", 0}, {"8", 2}, {"128", 6}, {"256", 7}, {"", 7}, {"3", 7}}) {
     values.prescaler = text;
     EXPECT_EQ(composeOptions(values, {}).bytes[2], 0xF0 | bits) << text;
   }
-  values = defaultValues(9);
+  values = defaultValues(Family::Kauri);
   for (const auto& [text, bits] :
        {std::pair{"4096", 0x8F}, {"8192", 0x9F}, {"16384", 0xAF}, {"32768", 0xBF}, {"x", 0xBF}}) {
     values.wakeUpDelay = text;
     EXPECT_EQ(composeOptions(values, {}).bytes[0], bits) << text;
   }
-  values = defaultValues(16);
+  values = defaultValues(Family::Quince);
   for (const auto& [index, bits] : {std::pair{0, 4}, {1, 3}, {4, 0}, {5, 5}, {-1, 5}}) {
     values.lowVoltageIndex = index;
     EXPECT_EQ(composeOptions(values, {}).bytes[1], 0xF8 | bits) << index;
@@ -103,40 +109,40 @@ TEST(OptionBytes, FieldsOfSeveralBitsTakeWhatTheListsSay) {
 
 TEST(OptionBytes, OnlyTrimmedFamiliesTakeTheMeasuredRegisters) {
   const RcTrim trim{.code = 24, .fine = 7};
-  EXPECT_EQ(composeOptions(defaultValues(15), trim).bytes[3], 24);
-  EXPECT_EQ(composeOptions(defaultValues(15), trim).bytes[4], 7);
-  EXPECT_EQ(composeOptions(defaultValues(17), trim), composeOptions(defaultValues(17), {}));
+  EXPECT_EQ(composeOptions(defaultValues(Family::Pine), trim).bytes[3], 24);
+  EXPECT_EQ(composeOptions(defaultValues(Family::Pine), trim).bytes[4], 7);
+  EXPECT_EQ(composeOptions(defaultValues(Family::Sumac), trim), composeOptions(defaultValues(Family::Sumac), {}));
 }
 
 TEST(OptionBytes, AModelWithoutOptionsGetsTheFamilysBytesWhateverThePanelHolds) {
-  for (const int family : {5, 6, 7, 8, 9, 10, 17}) {
-    auto values = opposite(defaultValues(family));
+  for (const auto& traits : catalogue::allFamilies()) {
+    auto values = opposite(defaultValues(traits.family));
     values.noOptions = true;
-    EXPECT_EQ(composeOptions(values, {}).bytes, defaultBytes(family)) << family;
+    EXPECT_EQ(composeOptions(values, {}).bytes, defaultBytes(traits)) << traits.name;
   }
 }
 
 TEST(OptionWords, AreReadByKeyFromTheBytesOfTheFamily) {
-  EXPECT_EQ(composeOptions(defaultValues(2), {}).words, (OptionWords{"0", ""}));
-  EXPECT_EQ(composeOptions(opposite(defaultValues(2)), {}).words, (OptionWords{"1", ""}));
-  EXPECT_EQ(composeOptions(opposite(defaultValues(3)), {}).words, (OptionWords{"", "1"}));
-  EXPECT_EQ(composeOptions(opposite(defaultValues(18)), {}).words, (OptionWords{"", "1"}));
-  EXPECT_EQ(composeOptions(opposite(defaultValues(1)), {}).words, OptionWords{});
+  EXPECT_EQ(composeOptions(defaultValues(Family::Cedar), {}).words, (OptionWords{"0", ""}));
+  EXPECT_EQ(composeOptions(opposite(defaultValues(Family::Cedar)), {}).words, (OptionWords{"1", ""}));
+  EXPECT_EQ(composeOptions(opposite(defaultValues(Family::Elm)), {}).words, (OptionWords{"", "1"}));
+  EXPECT_EQ(composeOptions(opposite(defaultValues(Family::Rowan)), {}).words, (OptionWords{"", "1"}));
+  EXPECT_EQ(composeOptions(opposite(defaultValues(Family::Birch)), {}).words, OptionWords{});
   const auto bytes = spread({{1, 0xEF}});  // bit 4 of byte 1 clear
-  EXPECT_EQ(wordOf(2, "Half_Gain_YES", bytes), "1");
-  EXPECT_EQ(wordOf(7, "Half_Gain_YES", bytes), "0");  // bit 6 there
-  EXPECT_EQ(wordOf(7, "Double_speed_YES", bytes), "");
-  EXPECT_EQ(wordOf(7, "WDT_Prescalar", bytes), "");
-  EXPECT_EQ(wordOf(7, "Clew", bytes), "");
+  EXPECT_EQ(wordOf(traitsOf(Family::Cedar), "Half_Gain_YES", bytes), "1");
+  EXPECT_EQ(wordOf(traitsOf(Family::Ivy), "Half_Gain_YES", bytes), "0");  // bit 6 there
+  EXPECT_EQ(wordOf(traitsOf(Family::Ivy), "Double_speed_YES", bytes), "");
+  EXPECT_EQ(wordOf(traitsOf(Family::Ivy), "WDT_Prescalar", bytes), "");
+  EXPECT_EQ(wordOf(traitsOf(Family::Ivy), "Clew", bytes), "");
 }
 
 TEST(OptionWords, AreRefreshedFromTheChipAndWantedGoesBackToTheFamilysBytes) {
   OptionSet set{
       .wanted = spread({{1, 1}}), .reported = spread({{1, 0xFE}}), .wantedWords = {"0", "0"}, .reportedWords = {}};
   const auto before = set;
-  refreshChoices(1, set);
+  refreshChoices(traitsOf(Family::Birch), set);
   EXPECT_EQ(set, before);
-  refreshChoices(12, set);
+  refreshChoices(traitsOf(Family::Nutmeg), set);
   EXPECT_EQ(set.reportedWords, (OptionWords{"1", ""}));
   EXPECT_EQ(set.wanted, spread({{1, 0xFD}}));
   EXPECT_EQ(set.wantedWords, before.wantedWords);

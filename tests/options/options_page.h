@@ -33,9 +33,9 @@ struct OptionsPage {
     model = catalogue::describeModel(record);
     room.showFamilyPanel();
   }
-  std::span<const OptionRow> rows() const { return optionRows(panelSlotOf(model.record.family)); }
+  std::span<const OptionRow> rows() const { return optionRows(model.traits().panelSlot); }
   platform::Control& control(std::string_view key) {
-    const auto* row = findRow(panelSlotOf(model.record.family), key);
+    const auto* row = findRow(model.traits().panelSlot, key);
     return *panel.find(row->control, row->index);
   }
   platform::OptionButton& button(std::string_view key) { return dynamic_cast<platform::OptionButton&>(control(key)); }
@@ -46,14 +46,11 @@ inline std::vector<const catalogue::McuRecord*> modelsWithOptions() {
   std::map<int, const catalogue::McuRecord*> first;
   for (const auto& record : catalogue::allRows())
     if (!record.noOptions && !record.name.empty())
-      first.try_emplace(record.family == 18 && record.apEnd > 16384 ? 99 : record.family, &record);
+      first.try_emplace(
+          record.family == catalogue::Family::Rowan && record.apEnd > 16384 ? 99 : numberOf(record.family), &record);
   std::vector<const catalogue::McuRecord*> models;
   for (const auto& [family, record] : first) models.push_back(record);
   return models;
-}
-
-inline char letterOf(int family) {
-  return std::string("ABCDEGHIJKLMNO-QRSZ")[static_cast<std::size_t>(family)];
 }
 
 }  // namespace kvr::options

@@ -12,12 +12,7 @@ OptionBytes allOnes() {
 }
 
 TEST(TargetReport, NamesWhatALarchChipHoldsInItsOwnWords) {
-  ChipAnswer answer{.selectedFamily = 10,
-                    .reservedKnown = true,
-                    .modelName = "Larch-L20X",
-                    .versionText = "6.6",
-                    .letter = 'L',
-                    .reported = allOnes()};
+  ChipAnswer answer{.modelName = "Larch-L20X", .firmware = {6, 6}, .stepping = 'L', .reported = allOnes()};
   answer.reported[0] = 0x9E;  // reset pin free, wait 8192, low-voltage reset at the higher threshold
   answer.reported[2] = 0xDA;  // watchdog starts, prescaler 8
   const auto report = describeTarget(answer);
@@ -37,8 +32,7 @@ TEST(TargetReport, NamesWhatALarchChipHoldsInItsOwnWords) {
 
 TEST(TargetReport, FollowsTheLettersLayoutNotTheSelectedModel) {
   const auto line = [](char letter, const char* name, OptionBytes bytes, std::size_t fromEnd) {
-    const auto lines =
-        describeTarget({.selectedFamily = 7, .modelName = name, .letter = letter, .reported = bytes}).lines;
+    const auto lines = describeTarget({.modelName = name, .stepping = letter, .reported = bytes}).lines;
     return lines.at(lines.size() - fromEnd);
   };
   auto bytes = allOnes();
@@ -58,7 +52,7 @@ TEST(TargetReport, FollowsTheLettersLayoutNotTheSelectedModel) {
 }
 
 TEST(TargetReport, ReadsTheMovedByteOfTrimmedChipsAndLeavesItInPlace) {
-  ChipAnswer answer{.modelName = "Quince-H03", .letter = 'R', .reported = allOnes()};
+  ChipAnswer answer{.modelName = "Quince-H03", .stepping = 'R', .reported = allOnes()};
   answer.reported[8] = 0;      // not what it seems
   answer.reported[12] = 0xFE;  // download pins needed
   answer.reported[1] = 0xFA;   // threshold value 2
@@ -71,7 +65,7 @@ TEST(TargetReport, ReadsTheMovedByteOfTrimmedChipsAndLeavesItInPlace) {
 }
 
 TEST(TargetReport, OldestFirmwaresTellTheirSpeedInOneBit) {
-  ChipAnswer answer{.selectedFamily = 0, .letter = 'A', .reported = allOnes(), .status13 = 8};
+  ChipAnswer answer{.stepping = 'A', .reported = allOnes(), .status13 = 8};
   EXPECT_EQ(describeTarget(answer).lines, (Lines{"MCU Firmware Version: A", "Double speed: Yes"}));
   EXPECT_EQ(describeTarget(answer).doubleSpeed, true);
   EXPECT_FALSE(describeTarget(answer).clearStartPair);
@@ -79,21 +73,17 @@ TEST(TargetReport, OldestFirmwaresTellTheirSpeedInOneBit) {
   EXPECT_EQ(describeTarget(answer).lines.back(), "Double speed: No");
   EXPECT_EQ(describeTarget(answer).doubleSpeed, false);
   EXPECT_EQ(*describeTarget(answer).labels, (Lines{"", "", "Double speed (6 clock) / 双倍速: No"}));
-  answer.letter = 'B';
-  answer.selectedFamily = 1;
-  answer.versionText = "3.2";
+  answer.stepping = 'B';
+  answer.sizeUntold = true;
+  answer.firmware = {3, 2};
   EXPECT_EQ(describeTarget(answer).lines, (Lines{"MCU Firmware Version: 3.2B", "Double speed: Unknown"}));
   EXPECT_EQ(describeTarget(answer).doubleSpeed, false);
   EXPECT_TRUE(describeTarget(answer).clearStartPair);
 }
 
 TEST(TargetReport, LetterCGivesRowsInThePaneAndFixedWordsOnTheLabels) {
-  ChipAnswer answer{.selectedFamily = 2,
-                    .modelName = "Cedar-H20R",
-                    .versionText = "4.3",
-                    .letter = 'C',
-                    .reported = allOnes(),
-                    .status13 = 0xFE};
+  ChipAnswer answer{
+      .modelName = "Cedar-H20R", .firmware = {4, 3}, .stepping = 'C', .reported = allOnes(), .status13 = 0xFE};
   answer.reported[1] = 0xFC;
   const auto report = describeTarget(answer);
   EXPECT_EQ(report.lines[2], "Double speed:                     YES, 6T");
@@ -101,13 +91,13 @@ TEST(TargetReport, LetterCGivesRowsInThePaneAndFixedWordsOnTheLabels) {
   EXPECT_FALSE(report.doubleSpeed);
   ASSERT_EQ(report.labels->size(), 8u);
   EXPECT_EQ(report.labels->at(2), "Double speed (6 clock) / 双倍速: Yes");
-  answer.letter = 'N';
+  answer.stepping = 'N';
   EXPECT_EQ(describeTarget(answer).labels->size(), 8u);
   EXPECT_EQ(describeTarget(answer).labels->at(1), report.lines[2]);
 }
 
 TEST(TargetReport, UnknownLettersGetModelAndVersionOnly) {
-  const auto report = describeTarget({.modelName = "Sumac-H02", .letter = 'S', .reported = allOnes()});
+  const auto report = describeTarget({.modelName = "Sumac-H02", .stepping = 'S', .reported = allOnes()});
   EXPECT_EQ(report.lines, (Lines{"MCU Type is: Sumac-H02", "MCU Firmware Version: S"}));
   EXPECT_FALSE(report.labels);
 }

@@ -31,6 +31,27 @@ TEST(Controls, OptionButtonsOfAGroupExcludeEachOther) {
   buttons[2].setProperty("Value", "True");
   EXPECT_FALSE(buttons[0].value());
   EXPECT_EQ(buttons[2].property("Value"), "True");
+  buttons[1].setProperty("Value", " TRUE");
+  EXPECT_TRUE(buttons[1].value());
+}
+
+TEST(Signals, AHandlerMayAddAndEndObserversAndTheSignalItself) {
+  std::string order;
+  auto signal = std::make_unique<Signal>();
+  std::vector<Signal::Token> tokens;
+  Signal::Token second;
+  tokens.push_back(signal->watch([&] {
+    order += "1";
+    second.reset();
+    for (int i = 0; i < 50; ++i) tokens.push_back(signal->watch([&] { order += "n"; }));
+  }));
+  second = signal->watch([&] { order += "2"; });
+  tokens.push_back((*signal).watch([&] {
+    order += "3";
+    signal.reset();
+  }));
+  signal->emit();
+  EXPECT_EQ(order, "13");
 }
 
 TEST(Controls, AListKeepsItsStateForAnIndexThatDoesNotFit) {
@@ -38,6 +59,7 @@ TEST(Controls, AListKeepsItsStateForAnIndexThatDoesNotFit) {
   box.setItems({"COM1", "COM2"});
   box.setListIndex(1);
   box.setListIndex(40);
+  box.setListIndex(-1);
   box.setText("COM9");
   EXPECT_EQ(box.listIndex(), 1);
   EXPECT_EQ(box.text(), "COM2");
@@ -50,6 +72,10 @@ TEST(Text, NumbersReadAsFarAsTheyGo) {
   EXPECT_EQ(valueOf("12e"), 12);
   EXPECT_EQ(valueOf("abc"), 0);
   EXPECT_EQ(valueOf("-"), 0);
+  for (const char* tiny : {"1e-999", "1E-400", "-1e-999"}) EXPECT_EQ(valueOf(tiny), 0) << tiny;
+  EXPECT_EQ(valueOf("0.000e999"), 0);
+  EXPECT_EQ(wholeOf("1e999"), 2147483647);
+  EXPECT_EQ(wholeOf("-1e999"), -2147483647 - 1);
   EXPECT_EQ(wholeOf("99999999999"), 2147483647);
   EXPECT_EQ(numberText(11059200 / 1e6), "11.0592");
   EXPECT_EQ(numberText(0), "0");

@@ -14,6 +14,7 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, LoopContract, VirtualTime);
 
 struct Memory {
   SettingsStore& store() { return store_; }
+  std::unique_ptr<SettingsStore> window() const { return std::make_unique<MemoryStore>(store_.disk()); }
   FileSystem& files() { return files_; }
   std::string folder() const { return "/program"; }
   MemoryStore store_;

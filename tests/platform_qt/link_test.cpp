@@ -4,17 +4,65 @@
 #include <sys/resource.h>
 
 #include <QFile>
+#include <array>
+#include <map>
 #include <numeric>
 
 #include "platform/qt/line_settings.h"
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/qt_serial_link.h"
+#include "platform/qt/serial_device.h"
+#include "tests/platform/link_contract.h"
 #include "tests/support/far_end.h"
+#include "tests/support/virtual_link.h"
 
 namespace kvr::platform {
 namespace {
 
 using Kind = PortError::Kind;
+
+struct RealLinks {
+  SerialLink& link() { return link_; }
+  std::string first() const { return ends_[0].device(); }
+  std::string second() const { return ends_[1].device(); }
+  void give(int number, const std::string& device) { devices_[number] = device; }
+  std::array<support::FarEnd, 2> ends_;
+  std::map<int, std::string> devices_;
+  QtLoop loop_;
+  QtSerialLink link_{loop_, [this](int number) { return devices_[number]; }};
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Qt, LinkContract, RealLinks);
+
+struct VirtualLinks {
+  SerialLink& link() { return link_; }
+  static std::string first() { return "/dev/ttyV0"; }
+  static std::string second() { return "/dev/ttyV1"; }
+  void give(int number, const std::string& device) {
+    if (device.empty())
+      link_.devices.erase(number);
+    else
+      link_.devices[number] = device;
+  }
+  VirtualLoop loop_;
+  sim::Wire wire_;
+  support::VirtualLink link_{loop_, wire_};
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Virtual, LinkContract, VirtualLinks);
+
+TEST(LineBits, WhatADeviceDidNotTakeIsNamed) {
+  const auto refused = [](const char* wanted, LineBits held) { return refusedPart(*lineSettingsOf(wanted), held); };
+  EXPECT_EQ(refused("9600,n,8,1", {false, false, 8, false}), "");
+  EXPECT_EQ(refused("9600,e,7,2", {true, false, 7, true}), "");
+  EXPECT_EQ(refused("9600,e,8,1", {false, false, 8, false}), "parity");
+  EXPECT_EQ(refused("9600,o,8,1", {true, false, 8, false}), "parity");
+  EXPECT_EQ(refused("9600,n,7,1", {false, false, 8, false}), "7 data bits");
+  EXPECT_EQ(refused("9600,n,8,2", {false, false, 8, false}), "2 stop bits");
+  support::FarEnd far;
+  QFile file(QString::fromStdString(far.device()));
+  ASSERT_TRUE(file.open(QIODevice::ReadWrite | QIODevice::Unbuffered));
+  EXPECT_TRUE(isPseudoTerminal(file.handle()));
+  EXPECT_EQ(lineBitsOf(file.handle())->dataBits, 8);
+}
 
 class QtLinkTest : public ::testing::Test {
  protected:
@@ -99,6 +147,24 @@ TEST_F(QtLinkTest, EveryWrittenByteIsOutWhenTheCloseReturns) {
   EXPECT_EQ(far.receive(500).size(), 500u);
   link.write(std::vector<std::uint8_t>{1});  // lost, as told
   EXPECT_EQ(link.outBytesPending(), 0u);
+}
+
+// The far end reads nothing, so all but what the pseudo-terminal itself holds waits in the program.
+TEST_F(QtLinkTest, OutputThatNobodyTakesIsThrownAwayAfterASecondByAChangeOfSettingsAndByAClose) {
+  const std::vector<std::uint8_t> much(300'000, 0x55);
+  const auto millis = [&](const std::function<void()>& action) {
+    const Instant start = loop.now();
+    action();
+    return std::chrono::duration_cast<Millis>(loop.now() - start).count();
+  };
+  ASSERT_FALSE(link.open());
+  link.write(much);
+  EXPECT_GT(link.outBytesPending(), 100'000U);
+  EXPECT_LT(millis([&] { EXPECT_FALSE(link.setSettings("1200,n,8,1")); }), 1300);
+  EXPECT_EQ(link.outBytesPending(), 0U);
+  link.write(much);
+  EXPECT_LT(millis([&] { link.close(); }), 1300);
+  EXPECT_LE(far.receive(much.size()).size(), 3 * 4096U) << "what the far end's own queue held";
 }
 
 TEST_F(QtLinkTest, SaysWhyAPortCannotBeOpened) {

@@ -32,6 +32,24 @@ TEST(PortMap, AnAdapterThatComesBackGetsItsNumberWhateverItsPath) {
   EXPECT_EQ(device(assignPorts({}, {kSecond, moved}, remembered), 1), "/dev/ttyUSB7");
 }
 
+TEST(PortMap, ADeviceWithoutUsbIdentityKeepsItsNumberWhenAnAdapterComes) {
+  const auto alone = assignPorts({}, {kBoard}, {});
+  EXPECT_EQ(device(alone, 1), kBoard.path);
+  const auto both = assignPorts({}, {kBoard, kFirst}, identitiesOf(alone));
+  EXPECT_EQ(device(both, 1), kBoard.path);
+  EXPECT_EQ(device(both, 2), kFirst.path);
+}
+
+TEST(PortMap, AnAdapterFindsANumberOnAMachineFullOfBuiltInPorts) {
+  std::vector<FoundDevice> many;
+  for (int i = 10; i < 42; ++i) many.push_back({"/dev/ttyS" + std::to_string(i), "s" + std::to_string(i), "", false});
+  const auto full = assignPorts({}, many, {});
+  many.push_back(kFirst);
+  const auto plugged = assignPorts({}, many, identitiesOf(full));
+  EXPECT_EQ(device(plugged, kPortCount), kFirst.path);
+  EXPECT_EQ(device(plugged, 1), "/dev/ttyS10");
+}
+
 TEST(PortMap, AStrangerTakesARememberedNumberOnlyWhenNoneIsLeft) {
   std::map<int, std::string> remembered;
   for (int number = 1; number <= kPortCount; ++number) remembered[number] = "usb gone " + std::to_string(number);

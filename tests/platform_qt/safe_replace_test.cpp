@@ -1,10 +1,14 @@
 // A save that is cut short at any byte, by a full disk or by the end of the process, leaves the old file whole.
 #include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <QDir>
 #include <QTemporaryDir>
+#include <array>
 #include <csignal>
 #include <functional>
 
@@ -62,7 +66,33 @@ TEST_P(SafeReplace, LeavesAFileOldOrNewAtEveryWrite) {
   cutEverywhere(0, after.size(), save, [&](rlim_t limit, bool done) {
     EXPECT_EQ(*files.read(path), done ? after : before) << limit;
     ASSERT_TRUE(files.replace(path, before));
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList(QStringLiteral("a.KVR")));
   });
+}
+
+TEST_P(SafeReplace, LeavesALogWithWholeLinesOnlyAndNoFileWithoutItsHeader) {
+  const std::string path = folder.path().toStdString() + "/log.csv";
+  const std::string header(30, 'h');
+  const std::string line(100, 'l');
+  QtFiles files;
+  const auto add = [&] { return files.appendLine(path, line + "\n", header + "\n").ok; };
+  for (const rlim_t limit : {1U, 30U, 31U, 32U, 131U}) {
+    EXPECT_FALSE(saveWithin(limit, GetParam(), add)) << limit;
+    if (GetParam() == End::Fails) {
+      EXPECT_FALSE(files.fileExists(path)) << limit;
+    }
+  }
+  QFile::remove(QString::fromStdString(path));
+  ASSERT_TRUE(add());
+  EXPECT_FALSE(saveWithin(150, GetParam(), add));
+  ASSERT_TRUE(add());
+  const Bytes bytes = *files.read(path);
+  const std::string text(bytes.begin(), bytes.end());
+  EXPECT_TRUE(text.starts_with(header + "\n" + line + "\n"));
+  EXPECT_TRUE(text.ends_with("\n" + line + "\n"));
+  if (GetParam() == End::Fails) {
+    EXPECT_EQ(text.size(), 31U + 2 * 101U);
+  }
 }
 
 TEST_P(SafeReplace, LeavesTheSettingsOldOrNewAtEveryWrite) {
@@ -70,7 +100,7 @@ TEST_P(SafeReplace, LeavesTheSettingsOldOrNewAtEveryWrite) {
   const auto put = [&](const std::string& value) {
     QtStore store(path);
     for (int i = 0; i < 40; ++i) store.set("Settings", "key" + std::to_string(i), value);
-    return store.flush();
+    return store.flush().ok;
   };
   ASSERT_TRUE(put("old"));
   // Below this size it is the lock file that is cut off, and the next save waits until that is stale.
@@ -84,6 +114,36 @@ TEST_P(SafeReplace, LeavesTheSettingsOldOrNewAtEveryWrite) {
         }
         ASSERT_TRUE(put("old"));
       });
+}
+
+// A disk of a few pages, which only this process sees; where the system does not give one, there is no such test.
+TEST(FullDisk, IsCalledSoAlsoWhenThePartThatFitsWasWritten) {
+  QTemporaryDir folder;
+  const std::string disk = folder.path().toStdString();
+  int told[2];
+  ASSERT_EQ(::pipe(told), 0);
+  const pid_t child = ::fork();
+  if (child == 0) {
+    std::string text = "no disk";
+    const bool own = ::unshare(CLONE_NEWNS) == 0 || ::unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0;
+    if (own && ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+        ::mount("none", disk.c_str(), "tmpfs", 0, "size=16k") == 0) {
+      QtFiles files;
+      QtStore store(disk + "/s.ini");
+      store.set("Settings", "texSendText", std::string(30'000, 'x'));
+      text = files.replace(disk + "/a", Bytes(30'000, 1)).error + "|" +
+             files.appendLine(disk + "/b", std::string(30'000, 'x'), "h\n").error + "|" + store.flush().error + "|" +
+             (files.fileExists(disk + "/b") ? "left" : "none");
+    }
+    ::_exit(::write(told[1], text.data(), text.size()) > 0 ? 0 : 1);
+  }
+  std::array<char, 200> text{};
+  const auto size = ::read(told[0], text.data(), text.size());
+  ::waitpid(child, nullptr, 0);
+  ASSERT_GT(size, 0);
+  const std::string got(text.data(), static_cast<std::size_t>(size));
+  if (got == "no disk") GTEST_SKIP() << "no disk of its own";
+  EXPECT_EQ(got, "disk full|disk full|disk full|none");
 }
 
 INSTANTIATE_TEST_SUITE_P(Ends, SafeReplace, ::testing::Values(End::Fails, End::Killed),

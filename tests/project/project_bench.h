@@ -9,19 +9,16 @@
 #include "options/options_room.h"
 #include "platform/text.h"
 #include "platform/virtual/plain_codec.h"
-#include "platform/virtual/virtual_loop.h"
-#include "platform/virtual/virtual_world.h"
 #include "project/project_room.h"
+#include "tests/support/memory_services.h"
 #include "tests/support/no_link.h"
 
 namespace kvr::project {
 
-class ProjectBench {
+class ProjectBench : public support::MemoryServices<> {
  public:
   ProjectBench()
-      : dialogs(loop),
-        clock(loop),
-        images(world, model, textMsg),
+      : images(world, model, activity, lock, textMsg),
         options(dialogs, optionPanel, model, lock, textMsg, stepFrame),
         room({world, codec, registry, model, images, options, lock, activity}) {
     registry.addAll(txtDevice);
@@ -29,7 +26,6 @@ class ProjectBench {
     optionPanel.addTo(registry);
     room.panel.addTo(registry);
     room.applyModel = [this](const std::string& name) { return select(name); };
-    lock.changed.connect([this] { images.applyLock(lock.state()); });
   }
 
   bool select(const std::string& name) {
@@ -76,7 +72,7 @@ class ProjectBench {
       const auto* control = registry.find(row.control, row.index);
       text += "\n" + std::string(row.key) + " " + platform::trim(control->property(row.property));
     }
-    for (const auto& row : options::optionRows(options::panelSlotOf(model.record.family))) {
+    for (const auto& row : options::optionRows(model.traits().panelSlot)) {
       if (row.key != options::kClew) text += "\n" + std::string(row.key) + " " + options.controlValue(row.key);
     }
     return text;
@@ -95,13 +91,8 @@ class ProjectBench {
     room.panel.comSaveBatchFile.press();
   }
 
-  platform::VirtualLoop loop;
-  platform::MemoryStore store;
-  platform::MemoryFiles files;
-  platform::ScriptedDialogs dialogs;
-  platform::VirtualClock clock;
   support::NoLink link;
-  platform::World world{loop, link, dialogs, store, files, clock};
+  platform::World world = with(link);
   platform::PlainCodec codec;
   platform::ControlRegistry registry;
   catalogue::SelectedModel model;

@@ -13,7 +13,7 @@ class ProjectRoomTest : public ::testing::Test, public ProjectBench {
  protected:
   // Every option of the panel as the seed says, one button of each pair.
   void chooseAtRandom(std::mt19937& random) {
-    for (const auto& row : options::optionRows(options::panelSlotOf(model.record.family))) {
+    for (const auto& row : options::optionRows(model.traits().panelSlot)) {
       if (row.key != options::kClew && random() % 2 == 0) options.setControlValue(row.key, "1");
     }
     for (const char* list : {"WDT_Prescalar", "RC30K_Divder", "Low_Voltage_detector"}) {
@@ -205,7 +205,7 @@ TEST_F(ProjectRoomTest, PutsTheNextNumberIntoTheImageAndWarns) {
       "Auto_Increase_Next: 4660\r\nAuto_Increase: 1\r\nAuto_Increase_HEX: True\r\nData_Increase_Enable: 0\r\n"
       "buffer_check_sum: 10\r\nEND\r\n01020304");
   EXPECT_EQ(kept(images.state.CodeBuffer), (Bytes{1, 2, 0x12, 0x34}));
-  EXPECT_TRUE(images.counters.code.armed);
+  EXPECT_TRUE(images.slots.code.counter.armed);
   EXPECT_EQ(lastMessage(),
             "The project file has atomatic increment function. \n"
             "Please check the next value whether it is correct or not(10 base).");

@@ -79,17 +79,17 @@ TEST(OldProject, KeepsTheOptionsUnderTheirNewKeys) {
   EXPECT_TRUE(isOldProject(old));
   EXPECT_FALSE(isOldProject({{"VER", "1.2"}}));
   EXPECT_EQ(oldModelName(old), "Cedar-H10R");
-  EXPECT_EQ(convertOldProject(old, 2), (Header{{"Auto_Increase_Enable", "1"},
-                                               {"Double_speed_YES", "False"},
-                                               {"Half_Gain_YES", "False"},
-                                               {"P10_P11_00_Download", "True"},
-                                               {"AUX_RAM_Enable_YES", "1"},
-                                               {"WDT_Prescalar", "3"}}));
-  EXPECT_EQ(convertOldProject(old, 11), (Header{{"Auto_Increase_Enable", "1"},
-                                                {"Interior_Oscillate", "False"},
-                                                {"P10_P11_00_Download", "False"},
-                                                {"Clear_EEPROM_00H", "True"},
-                                                {"WDT_Prescalar", "3"}}));
+  EXPECT_EQ(convertOldProject(old, catalogue::OldOptionKeys::Cedar), (Header{{"Auto_Increase_Enable", "1"},
+                                                                             {"Double_speed_YES", "False"},
+                                                                             {"Half_Gain_YES", "False"},
+                                                                             {"P10_P11_00_Download", "True"},
+                                                                             {"AUX_RAM_Enable_YES", "1"},
+                                                                             {"WDT_Prescalar", "3"}}));
+  EXPECT_EQ(convertOldProject(old, catalogue::OldOptionKeys::Others), (Header{{"Auto_Increase_Enable", "1"},
+                                                                              {"Interior_Oscillate", "False"},
+                                                                              {"P10_P11_00_Download", "False"},
+                                                                              {"Clear_EEPROM_00H", "True"},
+                                                                              {"WDT_Prescalar", "3"}}));
 }
 
 }  // namespace

@@ -7,9 +7,8 @@
 #include <memory>
 
 #include "platform/virtual/plain_codec.h"
-#include "platform/virtual/virtual_loop.h"
-#include "platform/virtual/virtual_world.h"
 #include "shell/main_form.h"
+#include "tests/support/memory_services.h"
 #include "tests/support/no_link.h"
 
 namespace kvr::shell {
@@ -18,17 +17,11 @@ namespace {
 using namespace platform;
 using namespace std::chrono_literals;
 
-// A store whose disk may be full for a while.
-class FailingStore : public MemoryStore {
- public:
-  bool flush() override { return full ? false : MemoryStore::flush(); }
-  bool full = false;
-};
-
-class SettingsTest : public ::testing::Test {
+class SettingsTest : public ::testing::Test, public support::MemoryServices<> {
  protected:
-  std::unique_ptr<MainForm> make() {
-    return std::make_unique<MainForm>(World{loop, link, dialogs, store, files, clock}, codec);
+  std::unique_ptr<MainForm> make() { return make(store); }
+  std::unique_ptr<MainForm> make(MemoryStore& on) {
+    return std::make_unique<MainForm>(World{loop, link, dialogs, on, files, clock}, codec);
   }
   std::unique_ptr<MainForm> start() {
     auto form = make();
@@ -38,13 +31,16 @@ class SettingsTest : public ::testing::Test {
   static std::string shown(const MainForm& form, const SettingBinding& b) {
     const auto* control = form.registry.find(b.control, b.index);
     if (b.kind == SettingKind::Index) return control->property("ListIndex");
-    return control->property(b.kind == SettingKind::Text || b.kind == SettingKind::Number ? "Text" : "Value");
+    const bool text = b.kind == SettingKind::Text || b.kind == SettingKind::Number || b.kind == SettingKind::Typed;
+    return control->property(text ? "Text" : "Value");
   }
   static void change(MainForm& form, const SettingBinding& b) {
     auto& control = *form.registry.find(b.control, b.index);
     if (auto* box = dynamic_cast<ComboBox*>(&control); box && b.kind == SettingKind::Index) {
       const int last = static_cast<int>(box->items().size()) - 1;
       box->setListIndex(box->listIndex() == last ? 0 : last);
+    } else if (b.kind == SettingKind::Typed) {
+      control.setProperty("Text", "2.5");
     } else if (b.kind == SettingKind::Text || b.kind == SettingKind::Number) {
       control.setProperty("Text", b.kind == SettingKind::Text && !dynamic_cast<ComboBox*>(&control) ? "a b;c" : "17");
     } else if (b.kind == SettingKind::Pair || b.kind == SettingKind::YesNo) {
@@ -58,14 +54,12 @@ class SettingsTest : public ::testing::Test {
     return form.registry.find(name, index)->property("Value");
   }
   std::optional<std::string> stored(const std::string& key) const { return store.get("Settings", key); }
-  void put(const std::string& key, const std::string& value) { store.values[{"Settings", key}] = value; }
+  void put(const std::string& key, const std::string& value) {
+    store.values()[{"Settings", key}] = value;
+    store.refresh();
+  }
 
-  VirtualLoop loop;
   support::NoLink link;
-  FailingStore store;
-  MemoryFiles files;
-  ScriptedDialogs dialogs{loop};
-  VirtualClock clock{loop};
   PlainCodec codec;
 };
 
@@ -150,9 +144,20 @@ TEST_F(SettingsTest, LeaveAControlAloneWhenAStoredValueDoesNotFit) {
   put("DeviceProducts", "FamilyHazel");
   put("DebugDTR", "maybe");
   put("DebugTimeStamp", "3");
+  for (const char* key : {"DebugBaud", "DebugParity", "UserCodeBaud", "pin_address_External_WDT"}) put(key, "-1");
+  put("DebugRTS", "FALSE");
+  put("cheSpreadHex_0", "TRUE");
+  put("txt_RC_frequency", "nan");
   const auto form = make();
   combo(*form, "comDalay_ReDownLoad").setListIndex(2);
   form->load();
+  EXPECT_EQ(combo(*form, "com_Debug_Baud").listIndex(), 2);
+  EXPECT_EQ(combo(*form, "com_Debug_ParityCheck").listIndex(), 2);
+  EXPECT_EQ(combo(*form, "cobUserCodeBaud").listIndex(), 2);
+  EXPECT_EQ(combo(*form, "comb_External_WDT").listIndex(), 1);
+  EXPECT_EQ(value(*form, "che_RTS"), "0");
+  EXPECT_EQ(value(*form, "cheSpreadHex", 0), "1");
+  EXPECT_EQ(form->registry.find("txt_RC_frequency")->property("Text"), "") << "its state before";
   EXPECT_EQ(combo(*form, "combCommPort").listIndex(), 0);
   EXPECT_EQ(combo(*form, "comDalay_ReDownLoad").listIndex(), 2);
   EXPECT_EQ(form->download.txtWrite_OK_Count.text(), "0");
@@ -161,6 +166,38 @@ TEST_F(SettingsTest, LeaveAControlAloneWhenAStoredValueDoesNotFit) {
   EXPECT_EQ(form->model.name(), "Hazel-H04");
   EXPECT_EQ(value(*form, "che_DTR"), "1");
   EXPECT_EQ(combo(*form, "comb_TimeStamp").listIndex(), 0);
+}
+
+TEST_F(SettingsTest, TakeNoNumberThatIsNoneOrBeyondReason) {
+  for (const char* text : {"-1", "nan", "inf", "-inf", "1e-999x", "1e999", "900000000000", "0x10", ""}) {
+    put("Write_OK_Count", text);
+    put("MainWidth", text);
+    put("Frame24_Width", text);
+    const auto form = start();
+    EXPECT_EQ(form->download.txtWrite_OK_Count.text(), "0") << text;
+    EXPECT_EQ(form->windowPlace().width, 12000) << text;
+    EXPECT_EQ(form->settings.frame24Width(), 2000) << text;
+  }
+  put("MainWidth", "900000");
+  put("MainHeight", "2147483647");
+  put("MainLeft", "-3000");
+  put("MainTop", "-99999999");
+  EXPECT_EQ(start()->windowPlace(), (WindowPlace{-3000, 0, 12000, 9045}));
+  start()->saveWindowPlace({0, 0, 251658225, 9000});
+  EXPECT_EQ(start()->windowPlace().width, 12000);
+}
+
+TEST_F(SettingsTest, KeepATypedDelayBetweenTwoChips) {
+  auto form = start();
+  combo(*form, "comDalay_ReDownLoad").userType("25");
+  loop.runFor(1s);
+  form = start();
+  EXPECT_EQ(combo(*form, "comDalay_ReDownLoad").text(), "25");
+  combo(*form, "comDalay_ReDownLoad").userPick(3);
+  loop.runFor(1s);
+  form = start();
+  EXPECT_EQ(combo(*form, "comDalay_ReDownLoad").listIndex(), 3);
+  EXPECT_EQ(stored("Dalay_ReDownLoad"), "3");
 }
 
 TEST_F(SettingsTest, NeverReadWhatIsOnlyWritten) {
@@ -179,36 +216,51 @@ TEST_F(SettingsTest, NeverReadWhatIsOnlyWritten) {
   EXPECT_EQ(stored("安全锁"), "5");
 }
 
-TEST_F(SettingsTest, OfTwoWindowsOnOneStoreWriteOnlyWhatChangedInEach) {
+TEST_F(SettingsTest, OfTwoWindowsOnOneFileWriteOnlyWhatChangedInEach) {
   const auto first = start();
   first->settings.saveMainSettings();
-  const auto second = start();
-  first->download.txtWrite_OK_Count.setText("41");
-  first->settings.saveCounter();
+  MemoryStore otherStore(store.disk());
+  const auto second = make(otherStore);
+  second->load();
+  const auto inFile = [&](const char* key) { return store.values().at({"Settings", key}); };
+  first->download.txtWrite_OK_Count.setText(" 41");
+  loop.runFor(1s);
   combo(*second, "combCommPort").setListIndex(6);
   loop.runFor(1s);
-  EXPECT_EQ(stored("Write_OK_Count"), "41");
-  EXPECT_EQ(stored("COM_port"), "6");
+  EXPECT_EQ(inFile("Write_OK_Count"), "41");
+  EXPECT_EQ(inFile("COM_port"), "6");
   combo(*first, "comDalay_ReDownLoad").setListIndex(1);
   loop.runFor(1s);
-  EXPECT_EQ(stored("COM_port"), "6");
-  EXPECT_EQ(stored("Dalay_ReDownLoad"), "1");
+  EXPECT_EQ(inFile("COM_port"), "6");
   second->download.txtWrite_OK_Count.setText("3");
   loop.runFor(1s);
-  EXPECT_EQ(stored("Write_OK_Count"), "3");
+  EXPECT_EQ(inFile("Write_OK_Count"), "3");
 }
 
-TEST_F(SettingsTest, AreBroughtToTheDiskByTheNextSaveWhenOneFailed) {
+TEST_F(SettingsTest, ThatCannotBeSavedAreToldOnceAndBroughtToTheDiskByTheNextSave) {
   const auto form = start();
-  store.full = true;
+  const auto told = [&] {
+    const std::string& pane = form->main.textMsg.text();
+    int count = 0;
+    for (std::size_t at = pane.find("disk full"); at != std::string::npos; at = pane.find("disk full", at + 1)) ++count;
+    return count;
+  };
+  store.failure = "disk full";
   combo(*form, "combCommPort").setListIndex(2);
   loop.runFor(1s);
-  store.full = false;
+  combo(*form, "combCommPort").setListIndex(3);
+  loop.runFor(1s);
+  EXPECT_EQ(told(), 1) << form->main.textMsg.text();
+  store.failure.clear();
+  form->settings.saveMainSettings();
+  EXPECT_EQ(store.values().at({"Settings", "COM_port"}), "3");
   const int before = store.flushes;
   form->settings.saveMainSettings();
-  EXPECT_EQ(store.flushes, before + 1);
-  form->settings.saveMainSettings();
-  EXPECT_EQ(store.flushes, before + 1);
+  EXPECT_EQ(store.flushes, before);
+  store.failure = "disk full";
+  combo(*form, "combCommPort").setListIndex(1);
+  loop.runFor(1s);
+  EXPECT_EQ(told(), 2);
 }
 
 }  // namespace

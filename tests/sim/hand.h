@@ -61,8 +61,9 @@ class Hand {
     const auto hex = [&](std::size_t at) {
       return static_cast<std::uint8_t>(std::stoi(std::string(code.substr(at, 2)), nullptr, 16));
     };
-    return {static_cast<std::uint8_t>(chip.row().family),  static_cast<std::uint8_t>(argument), 0x36, 0x01, hex(0),
-            code.size() == 4 ? hex(2) : std::uint8_t{0xFF}};
+    return {
+        static_cast<std::uint8_t>(sim::familyOf(chip.row())), static_cast<std::uint8_t>(argument), 0x36, 0x01, hex(0),
+        code.size() == 4 ? hex(2) : std::uint8_t{0xFF}};
   }
   void setLine(const Line& settings) {
     now = std::max(now, wire.drainedAt());

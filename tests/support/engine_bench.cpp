@@ -16,8 +16,7 @@ std::vector<std::uint8_t> randomBytes(std::uint64_t seed, std::size_t count) {
 }
 
 EngineBench::EngineBench(sim::WireConfig wireConfig)
-    : wire(std::move(wireConfig)),
-      link(loop, wire),
+    : VirtualWorld(std::move(wireConfig)),
       options(dialogs, optionPanel, model, lock, textMsg, stepFrame),
       lease(loop, link),
       target(world, lease, model, panel, {textMsg, combCommPort, imgOpen_sys, ProgressBar1, labKbyte}),
@@ -95,7 +94,7 @@ void EngineBench::pressAfter(Millis time, platform::Button& button) {
 }
 
 std::string EngineBench::flashDifference() const {
-  const auto plan = engine::planSends(model.record, conversation.target.versionNumber(), model.blockSize,
+  const auto plan = engine::planSends(model.record, conversation.target.firmware, model.blockSize,
                                       conversation.run.frameSize, images.CodeBuffer, images.EepromBuffer);
   for (const engine::SendRange& range : plan.ranges) {
     for (std::int32_t at = range.first; at <= range.last && at < std::ssize(chip->flash()); ++at) {

@@ -9,18 +9,15 @@
 
 #include "engine/session.h"
 #include "options/options_room.h"
-#include "platform/virtual/virtual_loop.h"
-#include "platform/virtual/virtual_world.h"
 #include "sim/chip.h"
-#include "sim/wire.h"
-#include "virtual_link.h"
+#include "virtual_world.h"
 
 namespace kvr::support {
 
 using platform::Instant;
 using platform::Millis;
 
-class EngineBench {
+class EngineBench : public VirtualWorld {
  public:
   explicit EngineBench(sim::WireConfig wireConfig = {});
   EngineBench(const EngineBench&) = delete;
@@ -52,15 +49,7 @@ class EngineBench {
   // Lock free, port closed, buttons as at rest: an operator can go on. Otherwise what is not so.
   std::string notAtRest() const;
 
-  platform::VirtualLoop loop;
-  platform::MemoryStore store;
-  platform::MemoryFiles files;
-  platform::ScriptedDialogs dialogs{loop};
-  platform::VirtualClock clock{loop};
-  sim::Wire wire;
   std::unique_ptr<sim::Chip> chip;
-  VirtualLink link;
-  platform::World world{loop, link, dialogs, store, files, clock};
 
   platform::TextBox textMsg{"textMsg"};
   platform::ComboBox combCommPort{"combCommPort"};

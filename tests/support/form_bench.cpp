@@ -2,7 +2,7 @@
 
 namespace kvr::support {
 
-FormBench::FormBench() {
+FormBench::FormBench(sim::WireConfig wireConfig) : VirtualWorld(std::move(wireConfig)) {
   form.load();
 }
 
@@ -15,6 +15,12 @@ void FormBench::loadCode(const platform::Bytes& bytes) {
   files.put("/image.bin", bytes);
   dialogs.paths.push_back("/image.bin");
   form.images.panel.comLoadFile.press();
+}
+
+void FormBench::loadData(const platform::Bytes& bytes) {
+  files.put("/data.bin", bytes);
+  dialogs.paths.push_back("/data.bin");
+  form.images.panel.comLoadDataFile.press();
 }
 
 sim::Chip& FormBench::insertChip(const sim::ChipConfig& config, platform::Millis after) {

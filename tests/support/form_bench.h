@@ -5,21 +5,20 @@
 #include <string>
 
 #include "platform/virtual/plain_codec.h"
-#include "platform/virtual/virtual_loop.h"
-#include "platform/virtual/virtual_world.h"
 #include "shell/main_form.h"
 #include "sim/chip.h"
-#include "sim/wire.h"
-#include "tests/support/virtual_link.h"
+#include "tests/support/virtual_world.h"
 
 namespace kvr::support {
 
-class FormBench {
+class FormBench : public VirtualWorld {
  public:
-  FormBench();
+  explicit FormBench(sim::WireConfig wireConfig = {});
 
   void select(const std::string& model);
-  void loadCode(const platform::Bytes& bytes);  // through a file and the code button's dialog
+  // Through a file, the button and its dialog.
+  void loadCode(const platform::Bytes& bytes);
+  void loadData(const platform::Bytes& bytes);
   sim::Chip& insertChip(const sim::ChipConfig& config, platform::Millis after = platform::Millis(100));
   sim::Chip& insertChip(std::uint64_t seed = 1);  // an ordinary chip of the selected model
   // Presses a button and lets the run come to its end. False: it still runs after an hour.
@@ -27,16 +26,9 @@ class FormBench {
   bool passed() const { return form.download.verdict.value() == engine::VerdictKind::Pass; }
   const std::string& pane() const { return form.main.textMsg.text(); }
 
-  platform::VirtualLoop loop;
-  platform::MemoryStore store;
-  platform::MemoryFiles files;
-  platform::ScriptedDialogs dialogs{loop};
-  platform::VirtualClock clock{loop};
   platform::PlainCodec codec;
-  sim::Wire wire;
   std::unique_ptr<sim::Chip> chip;
-  VirtualLink link{loop, wire};
-  shell::MainForm form{platform::World{loop, link, dialogs, store, files, clock}, codec};
+  shell::MainForm form{world, codec};
 };
 
 }  // namespace kvr::support

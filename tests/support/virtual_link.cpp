@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <sstream>
+#include <utility>
 
 #include "platform/text.h"
 
@@ -17,7 +18,7 @@ VirtualLink::VirtualLink(platform::VirtualLoop& loop, sim::Wire& wire)
                if (receive_) receive_();
              }),
       gone_(loop, [this] {
-        if (vanished_) vanished_({PortError::Kind::Vanished, devices[number_] + ": the device was unplugged"});
+        if (vanished_) vanished_({PortError::Kind::Vanished, device_ + ": the device was unplugged"});
       }) {
   loop_.addSource(*this);
 }
@@ -45,24 +46,39 @@ PortError VirtualLink::setSettings(const std::string& text) {
   return {};
 }
 
+void VirtualLink::setPortNumber(int number) {
+  held_.numberSet(number != number_);
+  number_ = number;
+}
+
+void VirtualLink::holdDevice() {
+  held_.hold();
+  if (isOpen()) held_.opened(device_);
+}
+
 PortError VirtualLink::open() {
-  if (isOpen()) return {PortError::Kind::Busy, devices[number_] + ": busy"};
+  dtr = std::exchange(nextDtr_, true);
+  rts = std::exchange(nextRts_, true);
+  if (isOpen()) return {PortError::Kind::Busy, device_ + ": busy"};
   if (refusesToOpen) return refusesToOpen;
-  if (!devices.contains(number_))
+  if (held_.device().empty() && !devices.contains(number_))
     return {PortError::Kind::NoSuchDevice, "COM" + std::to_string(number_) + ": no such device"};
+  device_ = held_.device().empty() ? devices[number_] : held_.device();
   const sim::Line line = *lineOf(settings_);
   if (line.stopBits == 1.5 && line.dataBits != 5)
-    return {PortError::Kind::BadSettings, devices[number_] + ": 1.5 stop bits go with 5 data bits only"};
-  if (!wire_.open(line, now())) return {PortError::Kind::NoSuchDevice, devices[number_] + ": no such device"};
+    return {PortError::Kind::BadSettings, device_ + ": 1.5 stop bits go with 5 data bits only"};
+  if (!wire_.open(line, now())) return {PortError::Kind::NoSuchDevice, device_ + ": no such device"};
+  held_.opened(device_);
   ++opens;
   told_ = 0;
   return {};
 }
 
-// What was written goes out first, for at most one second.
+// What was written goes out first, for at most one second; the rest is thrown away.
 void VirtualLink::drain() {
   const sim::Micros until = std::min(wire_.drainedAt(), now() + sim::kSecond);
   loop_.blockUntil(platform::Instant(until));
+  wire_.clearOut(now());
 }
 
 void VirtualLink::close() {

@@ -4,6 +4,7 @@
 #include <map>
 #include <optional>
 
+#include "platform/device_hold.h"
 #include "platform/serial_link.h"
 #include "platform/virtual/virtual_loop.h"
 #include "sim/wire.h"
@@ -21,12 +22,17 @@ class VirtualLink : public platform::SerialLink, public platform::VirtualSource 
   std::map<int, std::string> devices{{1, "/dev/ttyV0"}};  // port number to device; all lead to the one wire
   platform::PortError refusesToOpen;                      // set: every opening fails with it
   void unplug();                                          // the adapter is pulled out
+  bool dtr = true;                                        // the modem lines of the open port
+  bool rts = true;
   int opens = 0;
   int closes = 0;
 
   // --- SerialLink ---
-  void setPortNumber(int number) override { number_ = number; }
+  void setPortNumber(int number) override;
   int portNumber() const override { return number_; }
+  void holdDevice() override;
+  void releaseDevice() override { held_.release(); }
+  std::string device() const override { return device_; }
   platform::PortError setSettings(const std::string& text) override;
   std::string settings() const override { return settings_; }
   platform::PortError open() override;
@@ -38,8 +44,8 @@ class VirtualLink : public platform::SerialLink, public platform::VirtualSource 
   std::vector<std::uint8_t> readBytes(std::size_t maxCount) override;
   void clearOut() override;
   void clearIn() override;
-  void setDtr(bool) override {}
-  void setRts(bool) override {}
+  void setDtr(bool on) override { (isOpen() ? dtr : nextDtr_) = on; }
+  void setRts(bool on) override { (isOpen() ? rts : nextRts_) = on; }
 
   // --- VirtualSource ---
   std::optional<platform::Instant> nextDue() const override;
@@ -55,6 +61,10 @@ class VirtualLink : public platform::SerialLink, public platform::VirtualSource 
   platform::PortEvent gone_;
   std::string settings_ = "9600,n,8,1";
   int number_ = 1;
+  std::string device_;
+  platform::HeldDevice held_;
+  bool nextDtr_ = true;
+  bool nextRts_ = true;
   int told_ = 0;  // waiting bytes for which the event was raised already
 };
 

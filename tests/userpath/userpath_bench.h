@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "images/serial_counters.h"
+#include "images/serial_counters_room.h"
 #include "sim/demo_firmware.h"
 #include "tests/support/engine_bench.h"
 #include "userpath/demo_download.h"
@@ -45,8 +45,9 @@ struct UserPathBench : support::EngineBench {
   }
 
   kvr::images::ImagePanel counterPanel;
-  kvr::images::BufferViews views{world, counterPanel, images};
-  kvr::images::SerialCounters counters{world, model, counterPanel, images, views};
+  kvr::images::ImageSlots slots{counterPanel, images};
+  kvr::images::BufferViews views{world, activity, lock, counterPanel, slots, images};
+  kvr::images::SerialCounters counters{world, activity, model, slots, views};
   UserPathPanel page;
   DemoDownload demo{{conversation, session.programming(), activity, lock, counters}, page};
   Trigger trigger{target, activity, lock, images, page};

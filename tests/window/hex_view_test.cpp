@@ -29,7 +29,7 @@ struct HexViewTest : ::testing::Test, images::ImagesBenchOn<platform::QtLoop> {
     Bytes bytes(0xF000);
     for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<std::uint8_t>(i * 31 + i / 256);
     files.put("/fw.bin", bytes);
-    room.loader.loadImage("/fw.bin", code);
+    room.loader.load("/fw.bin", images::ImageKind::Code);
     room.panel.vscFile[0].userScroll(0);
     page.reset(makeHexPage(loop, pane, room.panel.vscFile[0], QStringLiteral("Code image")));
     view = page->findChild<HexView*>(QStringLiteral("txtBuffer2"));
@@ -89,7 +89,7 @@ TEST_F(HexViewTest, AClickPutsTheCaretOnTheDigitTypingChangesItAndADragSelects) 
     }
   mouse(QEvent::MouseButtonPress, {0x10, false});
   mouse(QEvent::MouseMove, {0x25, false});
-  EXPECT_EQ(pane.model.selection(), (images::AddressSpan{0x10, 0x25}));
+  EXPECT_EQ(pane.model.selection(), (catalogue::AddressRange{0x10, 0x25}));
   mouse(QEvent::MouseButtonPress, {0x30, false});
   EXPECT_TRUE(pane.model.selection().empty());
 }

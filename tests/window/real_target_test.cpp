@@ -67,7 +67,7 @@ class RealTarget : public TargetDesk {
     ASSERT_TRUE(enter.isAccepted());
     QDropEvent event(QPointF(20, 20), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(program->window.get(), &event);
-    ASSERT_TRUE(waitFor([&] { return program->form.images.loader.codeFile().path == path.toStdString(); }));
+    ASSERT_TRUE(waitFor([&] { return program->form.images.loader.source().path == path.toStdString(); }));
     settle();
   }
   void write(const QString& path, const QByteArray& bytes) {

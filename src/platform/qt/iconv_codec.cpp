@@ -18,7 +18,7 @@ class Conversion {
   Conversion& operator=(const Conversion&) = delete;
   bool ok() const { return handle_ != reinterpret_cast<iconv_t>(-1); }
 
-  // Converts as far as the bytes are sound, moves the view behind that.
+  // Converts as far as the bytes are sound and moves the view past them.
   std::string run(std::string_view& bytes) const {
     std::string out(bytes.size() * 3, '\0');       // no character of two bytes takes more than three
     char* from = const_cast<char*>(bytes.data());  // iconv reads only, whatever its signature says

@@ -7,7 +7,16 @@ namespace kvr::platform {
 namespace {
 
 void give(PortMap& map, int index, const FoundDevice& device) {
-  map[static_cast<std::size_t>(index)] = {device.path, device.description, device.identity, true};
+  map[static_cast<std::size_t>(index)] = {device.path, device.description, device.identity, true, device.usb};
+}
+
+// A machine may have more built-in ports than there are numbers; an adapter is what the user has plugged in.
+std::optional<int> lastWithoutUsb(const PortMap& map) {
+  for (int i = kPortCount - 1; i >= 0; --i) {
+    const PortEntry& entry = map[static_cast<std::size_t>(i)];
+    if (!entry.identity.empty() && !entry.usb) return i;
+  }
+  return std::nullopt;
 }
 
 // The first number that nothing holds; numbers that belong to an absent adapter only when nothing else is left.
@@ -26,7 +35,9 @@ std::optional<int> freeNumber(const PortMap& map, const std::map<int, std::strin
 PortMap assignPorts(const std::map<int, std::string>& named, std::vector<FoundDevice> found,
                     const std::map<int, std::string>& remembered) {
   PortMap map;
-  for (const auto& [number, path] : named) {
+  for (const auto& entryOfSettings : named) {
+    const int number = entryOfSettings.first;
+    const std::string& path = entryOfSettings.second;  // no structured binding: not every compiler captures one
     if (number < 1 || number > kPortCount || path.empty()) continue;
     PortEntry& entry = map[static_cast<std::size_t>(number - 1)];
     entry.device = path;
@@ -49,9 +60,18 @@ PortMap assignPorts(const std::map<int, std::string>& named, std::vector<FoundDe
     else
       give(map, known->first - 1, device);
   }
-  for (const auto& device : rest)
-    if (const auto index = freeNumber(map, named, remembered)) give(map, *index, device);
+  for (const auto& device : rest) {
+    const auto index = freeNumber(map, named, remembered);
+    if (const auto number = index || !device.usb ? index : lastWithoutUsb(map)) give(map, *number, device);
+  }
   return map;
+}
+
+std::map<int, std::string> identitiesOf(const PortMap& map) {
+  std::map<int, std::string> identities;
+  for (std::size_t i = 0; i < map.size(); ++i)
+    if (!map[i].identity.empty()) identities[static_cast<int>(i) + 1] = map[i].identity;
+  return identities;
 }
 
 }  // namespace kvr::platform

@@ -11,12 +11,12 @@ std::string comName(int number) {
 }
 
 std::string describe(const QSerialPortInfo& info) {
-  QString words = info.description();
-  if (!info.manufacturer().isEmpty() && !words.contains(info.manufacturer())) {
-    if (!words.isEmpty()) words += QLatin1String(", ");
-    words += info.manufacturer();
+  QString text = info.description();
+  if (!info.manufacturer().isEmpty() && !text.contains(info.manufacturer())) {
+    if (!text.isEmpty()) text += QLatin1String(", ");
+    text += info.manufacturer();
   }
-  return words.toStdString();
+  return text.toStdString();
 }
 
 std::string identify(const QSerialPortInfo& info) {
@@ -25,7 +25,7 @@ std::string identify(const QSerialPortInfo& info) {
                                .arg(info.vendorIdentifier(), 4, 16, QLatin1Char('0'))
                                .arg(info.productIdentifier(), 4, 16, QLatin1Char('0'))
                                .arg(info.serialNumber());
-  // Cheap adapters bear no serial number: then the place tells two of a kind apart.
+  // Cheap adapters have no serial number: then the place tells two of a kind apart.
   if (info.serialNumber().isEmpty()) return (identity + info.systemLocation()).toStdString();
   return identity.toStdString();
 }
@@ -60,14 +60,9 @@ bool Ports::rescan() {
   return changed;
 }
 
-// Adapters without a USB identity need no memory: their path says it all.
 void Ports::remember() {
-  for (int number = 1; number <= kPortCount; ++number) {
-    const PortEntry& entry = map_[static_cast<std::size_t>(number - 1)];
-    if (entry.identity.rfind("usb ", 0) != 0) continue;
-    if (store_.get("PortMemory", comName(number)) != entry.identity)
-      store_.set("PortMemory", comName(number), entry.identity);
-  }
+  for (const auto& [number, identity] : identitiesOf(map_))
+    if (store_.get("PortMemory", comName(number)) != identity) store_.set("PortMemory", comName(number), identity);
 }
 
 std::string Ports::deviceOf(int number) {
@@ -81,8 +76,8 @@ std::string Ports::describe(int number) const {
   if (number < 1 || number > kPortCount) return {};
   const PortEntry& entry = map_[static_cast<std::size_t>(number - 1)];
   if (entry.device.empty()) return {};
-  const std::string words = entry.description.empty() ? entry.device : entry.device + "  " + entry.description;
-  return entry.present ? words : words + "  (not there)";
+  const std::string text = entry.description.empty() ? entry.device : entry.device + "  " + entry.description;
+  return entry.present ? text : text + "  (not there)";
 }
 
 }  // namespace kvr::platform

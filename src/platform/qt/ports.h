@@ -1,8 +1,6 @@
 // The machine's serial ports by the numbers that the program uses. Settings: section "Ports", keys "COM1" to "COM16"
-// with a device path each, written by the user; section "PortMemory" with the adapters that the numbers were given to.
+// with a device path each, written by the user; section "PortMemory" with the devices that the numbers were given to.
 #pragma once
-
-#include <functional>
 
 #include "platform/qt/port_map.h"
 #include "platform/settings_store.h"

@@ -1,4 +1,4 @@
-// The real world's event loop: one thread, asleep in Qt's loop until a byte, a timer or a gesture comes.
+// The real world's event loop: the program's one thread, asleep in Qt's loop until a byte, a timer or a gesture comes.
 //
 // Two ways to be in it. A sequence that waits runs turns (`runOnce`), each at most one sleep in Qt. When nothing waits,
 // the application idles in `QApplication::exec()`, and what is ready is dispatched from a queued event of this object;

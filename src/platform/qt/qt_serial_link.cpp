@@ -4,8 +4,6 @@
 #include <QThread>
 #include <algorithm>
 
-#include "platform/qt/serial_device.h"
-
 namespace kvr::platform {
 namespace {
 
@@ -13,14 +11,14 @@ constexpr int kDrainLimitMs = 1000;
 
 PortError notOpened(const std::string& device, const QSerialPort& port) {
   using Kind = PortError::Kind;
-  const std::string words = port.errorString().toStdString();
+  const std::string reason = port.errorString().toStdString();
   // The system has just let this program in, so a refusal now is the lock of another program.
-  if (port.error() == QSerialPort::PermissionError && words.find("creating") == std::string::npos)
+  if (port.error() == QSerialPort::PermissionError && reason.find("creating") == std::string::npos)
     return {Kind::Busy, device + ": busy"};
   if (port.error() == QSerialPort::PermissionError)
     return {Kind::Denied, device + ": permission denied (no right to write to the folder of port locks)"};
   if (port.error() == QSerialPort::DeviceNotFoundError) return {Kind::NoSuchDevice, device + ": no such device"};
-  return {Kind::Other, device + ": " + words};
+  return {Kind::Other, device + ": cannot be opened"};
 }
 
 }  // namespace
@@ -47,25 +45,37 @@ QtSerialLink::~QtSerialLink() {
   close();
 }
 
+void QtSerialLink::setPortNumber(int number) {
+  held_.numberSet(number != number_);
+  number_ = number;
+}
+
+void QtSerialLink::holdDevice() {
+  held_.hold();
+  if (isOpen()) held_.opened(device_);
+}
+
 PortError QtSerialLink::setSettings(const std::string& text) {
   const auto line = lineSettingsOf(text);
   if (!line) return {PortError::Kind::BadSettings, "\"" + text + "\": no such line setting"};
   settings_ = text;
   line_ = *line;
   if (!isOpen() || *line == applied_) return {};
-  drain();
+  drainOrDrop();
   return apply(*line);
 }
 
 PortError QtSerialLink::open() {
   if (isOpen()) return {PortError::Kind::Busy, device_ + ": already open"};
   dropPort();
-  const std::string device = deviceOf_(number_);
+  const std::string device = held_.device().empty() ? deviceOf_(number_) : held_.device();
   PortError error;
   if (device.empty())
     error = {PortError::Kind::NoSuchDevice, "COM" + std::to_string(number_) + ": no such device"};
   else
     error = openDevice(device);
+  lines_ = {};
+  if (!error) held_.opened(device);
   if (onStatus) onStatus(error);
   return error;
 }
@@ -73,7 +83,7 @@ PortError QtSerialLink::open() {
 PortError QtSerialLink::openDevice(const std::string& device) {
   DeviceGuard guard(device);
   if (guard.error()) return guard.error();
-  guard.prepare();
+  guard.prepare(lines_);
   device_ = device;
   gone_ = false;
   goneEvent_.withdraw();
@@ -91,6 +101,7 @@ PortError QtSerialLink::openDevice(const std::string& device) {
     dropPort();
     return error;
   }
+  setModemLines();
   const PortError error = apply(line_);
   if (error)
     dropPort();
@@ -99,20 +110,33 @@ PortError QtSerialLink::openDevice(const std::string& device) {
   return error;
 }
 
+// Every open raises both lines.
+void QtSerialLink::setModemLines() {
+  if (!lines_.dtr) port_.setDataTerminalReady(false);
+  if (!lines_.rts) port_.setRequestToSend(false);
+}
+
 PortError QtSerialLink::apply(const LineSettings& line) {
   if (line.oneAndAHalf && line.dataBits != QSerialPort::Data5)
     return {PortError::Kind::BadSettings, device_ + ": 1.5 stop bits go with 5 data bits only"};
   if (line.dataBits != applied_.dataBits) port_.setDataBits(line.dataBits);
   if (line.stopBits != applied_.stopBits) port_.setStopBits(line.stopBits);
-  if (line.parity != applied_.parity) port_.setParity(line.parity);  // refused by a pseudo-terminal, which has none
-  const bool ok = line.baud == applied_.baud || port_.setBaudRate(line.baud);
+  if (line.parity != applied_.parity) port_.setParity(line.parity);
+  const bool rateTaken = line.baud == applied_.baud || port_.setBaudRate(line.baud);
   applied_ = line;
-  if (ok || deviceGone(port_.handle())) return {};
-  return {PortError::Kind::BadSettings, device_ + ": " + std::to_string(line.baud) + " baud refused"};
+  const auto handle = static_cast<std::intptr_t>(port_.handle());
+  if (deviceGone(handle)) return {};  // told as a port that has vanished
+  if (!rateTaken) return refused(std::to_string(line.baud) + " baud");
+  return refused(isPseudoTerminal(handle) ? "" : refusedPart(line, lineBitsOf(handle)));
+}
+
+PortError QtSerialLink::refused(const std::string& what) const {
+  if (what.empty()) return {};
+  return {PortError::Kind::BadSettings, device_ + ": " + what + " refused"};
 }
 
 void QtSerialLink::close() {
-  if (isOpen()) drain();
+  if (isOpen()) drainOrDrop();
   dropPort();
 }
 
@@ -121,12 +145,16 @@ void QtSerialLink::dropPort() {
   if (port_.isOpen()) port_.close();
 }
 
+void QtSerialLink::drainOrDrop() {
+  if (!drained()) port_.clear(QSerialPort::Output);
+}
+
 // The wait is for the wire alone and shorter than a blink in the common case; a chip must get whole frames.
-void QtSerialLink::drain() {
+bool QtSerialLink::drained() {
   QElapsedTimer time;
   time.start();
   while (port_.bytesToWrite() > 0 && time.elapsed() < kDrainLimitMs)
-    if (!port_.waitForBytesWritten(static_cast<int>(kDrainLimitMs - time.elapsed()))) return;
+    if (!port_.waitForBytesWritten(static_cast<int>(kDrainLimitMs - time.elapsed()))) return false;
   const auto handle = static_cast<std::intptr_t>(port_.handle());
   std::size_t left = bytesInDriver(handle);
   while (left > 0 && time.elapsed() < kDrainLimitMs) {
@@ -134,7 +162,9 @@ void QtSerialLink::drain() {
     QThread::msleep(std::clamp(wireMs, 1UL, 100UL));
     left = bytesInDriver(handle);
   }
-  if (left == 0) drainDevice(handle);
+  if (left > 0 || port_.bytesToWrite() > 0) return false;
+  drainDevice(handle);
+  return true;
 }
 
 void QtSerialLink::write(std::span<const std::uint8_t> bytes) {
@@ -168,11 +198,17 @@ void QtSerialLink::clearIn() {
 }
 
 void QtSerialLink::setDtr(bool on) {
-  if (isOpen()) port_.setDataTerminalReady(on);
+  if (isOpen())
+    port_.setDataTerminalReady(on);
+  else
+    lines_.dtr = on;
 }
 
 void QtSerialLink::setRts(bool on) {
-  if (isOpen()) port_.setRequestToSend(on);
+  if (isOpen())
+    port_.setRequestToSend(on);
+  else
+    lines_.rts = on;
 }
 
 // Called inside Qt's own slots: only notes. A device that is gone would report without end while its port stays open,

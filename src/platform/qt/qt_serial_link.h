@@ -1,12 +1,14 @@
-// The serial port of the real machine, over QtSerialPort. Which device a port number stands for is asked at every open.
+// The serial port of the real machine, over QtSerialPort.
 #pragma once
 
 #include <QSerialPort>
 #include <functional>
-#include <memory>
+#include <string>
 
+#include "platform/device_hold.h"
 #include "platform/event_loop.h"
 #include "platform/qt/line_settings.h"
+#include "platform/qt/serial_device.h"
 #include "platform/serial_link.h"
 
 namespace kvr::platform {
@@ -17,8 +19,11 @@ class QtSerialLink : public SerialLink {
   QtSerialLink(EventLoop& loop, std::function<std::string(int)> deviceOf);
   ~QtSerialLink() override;
 
-  void setPortNumber(int number) override { number_ = number; }
+  void setPortNumber(int number) override;
   int portNumber() const override { return number_; }
+  void holdDevice() override;
+  void releaseDevice() override { held_.release(); }
+  std::string device() const override { return device_; }
   PortError setSettings(const std::string& text) override;
   std::string settings() const override { return settings_; }
   PortError open() override;
@@ -39,7 +44,10 @@ class QtSerialLink : public SerialLink {
  private:
   PortError openDevice(const std::string& device);
   PortError apply(const LineSettings& line);
-  void drain();
+  PortError refused(const std::string& what) const;
+  bool drained();
+  void drainOrDrop();
+  void setModemLines();
   void dropPort();
   void onPortError(QSerialPort::SerialPortError error);
   QSerialPort port_;
@@ -47,6 +55,8 @@ class QtSerialLink : public SerialLink {
   PortEvent goneEvent_;
   std::function<std::string(int)> deviceOf_;
   std::string device_;
+  HeldDevice held_;
+  ModemLines lines_;  // for the next open; then both are on again
   std::string settings_ = "9600,n,8,1";
   LineSettings line_;
   LineSettings applied_;

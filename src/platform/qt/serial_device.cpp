@@ -1,7 +1,9 @@
 #include "platform/qt/serial_device.h"
 
 #include <QtGlobal>
+#include <array>
 #include <cerrno>
+#include <string_view>
 #ifdef Q_OS_UNIX
 #include <fcntl.h>
 #include <poll.h>
@@ -9,7 +11,6 @@
 #include <termios.h>
 #include <unistd.h>
 
-#include <cstring>
 #endif
 
 namespace kvr::platform {
@@ -31,7 +32,7 @@ PortError openError(const std::string& device, int code) {
     case EBUSY:
       return {Kind::Busy, device + ": busy"};
     default:
-      return {Kind::Other, device + ": " + std::strerror(code)};
+      return {Kind::Other, device + ": cannot be opened"};
   }
 }
 
@@ -49,8 +50,10 @@ DeviceGuard::~DeviceGuard() {
   if (handle_ >= 0) ::close(handle_);
 }
 
-void DeviceGuard::prepare() {
+void DeviceGuard::prepare(ModemLines lines) {
   if (handle_ < 0) return;
+  const int low = (lines.dtr ? 0 : TIOCM_DTR) | (lines.rts ? 0 : TIOCM_RTS);
+  if (low != 0) ::ioctl(handle_, TIOCMBIC, &low);
   termios state{};
   if (::tcgetattr(handle_, &state) == 0 && (state.c_cflag & HUPCL) != 0) {
     state.c_cflag &= ~static_cast<tcflag_t>(HUPCL);
@@ -74,10 +77,25 @@ bool deviceGone(std::intptr_t handle) {
   termios settings{};
   return ::tcgetattr(static_cast<int>(handle), &settings) != 0;
 }
+
+// Only a pseudo-terminal has a name below this folder.
+bool isPseudoTerminal(std::intptr_t handle) {
+  std::array<char, 256> name{};
+  return ::ttyname_r(static_cast<int>(handle), name.data(), name.size()) == 0 &&
+         std::string_view(name.data()).starts_with("/dev/pts/");
+}
+
+std::optional<LineBits> lineBitsOf(std::intptr_t handle) {
+  termios state{};
+  if (::tcgetattr(static_cast<int>(handle), &state) != 0) return std::nullopt;
+  const tcflag_t size = state.c_cflag & CSIZE;
+  const int bits = size == CS5 ? 5 : size == CS6 ? 6 : size == CS7 ? 7 : 8;
+  return LineBits{(state.c_cflag & PARENB) != 0, (state.c_cflag & PARODD) != 0, bits, (state.c_cflag & CSTOPB) != 0};
+}
 #else
 DeviceGuard::DeviceGuard(const std::string&) {}
 DeviceGuard::~DeviceGuard() = default;
-void DeviceGuard::prepare() {}
+void DeviceGuard::prepare(ModemLines) {}
 std::size_t bytesInDriver(std::intptr_t) {
   return 0;
 }
@@ -85,6 +103,22 @@ void drainDevice(std::intptr_t) {}
 bool deviceGone(std::intptr_t) {
   return true;
 }
+bool isPseudoTerminal(std::intptr_t) {
+  return false;
+}
+std::optional<LineBits> lineBitsOf(std::intptr_t) {
+  return std::nullopt;
+}
 #endif
+
+std::string refusedPart(const LineSettings& wanted, const std::optional<LineBits>& held) {
+  if (!held) return {};
+  const bool parity = wanted.parity != QSerialPort::NoParity;
+  if (held->parity != parity) return "parity";
+  if (parity && held->odd != (wanted.parity == QSerialPort::OddParity)) return "parity";
+  if (held->dataBits != wanted.dataBits) return std::to_string(wanted.dataBits) + " data bits";
+  if (held->twoStop != (wanted.stopBits != QSerialPort::OneStop)) return held->twoStop ? "1 stop bit" : "2 stop bits";
+  return {};
+}
 
 }  // namespace kvr::platform

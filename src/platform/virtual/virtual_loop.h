@@ -31,7 +31,7 @@ class VirtualLoop : public EventLoop {
   void addSource(VirtualSource& source) { sources_.push_back(&source); }
   void removeSource(VirtualSource& source);
 
-  // A person does something at a time from now; it is queued as a gesture then.
+  // The user does something at a time from now; it is queued as a gesture then.
   void after(Millis time, std::function<void()> gesture);
 
   // Runs turns until `done` answers true. False: `limit` from now has passed, or nothing is left that could happen.

@@ -8,22 +8,50 @@
 namespace kvr::platform {
 
 std::optional<std::string> MemoryStore::get(const std::string& section, const std::string& key) const {
-  const auto found = values.find({section, key});
-  if (found == values.end()) return std::nullopt;
-  return found->second;
+  if (const auto waiting = pending_.find({section, key}); waiting != pending_.end()) return waiting->second;
+  if (!seen_) seen_ = disk_->values;
+  const auto found = seen_->find({section, key});
+  return found == seen_->end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<std::string> MemoryStore::fresh(const std::string& section, const std::string& key) {
+  refresh();
+  const auto found = seen_->find({section, key});
+  return found == seen_->end() ? std::nullopt : std::optional(found->second);
 }
 
 void MemoryStore::set(const std::string& section, const std::string& key, const std::string& value) {
-  values[{section, key}] = value;
+  pending_[{section, key}] = value;
   ++writes;
+}
+
+FileResult MemoryStore::flush() {
+  if (!failure.empty()) return {false, failure};
+  for (const auto& [key, value] : pending_) disk_->values[key] = value;
+  pending_.clear();
+  refresh();
+  ++flushes;
+  return {};
+}
+
+std::unique_ptr<SettingsClaim> MemoryStore::claim(const std::string& name) {
+  struct Claim : SettingsClaim {
+    Claim(std::shared_ptr<MemoryDisk> where, std::string what) : disk(std::move(where)), name(std::move(what)) {}
+    ~Claim() override { disk->claimed.erase(name); }
+    std::shared_ptr<MemoryDisk> disk;
+    std::string name;
+  };
+  if (!disk_->claimed.insert(name).second) return nullptr;
+  return std::make_unique<Claim>(disk_, name);
 }
 
 std::optional<Bytes> MemoryFiles::read(const std::string& path, std::size_t limit) const {
   const auto found = files.find(path);
   if (found == files.end()) return std::nullopt;
-  const Bytes& all = found->second.bytes;
-  if (limit == 0 || all.size() <= limit) return all;
-  return Bytes(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(limit));
+  Bytes bytes = found->second.bytes;
+  if (limit != 0) bytes.resize(std::min(bytes.size(), limit));
+  if (afterRead) afterRead();
+  return bytes;
 }
 
 FileResult MemoryFiles::replace(const std::string& path, std::span<const std::uint8_t> bytes) {
@@ -32,10 +60,12 @@ FileResult MemoryFiles::replace(const std::string& path, std::span<const std::ui
   return {};
 }
 
-FileResult MemoryFiles::append(const std::string& path, std::span<const std::uint8_t> bytes) {
+FileResult MemoryFiles::appendLine(const std::string& path, std::string_view line, std::string_view header) {
   if (diskFull) return {false, "disk full"};
   File& file = files[path];
-  file.bytes.insert(file.bytes.end(), bytes.begin(), bytes.end());
+  const std::string_view lead = file.bytes.empty() ? header : file.bytes.back() != '\n' ? "\r\n" : "";
+  file.bytes.insert(file.bytes.end(), lead.begin(), lead.end());
+  file.bytes.insert(file.bytes.end(), line.begin(), line.end());
   file.version = ++versions_;
   return {};
 }

@@ -1,12 +1,15 @@
-// The rest of the virtual world's platform: a store and files in memory, a person who answers from a script, a clock
+// The rest of the virtual world's platform: a store and files in memory, a user who answers from a script, a clock
 // that follows the simulated time.
 #pragma once
 
 #include <deque>
 #include <functional>
 #include <map>
+#include <memory>
+#include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/dialogs.h"
@@ -17,26 +20,51 @@
 
 namespace kvr::platform {
 
+// A settings file in memory and the claims on it; the windows of one user share it.
+struct MemoryDisk {
+  std::map<std::pair<std::string, std::string>, std::string> values;
+  std::set<std::string> claimed;
+};
+
+// One window's store. Like a real one it reads the file when it is first asked, and then only when it writes or is told
+// to look again.
 class MemoryStore : public SettingsStore {
  public:
+  explicit MemoryStore(std::shared_ptr<MemoryDisk> disk = std::make_shared<MemoryDisk>()) : disk_(std::move(disk)) {}
   std::optional<std::string> get(const std::string& section, const std::string& key) const override;
+  [[nodiscard]] std::optional<std::string> fresh(const std::string& section, const std::string& key) override;
   void set(const std::string& section, const std::string& key, const std::string& value) override;
-  bool flush() override { return ++flushes, true; }
-  std::map<std::pair<std::string, std::string>, std::string> values;
+  [[nodiscard]] FileResult flush() override;
+  [[nodiscard]] std::unique_ptr<SettingsClaim> claim(const std::string& name) override;
+
+  // --- The tester's side. ---
+  const std::shared_ptr<MemoryDisk>& disk() const { return disk_; }  // for a second window
+  auto& values() { return disk_->values; }                           // what the file holds
+  void refresh() { seen_ = disk_->values; }  // takes in what was put into the file after the window's first look
+  std::string failure;                       // why every flush fails; empty: none does
   int writes = 0;
   int flushes = 0;
+
+ private:
+  using Values = std::map<std::pair<std::string, std::string>, std::string>;
+  std::shared_ptr<MemoryDisk> disk_;
+  mutable std::optional<Values> seen_;
+  Values pending_;
 };
 
 class MemoryFiles : public FileSystem {
  public:
   std::optional<Bytes> read(const std::string& path, std::size_t limit = 0) const override;
   [[nodiscard]] FileResult replace(const std::string& path, std::span<const std::uint8_t> bytes) override;
-  [[nodiscard]] FileResult append(const std::string& path, std::span<const std::uint8_t> bytes) override;
+  [[nodiscard]] FileResult appendLine(const std::string& path, std::string_view line, std::string_view header) override;
   bool fileExists(const std::string& path) const override { return files.count(path) > 0; }
   bool folderExists(const std::string& path) const override { return folders.count(path) > 0; }
   [[nodiscard]] FileResult makeFolder(const std::string& path) override;
   std::optional<std::string> stamp(const std::string& path) const override;
   std::string changedAt(const std::string& path) const override;
+  std::string absolute(const std::string& path) const override {
+    return path.empty() || path.front() == '/' ? path : "/current/" + path;
+  }
   std::string programFolder() const override { return "/program"; }
 
   void put(const std::string& path, const Bytes& bytes);
@@ -48,6 +76,7 @@ class MemoryFiles : public FileSystem {
   };
   std::map<std::string, File> files;
   std::set<std::string> folders{"/program"};
+  std::function<void()> afterRead;  // what happens to the files while they are read
   bool diskFull = false;  // every write fails and leaves what stood
 
  private:
@@ -77,7 +106,7 @@ class ScriptedDialogs : public Dialogs {
   std::vector<Instant> beeps;
   std::deque<bool> yesNo;         // answers to come
   std::deque<std::string> paths;  // answers of file dialogs to come
-  Millis thinking{0};             // how long the person takes for each answer
+  Millis thinking{0};             // how long the user takes for each answer
   bool busy = false;
 
  private:

@@ -7,12 +7,12 @@
 #include "platform/qt/iconv_codec.h"
 #include "platform/qt/ports.h"
 #include "platform/qt/qt_clock.h"
-#include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_files.h"
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/qt_serial_link.h"
 #include "platform/qt/qt_store.h"
 #include "shell/qt/main_window.h"
+#include "shell/qt/qt_dialogs.h"
 
 namespace kvr::window {
 
@@ -30,7 +30,7 @@ class Application {
   platform::QtStore store;
   platform::Ports ports;
   platform::QtSerialLink link;
-  platform::QtDialogs dialogs;
+  QtDialogs dialogs;
   platform::QtFiles files;
   platform::QtClock clock;
   platform::IconvCodec codec;

@@ -49,7 +49,7 @@ class AccessibleHexView : public AccessibleTextArea {
 
   int selectionCount() const override { return model().selection().empty() ? 0 : 1; }
   void selection(int, int* start, int* end) const override {
-    const images::AddressSpan span = model().selection();
+    const catalogue::AddressRange span = model().selection();
     *start = *end = 0;
     if (span.empty()) return;
     *start = textOffset(model(), {span.first, false});

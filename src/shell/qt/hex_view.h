@@ -6,7 +6,7 @@
 // byte, Ctrl+A, Ctrl+C (the selection as hexadecimal text), Ctrl+F, Ctrl+G, F3 and Shift+F3.
 #pragma once
 
-#include "images/hex_pane.h"
+#include "images/hex_pane_view.h"
 #include "platform/controls.h"
 #include "platform/event_loop.h"
 #include "shell/qt/binding.h"

@@ -2,8 +2,10 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QLibrary>
+#include <span>
 #include <thread>
 
+#include "platform/qt/raw_names.h"
 #include "shell/qt/application.h"
 #include "shell/qt/demo_run.h"
 #include "shell/qt/first_paint.h"
@@ -37,7 +39,8 @@ int main(int argc, char** argv) {
   kvr::window::Application program;
   int result = 0;
   program.onGone = [&] { QApplication::exit(result); };
-  program.show(files.isEmpty() ? std::string() : files.first().toStdString());
+  const std::span arguments(argv, static_cast<std::size_t>(argc));
+  program.show(files.isEmpty() ? std::string() : kvr::platform::rawArgument(arguments, files.first()));
   if (const QStringList size = parser.value(QStringLiteral("size")).split(QLatin1Char('x')); size.size() == 2)
     program.window->resize(size[0].toInt(), size[1].toInt());
   if (parser.isSet(QStringLiteral("first-paint"))) new kvr::shell::FirstPaint(*program.window);  // the window owns it

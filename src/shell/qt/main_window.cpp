@@ -7,6 +7,7 @@
 #include <QScreen>
 #include <QShortcut>
 
+#include "platform/qt/raw_names.h"
 #include "shell/qt/left_column.h"
 #include "shell/qt/pages/pages.h"
 #include "shell/qt/window_place.h"
@@ -27,8 +28,7 @@ QVBoxLayout* tabbed(const Maker& maker, platform::TabStrip& strip, std::map<std:
 
 }  // namespace
 
-MainWindow::MainWindow(shell::MainForm& form, PortWatch& ports, platform::QtDialogs& dialogs,
-                       std::function<void()> gone)
+MainWindow::MainWindow(shell::MainForm& form, PortWatch& ports, QtDialogs& dialogs, std::function<void()> gone)
     : maker_{form, ports}, dialogs_(dialogs), gone_(std::move(gone)) {
   setObjectName(QStringLiteral("mainWindow"));
   setWindowTitle(QString::fromLatin1(shell::MainForm::kCaption));
@@ -141,7 +141,7 @@ void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
 
 void MainWindow::dropEvent(QDropEvent* event) {
   event->acceptProposedAction();
-  const std::string path = event->mimeData()->urls().first().toLocalFile().toStdString();
+  const std::string path = platform::rawPathOf(event->mimeData()->urls().first());
   maker_.loop().post([this, path] { maker_.form.openDropped(path); });
 }
 

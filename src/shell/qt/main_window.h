@@ -6,16 +6,16 @@
 #include <QSplitter>
 #include <QWidget>
 
-#include "platform/qt/qt_dialogs.h"
 #include "shell/qt/maker.h"
 #include "shell/qt/page_stack.h"
+#include "shell/qt/qt_dialogs.h"
 
 namespace kvr::window {
 
 class MainWindow : public QWidget {
  public:
   // `form` has been loaded. `gone` runs when the window has closed and nothing of the form's work is under way.
-  MainWindow(shell::MainForm& form, PortWatch& ports, platform::QtDialogs& dialogs, std::function<void()> gone);
+  MainWindow(shell::MainForm& form, PortWatch& ports, QtDialogs& dialogs, std::function<void()> gone);
   ~MainWindow() override;
 
   // Puts the window where it was last time, if that is still on a screen.
@@ -34,7 +34,7 @@ class MainWindow : public QWidget {
   void followPort();
   void finish();
   Maker maker_;
-  platform::QtDialogs& dialogs_;
+  QtDialogs& dialogs_;
   std::function<void()> gone_;
   QWidget* left_ = nullptr;
   QSplitter* halves_ = nullptr;

@@ -25,10 +25,11 @@ class Photographer {
     strip.userSelect(0);
   }
   void families() {
-    for (int family = 0; family <= 18; ++family) {
-      const auto* record = firstModel(family);
+    for (const auto& traits : catalogue::allFamilies()) {
+      const auto* record = firstModel(traits.family);
       if (!record || !program_.form.picker.tryApply(std::string(record->name))) continue;
-      shoot(QStringLiteral("family%1-").arg(family, 2, 10, QLatin1Char('0')) + qtText(std::string(record->name)));
+      shoot(QStringLiteral("family%1-").arg(numberOf(traits.family), 2, 10, QLatin1Char('0')) +
+            qtText(std::string(record->name)));
     }
   }
   void verdicts() {
@@ -53,7 +54,7 @@ class Photographer {
   }
 
  private:
-  static const catalogue::McuRecord* firstModel(int family) {
+  static const catalogue::McuRecord* firstModel(catalogue::Family family) {
     for (const auto& record : catalogue::allRows())
       if (record.family == family && !record.name.empty() && !record.noOptions) return &record;
     return nullptr;

@@ -10,7 +10,8 @@ namespace {
 using Values = std::map<std::pair<std::string, std::string>, std::string>;
 
 void load(support::FormBench& bench, const Values& values) {
-  bench.store.values = values;
+  bench.store.values() = values;
+  bench.store.refresh();
   bench.form.settings.loadMainSettings();
   bench.form.settings.loadDemoSettings();
   bench.form.settings.loadToolSettings();
@@ -24,7 +25,7 @@ Values savedAfter(support::FormBench& bench, const Values& values) {
   load(bench, values);
   bench.form.saveWindowPlace(bench.form.windowPlace());
   bench.form.settings.saveMainSettings();
-  return bench.store.values;
+  return bench.store.values();
 }
 
 }  // namespace

@@ -1,0 +1,47 @@
+#include "images/image_slot_panel.h"
+
+namespace kvr::images {
+
+ImageSlots::ImageSlots(ImagePanel& panel, ImageState& state)
+    : code{.kind = ImageKind::Code,
+           .buffer = state.CodeBuffer,
+           .openButton = panel.comLoadFile,
+           .start = panel.txtAP_FileStart,
+           .checkSum = panel.txtFileCheckSum,
+           .clearFirst = panel.cheClearAP_Buffer,
+           .frame = panel.Frame7,
+           .length = panel.Label7[1],
+           .info = panel.labFileInfo,
+           .pane = panel.txtBuffer2,
+           .bar = panel.vscFile[0],
+           .counterBox = panel.cheAuto_Increase,
+           .counterTexts = panel.texAuto_Increase,
+           .radix = panel.optAuto_Increase,
+           .frameCaption = "Program File: ",
+           .lengthCaption = "AP File effective length: ",
+           .dialogTitle = "Open file ( *.hex or *.bin )",
+           .pathKey = "FilePath",
+           .section = "Auto_Increase",
+           .counterTitle = "Set Program Automatic Increment"},
+      data{.kind = ImageKind::Data,
+           .buffer = state.EepromBuffer,
+           .openButton = panel.comLoadDataFile,
+           .start = panel.txtDataFileStart,
+           .checkSum = panel.txtDataFileCheckSum,
+           .clearFirst = panel.cheClearDataBuffer,
+           .frame = panel.frmDataFlash,
+           .length = panel.Label7[2],
+           .info = panel.labDataFileInfo,
+           .pane = panel.tetDataFlash2,
+           .bar = panel.vscFile[1],
+           .counterBox = panel.cheData_Auto_Increase,
+           .counterTexts = panel.texData_Auto_Increase,
+           .radix = panel.optData_Auto_Increase,
+           .frameCaption = "Data File: ",
+           .lengthCaption = "Data File effective length: ",
+           .dialogTitle = "Open Data file ( *.hex or *.bin )",
+           .pathKey = "DataFilePath",
+           .section = "Data_Auto_Increase",
+           .counterTitle = "Set EEPROM Automatic Increment"} {}
+
+}  // namespace kvr::images
