@@ -22,7 +22,7 @@ bool isLineEnd(char32_t value) {
   return value == '\r' || value == '\n';
 }
 
-// CR behind LF, or LF behind CR: the second half of one line end.
+// CR after LF, or LF after CR: the second half of one line end.
 bool joinsLineEnd(const PaneText::Row& row, char32_t value) {
   return row.endBytes == 1 && isLineEnd(value) && static_cast<char32_t>(row.text.back()) != value;
 }
@@ -110,9 +110,9 @@ void PaneText::add(std::string_view character, char32_t value) {
 }
 
 std::size_t PaneText::rowAt(Position position) const {
-  const auto behind =
+  const auto next =
       std::upper_bound(rows_.begin(), rows_.end(), position, [](Position p, const Row& row) { return p < row.start; });
-  return behind == rows_.begin() ? 0 : static_cast<std::size_t>(behind - rows_.begin()) - 1;
+  return next == rows_.begin() ? 0 : static_cast<std::size_t>(next - rows_.begin()) - 1;
 }
 
 std::string PaneText::slice(Range range) const {

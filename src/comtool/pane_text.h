@@ -1,4 +1,4 @@
-// The text behind the receive pane, laid out in rows of a fixed width font, so that a view draws the rows it shows and
+// The text of the receive pane, laid out in rows of a fixed width font, so that a view draws the rows it shows and
 // nothing else. Adding text costs what is added, dropping the oldest costs what is dropped, and one endless line is
 // many rows like any other text: nothing here grows with the length of a line.
 //
@@ -53,14 +53,14 @@ class PaneText {
   Position end() const { return end_; }
   std::size_t rowCount() const { return rows_.size(); }
   const Row& row(std::size_t index) const { return rows_[index]; }
-  // The row that holds the position; the first or last one for positions before or behind the text. 0 for an empty
+  // The row that holds the position; the first or last one for positions before or after the text. 0 for an empty
   // text.
   std::size_t rowAt(Position position) const;
 
   std::string slice(Range range) const;  // as far as the text is still there
   std::string all() const { return slice({begin(), end()}); }
 
-  // The next place of `needle` that starts at or behind `from`, or the last one that ends at or before it (backward).
+  // The next place of `needle` that starts at or after `from`, or the last one that ends at or before it (backward).
   // ASCII letters match in either case. Nothing is found of an empty needle.
   std::optional<Range> find(std::string_view needle, Position from, bool backward = false) const;
 

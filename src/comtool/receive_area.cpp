@@ -64,8 +64,10 @@ void ReceiveArea::show(const std::string& text) {
   showCutTo(kDisplayLimit - std::min(present, kDisplayLimit), text);
 }
 
+// A character that has begun lies beyond the limit, too: kept, it would overflow a second time when the port closes.
 void ReceiveArea::showCutTo(std::size_t room, const std::string& text) {
   panel_.texReceive.append(headChars(text, room));
+  decoder_.takeHeld();
   if (onOverflow) onOverflow();
   timerDebugDisplay_.stop();
 }
@@ -85,6 +87,11 @@ void ReceiveArea::clearPane() {
   decoder_.takeHeld();
   stamps_.clear();
   newBurst_ = true;
+}
+
+void ReceiveArea::replaceText(std::string_view text) {
+  clearPane();
+  panel_.texReceive.setText(text);
 }
 
 void ReceiveArea::clearCount() {

@@ -34,12 +34,12 @@ class ReceiveArea {
   void showReceived();
   // The pane's Clear button; the counters stay.
   void clearPane();
+  void replaceText(std::string_view text);  // ended lines, in place of what the pane shows
   void clearRing() { ring_.clear(); }
   // Nothing more will come for now: what is held back shows.
   void portClosed();
 
   const RxRing& rxRing() const { return ring_; }
-  std::uint32_t rxTotal() const { return rxTotal_; }
   void clearCount();
 
  private:

@@ -1,5 +1,5 @@
 // The receive pane as a control: text that only grows at its end, or goes at its head, and a selection in it. A view
-// draws it; keys that a person types into it go to the handler and not into the text.
+// draws it; keys that a user types into it go to the handler and not into the text.
 #pragma once
 
 #include "comtool/pane_text.h"

@@ -1,8 +1,8 @@
 // The bytes that the terminal has received and not yet shown. It decouples a fast line from a slow window: reception
 // only copies bytes in. What comes while the ring is full is dropped; what is in it is never overwritten.
 //
-// Indices run from 0 to 244999; one slot stays free, so that equal indices mean an empty ring. The buffer behind it is
-// read from its index 0 by whoever compares a chip's memory dump with an image.
+// Indices run from 0 to 244999; one slot stays free, so that equal indices mean an empty ring. Its buffer is
+// read from index 0 by whoever compares a chip's memory dump with an image.
 #pragma once
 
 #include <cstddef>
@@ -26,8 +26,6 @@ class RxRing {
 
   bool empty() const { return read_ == write_; }
   std::size_t size() const { return write_ >= read_ ? write_ - read_ : write_ + kWrap - read_; }
-  std::size_t readIndex() const { return read_; }
-  std::size_t writeIndex() const { return write_; }
   std::span<const std::uint8_t> buffer() const { return buffer_; }
 
  private:

@@ -11,7 +11,6 @@ namespace kvr::comtool {
 
 namespace {
 
-constexpr int kStrings = static_cast<int>(ToolPanel::kStrings);
 constexpr double kLongestInterval = 24.0 * 3600 * 1000;
 constexpr std::array<std::string_view, 4> kLineEnds{"", "\r", "\n", "\r\n"};
 
@@ -21,24 +20,43 @@ std::span<const std::uint8_t> bytesOf(const std::string& text) {
 
 }  // namespace
 
-SendArea::SendArea(platform::World world, ToolPort& port, ToolPanel& panel)
-    : world_(world),
+SendArea::SendArea(const ToolContext& context, PortArea& port)
+    : dialogs_(context.world.dialogs),
+      activity_(context.activity),
+      lock_(context.lock),
       port_(port),
-      panel_(panel),
-      timerDebugAutoSend_(
-          world.loop, [this] { TimerDebugAutoSend_Timer(); }, platform::Timer::Kind::Periodic),
-      timerSpreadAutoSend_(
-          world.loop, [this] { TimerSpreadAutoSend_Timer(); }, platform::Timer::Kind::Periodic) {
-  panel_.comDebugSend.onClick = [this] { comDebugSend_Click(); };
-  panel_.comClearSend.onClick = [this] { panel_.texSend.clear(); };
-  panel_.comAutoSend.onClick = [this] { comAutoSend_Click(); };
-  panel_.comSpreadAutoSend.onClick = [this] { comSpreadAutoSend_Click(); };
-  for (std::size_t i = 0; i < ToolPanel::kStrings; ++i)
-    panel_.comSpreadSendCom[i].onClick = [this, i] { comSpreadSendCom_Click(static_cast<int>(i)); };
-  panel_.texReceive.onKeyPress = [this](char32_t key) { return texReceive_KeyPress(key); };
+      panel_(context.panel),
+      repeatTimer_(
+          context.world.loop,
+          [this] {
+            if (!port_.overfull()) sendSingle();
+          },
+          platform::Timer::Kind::Periodic),
+      roundTimer_(
+          context.world.loop, [this] { sendNextString(); }, platform::Timer::Kind::Periodic) {
+  connectButtons();
+  lockToken_ = lock_.changed.watch([this] { applyLock(); });
 }
 
-void SendArea::sendToolText(const std::string& text, bool asHex) {
+void SendArea::connectButtons() {
+  panel_.comDebugSend.onClick = [this] { sendSingle(); };
+  panel_.comClearSend.onClick = [this] { panel_.texSend.clear(); };
+  panel_.comAutoSend.onClick = [this] { toggleRepeat(); };
+  panel_.comSpreadAutoSend.onClick = [this] { toggleRound(); };
+  for (std::size_t i = 0; i < ToolPanel::kStrings; ++i)
+    panel_.comSpreadSendCom[i].onClick = [this, i] { sendString(i); };
+  panel_.texReceive.onKeyPress = [this](char32_t key) { return sendKey(key); };
+}
+
+// A repeat or a round that runs can be stopped also where none may be started.
+void SendArea::applyLock() {
+  panel_.comDebugSend.setEnabled(lock_.free());
+  panel_.comAutoSend.setEnabled(lock_.free() || (!lock_.busy() && repeats()));
+  panel_.comSpreadAutoSend.setEnabled(!lock_.busy() || goesRound());
+  for (std::size_t i = 0; i < ToolPanel::kStrings; ++i) panel_.comSpreadSendCom[i].setEnabled(!lock_.busy());
+}
+
+void SendArea::sendText(const std::string& text, bool asHex) {
   if (!port_.makeReady()) return;
   if (asHex) return sendHex(text);
   const int lineEnd = std::clamp(panel_.comb_LineEnd.listIndex(), 0, static_cast<int>(kLineEnds.size()) - 1);
@@ -52,10 +70,10 @@ void SendArea::sendHex(const std::string& text) {
   write(parsed.bytes);
 }
 
-// The automatic sends end first: while the message stands, their ticks would bring it up again and again.
+// The automatic sends end first: while the message is up, their ticks would bring it up again and again.
 void SendArea::refuse(const char* words) {
   stopAutoSends();
-  world_.dialogs.message("KVR-ISP", words);
+  dialogs_.message(platform::kTitle, words);
 }
 
 void SendArea::sendBytes(std::span<const std::uint8_t> bytes) {
@@ -64,79 +82,74 @@ void SendArea::sendBytes(std::span<const std::uint8_t> bytes) {
 
 void SendArea::write(std::span<const std::uint8_t> bytes) {
   if (bytes.empty()) return;
-  txTotal_ += static_cast<std::uint32_t>(bytes.size());
+  sent_ += static_cast<std::uint32_t>(bytes.size());
   showCount();
   port_.write(bytes);
 }
 
-void SendArea::comDebugSend_Click() {
-  sendToolText(panel_.texSend.text(), panel_.optHexSend[1].value());
+void SendArea::sendSingle() {
+  sendText(panel_.texSend.text(), panel_.optHexSend[1].value());
 }
 
-void SendArea::comAutoSend_Click() {
-  if (repeats()) return stopRepeat();
-  toggle(panel_.comAutoSend, timerDebugAutoSend_, panel_.texSendCycle, kStopRepeatCaption,
-         "The interval is too small.");
+void SendArea::sendString(std::size_t index) {
+  sendText(panel_.texSpreadSend[index].text(), panel_.cheSpreadHex[index].value());
+  nextString_ = (index + 1) % ToolPanel::kStrings;
 }
 
-void SendArea::comSpreadAutoSend_Click() {
-  if (goesRound()) return stopRound();
-  toggle(panel_.comSpreadAutoSend, timerSpreadAutoSend_, panel_.texSpreadSendCycle, kStopRoundCaption,
-         "The interval too short");
-}
-
-void SendArea::toggle(platform::Button& button, platform::Timer& timer, const platform::TextBox& interval,
-                      const char* stopCaption, const char* tooSmall) {
-  const double millis = platform::valueOf(interval.text());
-  if (millis < 1) {
-    timer.stop();
-    return world_.dialogs.message("KVR-ISP", tooSmall);
-  }
-  timer.start(platform::Millis(platform::roundEven(std::min(millis, kLongestInterval))));
-  button.setCaption(stopCaption);
-}
-
-void SendArea::TimerDebugAutoSend_Timer() {
-  if (port_.outBytesPending() <= kMaxQueued) comDebugSend_Click();
-}
-
-void SendArea::comSpreadSendCom_Click(int index) {
-  const auto element = static_cast<std::size_t>(index);
-  sendToolText(panel_.texSpreadSend[element].text(), panel_.cheSpreadHex[element].value());
-  spreadNext_ = (index + 1) % kStrings;
-}
-
-// One string a tick. A turn in which nothing can go out (a run has the port) leaves the round where it is.
-void SendArea::TimerSpreadAutoSend_Timer() {
-  const int next = nextFilled();
-  if (next < 0) return stopRound();
-  if (port_.outBytesPending() > kMaxQueued || !port_.makeReady()) return;
-  comSpreadSendCom_Click(next);
-}
-
-// From `spreadNext` to the end, then from the beginning; -1: all strings are blank.
-int SendArea::nextFilled() const {
-  for (int i = 0; i < kStrings; ++i) {
-    const int index = (spreadNext_ + i) % kStrings;
-    if (!panel_.texSpreadSend[static_cast<std::size_t>(index)].trimmed().empty()) return index;
-  }
-  return -1;
-}
-
-bool SendArea::texReceive_KeyPress(char32_t key) {
+bool SendArea::sendKey(char32_t key) {
   if (!port_.holds()) return false;
   write(bytesOf(utf8Of(key)));
   return true;
 }
 
+void SendArea::toggleRepeat() {
+  if (repeats()) return stopRepeat();
+  start(panel_.comAutoSend, repeatTimer_, panel_.texSendCycle, kStopRepeatCaption, "The interval is too small.");
+}
+
+void SendArea::toggleRound() {
+  if (goesRound()) return stopRound();
+  start(panel_.comSpreadAutoSend, roundTimer_, panel_.texSpreadSendCycle, kStopRoundCaption, "The interval too short");
+}
+
+void SendArea::start(platform::Button& button, platform::Timer& timer, const platform::TextBox& interval,
+                     const char* stopCaption, const char* tooSmall) {
+  if (activity_.busy()) return;
+  const double millis = platform::valueOf(interval.text());
+  if (millis < 1) {
+    timer.stop();
+    return dialogs_.message(platform::kTitle, tooSmall);
+  }
+  timer.start(platform::Millis(platform::roundEven(std::min(millis, kLongestInterval))));
+  button.setCaption(stopCaption);
+}
+
+// One string a tick. A turn in which nothing can go out (a run has the port) leaves the round where it is.
+void SendArea::sendNextString() {
+  const auto next = nextFilled();
+  if (!next) return stopRound();
+  if (!port_.overfull() && port_.makeReady()) sendString(*next);
+}
+
+// From the string after the last one sent to the end, then from the beginning. None: all strings are blank.
+std::optional<std::size_t> SendArea::nextFilled() const {
+  for (std::size_t i = 0; i < ToolPanel::kStrings; ++i) {
+    const std::size_t index = (nextString_ + i) % ToolPanel::kStrings;
+    if (!panel_.texSpreadSend[index].trimmed().empty()) return index;
+  }
+  return std::nullopt;
+}
+
 void SendArea::stopRepeat() {
   panel_.comAutoSend.setCaption(kRepeatCaption);
-  timerDebugAutoSend_.stop();
+  repeatTimer_.stop();
+  applyLock();
 }
 
 void SendArea::stopRound() {
   panel_.comSpreadAutoSend.setCaption(kRoundCaption);
-  timerSpreadAutoSend_.stop();
+  roundTimer_.stop();
+  applyLock();
 }
 
 void SendArea::stopAutoSends() {
@@ -145,12 +158,12 @@ void SendArea::stopAutoSends() {
 }
 
 void SendArea::clearCount() {
-  txTotal_ = 0;
+  sent_ = 0;
   showCount();
 }
 
 void SendArea::showCount() {
-  panel_.labSendCount.setCaption("Send counter:" + std::to_string(txTotal_));
+  panel_.labSendCount.setCaption("Send counter:" + std::to_string(sent_));
 }
 
 }  // namespace kvr::comtool

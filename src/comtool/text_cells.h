@@ -21,12 +21,12 @@ std::string_view tailChars(std::string_view text, std::size_t count);
 std::string utf8Of(char32_t value);
 
 // Columns: 0 for marks that combine with the character before them, 2 for wide East Asian characters and pictures, to
-// the next multiple of eight for a tab that stands at `column`, else 1 (control characters are shown by a picture of
+// the next multiple of eight for a tab at `column`, else 1 (control characters are shown by a picture of
 // theirs).
 int columnsOf(char32_t value, int column);
 
-// In a row: the column at which the character at a byte offset stands, and the offset of the character that covers a
-// column (of the row's end for a column behind it).
+// In a row: the column of the character at a byte offset, and the offset of the character that covers a
+// column (of the row's end for a column after it).
 int columnAt(std::string_view row, std::size_t offset);
 std::size_t offsetAt(std::string_view row, int column);
 

@@ -1,4 +1,4 @@
-// Bytes from the line as text. Firmware writes in the code page of the person's system, which is UTF-8; a character
+// Bytes from the line as text. Firmware writes in the code page of the user's system, which is UTF-8; a character
 // whose bytes arrive in two reads is put together, and a byte that belongs to no character shows as U+FFFD.
 #pragma once
 

@@ -12,6 +12,7 @@ void fillPortBoxes(ToolPanel& p) {
   p.com_Debug_Baud.setItems({"256000", "128000", "115200", "57600", "38400", "28800", "19200", "14400", "9600", "4800",
                              "2400", "1200", "600"});
   p.com_Debug_Baud.setListIndex(2);
+  p.com_Debug_Baud.setEditable(true);
   p.com_Debug_DataBits.setItems({"8", "7", "6", "5", "4"});
   p.com_Debug_DataBits.setListIndex(0);
   p.com_Debug_ParityCheck.setItems({"Even", "Odd", "None"});

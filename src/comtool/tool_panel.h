@@ -71,7 +71,7 @@ struct ToolPanel {
   platform::Button comClearSend{"comClearSend"};
   platform::Button comAutoSend{"comAutoSend"};
   platform::TextBox texSendCycle{"texSendCycle"};                           // milliseconds
-  platform::ControlArray<platform::Label, 2> labSendCycle{"labSendCycle"};  // before and behind the box
+  platform::ControlArray<platform::Label, 2> labSendCycle{"labSendCycle"};  // before and after the box
 
   // The list of strings.
   platform::Frame Frame24{"Frame24"};
@@ -80,7 +80,7 @@ struct ToolPanel {
   platform::ControlArray<platform::CheckBox, kStrings> cheSpreadHex{"cheSpreadHex"};
   platform::Button comSpreadAutoSend{"comSpreadAutoSend"};
   platform::TextBox texSpreadSendCycle{"texSpreadSendCycle"};                           // milliseconds
-  platform::ControlArray<platform::Label, 2> labSpreadSendCycle{"labSpreadSendCycle"};  // before and behind the box
+  platform::ControlArray<platform::Label, 2> labSpreadSendCycle{"labSpreadSendCycle"};  // before and after the box
 
  private:
   platform::OptionGroup receiveForm_;

@@ -10,6 +10,8 @@ engine::JobImage imageOf(const images::ImageBuffer& buffer) {
   return {.bytes = {bytes.begin(), bytes.end()},
           .rangeStart = buffer.rangeStart,
           .rangeEnd = buffer.rangeEnd,
+          .heldEnd = buffer.lastHeld(),
+          .blanked = buffer.blanked(),
           .loaded = buffer.loaded,
           .fill = 0,
           .sum = buffer.sum};

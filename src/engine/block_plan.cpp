@@ -87,11 +87,19 @@ namespace {
 template <class Wanted, class Missing>
 void forMissing(const SendPlan& plan, const Job& job, const JobImage& image, std::int32_t base, Wanted wanted,
                 Missing missing) {
-  for (std::int32_t at = std::max(image.rangeStart, 0); at <= image.rangeEnd; ++at)
+  const std::int32_t last = std::max(image.rangeEnd, image.heldEnd);
+  for (std::int32_t at = std::max(image.rangeStart, 0); at <= last; ++at)
     if (wanted(at) && !plan.carries(base + at, image.at(at), job.model.blockSize)) missing(base + at);
 }
 
 }  // namespace
+
+std::int64_t lostAtLoad(const JobImage& image) {
+  std::int64_t count = image.blanked;
+  for (std::int32_t at = image.rangeEnd + 1; at <= image.heldEnd; ++at)
+    if (image.at(at) != image.fill) ++count;
+  return count;
+}
 
 LeftOut leftOutOf(const SendPlan& plan, const Job& job) {
   LeftOut out;
@@ -104,6 +112,8 @@ LeftOut leftOutOf(const SendPlan& plan, const Job& job) {
   };
   look(job.code, 0);
   if (job.data.loaded) look(job.data, job.record().dataStart);
+  if (out.bytes == 0) out.from = job.code.rangeEnd + 1;
+  out.bytes += job.code.blanked + (job.data.loaded ? job.data.blanked : 0);
   return out;
 }
 

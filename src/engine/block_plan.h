@@ -45,6 +45,8 @@ struct LeftOut {
   bool operator==(const LeftOut&) const = default;
 };
 LeftOut leftOutOf(const SendPlan& plan, const Job& job);
+// Of one image, what its own range leaves out already: its file was longer than the model's memory.
+std::int64_t lostAtLoad(const JobImage& image);
 // Whether every byte of the serial numbers' fields goes out.
 bool carriesNumbers(const SendPlan& plan, const Job& job);
 

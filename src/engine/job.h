@@ -18,6 +18,8 @@ struct JobImage {
   std::vector<std::uint8_t> bytes;  // what lies beyond their end reads `fill`
   std::int32_t rangeStart = 0;      // bounds of what the files brought, inclusive
   std::int32_t rangeEnd = -1;
+  std::int32_t heldEnd = -1;  // the last byte that differs from the fill, also beyond those bounds: a file was too long
+  std::int64_t blanked = 0;   // bytes that its files held and the model has no place for
   bool loaded = false;    // a file has been loaded; of the data image: there is data to program
   std::uint8_t fill = 0;  // what no file wrote
   std::int32_t sum = 0;   // of the last file's bytes, for the record

@@ -31,9 +31,16 @@ std::pair<std::size_t, std::size_t> ImageBuffer::clip(std::int64_t first, std::i
   return {static_cast<std::size_t>(begin), static_cast<std::size_t>(end)};
 }
 
+std::int32_t ImageBuffer::lastHeld() const {
+  std::int32_t last = size() - 1;
+  while (last >= 0 && (at(last) == 0 || marks_[static_cast<std::size_t>(last)] == 0)) --last;
+  return last;
+}
+
 void ImageBuffer::fill(std::uint8_t value) {
   std::fill(bytes_.begin(), bytes_.end(), value);
   std::fill(marks_.begin(), marks_.end(), std::uint8_t{0});
+  blanked_ = 0;
   touch();
 }
 
@@ -50,6 +57,7 @@ void ImageBuffer::lay(const FileLayer& file) {
 
 void ImageBuffer::blank(std::int32_t first, std::int32_t last) {
   const auto [begin, end] = clip(first, std::int64_t{last} - first + 1);
+  for (std::size_t i = begin; i < end; ++i) blanked_ += marks_[i] != 0 && bytes_[i] != 0;
   std::fill(bytes_.begin() + static_cast<std::ptrdiff_t>(begin), bytes_.begin() + static_cast<std::ptrdiff_t>(end),
             std::uint8_t{0});
   std::fill(marks_.begin() + static_cast<std::ptrdiff_t>(begin), marks_.begin() + static_cast<std::ptrdiff_t>(end),

@@ -56,6 +56,12 @@ class ImageBuffer : public ImageBounds {
   bool fileWrote(std::int32_t address) const { return marked(address, kFromFile); }  // some file put this byte here
   bool changedSinceLoad(std::int32_t address) const { return marked(address, kEdited); }  // by hand or by a counter
 
+  // The last address at which a file, the user or a counter put something that is not 0, also beyond the range; -1:
+  // there is none.
+  std::int32_t lastHeld() const;
+  // How many bytes of its files were blanked since the last fill, because the model has no place for them.
+  std::int64_t blanked() const { return blanked_; }
+
   // Each of these tells the observers once. Addresses outside the buffer are passed over.
   void fill(std::uint8_t value);                                         // every byte; forgets all marks
   void lay(const FileLayer& file);                                       // a file's bytes over what is there
@@ -72,6 +78,7 @@ class ImageBuffer : public ImageBounds {
   std::pair<std::size_t, std::size_t> clip(std::int64_t first, std::int64_t count) const;
   std::vector<std::uint8_t> bytes_;
   std::vector<std::uint8_t> marks_;
+  std::int64_t blanked_ = 0;
 };
 
 // Both images and what is known of them together. Lives as long as the window.

@@ -12,7 +12,7 @@
 
 namespace kvr::monitor {
 
-// One value of a memory cell; 256 stands for a cell that no record has reported.
+// One value of a memory cell; 256 means a cell that no record has reported.
 using Cell = std::uint16_t;
 inline constexpr Cell kUnknown = 256;
 

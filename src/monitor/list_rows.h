@@ -14,9 +14,9 @@ inline constexpr std::size_t kCellsPerRow = 8;
 
 // "E0H  ACC"
 std::string registerRow(const NamedRegister& named);
-// The row with the value behind its first 17 characters: "E0H  ACC         1FH   31".
+// The row with the value after its first 17 characters: "E0H  ACC         1FH   31".
 std::string withValue(std::string row, std::uint8_t value);
-// What stands behind the first 17 characters.
+// What follows the first 17 characters.
 std::string valueOf(const std::string& row);
 
 // "00H ", "08H ", ...: internal memory.

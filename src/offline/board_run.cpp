@@ -84,6 +84,7 @@ void BoardRun::buildImage() {
   leftOut_.from = static_cast<std::int32_t>(fit.codeLast) + 1;
   const std::string words = leftOutText(static_cast<int>(leftOut_.bytes));
   if (!words.empty()) c_.say(words);
+  leftOut_.bytes += engine::lostAtLoad(job_.job.code) + (job_.job.data.loaded ? engine::lostAtLoad(job_.job.data) : 0);
 }
 
 }  // namespace kvr::offline

@@ -1,4 +1,4 @@
-// Project files of the older format: their header has no version, and other words for the keys.
+// Project files of the older format: their header has no version, and their keys have other names.
 #pragma once
 
 #include <string>
@@ -14,7 +14,7 @@ bool isOldProject(const Header& header);  // the first key is not "VER"
 std::string oldModelName(const Header& header);
 
 // The rows of an old header that mean something today, under today's keys, in a fixed order; what the file does not
-// hold is left out. Cedar had other options under the same words than all other families.
+// hold is left out. Cedar had other options under the same keys than all other families.
 Header convertOldProject(const Header& old, catalogue::OldOptionKeys keys);
 
 }  // namespace kvr::project

@@ -2,196 +2,212 @@
 
 #include <algorithm>
 
+#include "options/option_table.h"
 #include "platform/text.h"
 #include "project/project_help.h"
 
 namespace kvr::project {
 namespace {
 
-using platform::UiLock;
-
+constexpr const char* kSaveTitle = "保存工程文件 *.KVR";
 constexpr const char* kFilter = "*.KVR |*.KVR|All Files (*.*)|*.*";
 constexpr std::size_t kLargestFile = 4 << 20;  // both images in hexadecimal take a tenth of it
 
 // The bytes that a project keeps of an image: all up to the end of its range.
-std::span<const std::uint8_t> keptOf(const images::ImageBuffer& buffer) {
+platform::Bytes keptOf(const images::ImageBuffer& buffer) {
   const auto count = std::clamp<std::int32_t>(buffer.rangeEnd + 1, 1, buffer.size());
-  return buffer.bytes().first(static_cast<std::size_t>(count));
+  const auto kept = buffer.bytes().first(static_cast<std::size_t>(count));
+  return {kept.begin(), kept.end()};
 }
 
-void setBounds(images::ImageBuffer& buffer, std::size_t count) {
+void place(images::ImageBuffer& buffer, std::size_t count, std::int32_t sum) {
   buffer.rangeStart = 0;
   buffer.rangeEnd = buffer.fileEnd = static_cast<std::int32_t>(count) - 1;
+  buffer.sum = sum;
   buffer.loaded = true;
   buffer.touch();
 }
 
 }  // namespace
 
-ProjectRoom::ProjectRoom(platform::World& world, const platform::TextCodec& codec,
-                         const platform::ControlRegistry& controls, const catalogue::SelectedModel& selected,
-                         images::ImageRoom& images, options::OptionsRoom& options, platform::UiLock& lock,
-                         platform::Activity& activity)
-    : world_(world),
-      codec_(codec),
-      controls_(controls),
-      selected_(selected),
-      images_(images),
-      options_(options),
-      lock_(lock),
-      activity_(activity) {
-  panel.comSaveBatchFile.onClick = [this] { comSaveBatchFile_Click(); };
-  panel.comOpenBatchFile[0].onClick = [this] { comOpenBatchFile_Click(); };
-  panel.comLockOptions.onClick = [this] { comLockOptions_Click(); };
-  panel.comUnlockOptions.onClick = [this] { comUnlockOptions_Click(); };
-  panel.Command1.onClick = [this] { Command1_Click(); };
-  lock_.changed.connect([this] { applyLock(); });
+ProjectRoom::ProjectRoom(const ProjectContext& context) : context_(context) {
+  panel.comSaveBatchFile.onClick = [this] { save(); };
+  panel.comOpenBatchFile[0].onClick = [this] { chooseAndOpen(); };
+  panel.comLockOptions.onClick = [this] { lockOptions(); };
+  panel.comUnlockOptions.onClick = [this] { unlockOptions(); };
+  panel.Command1.onClick = [this] { showHelp(); };
+  context_.lock.changed.connect([this] { applyLock(); });
   applyLock();
 }
 
 void ProjectRoom::applyLock() {
-  panel.comLockOptions.setEnabled(lock_.free());
-  panel.comUnlockOptions.setEnabled(!lock_.busy());
-  panel.comOpenBatchFile[0].setEnabled(!lock_.busy());
-  panel.comSaveBatchFile.setEnabled(!lock_.busy());
+  const platform::UiLock& lock = context_.lock;
+  panel.comLockOptions.setEnabled(lock.free());
+  panel.comUnlockOptions.setEnabled(!lock.busy());
+  panel.comOpenBatchFile[0].setEnabled(!lock.busy());
+  panel.comSaveBatchFile.setEnabled(!lock.busy());
 }
 
 void ProjectRoom::say(const std::string& text) {
-  world_.dialogs.message(platform::kTitle, text);
+  context_.world.dialogs.message(platform::kTitle, text);
 }
 
-bool ProjectRoom::refuse(const std::string& text) {
-  say(text);
+bool ProjectRoom::refuse(const std::string& why) {
+  say(why);
   return false;
+}
+
+void ProjectRoom::lockOptions() {
+  context_.lock.set(platform::UiLock::kLocked);
+}
+
+void ProjectRoom::unlockOptions() {
+  context_.lock.keepLocked(false);
+  context_.lock.set(platform::UiLock::kFree);
+}
+
+void ProjectRoom::showHelp() {
+  for (const char* page : kProjectHelp) context_.world.dialogs.help("Project File", page);
 }
 
 // The folder for projects; where it cannot be made, the one that it would lie in.
 std::string ProjectRoom::projectFolder() {
-  const std::string above = world_.files.programFolder();
+  platform::FileSystem& files = context_.world.files;
+  const std::string above = files.programFolder();
   const std::string folder = above + "/KVR_Project";
-  return world_.files.folderExists(folder) || world_.files.makeFolder(folder) ? folder : above;
+  return files.folderExists(folder) || files.makeFolder(folder) ? folder : above;
 }
 
-platform::Control* ProjectRoom::controlOf(const options::OptionRow& row) const {
-  return controls_.find(row.control, row.index);
+ProjectFile ProjectRoom::fromControls() const {
+  ProjectFile project;
+  for (const options::OptionRow& row : options::optionRows(options::kCommonSlot)) {
+    const platform::Control* control = context_.controls.find(row.control, row.index);
+    const std::string value = control ? control->property(row.property) : std::string();
+    if (row.key == kModelKey) {
+      project.model = value;
+    } else {
+      project.general.push_back({std::string(row.key), value});
+    }
+  }
+  const catalogue::FamilyTraits& traits = context_.selected.traits();
+  for (const std::string_view key : optionKeysOf(traits)) {
+    const bool onPanel = options::findRow(traits.panelSlot, key) != nullptr;
+    project.options.push_back({std::string(key), onPanel ? context_.options.controlValue(key) : "False"});
+  }
+  const images::ImageState& state = context_.images.state;
+  project.code = keptOf(state.CodeBuffer);
+  if (state.EepromBuffer.loaded) project.data = keptOf(state.EepromBuffer);
+  return project;
 }
 
-platform::Bytes ProjectRoom::projectBytes() const {
-  const auto common = [this](const options::OptionRow& row) {
-    const platform::Control* control = controlOf(row);
-    return control ? control->property(row.property) : std::string();
-  };
-  const auto option = [this](std::string_view key) { return options_.controlValue(key); };
-  const Header header = headerFor(selected_.traits(), common, option);
-  const auto& state = images_.state;
-  using Part = std::optional<std::span<const std::uint8_t>>;
-  return formatProject(header, keptOf(state.CodeBuffer),
-                       state.EepromBuffer.loaded ? Part(keptOf(state.EepromBuffer)) : std::nullopt);
+// The dialog asks about the name as it was typed; the file has the trimmed one.
+std::string ProjectRoom::askWhereToSave() {
+  const std::string chosen = context_.world.dialogs.saveFile({.title = kSaveTitle,
+                                                              .filter = kFilter,
+                                                              .initialFolder = projectFolder(),
+                                                              .fileName = panel.texBatchFileName.trimmed()});
+  const std::string path = platform::trim(chosen);
+  if (path == chosen || !context_.world.files.fileExists(path)) return path;
+  const std::string name = path.substr(path.find_last_of("/\\") + 1);
+  const std::string question = name + " already exists.\nDo you want to replace it?";
+  return context_.world.dialogs.askYesNo(kSaveTitle, question) ? path : std::string();
 }
 
-void ProjectRoom::comSaveBatchFile_Click() {
-  const auto running = activity_.begin();
+void ProjectRoom::save() {
+  const auto running = context_.activity.begin();
   if (!running) return;
-  if (!images_.state.imageValid) return say("Please open code file.");
-  const std::string path = platform::trim(world_.dialogs.saveFile({.title = "保存工程文件 *.KVR",
-                                                                   .filter = kFilter,
-                                                                   .initialFolder = projectFolder(),
-                                                                   .fileName = panel.texBatchFileName.trimmed()}));
+  if (!context_.images.state.imageValid) return say("Please open code file.");
+  const std::string path = askWhereToSave();
   if (path.empty()) return;
   panel.texBatchFileName.setText(path);
-  const platform::FileResult saved = world_.files.replace(path, projectBytes());
+  const platform::FileResult saved = context_.world.files.replace(path, textOf(fromControls()));
   if (!saved) say("The project file was not saved: " + saved.error);
 }
 
-void ProjectRoom::comOpenBatchFile_Click() {
-  if (activity_.busy()) return;
-  const std::string path = world_.dialogs.openFile(
+void ProjectRoom::chooseAndOpen() {
+  const auto running = context_.activity.begin();
+  if (!running) return;
+  const std::string path = context_.world.dialogs.openFile(
       {.title = "Open Project File *.KVR", .filter = kFilter, .initialFolder = projectFolder(), .fileName = {}});
-  if (!path.empty()) openProject(path);
-}
-
-void ProjectRoom::comLockOptions_Click() {
-  lock_.set(platform::UiLock::kLocked);
-}
-
-void ProjectRoom::comUnlockOptions_Click() {
-  lock_.keepLocked(false);
-  lock_.set(platform::UiLock::kFree);
-}
-
-void ProjectRoom::Command1_Click() {
-  for (const char* page : kProjectHelp) world_.dialogs.help("Project File", page);
+  if (!path.empty()) take(path);
 }
 
 bool ProjectRoom::openProject(const std::string& path) {
-  const auto running = activity_.begin();
-  if (!running) return false;
+  const auto running = context_.activity.begin();
+  return running && take(path);
+}
+
+bool ProjectRoom::take(const std::string& path) {
   panel.texBatchFileName.setText(path);
-  const auto file = world_.files.read(path, kLargestFile);
+  const auto file = context_.world.files.read(path, kLargestFile);
   if (!file) return refuse("The project file cannot be read: " + path);
-  const ProjectText text = parseProject(*file, images::kCodeBufferSize, images::kEepromBufferSize);
-  const OpenPlan plan = planOpening(text);
-  if (!plan.refusal.empty()) return refuse(plan.refusal);
-  if (plan.old) say("What you are using is an old project file, carefully check each options please.");
-  if (!applyModel || !applyModel(std::string(plan.model->name))) return false;
-  images_.loader.clearBuffers();
-  images_.counters.forgetArmed();
-  setControls(plan.lines);
-  if (!takeCode(text.code)) return refuse("The check sum of code file is incorrect.");
-  if (text.data && !takeData(*text.data)) return refuse("The check sum of EEPROM file is incorrect.");
+  const ReadProject read = readProject(*file, context_.codec);
+  if (!read.refusal.empty()) return refuse(read.refusal);
+  if (read.old) say("What you are using is an old project file, carefully check each options please.");
+  if (!applyModel || !applyModel(read.project.model)) return false;
+  context_.images.loader.clearBuffers();
+  context_.images.counters.forgetArmed();
+  setControls(read.project);
+  context_.images.state.CodeBuffer.put(0, read.project.code);
+  if (!read.codeSound) return refuse("The check sum of code file is incorrect.");
+  takeCode(read.project);
+  if (read.project.data) context_.images.state.EepromBuffer.put(0, *read.project.data);
+  if (read.project.data && !read.dataSound) {
+    say("The check sum of EEPROM file is incorrect.");
+    return true;
+  }
+  takeData(read.project);
+  if (read.dataMissing) say("The project file names an EEPROM file, but does not hold its data.");
   startCounters();
-  lock_.set(platform::UiLock::kLocked);
+  lockOptions();
   return true;
 }
 
-void ProjectRoom::setControls(const Header& lines) {
-  for (const HeaderLine& line : lines) {
-    const std::string value = platform::utf8Of(line.value, codec_);
-    if (const options::OptionRow* row = options::findRow(options::kCommonSlot, line.key)) {
-      if (platform::Control* control = controlOf(*row)) control->setProperty(row->property, value);
-    } else {
-      options_.setControlValue(line.key, value);  // a key of another family means nothing here
+void ProjectRoom::setControls(const ProjectFile& project) {
+  for (const HeaderLine& line : project.general) {
+    const options::OptionRow& row = *options::findRow(options::kCommonSlot, line.key);
+    if (platform::Control* control = context_.controls.find(row.control, row.index)) {
+      control->setProperty(row.property, line.value);
     }
   }
-  options_.applyEnableRules();  // a project that fails further on leaves the page as it is now
+  for (const HeaderLine& line : project.options) context_.options.setControlValue(line.key, line.value);
+  context_.options.applyEnableRules();  // a project that fails further on leaves the page as it is now
   // The page of a data image that the model lacks is closed, so its counter cannot be on.
-  if (!catalogue::hasDataFile(selected_.record)) images_.panel.cheData_Auto_Increase.setValue(false);
+  if (!catalogue::hasDataFile(context_.selected.record)) {
+    context_.images.panel.cheData_Auto_Increase.setValue(false);
+  }
 }
 
-bool ProjectRoom::takeCode(const HexSection& code) {
-  auto& buffer = images_.state.CodeBuffer;
-  buffer.put(0, code.bytes);
-  if (!code.sound()) return false;
-  setBounds(buffer, code.bytes.size());
-  images_.state.imageValid = true;
+void ProjectRoom::takeCode(const ProjectFile& project) {
+  images::ImageRoom& images = context_.images;
+  place(images.state.CodeBuffer, project.code.size(), codeSumOf(project));
+  images.state.imageValid = true;
   // Runs use the images as the project filled them, not the file that was open before.
-  images_.loader.takeProject();
-  for (auto* reload : {&images_.panel.cekReloadFile, &images_.panel.cekReloadFileWhileFileChange,
-                       &images_.panel.cekReloadFileWhileFileChange1}) {
+  images.loader.takeProject();
+  for (auto* reload : {&images.panel.cekReloadFile, &images.panel.cekReloadFileWhileFileChange,
+                       &images.panel.cekReloadFileWhileFileChange1}) {
     reload->setValue(false);
   }
-  images_.loader.showLengths();
-  images_.views.showRange(images_.slots.code);
-  comLockOptions_Click();
-  lock_.keepLocked(true);
-  return true;
+  images.loader.showLengths();
+  images.views.showRange(images.slots.code);
+  lockOptions();
+  context_.lock.keepLocked(true);
 }
 
-bool ProjectRoom::takeData(const HexSection& data) {
-  auto& buffer = images_.state.EepromBuffer;
-  buffer.put(0, data.bytes);
-  if (!data.sound()) return false;
-  setBounds(buffer, data.bytes.size());
-  images_.loader.showLengths();
-  images_.views.showRange(images_.slots.data);
-  images_.loader.tellIfNotProgrammed();
-  return true;
+void ProjectRoom::takeData(const ProjectFile& project) {
+  if (!project.data) return;
+  images::ImageRoom& images = context_.images;
+  place(images.state.EepromBuffer, project.data->size(), dataSumOf(project));
+  images.loader.showLengths();
+  images.views.showRange(images.slots.data);
+  images.loader.tellIfNotProgrammed();
 }
 
 // The first chip is to carry the number that the box shows.
 void ProjectRoom::startCounters() {
-  for (const auto kind : {images::ImageKind::Code, images::ImageKind::Data}) images_.counters.followBox(kind);
-  if (!images_.panel.cheAuto_Increase.value() && !images_.panel.cheData_Auto_Increase.value()) return;
+  images::ImageRoom& images = context_.images;
+  for (const auto kind : {images::ImageKind::Code, images::ImageKind::Data}) images.counters.followBox(kind);
+  if (!images.panel.cheAuto_Increase.value() && !images.panel.cheData_Auto_Increase.value()) return;
   say("The project file has atomatic increment function. \n"
       "Please check the next value whether it is correct or not(10 base).");
 }

@@ -11,17 +11,26 @@
 #include "platform/text_codec.h"
 #include "platform/ui_lock.h"
 #include "platform/world.h"
+#include "project/project_file.h"
 #include "project/project_panel.h"
-#include "project/project_plan.h"
 
 namespace kvr::project {
 
+// What a project keeps, and what keeps it from changing under a run.
+struct ProjectContext {
+  platform::World& world;
+  const platform::TextCodec& codec;
+  const platform::ControlRegistry& controls;  // every control: the lines of every family find theirs by name and index
+  const catalogue::SelectedModel& selected;
+  images::ImageRoom& images;
+  options::OptionsRoom& options;
+  platform::UiLock& lock;
+  platform::Activity& activity;
+};
+
 class ProjectRoom {
  public:
-  // `controls`: every control of the window; the lines of every family find theirs by name and index.
-  ProjectRoom(platform::World& world, const platform::TextCodec& codec, const platform::ControlRegistry& controls,
-              const catalogue::SelectedModel& selected, images::ImageRoom& images, options::OptionsRoom& options,
-              platform::UiLock& lock, platform::Activity& activity);
+  explicit ProjectRoom(const ProjectContext& context);
 
   ProjectPanel panel;
 
@@ -29,39 +38,33 @@ class ProjectRoom {
   // False: it could not be applied. Must be connected.
   std::function<bool(const std::string& model)> applyModel;
 
-  void comSaveBatchFile_Click();
-  void comOpenBatchFile_Click();
-  void comLockOptions_Click();
-  void comUnlockOptions_Click();
-  void Command1_Click();
+  // Opens a project, or says why not. True: the code image is now the project's, and nothing but. An unknown model, a
+  // version before 1.2 and a file cut short ahead of its code change nothing. Wrong sums are found when model and
+  // options have been applied: then the image that differs is not valid. Nothing while a run goes on.
+  [[nodiscard]] bool openProject(const std::string& path);
 
-  // Opens a project, or says why not. An unknown model, a version of before 1.2 and a file cut short ahead of its code
-  // change nothing. Wrong sums are found when model and options stand already: then the image that differs is not
-  // valid. Nothing while a run goes on. False: the images are not the project's.
-  bool openProject(const std::string& path);
-
-  // A project stands: the options are locked again whenever a run ends, until the operator unlocks them.
+  void lockOptions();
+  // Until then a project that is open locks the options again whenever a run ends.
+  void unlockOptions();
 
  private:
   void applyLock();
+  void save();
+  void chooseAndOpen();
+  void showHelp();
   std::string projectFolder();
-  platform::Bytes projectBytes() const;
+  std::string askWhereToSave();
+  bool take(const std::string& path);
   void say(const std::string& text);
-  bool refuse(const std::string& text);
-  platform::Control* controlOf(const options::OptionRow& row) const;
-  void setControls(const Header& lines);
-  bool takeCode(const HexSection& code);
-  bool takeData(const HexSection& data);
+  bool refuse(const std::string& why);
+
+  ProjectFile fromControls() const;
+  void setControls(const ProjectFile& project);
+  void takeCode(const ProjectFile& project);
+  void takeData(const ProjectFile& project);
   void startCounters();
 
-  platform::World& world_;
-  const platform::TextCodec& codec_;
-  const platform::ControlRegistry& controls_;
-  const catalogue::SelectedModel& selected_;
-  images::ImageRoom& images_;
-  options::OptionsRoom& options_;
-  platform::UiLock& lock_;
-  platform::Activity& activity_;
+  ProjectContext context_;
 };
 
 }  // namespace kvr::project

@@ -1,7 +1,7 @@
 // The text of a project file, apart from what it means.
 //
 // Lines end with CR LF. A header of "key: value" lines ends at a line "END"; then the code image follows as one line of
-// hexadecimal. A data image brings a section of its own behind it: "Data_File_Begin:", the sum, one line of
+// hexadecimal. A data image brings a section of its own after it: "Data_File_Begin:", the sum, one line of
 // hexadecimal, "Data_File_End". The sums are those of the bytes in the lines, decimal.
 #pragma once
 
@@ -17,8 +17,8 @@
 namespace kvr::project {
 
 struct HeaderLine {
-  std::string key;    // what stands before the first ':', as it stands
-  std::string value;  // what stands behind it, trimmed; bytes as in the file, in whatever encoding
+  std::string key;    // what is before the first ':', unchanged
+  std::string value;  // what is after it, trimmed; bytes as in the file, in whatever encoding
   bool operator==(const HeaderLine&) const = default;
 };
 using Header = std::vector<HeaderLine>;

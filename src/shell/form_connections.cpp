@@ -26,7 +26,7 @@ void MainForm::connectEngine() {
   };
   results.writeLog = [this](const download::RunRecord& record) { logRun(record); };
   downloads.wantsPort = [this] { return comTool.autoOpens(); };
-  downloads.takePort = [this] { comTool.imgNotOpen_Click(); };
+  downloads.takePort = [this] { comTool.takePort(); };
 }
 
 void MainForm::connectFiles() {
@@ -49,7 +49,8 @@ void MainForm::connectFiles() {
 
 void MainForm::connectTerminal() {
   comTool.stopRun = [this] { downloads.stop(); };
-  comTool.bytesReceived = [this](std::span<const std::uint8_t> bytes) { sfrMonitor.monitorScan(bytes); };
+  comTool.bytesReceived = [this](std::span<const std::uint8_t> bytes) { sfrMonitor.receive(bytes); };
+  comTool.portClosed = [this] { sfrMonitor.portClosed(); };
   comTool.clearMonitor = [this] { sfrMonitor.clearLists(); };
   sfrMonitor.write = [this](std::span<const std::uint8_t> bytes) { comTool.writeAnswer(bytes); };
   sfrMonitor.openAndSend = [this](std::span<const std::uint8_t> bytes) { comTool.send(bytes); };

@@ -7,7 +7,8 @@
 namespace kvr::shell {
 
 MainForm::MainForm(platform::World services, const platform::TextCodec& codec)
-    : world(services),
+    : dialogs(services.dialogs, activity),
+      world{services.loop, services.link, dialogs, services.store, services.files, services.clock},
       images(world, model, activity, lock, main.textMsg),
       optionsRoom(world.dialogs, options, model, lock, main.textMsg, main.FrameX[3]),
       lease(world.loop, world.link),
@@ -17,9 +18,9 @@ MainForm::MainForm(platform::World services, const platform::TextCodec& codec)
       runs{{world.loop, world.clock, lease, stop}, display, results, activity, lock},
       jobPanels{model, download, main.combCommPort, optionsRoom, images},
       downloads(runs, world.dialogs, jobPanels, download, controls, images, optionsRoom),
-      project(world, codec, registry, model, images, optionsRoom, lock, activity),
+      project({world, codec, registry, model, images, optionsRoom, lock, activity}),
       offlineRoom(runs, world.dialogs, jobPanels, images, main.txtDevice, offline),
-      comTool(world, lease, activity, lock, tool, {main.combCommPort, main.imgOpen_sys}),
+      comTool({world, lease, activity, lock, tool, {main.combCommPort, main.imgOpen_sys}}),
       sfrMonitor(world.loop, monitor, model, lock),
       demo(runs, world.dialogs, jobPanels, images, main.textMsg, userpath),
       trigger(runs, world.dialogs, jobPanels, downloads, userpath),
@@ -53,7 +54,7 @@ void MainForm::connectRooms() {
       .setDataFileControls = [this](bool on) { images.setDataFileControls(on && lock.free()); },
       .switchDataIncrementOff = [this] { images.panel.cheData_Auto_Increase.setValue(false); },
       .showRange = [this](const catalogue::IspRange&) { images.showModel(); },
-      .refreshMonitor = [this] { sfrMonitor.fillSfrList(); },
+      .refreshMonitor = [this] { sfrMonitor.listRegisters(); },
       .clearTargetReport = [this] { optionsRoom.clearLockLabels(); },
       .showFamilyPanel = [this] { optionsRoom.showFamilyPanel(); },
       .requestSave = [this] { settings.requestSave(); },

@@ -7,18 +7,19 @@
 #include <string>
 
 #include "catalogue/selected_model.h"
-#include "comtool/com_tool.h"
+#include "comtool/tool_room.h"
 #include "download/download_panel.h"
 #include "download/download_room.h"
 #include "download/results_room.h"
 #include "engine/port_lease.h"
 #include "images/image_room.h"
-#include "monitor/sfr_monitor.h"
+#include "monitor/monitor_room.h"
 #include "offline/offline_panel.h"
 #include "offline/offline_room.h"
 #include "options/option_panel.h"
 #include "options/options_room.h"
 #include "platform/activity.h"
+#include "platform/guarded_dialogs.h"
 #include "platform/text_codec.h"
 #include "platform/ui_lock.h"
 #include "platform/world.h"
@@ -62,11 +63,12 @@ class MainForm {
   void saveWindowPlace(const WindowPlace& place);
 
   // --- State, in the order in which it is built. ---
+  platform::Activity activity;
+  platform::GuardedDialogs dialogs;  // every box of the window is under the guard
   platform::World world;
   platform::ControlRegistry registry;
   catalogue::SelectedModel model;
   platform::UiLock lock;
-  platform::Activity activity;
 
   // --- Panels and rooms. ---
   MainPanel main;
@@ -89,8 +91,8 @@ class MainForm {
   download::DownloadRoom downloads;
   project::ProjectRoom project;
   offline::OfflineRoom offlineRoom;
-  comtool::ComTool comTool;
-  monitor::SfrMonitor sfrMonitor;
+  comtool::ToolRoom comTool;
+  monitor::MonitorRoom sfrMonitor;
   userpath::DemoRoom demo;
   userpath::TriggerRoom trigger;
   ModelPicker picker;

@@ -54,6 +54,7 @@ void addTool(std::vector<SettingBinding>& table) {
   };
   add("DebugCOM", Kind::Index, "0", "com_Debug_COM");
   add("DebugBaud", Kind::Index, "2", "com_Debug_Baud");
+  add("DebugBaud_Text", Kind::Typed, "", "com_Debug_Baud");
   add("DebugDataBits", Kind::Index, "0", "com_Debug_DataBits");
   add("DebugParity", Kind::Index, "2", "com_Debug_ParityCheck");
   add("DebugStopBits", Kind::Index, "0", "com_Debug_StopBits");

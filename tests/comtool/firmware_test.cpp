@@ -63,6 +63,56 @@ TEST(TalkingFirmware, BadRecordsAreAskedForAgainAndAllFourListsFill) {
   EXPECT_EQ(b.form.tool.labSendCount.caption(), "Send counter:4") << "answers are not counted";
 }
 
+TEST(TalkingFirmware, IsAskedForNothingAfterThePortWasOpenedAnewInTheMiddleOfItsFrame) {
+  for (const bool newBaud : {false, true}) {
+    TalkingBench b;
+    const auto& dumps =
+        b.run<sim::MonitorApplication>({115200, 'n'}, sim::MonitorConfig{.faults = {sim::BadFrame::cutShort}});
+    b.loop.runFor(Millis(500));
+    ASSERT_EQ(dumps.sent(), 1);
+    if (newBaud) {
+      b.form.tool.com_Debug_Baud.userPick(2);
+    } else {
+      b.form.tool.comOpenCOM[0].press();
+      b.form.tool.comOpenCOM[0].press();
+    }
+    ASSERT_TRUE(b.form.comTool.isOpen());
+    b.loop.runFor(Millis(4000));
+    EXPECT_EQ(dumps.resends(), 0);
+  }
+}
+
+// The box is one of the terminal's, or the dialog in which a project is chosen.
+TEST(WindowGuard, TheWatcherStartsNoRunUnderABoxAndTheChangeCountsAfterIt) {
+  for (const bool project : {false, true}) {
+    support::FormBench b;
+    b.select("Ivy-HF0S");
+    b.loadCode(platform::Bytes(600, 0x5A));
+    b.form.images.panel.cekReloadFileWhileFileChange.userSet(true);
+    b.loop.runFor(Millis(3000));
+    b.dialogs.thinking = Millis(10000);
+    bool ran = false;
+    platform::Timer change(b.loop, [&] { b.files.put("/image.bin", platform::Bytes(600, 0xA5)); });
+    platform::Timer probe(b.loop, [&] {
+      ran = b.form.lock.busy();
+      b.form.download.comStop_Download.press();
+    });
+    change.start(Millis(1000));
+    probe.start(Millis(9900));
+    (project ? b.form.project.panel.comOpenBatchFile[0] : b.form.tool.comSaveReceive).press();
+    EXPECT_FALSE(ran);
+    b.dialogs.thinking = Millis(0);
+    bool ranAfter = false;
+    platform::Timer stop(b.loop, [&] {
+      ranAfter = b.form.lock.busy();
+      b.form.download.comStop_Download.press();
+    });
+    stop.start(Millis(5000));
+    b.loop.runFor(Millis(8000));
+    EXPECT_TRUE(ranAfter);
+  }
+}
+
 TEST(TalkingFirmware, ADamagedStreamNeverHangsTheMonitor) {
   for (unsigned seed = 1; seed <= 4; ++seed) {
     TalkingBench b;

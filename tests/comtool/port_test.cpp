@@ -5,7 +5,7 @@
 namespace kvr::comtool {
 namespace {
 
-TEST(ToolPort, OpensWithThePagesSettingsAndShowsItOnAllThreePages) {
+TEST(PortArea, OpensWithThePagesSettingsAndShowsItOnAllThreePages) {
   ToolBench b;
   b.panel.com_Debug_COM.userPick(2);
   b.panel.com_Debug_Baud.userPick(8);
@@ -26,7 +26,7 @@ TEST(ToolPort, OpensWithThePagesSettingsAndShowsItOnAllThreePages) {
   EXPECT_FALSE(b.panel.imgOpen[0].on());
 }
 
-TEST(ToolPort, LightsTheMainLampOnlyForTheEnginesOwnPortAndPutsItOutAgain) {
+TEST(PortArea, LightsTheMainLampOnlyForTheEnginesOwnPortAndPutsItOutAgain) {
   ToolBench b;
   b.open();
   EXPECT_TRUE(b.imgOpen_sys.on());
@@ -58,11 +58,11 @@ void expectQuiet(ToolBench& b) {
   EXPECT_FALSE(b.link.opened);
 }
 
-TEST(ToolPort, TellsWhyAPortCannotBeOpenedAndEndsTheAutomaticSends) {
+TEST(PortArea, TellsWhyAPortCannotBeOpenedAndEndsTheAutomaticSends) {
   for (platform::PortError PlayedLink::*refusal : {&PlayedLink::openError, &PlayedLink::settingsError}) {
     ToolBench b;
     sendAutomatically(b);
-    b.tool.imgOpen_Click();
+    b.tool.releasePort();
     b.panel.com_Debug_StopBits.userPick(1);
     b.link.*refusal = {platform::PortError::Kind::Denied, "COM1: permission denied"};
     b.open();
@@ -76,7 +76,7 @@ TEST(ToolPort, TellsWhyAPortCannotBeOpenedAndEndsTheAutomaticSends) {
   }
 }
 
-TEST(ToolPort, ClosingByHandEndsTheAutomaticSendsAndTheMainLampAlsoTheRun) {
+TEST(PortArea, ClosingByHandEndsTheAutomaticSendsAndTheMainLampAlsoTheRun) {
   for (const bool lamp : {false, true}) {
     ToolBench b;
     int stops = 0;
@@ -92,7 +92,7 @@ TEST(ToolPort, ClosingByHandEndsTheAutomaticSendsAndTheMainLampAlsoTheRun) {
   }
 }
 
-TEST(ToolPort, AnUnpluggedAdapterClosesTheTerminalInWords) {
+TEST(PortArea, AnUnpluggedAdapterClosesTheTerminalInWords) {
   ToolBench b;
   b.open();
   b.panel.comAutoSend.press();
@@ -106,7 +106,7 @@ TEST(ToolPort, AnUnpluggedAdapterClosesTheTerminalInWords) {
   EXPECT_EQ(b.shown(), "kept");
 }
 
-TEST(ToolPort, ANewBaudIsUsedAtOnceWhileOpenAndOpensNothingWhileClosed) {
+TEST(PortArea, ANewBaudIsUsedAtOnceWhileOpenAndOpensNothingWhileClosed) {
   ToolBench b;
   b.panel.com_Debug_Baud.userPick(0);
   EXPECT_EQ(b.link.opens, 0);
@@ -120,7 +120,39 @@ TEST(ToolPort, ANewBaudIsUsedAtOnceWhileOpenAndOpensNothingWhileClosed) {
   EXPECT_EQ(b.link.current, "1200,N,8,1");
 }
 
-TEST(ToolPort, TheModemLinesFollowTheirBoxesAtTheOpenAndAfterIt) {
+TEST(PortArea, ABaudTypedByHandIsUsedOnceTheTypingRestsAndABadOneIsRefusedInWords) {
+  ToolBench b;
+  b.open();
+  for (const char* text : {"2", "25", "250", "2500", "25000", "250000"}) {
+    b.panel.com_Debug_Baud.userType(text);
+    b.loop.runFor(Millis(100));
+  }
+  EXPECT_EQ(b.link.opens, 1) << "not at every key";
+  b.loop.runFor(Millis(1000));
+  EXPECT_EQ(b.link.current, "250000,N,8,1");
+  EXPECT_EQ(b.link.opens, 2);
+  for (const char* bad : {"", "fast", "9600x", "0", "99999999", "-9600", "9.6"}) {
+    b.panel.com_Debug_Baud.userType(bad);
+    b.loop.runFor(Millis(1000));
+    EXPECT_EQ(b.panel.com_Debug_Baud.text(), bad) << "still being typed";
+    b.panel.com_Debug_Baud.userLeave();
+    EXPECT_EQ(b.lastMessage(), "The baud rate must be a whole number from 50 to 4000000.") << bad;
+    EXPECT_EQ(b.panel.com_Debug_Baud.text(), "250000");
+    b.dialogs.shown.clear();
+  }
+  EXPECT_EQ(b.link.opens, 2);
+  b.panel.comOpenCOM[0].press();
+  b.panel.com_Debug_Baud.userType("");
+  b.open();
+  EXPECT_EQ(b.link.current, "250000,N,8,1") << "an empty box means the last good rate";
+  b.open();
+  b.panel.com_Debug_Baud.userType("slow");
+  b.open();
+  EXPECT_FALSE(b.link.opened);
+  EXPECT_EQ(b.lastMessage(), "The baud rate must be a whole number from 50 to 4000000.");
+}
+
+TEST(PortArea, TheModemLinesFollowTheirBoxesAtTheOpenAndAfterIt) {
   ToolBench b;
   b.panel.che_DTR.userSet(false);
   EXPECT_FALSE(b.link.dtr);
@@ -134,7 +166,7 @@ TEST(ToolPort, TheModemLinesFollowTheirBoxesAtTheOpenAndAfterIt) {
 }
 
 // What a download does: it takes the port, sets its own line, speaks, and gives the port back at its end.
-TEST(ToolPort, ARunTakesThePortInTheMiddleOfRepeatedSendsAndGivesItBack) {
+TEST(PortArea, ARunTakesThePortInTheMiddleOfRepeatedSendsAndGivesItBack) {
   ToolBench b;
   b.panel.texSend.setText("T");
   b.panel.texSendCycle.setText("100");
@@ -146,7 +178,7 @@ TEST(ToolPort, ARunTakesThePortInTheMiddleOfRepeatedSendsAndGivesItBack) {
     const auto running = b.activity.begin();
     b.lock.toBusy();
     EXPECT_FALSE(b.panel.comOpenCOM[0].enabled());
-    b.tool.imgOpen_Click();
+    b.tool.releasePort();
     EXPECT_FALSE(b.link.opened);
     b.link.setPortNumber(1);
     ASSERT_FALSE(b.link.setSettings("1200,e,8,1"));
@@ -158,26 +190,13 @@ TEST(ToolPort, ARunTakesThePortInTheMiddleOfRepeatedSendsAndGivesItBack) {
     EXPECT_EQ(b.link.current, "1200,e,8,1");
     EXPECT_FALSE(b.holdsPort());
     b.lock.toFree();
-    b.tool.imgNotOpen_Click();
+    b.tool.takePort();
   }
   EXPECT_TRUE(b.holdsPort());
   EXPECT_EQ(b.link.current, "115200,N,8,1");
   b.loop.runFor(Millis(100));
   EXPECT_EQ(b.sentText(), "TTT");
   EXPECT_EQ(b.panel.labSendCount.caption(), "Send counter:3");
-}
-
-TEST(ToolPort, TheOperatorsLockTakesTheOpenAndSendButtonsAway) {
-  ToolBench b;
-  b.lock.set(platform::UiLock::kLocked);
-  EXPECT_FALSE(b.panel.comOpenCOM[2].enabled());
-  EXPECT_FALSE(b.panel.comDebugSend.enabled());
-  EXPECT_FALSE(b.panel.comDebugClear[1].enabled());
-  EXPECT_TRUE(b.panel.comDebugClear[0].enabled());
-  EXPECT_TRUE(b.panel.comDebugHelp[1].enabled());
-  b.lock.set(platform::UiLock::kFree);
-  EXPECT_TRUE(b.panel.comAutoSend.enabled());
-  EXPECT_TRUE(b.panel.comOpenCOM[2].enabled());
 }
 
 }  // namespace

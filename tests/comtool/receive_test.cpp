@@ -80,6 +80,16 @@ TEST(Receive, TheDisplayLimitCutsStopsTellsAndKeepsThePaneForTheReader) {
   EXPECT_EQ(b.shown(), "again");
 }
 
+TEST(Receive, AFullPaneTellsItOnceAlsoWhenTheTextEndsInTheMiddleOfACharacter) {
+  ToolBench b;
+  b.open();
+  Bytes flood(ReceiveArea::kDisplayLimit + 1, 'a');
+  flood.insert(flood.end(), {0xE6, 0xB8});
+  b.arriveAndShow(flood);
+  b.loop.runFor(Millis(1000));
+  EXPECT_EQ(b.dialogs.shown.size(), 1U);
+}
+
 TEST(Receive, TheLimitCountsCharactersInEitherFormAndNeverCutsOne) {
   ToolBench text, hex;
   hex.showHex();
@@ -95,18 +105,22 @@ TEST(Receive, TheLimitCountsCharactersInEitherFormAndNeverCutsOne) {
   EXPECT_EQ(hex.shown().substr(229995), "5A 00");
 }
 
-TEST(Receive, ARunThatHasTakenThePortIsNotStoppedByAFullPane) {
+TEST(Receive, ARunThatHasTakenThePortIsNotStoppedByAFullPaneWhichIsToldAfterIt) {
   ToolBench b;
   int stops = 0;
   b.tool.stopRun = [&] { ++stops; };
   b.open();
   b.link.arrive(Bytes(240000, 'a'));
   b.loop.runFor(Millis(20));
-  const auto running = b.activity.begin();
-  b.tool.imgOpen_Click();
-  b.loop.runFor(Millis(100));
-  EXPECT_EQ(stops, 0);
-  EXPECT_TRUE(b.dialogs.shown.empty());
+  {
+    const auto running = b.activity.begin();
+    b.tool.releasePort();
+    b.loop.runFor(Millis(100));
+    EXPECT_EQ(stops, 0);
+    EXPECT_TRUE(b.dialogs.shown.empty());
+  }
+  b.loop.runFor(Millis(1));
+  EXPECT_EQ(b.lastMessage(), ReceiveArea::kTooLong);
 }
 
 TEST(Receive, ClearEmptiesThePaneAndTheRingButNotTheCounters) {
@@ -117,8 +131,8 @@ TEST(Receive, ClearEmptiesThePaneAndTheRingButNotTheCounters) {
   b.link.arrive(bytesOf("abc"));
   b.loop.runFor(Millis(15));
   b.panel.comDebugClear[0].press();
-  EXPECT_EQ(b.tool.rxRing().writeIndex(), 0U);
   b.arriveAndShow("def");
+  EXPECT_EQ(b.tool.rxRing().buffer()[0], 'd') << "the ring begins anew";
   EXPECT_EQ(monitorCleared, 0);
   b.panel.comDebugClear[2].press();
   EXPECT_EQ(monitorCleared, 1);
@@ -144,6 +158,12 @@ TEST(Receive, StampsEveryLineOnceAndABurstOnALineOfItsOwn) {
   b.showHex();
   b.arriveAndShow("e");
   EXPECT_EQ(b.shown(), "[12:00:00.160] abcd\n[12:00:00.660] 65 ");
+  b.panel.comDebugHelp[0].press();
+  const std::string guide = b.shown();
+  b.panel.comb_TimeStamp.setListIndex(1);
+  b.panel.optReceiveHex[0].userChoose();
+  b.arriveAndShow("f");
+  EXPECT_EQ(b.shown(), guide + "[12:00:00.710] f") << "the guide ends the line before it";
 }
 
 TEST(Receive, FindGoesRoundInBothDirectionsAndPausesTheScrolling) {

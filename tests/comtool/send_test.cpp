@@ -115,7 +115,7 @@ TEST(Send, AnAutomaticSendWaitsForALineThatIsTooSlowForIt) {
   b.panel.texSend.setText("x");
   b.panel.texSendCycle.setText("1");
   b.panel.comAutoSend.press();
-  b.link.pendingOut = SendArea::kMaxQueued + 1;
+  b.link.pendingOut = PortArea::kMaxQueued + 1;
   b.loop.runFor(Millis(100));
   EXPECT_TRUE(b.link.sent.empty());
   b.link.pendingOut = 0;

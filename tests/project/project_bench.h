@@ -5,6 +5,7 @@
 #include <string>
 
 #include "images/image_room.h"
+#include "options/option_table.h"
 #include "options/options_room.h"
 #include "platform/text.h"
 #include "platform/virtual/plain_codec.h"
@@ -19,7 +20,7 @@ class ProjectBench : public support::MemoryServices<> {
   ProjectBench()
       : images(world, model, activity, lock, textMsg),
         options(dialogs, optionPanel, model, lock, textMsg, stepFrame),
-        room(world, codec, registry, model, images, options, lock, activity) {
+        room({world, codec, registry, model, images, options, lock, activity}) {
     registry.addAll(txtDevice);
     images.panel.addTo(registry);
     optionPanel.addTo(registry);
@@ -87,7 +88,7 @@ class ProjectBench : public support::MemoryServices<> {
   }
   void save(const std::string& path) {
     dialogs.paths.push_back(path);
-    room.comSaveBatchFile_Click();
+    room.panel.comSaveBatchFile.press();
   }
 
   support::NoLink link;

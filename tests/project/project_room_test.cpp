@@ -21,9 +21,9 @@ class ProjectRoomTest : public ::testing::Test, public ProjectBench {
     }
   }
   void put(const std::string& text) { files.put("/p.KVR", text); }
-  void open(const std::string& text) {
+  bool open(const std::string& text) {
     put(text);
-    room.openProject("/p.KVR");
+    return room.openProject("/p.KVR");
   }
 };
 
@@ -49,8 +49,8 @@ TEST_F(ProjectRoomTest, BringsBackEveryModelWithItsImagesOptionsAndCounters) {
     const std::string before = look();
 
     select("Hazel-H04");
-    room.comUnlockOptions_Click();
-    room.openProject("/p.KVR");
+    room.unlockOptions();
+    ASSERT_TRUE(room.openProject("/p.KVR"));
     lock.set(platform::UiLock::kFree);
     ASSERT_EQ(untouched->look(), before) << record.name;
     ASSERT_EQ(kept(images.state.CodeBuffer), code) << record.name;
@@ -97,7 +97,7 @@ TEST_F(ProjectRoomTest, SavesNothingWithoutAnImageOrANameAndKeepsTheOldFileWhenT
   dialogs.paths.clear();
   images.state.imageValid = true;
   room.panel.texBatchFileName.setText("/old.KVR");
-  room.comSaveBatchFile_Click();
+  room.panel.comSaveBatchFile.press();
   EXPECT_TRUE(files.files.empty());
   EXPECT_EQ(room.panel.texBatchFileName.text(), "/old.KVR");
   save("/p.KVR");
@@ -147,14 +147,14 @@ TEST_F(ProjectRoomTest, ChangesNothingForAFileThatCannotBeOpened) {
   };
   for (const auto& c : cases) {
     dialogs.shown.clear();
-    open(c.text);
+    EXPECT_FALSE(open(c.text));
     EXPECT_EQ(lastMessage(), c.message) << c.text;
     EXPECT_EQ(dialogs.shown.size(), 1u) << c.text;
     EXPECT_EQ(look(), before) << c.text;
     EXPECT_EQ(kept(images.state.CodeBuffer), code) << c.text;
     EXPECT_EQ(lock.state(), platform::UiLock::kFree);
   }
-  room.openProject("/absent.KVR");
+  EXPECT_FALSE(room.openProject("/absent.KVR"));
   EXPECT_EQ(lastMessage(), "The project file cannot be read: /absent.KVR");
   const auto running = activity.begin();
   open("VER: 1.2\r\nMCU_Type: Ivy-H20S\r\nbuffer_check_sum: 1\r\nEND\r\n01");
@@ -164,13 +164,15 @@ TEST_F(ProjectRoomTest, ChangesNothingForAFileThatCannotBeOpened) {
 TEST_F(ProjectRoomTest, LeavesAnImageInvalidWhoseSumDiffers) {
   select("Gum-H04");
   images.state.imageValid = true;
-  open("VER: 1.2\r\nMCU_Type: Ivy-HF0S\r\nPower_On_Run_WDT_YES: True\r\nbuffer_check_sum: 4\r\nEND\r\n0102");
+  EXPECT_FALSE(
+      open("VER: 1.2\r\nMCU_Type: Ivy-HF0S\r\nPower_On_Run_WDT_YES: True\r\nbuffer_check_sum: 4\r\nEND\r\n0102"));
   EXPECT_EQ(lastMessage(), "The check sum of code file is incorrect.");
   EXPECT_TRUE(optionPanel.comWDT_Prescalar[0].enabled());  // the watchdog starts, so its prescaler matters
   EXPECT_FALSE(images.state.imageValid);
   EXPECT_EQ(images.state.CodeBuffer.at(1), 2);
   EXPECT_EQ(lock.state(), platform::UiLock::kFree);
-  open("VER: 1.2\r\nMCU_Type: Ivy-H20S\r\nbuffer_check_sum: 3\r\nEND\r\n0102\r\n\r\ndata_buffer_check_sum: 9\r\n08");
+  EXPECT_TRUE(open(
+      "VER: 1.2\r\nMCU_Type: Ivy-H20S\r\nbuffer_check_sum: 3\r\nEND\r\n0102\r\n\r\ndata_buffer_check_sum: 9\r\n08"));
   EXPECT_EQ(lastMessage(), "The check sum of EEPROM file is incorrect.");
   EXPECT_TRUE(images.state.imageValid);
   EXPECT_FALSE(images.state.EepromBuffer.loaded);
@@ -206,6 +208,41 @@ TEST_F(ProjectRoomTest, PutsTheNextNumberIntoTheImageAndWarns) {
             "The project file has atomatic increment function. \n"
             "Please check the next value whether it is correct or not(10 base).");
   EXPECT_FALSE(images.panel.cekReloadFile.value());
+}
+
+TEST_F(ProjectRoomTest, TheImagesHaveTheSumsThatTheirBoxesShow) {
+  const auto shown = [](const platform::TextBox& box) { return platform::hexOf(box.trimmed()); };
+  open(
+      "VER: 1.2\r\nMCU_Type: Ivy-HF0S\r\nFile_Check_Sum: 0ABCDEFH       \r\nDtat_File_CheckSum: 0012345H\r\n"
+      "buffer_check_sum: 3\r\nEND\r\n0102\r\nData_File_Begin:\r\ndata_buffer_check_sum: 8\r\n08\r\nData_File_End");
+  EXPECT_EQ(images.state.CodeBuffer.sum, 0xABCDEF);
+  EXPECT_EQ(images.state.EepromBuffer.sum, 0x12345);
+  EXPECT_EQ(shown(images.panel.txtFileCheckSum), 0xABCDEFU);
+  open("VER: 1.2\r\nMCU_Type: Ivy-HF0S\r\nbuffer_check_sum: 510\r\nEND\r\nFFFF");
+  EXPECT_EQ(images.state.CodeBuffer.sum, 510) << "a project that states none";
+}
+
+TEST_F(ProjectRoomTest, TellsWhenTheDataImageThatItsHeaderNamesIsMissing) {
+  const std::string text =
+      "VER: 1.2\r\nMCU_Type: Ivy-HF0S\r\nDtat_File_Name: Data File: /e.bin\r\nDtat_File_CheckSum: 0000008H\r\n"
+      "buffer_check_sum: 3\r\nEND\r\n0102\r\n";
+  open(text + "Data_File_Begin:\r\ndata_buffer_check_sum: 8\r\n08\r\nData_File_End");
+  EXPECT_TRUE(dialogs.shown.empty());
+  open(text);
+  EXPECT_EQ(lastMessage(), "The project file names an EEPROM file, but does not hold its data.");
+  EXPECT_TRUE(images.state.imageValid);
+}
+
+TEST_F(ProjectRoomTest, ANameWithBlanksAroundItReplacesNoFileUnasked) {
+  select("Ivy-HF0S");
+  images.state.imageValid = true;
+  put("precious");
+  save(" /p.KVR ");
+  EXPECT_EQ(fileText("/p.KVR"), "precious");
+  EXPECT_EQ(dialogs.shown.back().kind, "yesno");
+  dialogs.yesNo = {true};
+  save("/p.KVR ");
+  EXPECT_NE(fileText("/p.KVR"), "precious");
 }
 
 TEST_F(ProjectRoomTest, OpensFilesOfTheOlderFormat) {

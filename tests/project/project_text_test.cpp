@@ -4,7 +4,9 @@
 
 #include <string>
 
+#include "platform/virtual/plain_codec.h"
 #include "project/old_project.h"
+#include "project/project_file.h"
 
 namespace kvr::project {
 namespace {
@@ -57,6 +59,17 @@ TEST(ProjectText, RefusesWhatIsNotWhatWasSaved) {
   const ProjectText read = parse("buffer_check_sum: 1\nEND\n01\nanything\ndata_buffer_check_sum: 9\n08\nData_File_End");
   EXPECT_TRUE(read.code.sound());
   EXPECT_FALSE(read.data->sound());
+}
+
+TEST(ProjectFile, AsATextAndReadAgainIsTheSameValueWithoutAControl) {
+  const ProjectFile project{.model = "Ivy-HF0S",
+                            .general = {{"File_Name", "Program File: C:\\x.hex"}, {"Auto_Increase_Enable", "1"}},
+                            .options = {{"WDT_Prescalar", "3"}},
+                            .code = {1, 2, 255},
+                            .data = Bytes{7}};
+  const ReadProject read = readProject(textOf(project), platform::PlainCodec());
+  EXPECT_EQ(read.project, project);
+  EXPECT_TRUE(read.codeSound && read.dataSound && read.refusal.empty());
 }
 
 TEST(OldProject, KeepsTheOptionsUnderTheirNewKeys) {

@@ -86,7 +86,7 @@ TEST(Lock, HoldsTheDataFileControlsOffWhenALockedFormOpensAProjectThatFails) {
   const std::string model = modelWithData(form, true);
   const std::string text = "VER: 1.2\r\nMCU_Type: " + model + "\r\nbuffer_check_sum:  1\r\nEND\r\n0000";
   bench.files.put("/bad.KVR", text);
-  form.project.openProject("/bad.KVR");
+  EXPECT_FALSE(form.project.openProject("/bad.KVR"));
   EXPECT_EQ(form.model.name(), model);
   EXPECT_EQ(form.lock.state(), platform::UiLock::kLocked);
   expectLock(form);

@@ -126,7 +126,6 @@ class Window {
   std::string judge();
   std::string judgeChip(bool claimed);
   std::string judgeBoard(bool claimed);
-  bool saysAllIsWell() const;
 
   Random random_;
   User user_;
@@ -136,24 +135,17 @@ class Window {
   std::string story_;
 };
 
-// Twists whose mends are still under way elsewhere; KVR_SOAK_ALL=1 plays them, too.
-constexpr Twist kAwaited[] = {Twist::Missing,        Twist::HexFolder, Twist::NoRecord,
-                              Twist::ProjectRefused, Twist::TooLong,   Twist::DataNotSent};
-// The same for the sign of boards, demo routines and triggers, which a PASS of an earlier chip outlives.
-constexpr bool kSignOfAllKinds = false;
-
-bool playsAll() {
-  return std::getenv("KVR_SOAK_ALL") != nullptr;
-}
-
 Twist Window::chooseTwist() {
   if (chance(2)) return Twist::None;
   const auto twist = static_cast<Twist>(random_() % static_cast<std::size_t>(Twist::Count));
-  const bool awaited = std::find(std::begin(kAwaited), std::end(kAwaited), twist) != std::end(kAwaited);
   const bool reloads = kind_ == Kind::Chip || kind_ == Kind::FixedLink || kind_ == Kind::Trigger;
   const bool isReload = twist == Twist::Rebuilt || twist == Twist::Gone || twist == Twist::ProjectRefused;
   if (isReload && !reloads) return Twist::None;
-  return awaited && !playsAll() ? Twist::None : twist;
+  // Where the boot block of these begins is not settled: the simulated chip keeps more for it than their rows say.
+  const auto family = user_.model().family;
+  const bool unsettled = family >= catalogue::Family::Maple && family <= catalogue::Family::Oak;
+  if (twist == Twist::TooLong && unsettled) return Twist::None;
+  return twist;
 }
 
 void Window::prepare() {
@@ -276,11 +268,6 @@ std::string Window::play() {
   return {};
 }
 
-bool Window::saysAllIsWell() const {
-  if (kind_ != Kind::Board && kind_ != Kind::Demo) return false;
-  return user_.says("\nProgram OK.") || user_.says("Download OK.");
-}
-
 std::string Window::judgeChip(bool claimed) {
   std::string wrong;
   const bool sameModel = user_.chip->row().name == user_.model().name;
@@ -312,9 +299,7 @@ std::string Window::judgeBoard(bool claimed) {
 }
 
 std::string Window::judge() {
-  const bool sign = user_.passed();
-  const bool ownSign = kind_ == Kind::Chip || kind_ == Kind::FixedLink || kind_ == Kind::Check;
-  const bool claimed = ((ownSign || kSignOfAllKinds || playsAll()) && sign) || saysAllIsWell();
+  const bool claimed = user_.passed();
   passed_ = claimed;
   std::string wrong = user_.notAtRest();
   if (kind_ == Kind::Check && claimed) wrong += "PASS for a look at a chip; ";

@@ -41,7 +41,8 @@ PortMap assignPorts(const std::map<int, std::string>& named, std::vector<FoundDe
     if (number < 1 || number > kPortCount || path.empty()) continue;
     PortEntry& entry = map[static_cast<std::size_t>(number - 1)];
     entry.device = path;
-    const auto same = std::find_if(found.begin(), found.end(), [&](const FoundDevice& f) { return f.path == path; });
+    const auto same =
+        std::find_if(found.begin(), found.end(), [&path = path](const FoundDevice& f) { return f.path == path; });
     if (same == found.end()) continue;
     entry.description = same->description;
     found.erase(same);

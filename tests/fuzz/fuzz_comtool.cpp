@@ -1,7 +1,0 @@
-#include "tests/comtool/text_check.h"
-
-#include "tests/fuzz/report.h"
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  return kvr::support::report(kvr::comtool::faultOf({data, data + size}));
-}

@@ -1,0 +1,164 @@
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "monitor/register_tables.h"
+#include "platform/text.h"
+#include "stream_check.h"
+
+namespace kvr::monitor {
+namespace {
+
+using catalogue::Family;
+using platform::Millis;
+
+const Bytes kAccepted{0xFE, 0xAA, 0x50, 0xFA};
+const Bytes kSendAgain{0xFE, 0xAA, 0x52, 0xFC};
+
+struct Watch : Watched {
+  Watch() : Watched({}, 1) {
+    monitor.openAndSend = [this](std::span<const std::uint8_t> bytes) { opened.assign(bytes.begin(), bytes.end()); };
+    select(Family::Cedar);
+  }
+  void select(Family family) {
+    model.record.family = family;
+    monitor.listRegisters();
+  }
+  std::string registerRowOf(const std::string& name) const {
+    for (const auto& row : panel.lst_debug1.rows())
+      if (platform::trim(row.substr(5, 12)) == name) return row;
+    return "absent";
+  }
+  bool highlighted(const std::string& name) const {
+    for (std::size_t i = 0; i < panel.lst_debug1.rows().size(); ++i)
+      if (platform::trim(panel.lst_debug1.rows()[i].substr(5, 12)) == name) return panel.lst_debug1.selected().at(i);
+    return false;
+  }
+  Bytes opened;
+};
+
+TEST(MonitorRoom, ListsStandReadyWithTheFamilysRegistersAndOthersLeaveThemAlone) {
+  Watch w;
+  for (const auto& [family, rows, last] : {std::tuple(Family::Cedar, 41U, "B9H  SADEN"),
+                                           {Family::Elm, 52U, "F3H  PCA_PWM1"},
+                                           {Family::Fir, 67U, "F5H  PCA_PWM3"},
+                                           {Family::Ivy, 67U, "F5H  PCA_PWM3"}}) {
+    w.select(family);
+    const auto& shown = w.panel.lst_debug1.rows();
+    EXPECT_EQ(std::tuple(shown.size(), shown.front(), shown.back()), std::tuple(rows, "E0H  ACC", last));
+    std::set<int> addresses;
+    for (const auto& named : registerTable(catalogue::traitsOf(family).registers)) {
+      EXPECT_LE(named.name.size(), 12U) << named.name;
+      EXPECT_TRUE(named.address >= 0x80 && addresses.insert(named.address).second) << named.name;
+    }
+  }
+  EXPECT_EQ(w.panel.lst_debug2.rows().size(), 32U);
+  EXPECT_EQ(w.panel.lst_debug2.rows().back(), "F8H ");
+  EXPECT_EQ(w.panel.lst_debug3.rows().size(), 128U);
+  EXPECT_EQ(w.panel.lst_debug3.rows().back(), "03F8 ");
+  EXPECT_EQ(w.panel.lst_debug4.rows().size(), 64U);
+}
+
+TEST(MonitorRoom, ShowsRegistersAndHighlightsWhatChanged) {
+  Watch w;
+  w.monitor.receive(dump(0, {0x0A, 0x81, 0x0B}, 0x80));
+  EXPECT_EQ(w.answers, kAccepted);
+  EXPECT_EQ(w.registerRowOf("P0"), "80H  P0          0AH   10");
+  EXPECT_EQ(w.registerRowOf("SP"), "81H  SP          77H  119");
+  EXPECT_EQ(w.registerRowOf("ACC"), "E0H  ACC         22H   34");
+  EXPECT_EQ(w.registerRowOf("P1"), "90H  P1");
+  EXPECT_TRUE(w.highlighted("P0"));
+  EXPECT_FALSE(w.highlighted("P1"));
+  w.monitor.receive(dump(0, {0x0A, 0x81, 0xC8}, 0x80));
+  EXPECT_FALSE(w.highlighted("P0"));
+  EXPECT_TRUE(w.highlighted("DPL"));
+  EXPECT_EQ(w.registerRowOf("DPL"), "82H  DPL         C8H  200");
+  w.monitor.receive(dump(0, {0x55}, 0x90));
+  EXPECT_EQ(w.registerRowOf("DPL"), "82H  DPL         C8H  200");
+  EXPECT_EQ(w.registerRowOf("P1"), "90H  P1          55H   85");
+  w.monitor.receive(dump(0, counting(300), 0xF0));  // past the last register
+  EXPECT_EQ(w.registerRowOf("B"), "F0H  B           00H    0");
+  EXPECT_EQ(w.registerRowOf("DPL"), "82H  DPL         C8H  200");
+}
+
+TEST(MonitorRoom, ShowsInternalMemoryWithR1AndR0OnTop) {
+  Watch w;
+  w.monitor.receive(dump(1, counting(256)));
+  EXPECT_EQ(w.panel.lst_debug2.rows()[0], "00H  99 88 02 03 04 05 06 07");
+  EXPECT_EQ(w.panel.lst_debug2.rows()[31], "F8H  F8 F9 FA FB FC FD FE FF");
+  w.monitor.receive(dump(1, {1, 2, 0xAB}));
+  EXPECT_EQ(w.panel.lst_debug2.rows()[0], "00H  99 88 AB 03 04 05 06 07");
+}
+
+TEST(MonitorRoom, ShowsExternalMemoryAndAMovingWindow) {
+  Watch w;
+  w.monitor.receive(dump(2, counting(11)));
+  EXPECT_EQ(w.panel.lst_debug3.rows()[0], "0000 00 01 02 03 04 05 06 07");
+  EXPECT_EQ(w.panel.lst_debug3.rows()[1], "0008 08 09 0A               ");
+  EXPECT_EQ(w.panel.lst_debug3.rows()[2], "0010                        ");
+  w.monitor.receive(dump(3, counting(512), 0x1234));
+  EXPECT_EQ(w.panel.lst_debug4.rows()[0], "1200 00 01 02 03 04 05 06 07");
+  EXPECT_EQ(w.panel.lst_debug4.rows()[63], "13F8 F8 F9 FA FB FC FD FE FF");
+  w.monitor.receive(dump(3, {0xEE}, 0x13FF));
+  EXPECT_EQ(w.panel.lst_debug4.rows()[0], "1200 EE 01 02 03 04 05 06 07");
+  w.monitor.receive(dump(3, {0xEE}, 0xFFFF));
+  EXPECT_EQ(w.panel.lst_debug4.rows()[0], "FE00 EE                     ");
+  EXPECT_EQ(w.panel.lst_debug4.rows()[63], "FFF8                        ");
+  w.monitor.clearLists();
+  EXPECT_EQ(w.panel.lst_debug4.rows()[0], "FE00 ");
+  EXPECT_EQ(w.panel.lst_debug3.rows()[0], "0000 ");
+  EXPECT_EQ(w.panel.lst_debug1.rows()[0], "E0H  ACC");
+}
+
+TEST(MonitorRoom, AFrameThatNeverEndsCostsThreeRequestsASecondApartThenSilence) {
+  Watch w;
+  Bytes cut = dump(1, counting(256));
+  cut.resize(100);
+  w.monitor.receive(cut);
+  w.loop.runFor(Millis(999));
+  EXPECT_TRUE(w.answers.empty());
+  w.loop.runFor(Millis(1));
+  EXPECT_EQ(w.answers, kSendAgain);
+  w.loop.runFor(Millis(1999));
+  EXPECT_EQ(w.answers, kSendAgain + kSendAgain);
+  w.loop.runFor(Millis(60000));
+  EXPECT_EQ(w.answers, kSendAgain + kSendAgain + kSendAgain);
+}
+
+TEST(MonitorRoom, ADamagedFrameIsAskedForAgainAndTheSecondSendingShows) {
+  for (const bool lost : {false, true}) {
+    Watch w;
+    Bytes bad = dump(1, counting(256));
+    if (lost)
+      bad.erase(bad.begin() + 50);
+    else
+      bad[50] ^= 0x10;
+    w.monitor.receive(bad);
+    EXPECT_EQ(w.panel.lst_debug2.rows()[0], "00H ");
+    w.loop.runFor(Millis(1000));
+    EXPECT_EQ(w.answers, kSendAgain);
+    w.monitor.receive(dump(1, counting(256)));
+    EXPECT_EQ(w.answers, kSendAgain + kAccepted);
+    EXPECT_EQ(w.panel.lst_debug2.rows()[31], "F8H  F8 F9 FA FB FC FD FE FF");
+    w.loop.runFor(Millis(60000));
+    EXPECT_EQ(w.answers, kSendAgain + kAccepted);
+  }
+}
+
+TEST(MonitorRoom, TheDisableBoxSilencesTheAnswersButNotContinue) {
+  Watch w;
+  w.panel.che_disable_Debug_SFR_232.userSet(true);
+  w.monitor.receive(dump(1, {}));
+  w.monitor.receive(Bytes{0xA5, 0x5A, 0xAA});
+  w.loop.runFor(Millis(10000));
+  EXPECT_TRUE(w.answers.empty());
+  w.panel.comDebugContinue[2].press();
+  EXPECT_EQ(w.opened, (Bytes{0xFE, 0xAA, 0x54, 0xFE}));
+  w.opened.clear();
+  w.lock.toBusy();
+  w.panel.comDebugContinue[1].press();
+  EXPECT_TRUE(w.opened.empty());
+}
+
+}  // namespace
+}  // namespace kvr::monitor
