@@ -8,9 +8,7 @@ namespace kvr::shell {
 
 void MainForm::connectEngine() {
   link.baseFrequencyMHz = [this] { return optionsRoom.baseFrequencyHz() / 1000000; };
-  link.onPortStatus = [this](const std::string& why) {
-    main.portStatus.setCaption(why.empty() && describePort ? describePort() : why);
-  };
+  link.onPortStatus = [this](const std::string& why) { portLine.opened(why); };
   sessionHooks = {
       .imgOpen_Click = [this] { comTool.imgOpen_Click(); },
       .imgNotOpen_Click = [this] { comTool.imgNotOpen_Click(); },

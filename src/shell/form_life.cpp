@@ -47,14 +47,21 @@ bool MainForm::queryUnload() {
   firstClose_ = true;
   link.stopRequested = true;
   link.closeTargetPort();
-  if (!first && !activity.busy()) return false;
+  keepShut();
+  if (!first && closing_) return false;
   if (first) timerUnload_.start(platform::Millis(500));
   return true;
 }
 
+// From the first request to close on nothing starts any more: the form itself holds the guard as soon as nobody else
+// does.
+void MainForm::keepShut() {
+  if (firstClose_ && !unloaded_ && !activity.busy()) closing_.emplace(activity.begin());
+}
+
 // Nothing that a sequence owns may go before it has returned: the window waits for it, however long its exit takes.
 void MainForm::timerUnload() {
-  if (activity.busy()) {
+  if (!closing_) {
     timerUnload_.start(platform::Millis(20));
     return;
   }
@@ -64,6 +71,7 @@ void MainForm::timerUnload() {
 void MainForm::unload() {
   if (unloaded_) return;
   unloaded_ = true;
+  closing_.reset();
   settings.savePending();
   link.closeTargetPort();
   if (onUnload) onUnload();

@@ -23,6 +23,7 @@ MainForm::MainForm(platform::World services, const platform::TextCodec& codec)
       trigger(link, activity, lock, images.state, userpath),
       picker(world, main, model),
       settings(world.loop, world.store, registry),
+      portLine(main, activity),
       timerUnload_(world.loop, [this] { timerUnload(); }) {
   registerControls();
   connectRooms();
@@ -52,14 +53,26 @@ void MainForm::connectRooms() {
       .switchDataIncrementOff = [this] { images.panel.cheData_Auto_Increase.setValue(false); },
       .showRange = [this](const catalogue::IspRange&) { images.showModel(); },
       .refreshMonitor = [this] { sfrMonitor.fillSfrList(); },
-      .clearTargetReport = [this] { optionsRoom.clearLockLabels(); },
+      .clearTargetReport =
+          [this] {
+            optionsRoom.clearLockLabels();
+            main.Label2[6].setCaption({});  // the model of a project that was open before
+            forgetVerdict();
+          },
       .showFamilyPanel = [this] { optionsRoom.showFamilyPanel(); },
       .requestSave = [this] { settings.requestSave(); },
   };
   optionsRoom.layoutChanged.connect([this] { showOptionNote(); });
   settings.hooks.modelSelected = [this] { picker.treeClicked(); };
   settings.hooks.rangeShown = [this] { images.showModel(); };
-  lock.changed.connect([this] { applyLock(); });
+  tokens_ = {lock.changed.watch([this] { applyLock(); }), activity.changed.watch([this] { keepShut(); }),
+             images.state.CodeBuffer.changed.watch([this] { forgetVerdict(); }),
+             images.state.EepromBuffer.changed.watch([this] { forgetVerdict(); })};
+}
+
+// The sign speaks of what is selected and loaded. A serial number that a run puts into the image changes neither.
+void MainForm::forgetVerdict() {
+  if (!lock.busy()) download.verdict.set(engine::VerdictKind::Idle);
 }
 
 void MainForm::connectButtons() {
@@ -69,7 +82,7 @@ void MainForm::connectButtons() {
   main.comHelp[1].onClick = [this] { world.dialogs.help(userpath::kHardwareHelpTitle, userpath::hardwareHelpText()); };
 }
 
-// A log that is asked for without a name gets one, for the person to change.
+// A log that is asked for without a name gets one, for the user to change.
 void MainForm::nameBatchLog() {
   if (main.cheBatchLog.value() && main.txtBatchLog.trimmed().empty())
     main.txtBatchLog.setText(world.files.programFolder() + "/KVR-ISP_batch.csv");

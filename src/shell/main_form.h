@@ -4,6 +4,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "catalogue/selected_model.h"
@@ -25,6 +26,7 @@
 #include "project/project_room.h"
 #include "shell/main_panel.h"
 #include "shell/model_picker.h"
+#include "shell/port_line.h"
 #include "shell/settings.h"
 #include "userpath/demo_download.h"
 #include "userpath/trigger.h"
@@ -55,7 +57,7 @@ class MainForm {
   // while the button for such a file is disabled.
   void openDropped(const std::string& path);
 
-  // Width of the terminal's string pane after the splitter was moved, twips; saved.
+  // Width of the terminal's string pane, twips, at the end of a move of the splitter; saved.
   void splitterMoved(int tabWidthTwips);
 
   WindowPlace windowPlace() const { return settings.windowPlace(); }
@@ -93,8 +95,7 @@ class MainForm {
   userpath::Trigger trigger;
   ModelPicker picker;
   Settings settings;
-
-  std::function<std::string()> describePort;  // the open port in the system's words, such as "/dev/ttyUSB0  USB Serial"
+  PortLine portLine;
 
   // The window is narrowed to its working pages ("Resume" brings the left column back).
   void shrinkOrResume();
@@ -112,10 +113,14 @@ class MainForm {
   void connectButtons();
   void applyLock();
   void showOptionNote();
+  void forgetVerdict();
+  void keepShut();
   void timerUnload();
 
   bool firstClose_ = false;
   bool unloaded_ = false;
+  std::optional<platform::Activity::Running> closing_;  // from the close on, so that nothing starts any more
+  std::vector<platform::Signal::Token> tokens_;
   platform::Timer timerUnload_;
 };
 

@@ -24,20 +24,6 @@ class RealTarget : public TargetDesk {
   static std::string violations(const QJsonObject& report) {
     return QJsonDocument(report[QStringLiteral("violations")].toArray()).toJson().toStdString();
   }
-  // As soon as the condition holds, once.
-  void whenever(std::function<bool()> condition, std::function<void()> action) {
-    plans.push_back(nullptr);
-    const std::size_t place = plans.size() - 1;
-    plans[place] = std::make_unique<platform::Timer>(
-        program->loop,
-        [this, place, condition, action] {
-          if (!condition()) return;
-          plans[place]->stop();
-          action();
-        },
-        platform::Timer::Kind::Periodic);
-    plans[place]->start(platform::Millis(20));
-  }
   void cyclePower() { ::kill(static_cast<pid_t>(target.processId()), SIGUSR1); }
   void cyclePowerWhenThePortOpens() {
     whenever([this] { return program->form.activity.busy() && program->link.isOpen(); }, [this] { cyclePower(); });
@@ -46,7 +32,7 @@ class RealTarget : public TargetDesk {
   void press(const char* button, seconds limit = seconds(20)) {
     bool began = false;
     whenever([this] { return program->form.activity.busy(); }, [&] { began = true; });
-    later(static_cast<int>(limit.count()) * 1000, [this] { click("comStop_Download"); });
+    atTheLatest(limit, [this] { click("comStop_Download"); });
     click(button);
     EXPECT_TRUE(waitFor([&] { return began && !program->form.activity.busy(); }, limit)) << pane();
     plans.clear();
@@ -161,7 +147,8 @@ TEST_F(RealTarget, EachBuildOfTheSampleIsProgrammedOnce) {
     EXPECT_TRUE(QByteArray::fromHex(flash.toLatin1()).contains(words[number - 1])) << "build " << number;
     EXPECT_EQ(differences(flash), 0) << "build " << number;
   }
-  platform::delay(program->loop, platform::Millis(2500));  // ticks of the watcher without a run
+  EXPECT_FALSE(waitFor([&] { return program->form.activity.busy(); }, std::chrono::milliseconds(2500)))
+      << "two ticks of the watcher, and nothing new to program";
   EXPECT_EQ(passes(), 2) << pane();
   const QJsonObject chip = holds();
   EXPECT_EQ(chip[QStringLiteral("erases")].toInt(), 2);
