@@ -12,9 +12,9 @@
 #include <QTextBlock>
 #include <QTextLayout>
 #include <QTreeWidget>
-#include <cmath>
 
 #include "shell/qt/shots.h"
+#include "tests/window/contrast.h"
 #include "tests/window/desk.h"
 
 namespace kvr::window {
@@ -26,16 +26,6 @@ class Window : public Desk {
   Dialog* shown(const char* name) {
     auto* dialog = program->window->findChild<Dialog*>(QString::fromLatin1(name));
     return dialog && dialog->isVisible() ? dialog : nullptr;
-  }
-  // The same to the eye: at least 3:1, as for every part of a control that tells its state.
-  static double contrast(QRgb a, QRgb b) {
-    const auto luminance = [](QRgb colour) {
-      const auto part = [](double v) { return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4); };
-      return 0.2126 * part(qRed(colour) / 255.0) + 0.7152 * part(qGreen(colour) / 255.0) +
-             0.0722 * part(qBlue(colour) / 255.0);
-    };
-    const double ratio = (luminance(a) + 0.05) / (luminance(b) + 0.05);
-    return std::max(ratio, 1 / ratio);
   }
 };
 
@@ -311,8 +301,8 @@ TEST_F(Window, AnEmptyBoxIsAsEasyToSeeAsATickedOneLightAndDark) {
       const QImage picture = box.grab().toImage();
       double most = 0;
       for (int x = 0; x < box.height(); ++x)
-        most = std::max(most,
-                        contrast(picture.pixel(x, box.height() / 2), QApplication::palette().window().color().rgb()));
+        most =
+            std::max(most, contrast(picture.pixelColor(x, box.height() / 2), QApplication::palette().window().color()));
       EXPECT_GE(most, 3.0) << name << (isDark ? " dark" : " light");
     }
     program.reset();

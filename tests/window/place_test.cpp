@@ -25,7 +25,8 @@ TEST_F(Place, AWindowComesBackWhollyReachableHoweverLargeItWas) {
     set("MainHeight", place.height() * kPixel);
     open();
     const QRect got = program->window->geometry();
-    ASSERT_TRUE(screen().contains(got)) << place.width() << " came back as " << got.width() << " x " << got.height() << " at " << got.x() << ", " << got.y();
+    ASSERT_TRUE(screen().contains(got)) << place.width() << " came back as " << got.width() << " x " << got.height()
+                                        << " at " << got.x() << ", " << got.y();
     EXPECT_GE(got.width(), 600);
     closeAndWait();
     EXPECT_LE(saved("MainWidth").toInt(), screen().width() * kPixel);

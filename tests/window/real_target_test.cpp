@@ -39,12 +39,6 @@ class RealTarget : public TargetDesk {
   }
   bool says(const std::string& words) { return pane().find(words) != std::string::npos; }
   int passes() { return widget<QLineEdit>("txtWrite_OK_Count").text().toInt(); }
-  void type(const char* box, const QString& text) {
-    auto& line = widget<QLineEdit>(box);
-    line.selectAll();
-    QTest::keyClicks(&line, text);
-    settle();
-  }
   void drop(const QString& path) {
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(path)});
@@ -60,9 +54,6 @@ class RealTarget : public TargetDesk {
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(bytes);
-  }
-  static std::string chipLog(const QJsonObject& chip) {
-    return QJsonDocument(chip[QStringLiteral("log")].toArray()).toJson().toStdString();
   }
   // Bytes that the file has and the flash has not.
   int differences(const QString& flashHex) {
@@ -153,61 +144,6 @@ TEST_F(RealTarget, EachBuildOfTheSampleIsProgrammedOnce) {
   const QJsonObject chip = holds();
   EXPECT_EQ(chip[QStringLiteral("erases")].toInt(), 2);
   EXPECT_EQ(violations(chip), "[\n]\n");
-}
-
-class SelfDefined : public RealTarget, public ::testing::WithParamInterface<const char*> {};
-
-TEST_P(SelfDefined, ACommandBringsTheRunningProgramBackWithoutAPowerCycle) {
-  const QString path = folder.filePath(QStringLiteral("next.bin"));
-  write(path, QByteArray(640, 0x11));
-  openWith({QStringLiteral("--model"), QString::fromLatin1(GetParam()), QStringLiteral("--power-on"),
-            QStringLiteral("0.2"), QStringLiteral("--firmware"), QStringLiteral("trigger"), QStringLiteral("--command"),
-            QStringLiteral("12 34 AB"), QStringLiteral("--line"), QStringLiteral("57600,n,8,1")});
-  pickModel(QString::fromLatin1(GetParam()));
-  ASSERT_EQ(widget<QLineEdit>("txtDevice").text(), QString::fromLatin1(GetParam()));
-  drop(path);
-  press("comDownload_0");
-  ASSERT_EQ(verdict(), QStringLiteral("PASS")) << pane();
-  EXPECT_EQ(readReport()[QStringLiteral("state")].toString(), QStringLiteral("application"));
-
-  write(path, QByteArray(640, 0x44));
-  drop(path);
-  tab("TabStrip1", "user_code");
-  type("txtUserCode", QStringLiteral("12 34 AB"));
-  widget<QComboBox>("cobUserCodeBaud").setFocus();
-  QTest::keyClick(&widget("cobUserCodeBaud"), Qt::Key_Up);
-  ASSERT_EQ(widget<QComboBox>("cobUserCodeBaud").currentText(), QStringLiteral("57600"));
-  press("comSendUserCode");
-  const QJsonObject chip = holds();
-  EXPECT_EQ(verdict(), QStringLiteral("PASS")) << pane() << chipLog(chip);
-  EXPECT_EQ(passes(), 2);
-  EXPECT_TRUE(chip[QStringLiteral("flash")].toString().startsWith(QString::fromLatin1(QByteArray(640, 0x44).toHex())));
-  EXPECT_EQ(chip[QStringLiteral("releases")].toInt(), 2);
-  EXPECT_EQ(violations(chip), "[\n]\n");
-}
-INSTANTIATE_TEST_SUITE_P(Models, SelfDefined, ::testing::Values("Ivy-HF0S", "Nutmeg-H80D"));
-
-TEST_F(RealTarget, ABoardWrittenFromTheWindowProgramsItsChipsAndStopsAtTheLimit) {
-  openWith({QStringLiteral("--device"), QStringLiteral("board"), QStringLiteral("--model"), QStringLiteral("Ivy-HF0S"),
-            QStringLiteral("--chips"), QStringLiteral("3")});
-  pickModel(QStringLiteral("ivy-hf0s"));
-  drop(sample());
-  tab("TabStrip1", "TJXZ");
-  type("txt_download_max", QStringLiteral("2"));
-  press("comTJXZ");
-  EXPECT_TRUE(says("OK.")) << pane();
-  const QJsonObject board = holds();
-  EXPECT_EQ(violations(board), "[\n]\n");
-  EXPECT_EQ(board[QStringLiteral("loads")].toInt(), 1);
-  const QJsonArray programmed = board[QStringLiteral("programmed")].toArray();
-  ASSERT_EQ(programmed.size(), 3);
-  for (int i = 0; i < 2; ++i) {
-    EXPECT_TRUE(programmed[i][QStringLiteral("done")].toBool())
-        << programmed[i][QStringLiteral("why")].toString().toStdString();
-    EXPECT_EQ(programmed[i][QStringLiteral("leftOut")].toInt(), 0);
-    EXPECT_EQ(differences(programmed[i][QStringLiteral("flash")].toString()), 0);
-  }
-  EXPECT_FALSE(programmed[2][QStringLiteral("done")].toBool());
 }
 
 }  // namespace

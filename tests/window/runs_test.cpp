@@ -112,6 +112,9 @@ TEST_F(WindowRun, TheLineUnderThePortBoxTellsOfThatPortAndNotOfTheTerminals) {
   EXPECT_TRUE(waitFor([&] { return widget<QLabel>("portStatus").text().contains(device); }));
   QTest::keyClick(&widget("combCommPort"), Qt::Key_Up);
   EXPECT_TRUE(waitFor([&] { return !widget<QLabel>("portStatus").text().contains(device); }));
+  closeAndWait();
+  open();
+  EXPECT_TRUE(waitFor([&] { return !widget<QLabel>("portStatus").text().isEmpty(); })) << "at the second start, too";
 }
 
 TEST_F(WindowRun, AClosePressedTwiceDuringAQuestionGoesToo) {

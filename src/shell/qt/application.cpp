@@ -32,7 +32,10 @@ void Application::show(const std::string& file) {
   window->restorePlace();
   window->show();
   // The look at the ports costs as much as the window does; it waits until that has been painted.
-  QTimer::singleShot(100, &portWatch, [this] { portWatch.look(); });
+  QTimer::singleShot(100, &portWatch, [this] {
+    portWatch.look();
+    form.portLine.follow();  // also when the look found what it had found the last time
+  });
   if (file.empty()) return;
   // Whole, since the settings keep it, and the next start has another folder to begin with.
   const std::string path = QFileInfo(QString::fromStdString(file)).absoluteFilePath().toStdString();

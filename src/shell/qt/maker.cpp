@@ -31,6 +31,12 @@ QLabel* captionFor(const QString& text, QWidget* widget) {
   return label;
 }
 
+QWidget* together(QWidget* caption, QWidget* box) {
+  auto* both = new QWidget;
+  both->setLayout(row({caption, box}));
+  return both;
+}
+
 void setPlainTip(QWidget& widget, const QString& text) {
   widget.setToolTip(Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text);
 }

@@ -41,6 +41,8 @@ struct Maker {
 QHBoxLayout* row(std::initializer_list<QWidget*> widgets);
 // A caption; with a widget, the letter after "&" moves the focus to it.
 QLabel* captionFor(const QString& text, QWidget* widget = nullptr);
+// A caption and its box as one, which no line break comes between.
+QWidget* together(QWidget* caption, QWidget* box);
 // A tool tip that shows a text as it is: Qt would take a file's name such as "<b>.hex" for markup.
 void setPlainTip(QWidget& widget, const QString& text);
 // A label of several lines that wraps.

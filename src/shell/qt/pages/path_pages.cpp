@@ -7,10 +7,10 @@ namespace {
 
 QLayout* lineBoxes(const Maker& maker, const userpath::LineBoxes& boxes, QLabel* baud, QLabel* parity, QLabel* data,
                    QLabel* stop, const QString& of) {
-  return flow({baud, maker.combo(boxes.baud, QStringLiteral("Baud rate") + of), parity,
-               maker.combo(boxes.parity, QStringLiteral("Parity") + of), data,
-               maker.combo(boxes.dataBits, QStringLiteral("Data bits") + of), stop,
-               maker.combo(boxes.stopBits, QStringLiteral("Stop bits") + of)});
+  return flow({together(baud, maker.combo(boxes.baud, QStringLiteral("Baud rate") + of)),
+               together(parity, maker.combo(boxes.parity, QStringLiteral("Parity") + of)),
+               together(data, maker.combo(boxes.dataBits, QStringLiteral("Data bits") + of)),
+               together(stop, maker.combo(boxes.stopBits, QStringLiteral("Stop bits") + of))});
 }
 
 }  // namespace
