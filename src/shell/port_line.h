@@ -1,4 +1,4 @@
-// The line under the port box, and the only one that writes it: the device behind the number in the box, or why a
+// The line under the port box, and the only one that writes it: the device that the number in the box means, or why a
 // sequence could not open that port. What the terminal does with its own port is no business of this line.
 #pragma once
 
@@ -14,7 +14,7 @@ class PortLine {
  public:
   PortLine(MainPanel& panel, const platform::Activity& activity);
 
-  // The device of a port number in the system's words, such as "/dev/ttyUSB0  USB Serial"; empty: no device. Without
+  // The device of a port number as the system names it, such as "/dev/ttyUSB0  USB Serial"; empty: no device. Without
   // it the line tells failures only.
   std::function<std::string(int number)> deviceOf;
 

@@ -94,7 +94,7 @@ TEST_F(Window, ASaveDialogAddsTheEndingAndAsksBeforeItReplaces) {
                dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(name);
                QMetaObject::invokeMethod(dialog, "accept");
              });
-    atTheLatest(std::chrono::seconds(5), [&] { program->dialogs.closeAll(); });
+    atTheLatest(kLimit, [&] { program->dialogs.closeAll(); });
     return QString::fromStdString(program->dialogs.saveFile({.title = "Save Project File",
                                                              .filter = "(*.KVR)|*.KVR",
                                                              .initialFolder = folder.path().toStdString(),
@@ -255,11 +255,9 @@ TEST_F(Window, AFilesNameIsShownAsItIsAndMovesNothing) {
   EXPECT_FALSE(widget<QLabel>("codeFileNote").text().contains(QLatin1Char('\n')));
   EXPECT_TRUE(widget("codeFileNote").toolTip().contains(QLatin1String("&lt;b&gt;and")))
       << widget("codeFileNote").toolTip().toStdString();
-  for (auto* label : program->window->findChildren<QLabel*>())
-    EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->text().toStdString();
 }
 
-// The list behind the dialog takes its time; what was typed meanwhile stays.
+// The list is read after the dialog shows; a selection in it would overwrite what was typed meanwhile.
 TEST_F(Window, AFileDialogNamesTheLastFileAndSelectsNoneInItsList) {
   open();
   QFile there(folder.filePath(QStringLiteral("code.hex")));

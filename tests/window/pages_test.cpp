@@ -48,6 +48,8 @@ TEST_F(Pages, EveryInputOfEveryPageHasANameForAScreenReader) {
   EXPECT_EQ(role(*program->window), QAccessible::Window);
   for (auto* option : program->window->findChildren<QRadioButton*>())
     EXPECT_EQ(role(*option), QAccessible::RadioButton) << option->objectName().toStdString();
+  for (auto* label : program->window->findChildren<QLabel*>())
+    EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->text().toStdString();
   for (const char* range : {"LabISP_reange_0", "LabISP_reange_1"}) {
     EXPECT_TRUE(widget(range).accessibleName().contains(QLatin1String("address"))) << range;
     EXPECT_FALSE(widget(range).toolTip().isEmpty()) << range;

@@ -29,7 +29,7 @@ class RealTarget : public TargetDesk {
     whenever([this] { return program->form.activity.busy() && program->link.isOpen(); }, [this] { cyclePower(); });
   }
   // The button, and the run that it starts, to its end.
-  void press(const char* button, seconds limit = seconds(20)) {
+  void press(const char* button, seconds limit = kLimit) {
     bool began = false;
     whenever([this] { return program->form.activity.busy(); }, [&] { began = true; });
     atTheLatest(limit, [this] { click("comStop_Download"); });
@@ -37,7 +37,7 @@ class RealTarget : public TargetDesk {
     EXPECT_TRUE(waitFor([&] { return began && !program->form.activity.busy(); }, limit)) << pane();
     plans.clear();
   }
-  bool says(const std::string& words) { return pane().find(words) != std::string::npos; }
+  bool says(const std::string& text) { return pane().find(text) != std::string::npos; }
   int passes() { return widget<QLineEdit>("txtWrite_OK_Count").text().toInt(); }
   void drop(const QString& path) {
     QMimeData data;
@@ -117,7 +117,7 @@ TEST_F(RealTarget, EachBuildOfTheSampleIsProgrammedOnce) {
     compiler.start(QStringLiteral("bash"),
                    {folder.filePath(QStringLiteral("samples/build")), folder.filePath(QStringLiteral("work"))});
     // The window goes on meanwhile, and looks at the file at any moment of the build.
-    ASSERT_TRUE(waitFor([&] { return compiler.state() == QProcess::NotRunning; }, seconds(120)));
+    ASSERT_TRUE(waitFor([&] { return compiler.state() == QProcess::NotRunning; }, 2 * kLimit));
     ASSERT_EQ(compiler.exitCode(), 0) << compiler.readAllStandardError().toStdString();
   };
   ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("work")));
@@ -129,13 +129,13 @@ TEST_F(RealTarget, EachBuildOfTheSampleIsProgrammedOnce) {
   tab("TabStrip1", "store_buffer");
   click("cekReloadFileWhileFileChange");
   settle();
-  const QByteArrayList words{"Built again.", "Third build."};
+  const QByteArrayList texts{"Built again.", "Third build."};
   for (int number = 1; number <= 2; ++number) {
-    rebuild(words[number - 1]);
-    EXPECT_TRUE(waitFor([&] { return passes() >= number && !program->form.activity.busy(); }, seconds(20))) << pane();
+    rebuild(texts[number - 1]);
+    EXPECT_TRUE(waitFor([&] { return passes() >= number && !program->form.activity.busy(); })) << pane();
     EXPECT_EQ(verdict(), QStringLiteral("PASS"));
     const QString flash = readReport()[QStringLiteral("flash")].toString();
-    EXPECT_TRUE(QByteArray::fromHex(flash.toLatin1()).contains(words[number - 1])) << "build " << number;
+    EXPECT_TRUE(QByteArray::fromHex(flash.toLatin1()).contains(texts[number - 1])) << "build " << number;
     EXPECT_EQ(differences(flash), 0) << "build " << number;
   }
   EXPECT_FALSE(waitFor([&] { return program->form.activity.busy(); }, std::chrono::milliseconds(2500)))

@@ -1,4 +1,4 @@
-// The real window on a pseudo-terminal with a simulated chip behind it: runs, Stop and closing at any moment.
+// The real window on a pseudo-terminal with a simulated chip at its other end: runs, Stop and closing at any moment.
 #include <QLabel>
 
 #include "tests/window/target_desk.h"
@@ -42,7 +42,7 @@ TEST_F(WindowRun, AnAdapterPulledOutEndsTheRunWithinASecond) {
              target.waitForFinished();
              pulled = program->loop.now();
            });
-  atTheLatest(std::chrono::seconds(8), [&] { click("comStop_Download"); });
+  atTheLatest(kLimit, [&] { click("comStop_Download"); });
   click("comDownload_0");
   ASSERT_TRUE(waitFor([&] { return ended() && !program->form.activity.busy(); })) << pane();
   EXPECT_LT(program->loop.now() - pulled, std::chrono::seconds(1));
@@ -122,7 +122,7 @@ TEST_F(WindowRun, AClosePressedTwiceDuringAQuestionGoesToo) {
   bool answer = true;
   whenever([&] { return QApplication::activeModalWidget() != nullptr; }, [&] { program->window->close(); });
   program->loop.post([&] { answer = program->dialogs.askYesNo("KVR-ISP", "Go on?"); });
-  EXPECT_TRUE(waitFor([&] { return !program->window->isVisible(); }, std::chrono::seconds(3)));
+  EXPECT_TRUE(waitFor([&] { return !program->window->isVisible(); }));
   EXPECT_FALSE(answer);
 }
 

@@ -66,7 +66,7 @@ void onFocusLeft(QWidget& widget, std::function<void()> left) {
 
 QLineEdit* makeLine(platform::EventLoop& loop, platform::TextBox& control, const QString& name) {
   auto* line = new QLineEdit;
-  line->setDragEnabled(false);  // a drag is a loop of its own, in which a run would stand still
+  line->setDragEnabled(false);  // a drag is a loop of its own, in which no run would go on
   auto* binding = new Binding(loop, control, *line, name, [line, &control] {
     const QString text = qtText(control.text());
     if (line->text() == text) return;

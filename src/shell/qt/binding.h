@@ -48,7 +48,7 @@ class Binding : public QObject {
 QString qtText(const std::string& text);
 // "textMsg", or "FrameX_3" for an element of an array.
 QString objectNameOf(const platform::Control& control);
-// A caption as buttons take it: an ampersand stands for itself, and one in front of the first `mnemonic` (if the
+// A caption as buttons take it: an ampersand is shown as one, and one in front of the first `mnemonic` (if the
 // caption has that letter) makes it the key that presses the button with Alt.
 QString buttonText(const std::string& caption, char mnemonic = 0);
 

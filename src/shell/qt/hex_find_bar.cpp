@@ -37,7 +37,7 @@ QLineEdit* line(const QString& name, const QString& objectName, const QString& h
   edit->setObjectName(objectName);
   edit->setPlaceholderText(hint);
   addClearButton(*edit);
-  edit->setDragEnabled(false);  // a drag is a loop of its own, in which a run would stand still
+  edit->setDragEnabled(false);  // a drag is a loop of its own, in which no run would go on
   return edit;
 }
 

@@ -28,9 +28,9 @@ QWidget* makeSelfDefinedPage(const Maker& maker) {
       row({maker.button(p.comSendUserCode),
            maker.button(maker.form.main.comHelp[0], 0, QStringLiteral("Help on the self-defined command")), nullptr}));
   column->addWidget(maker.check(maker.form.images.panel.cekReloadFileWhileFileChange1));
-  auto* words = maker.label(p.labUserCode[6]);
-  words->setWordWrap(true);
-  column->addWidget(words);
+  auto* explanation = maker.label(p.labUserCode[6]);
+  explanation->setWordWrap(true);
+  column->addWidget(explanation);
   column->addStretch(1);
   auto* frame = makeFrame(maker.loop(), p.Frame8);
   frame->setLayout(column);
