@@ -48,6 +48,9 @@ class Group : public QGroupBox {
     QStylePainter painter(this);
     QStyleOptionGroupBox option;
     initStyleOption(&option);
+    // A caption may hold a path, whose end tells more than its middle.
+    option.text =
+        fontMetrics().elidedText(option.text, Qt::ElideMiddle, width() - fontMetrics().averageCharWidth() * 4);
     QRect edge = style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxFrame, this);
     const QRect caption = style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxLabel, this);
     if (!title().isEmpty()) edge.setTop(caption.bottom() + 2);
