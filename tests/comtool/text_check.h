@@ -7,7 +7,7 @@
 #include "comtool/text_cells.h"
 #include "comtool/text_decoder.h"
 #include "platform/text_codec.h"
-#include "tool_bench.h"
+#include "tests/comtool/tool_bench.h"
 #include "userpath/user_bytes.h"
 
 namespace kvr::comtool {

@@ -3,8 +3,8 @@
 #include <random>
 #include <string>
 
+#include "tests/comtool/text_check.h"
 #include "tests/support/corpus.h"
-#include "text_check.h"
 
 namespace kvr::comtool {
 namespace {

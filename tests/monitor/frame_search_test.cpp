@@ -2,7 +2,7 @@
 
 #include <random>
 
-#include "stream_check.h"
+#include "tests/monitor/stream_check.h"
 #include "tests/support/corpus.h"
 
 namespace kvr::monitor {

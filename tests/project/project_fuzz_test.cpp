@@ -1,7 +1,7 @@
 // Project files that something has damaged.
 #include <gtest/gtest.h>
 
-#include "project_bench.h"
+#include "tests/project/project_bench.h"
 
 namespace kvr::project {
 namespace {

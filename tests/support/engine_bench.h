@@ -13,7 +13,7 @@
 #include "platform/virtual/virtual_world.h"
 #include "sim/chip.h"
 #include "sim/wire.h"
-#include "virtual_link.h"
+#include "tests/support/virtual_link.h"
 
 namespace kvr::support {
 
