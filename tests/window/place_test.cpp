@@ -3,6 +3,7 @@
 #include <QScreen>
 #include <QSplitter>
 
+#include "shell/qt/window_place.h"
 #include "tests/window/desk.h"
 
 namespace kvr::window {
@@ -32,6 +33,15 @@ TEST_F(Place, AWindowComesBackWhollyReachableHoweverLargeItWas) {
     EXPECT_LE(saved("MainWidth").toInt(), screen().width() * kPixel);
     EXPECT_LE(saved("MainHeight").toInt(), screen().height() * kPixel);
   }
+}
+
+TEST(ReachablePlace, LeavesAWindowAcrossTwoScreensAndMovesOneThatLostItsScreen) {
+  const QRect left(0, 24, 1600, 876);
+  const QRect right(1600, 24, 1920, 1056);
+  const QRect across(1000, 100, 1200, 700);
+  EXPECT_EQ(reachablePlace(across, {left, right}), across);
+  EXPECT_EQ(reachablePlace(across, {left}), QRect(400, 100, 1200, 700));
+  EXPECT_EQ(reachablePlace(QRect(2000, 100, 1200, 700), {left}), QRect());
 }
 
 TEST_F(Place, ShrinkKeepsWhatARunNeedsAndTheWayBackInSight) {

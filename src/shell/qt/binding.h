@@ -27,7 +27,6 @@ class Binding : public QObject {
   // Queues what the user did. While gestures wait their turn the widget keeps what the user sees; from the last one on
   // it shows the control's state, also while that gesture has a message box open.
   void post(std::function<void()> gesture);
-  bool settled() const { return pending_ == 0; }
   // Calls `handler` on the signal for as long as the widget lives.
   void watch(platform::Signal& signal, std::function<void()> handler);
 
