@@ -12,7 +12,7 @@ int main(int argc, char** argv) {
   window.setWindowTitle("bare");
   window.setCentralWidget(new QLabel("KVR-ISP: Step1: Select MCU Type", &window));
   kvr::window::placeWindow(window, {});  // the program's own size at its first start
-  const kvr::shell::FirstPaint firstPaint(window);
+  const kvr::window::FirstPaint firstPaint(window);
   window.show();
   return QApplication::exec();
 }

@@ -21,9 +21,7 @@ const char* verdictWord(engine::Ending ending) {
 }  // namespace
 
 void MainForm::connectEngine() {
-  display.onPortStatus = [this](const std::string& why) {
-    main.portStatus.setCaption(why.empty() && describePort ? describePort() : why);
-  };
+  display.onPortStatus = [this](const std::string& why) { portLine.opened(why); };
   results.writeLog = [this](const download::RunRecord& record) { logRun(record); };
   downloads.wantsPort = [this] { return comTool.autoOpens(); };
   downloads.takePort = [this] { comTool.takePort(); };

@@ -26,6 +26,7 @@ MainForm::MainForm(platform::World services, const platform::TextCodec& codec)
       trigger(runs, world.dialogs, jobPanels, downloads, userpath),
       picker(world, main, model),
       settings(world.loop, world.store, registry),
+      portLine(main, activity),
       timerUnload_(world.loop, [this] { timerUnload(); }) {
   registerControls();
   connectRooms();
@@ -55,7 +56,12 @@ void MainForm::connectRooms() {
       .switchDataIncrementOff = [this] { images.panel.cheData_Auto_Increase.setValue(false); },
       .showRange = [this](const catalogue::IspRange&) { images.showModel(); },
       .refreshMonitor = [this] { sfrMonitor.listRegisters(); },
-      .clearTargetReport = [this] { optionsRoom.clearLockLabels(); },
+      .clearTargetReport =
+          [this] {
+            optionsRoom.clearLockLabels();
+            main.Label2[6].setCaption({});  // the model of a project that was open before
+            forgetVerdict();
+          },
       .showFamilyPanel = [this] { optionsRoom.showFamilyPanel(); },
       .requestSave = [this] { settings.requestSave(); },
   };
@@ -65,7 +71,14 @@ void MainForm::connectRooms() {
   settings.hooks.notSaved = [this](const std::string& why) {
     main.textMsg.appendLine("The settings could not be saved: " + why);
   };
-  lock.changed.connect([this] { applyLock(); });
+  tokens_ = {lock.changed.watch([this] { applyLock(); }),
+             images.state.CodeBuffer.changed.watch([this] { forgetVerdict(); }),
+             images.state.EepromBuffer.changed.watch([this] { forgetVerdict(); })};
+}
+
+// The sign speaks of what is selected and loaded. A serial number that a run puts into the image changes neither.
+void MainForm::forgetVerdict() {
+  if (!lock.busy()) results.forget();
 }
 
 void MainForm::connectButtons() {
@@ -75,7 +88,7 @@ void MainForm::connectButtons() {
   main.comHelp[1].onClick = [this] { world.dialogs.help(userpath::kHardwareHelpTitle, userpath::hardwareHelpText()); };
 }
 
-// A log that is asked for without a name gets one, for the person to change.
+// A log that is asked for without a name gets one, for the user to change.
 void MainForm::nameBatchLog() {
   if (main.cheBatchLog.value() && main.txtBatchLog.trimmed().empty())
     main.txtBatchLog.setText(world.files.programFolder() + "/KVR-ISP_batch.csv");

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "catalogue/selected_model.h"
@@ -26,6 +27,7 @@
 #include "project/project_room.h"
 #include "shell/main_panel.h"
 #include "shell/model_picker.h"
+#include "shell/port_line.h"
 #include "shell/settings.h"
 #include "userpath/demo_room.h"
 #include "userpath/trigger_room.h"
@@ -56,7 +58,7 @@ class MainForm {
   // while the button for such a file is disabled.
   void openDropped(const std::string& path);
 
-  // Width of the terminal's string pane after the splitter was moved, twips; saved.
+  // Width of the terminal's string pane, twips, at the end of a move of the splitter; saved.
   void splitterMoved(int tabWidthTwips);
 
   WindowPlace windowPlace() const { return settings.windowPlace(); }
@@ -97,8 +99,7 @@ class MainForm {
   userpath::TriggerRoom trigger;
   ModelPicker picker;
   Settings settings;
-
-  std::function<std::string()> describePort;  // the open port in the system's words, such as "/dev/ttyUSB0  USB Serial"
+  PortLine portLine;
 
   // The window is narrowed to its working pages ("Resume" brings the left column back).
   void shrinkOrResume();
@@ -116,9 +117,11 @@ class MainForm {
   void connectButtons();
   void applyLock();
   void showOptionNote();
+  void forgetVerdict();
   void timerUnload();
 
   bool unloaded_ = false;
+  std::vector<platform::Signal::Token> tokens_;
   platform::Timer timerUnload_;
 };
 

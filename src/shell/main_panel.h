@@ -15,7 +15,7 @@ struct MainPanel {
   platform::Button Command3{"Command3"};  // opens the model tree
   platform::Tree TreeViewDevice{"TreeViewDevice"};
   platform::ComboBox combCommPort{"combCommPort"};  // "COM1" .. "COM16"
-  platform::Label portStatus{"portStatus"};         // why the port could not be opened, in the system's words
+  platform::Label portStatus{"portStatus"};         // the line under the port box; PortLine writes it
   platform::Lamp imgOpen_sys{"imgOpen_sys"};        // the engine's lamp beside the port box
   platform::ProgressBar ProgressBar1{"ProgressBar1"};
   platform::Label labKbyte{"labKbyte"};  // "1.500K" while a run goes on

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "tool_bench.h"
+#include "tests/comtool/tool_bench.h"
 
 namespace kvr::comtool {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "comtool/text_cells.h"
-#include "tool_bench.h"
+#include "tests/comtool/tool_bench.h"
 
 namespace kvr::comtool {
 namespace {

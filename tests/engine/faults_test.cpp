@@ -6,7 +6,7 @@
 #include <set>
 #include <tuple>
 
-#include "../support/engine_bench.h"
+#include "tests/support/engine_bench.h"
 
 namespace kvr {
 namespace {

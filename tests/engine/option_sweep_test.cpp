@@ -6,7 +6,7 @@
 #include <random>
 #include <set>
 
-#include "../support/engine_bench.h"
+#include "tests/support/engine_bench.h"
 
 namespace kvr {
 namespace {

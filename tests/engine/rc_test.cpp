@@ -6,8 +6,8 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "../support/engine_bench.h"
 #include "engine/status_frame.h"
+#include "tests/support/engine_bench.h"
 
 namespace kvr {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "../support/engine_bench.h"
+#include "tests/support/engine_bench.h"
 
 namespace kvr {
 namespace {

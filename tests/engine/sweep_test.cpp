@@ -4,7 +4,7 @@
 
 #include <set>
 
-#include "../support/engine_bench.h"
+#include "tests/support/engine_bench.h"
 
 namespace kvr {
 namespace {

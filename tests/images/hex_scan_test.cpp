@@ -8,7 +8,7 @@
 #include <random>
 
 #include "images/file_scan.h"
-#include "images_bench.h"
+#include "tests/images/images_bench.h"
 
 namespace kvr::images {
 namespace {

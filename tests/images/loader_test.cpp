@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "images_bench.h"
+#include "tests/images/images_bench.h"
 
 namespace kvr::images {
 namespace {

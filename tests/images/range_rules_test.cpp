@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "catalogue/selected_model.h"
-#include "images_bench.h"
+#include "tests/images/images_bench.h"
 
 namespace kvr::images {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <numeric>
 
-#include "images_bench.h"
+#include "tests/images/images_bench.h"
 
 namespace kvr::images {
 namespace {

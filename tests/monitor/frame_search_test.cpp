@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "stream_check.h"
+#include "tests/monitor/stream_check.h"
 
 namespace kvr::monitor {
 namespace {

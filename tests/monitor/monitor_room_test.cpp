@@ -4,7 +4,7 @@
 
 #include "monitor/register_tables.h"
 #include "platform/text.h"
-#include "stream_check.h"
+#include "tests/monitor/stream_check.h"
 
 namespace kvr::monitor {
 namespace {

@@ -5,9 +5,9 @@
 #include <numeric>
 #include <string>
 
-#include "dump_frames.h"
 #include "monitor/monitor_room.h"
 #include "platform/virtual/virtual_loop.h"
+#include "tests/monitor/dump_frames.h"
 
 namespace kvr::monitor {
 

@@ -1,4 +1,4 @@
-#include "options_page.h"
+#include "tests/options/options_page.h"
 
 namespace kvr::options {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "project_bench.h"
+#include "tests/project/project_bench.h"
 
 namespace kvr::project {
 namespace {

@@ -141,10 +141,6 @@ Twist Window::chooseTwist() {
   const bool reloads = kind_ == Kind::Chip || kind_ == Kind::FixedLink || kind_ == Kind::Trigger;
   const bool isReload = twist == Twist::Rebuilt || twist == Twist::Gone || twist == Twist::ProjectRefused;
   if (isReload && !reloads) return Twist::None;
-  // Where the boot block of these begins is not settled: the simulated chip keeps more for it than their rows say.
-  const auto family = user_.model().family;
-  const bool unsettled = family >= catalogue::Family::Maple && family <= catalogue::Family::Oak;
-  if (twist == Twist::TooLong && unsettled) return Twist::None;
   return twist;
 }
 
@@ -196,6 +192,8 @@ void Window::twist() {
       reload.userSet(true);
       return user_.removeCode();
     case Twist::TooLong:
+      // The simulated chips of these keep more for their boot block than any host knows of.
+      if (user_.model().family >= catalogue::Family::Maple && user_.model().family <= catalogue::Family::Oak) return;
       return user_.openCode(codeFile(static_cast<std::size_t>(user_.model().bootEnd) + 1 - random_() % 3000));
     case Twist::DataNotSent:
       user_.pick(*catalogue::findByName("Rowan-H20"));

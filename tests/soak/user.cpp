@@ -9,7 +9,9 @@ using platform::Millis;
 
 UserFile binaryFile(Random& random, const std::string& path, std::size_t size) {
   UserFile file{path, platform::Bytes(size), Meant(size)};
-  for (std::size_t i = 0; i < size; ++i) file.meant[i] = file.bytes[i] = static_cast<std::uint8_t>(random());
+  for (std::size_t i = 0; i < size; ++i) file.bytes[i] = static_cast<std::uint8_t>(random());
+  if (file.bytes[0] == ':') file.bytes[0] = 2;  // it would be read as a HEX file
+  std::copy(file.bytes.begin(), file.bytes.end(), file.meant.begin());
   return file;
 }
 
@@ -38,6 +40,7 @@ UserFile hexFile(Random& random, const std::string& path, std::size_t size) {
   UserFile file{path, {}, Meant(size)};
   std::string text;
   for (std::size_t at = 0; at < size; at += 16) {
+    if (at == 0x10000) text += record(0, 4, {0, 1});
     if (at > 0 && at + 16 < size && random() % 8 == 0) continue;
     platform::Bytes data(std::min<std::size_t>(16, size - at));
     for (std::size_t i = 0; i < data.size(); ++i) file.meant[at + i] = data[i] = static_cast<std::uint8_t>(random());

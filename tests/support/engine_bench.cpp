@@ -1,4 +1,4 @@
-#include "engine_bench.h"
+#include "tests/support/engine_bench.h"
 
 #include <algorithm>
 

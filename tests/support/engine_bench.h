@@ -11,7 +11,7 @@
 #include "images/image_room.h"
 #include "options/options_room.h"
 #include "sim/chip.h"
-#include "virtual_world.h"
+#include "tests/support/virtual_world.h"
 
 namespace kvr::support {
 

@@ -1,4 +1,4 @@
-#include "virtual_link.h"
+#include "tests/support/virtual_link.h"
 
 #include <algorithm>
 #include <sstream>

@@ -1,39 +1,33 @@
 // Clicks and keys on the real widgets reach the controls, and what the controls become shows.
+#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QLabel>
+#include <QListView>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QRadioButton>
-#include <QScrollArea>
+#include <QScreen>
 #include <QScrollBar>
+#include <QTextBlock>
+#include <QTextLayout>
 #include <QTreeWidget>
 
+#include "shell/qt/shots.h"
+#include "tests/window/contrast.h"
 #include "tests/window/desk.h"
 
 namespace kvr::window {
 namespace {
 
-class Window : public Desk {};
-
-TEST_F(Window, EveryInputOfEveryPageHasANameForAScreenReader) {
-  open();
-  ASSERT_TRUE(program->form.picker.tryApply("Ivy-HF0S"));
-  for (const char* strip : {"TabStrip1", "TabStrip2"})
-    for (int i = 0; i < widget<QTabBar>(strip).count(); ++i) {
-      widget<QTabBar>(strip).setCurrentIndex(i);
-      settle();
-    }
-  int inputs = 0;
-  for (auto* child : program->window->findChildren<QWidget*>()) {
-    const QString kind = QString::fromLatin1(child->metaObject()->className());
-    if (kind.startsWith(QLatin1String("qt_")) || child->focusPolicy() == Qt::NoFocus) continue;
-    if (qobject_cast<QScrollArea*>(child) || qobject_cast<QScrollBar*>(child) || qobject_cast<QLabel*>(child)) continue;
-    if (kind == QLatin1String("QComboBoxListView")) continue;  // speaks for its box
-    ++inputs;
-    EXPECT_FALSE(child->accessibleName().isEmpty()) << child->objectName().toStdString() << " " << kind.toStdString();
+class Window : public Desk {
+ protected:
+  template <class Dialog>
+  Dialog* shown(const char* name) {
+    auto* dialog = program->window->findChild<Dialog*>(QString::fromLatin1(name));
+    return dialog && dialog->isVisible() ? dialog : nullptr;
   }
-  EXPECT_GT(inputs, 150);
-}
+};
 
 TEST_F(Window, EscapeAndAClickElsewhereLeaveTheModel) {
   open();
@@ -91,70 +85,16 @@ TEST_F(Window, ATabThatDoesNotApplyIsShownAndCannotBeChosen) {
   EXPECT_EQ(program->form.main.TabStrip2.selectedKey(), "EEPROM_File");
 }
 
-// Every widget takes input exactly when its control does, in all four states of the lock.
-TEST_F(Window, WidgetsFollowTheLockInEveryState) {
-  open();
-  pickModel(QStringLiteral("Ivy-HF0S"));
-  auto& form = program->form;
-  for (const int state : {0, 1, 2, 3, 0}) {
-    form.lock.set(state);
-    for (auto* control : form.registry.all()) {
-      const auto* shown = program->window->findChild<QWidget*>(objectNameOf(*control));
-      if (!shown) continue;  // on a page that has not been shown, or without a widget
-      EXPECT_EQ(shown->isEnabledTo(shown->parentWidget()), control->enabled())
-          << control->name() << " in state " << state;
-    }
-    EXPECT_EQ(widget("comLoadFile").isEnabled(), state == 0);
-    EXPECT_TRUE(!form.lock.busy() || widget("textMsg").hasFocus() || !program->window->isActiveWindow());
-  }
-}
-
-// What one family says beside its options is gone with the next one.
-TEST_F(Window, NotesAndTipsOnTheOptionsFollowTheFamily) {
-  open();
-  EXPECT_FALSE(widget("Option10_0").toolTip().isEmpty());  // the chip takes no other value
-  EXPECT_EQ(widget("Option11_0").accessibleDescription(), widget<QLabel>("LabOption_11").text());
-  ASSERT_TRUE(program->form.picker.tryApply("Rowan-H40"));
-  EXPECT_TRUE(widget("Option10_0").toolTip().isEmpty());
-  EXPECT_TRUE(widget<QLabel>("Label7_0").text().endsWith(QStringLiteral("振荡器增益可选 1/2 gain")));
-  EXPECT_GT(widget("Label7_0").y(), widget("LabOption_2").y());
-  EXPECT_LT(widget("Label7_0").y(), widget("LabOption_3").y());
-  ASSERT_TRUE(program->form.picker.tryApply("Ivy-HF0S"));
-  EXPECT_EQ(widget<QLabel>("Label7_0").text(), QString());
-}
-
-TEST_F(Window, ShrinkAndResumeLeaveItAsItWas) {
-  open();
-  const QRect before = program->window->geometry();
-  click("comMastWindow");
-  settle();
-  EXPECT_FALSE(widget("leftColumn").isVisible());
-  EXPECT_LT(program->window->width(), before.width() - 300);
-  EXPECT_EQ(program->window->geometry().right(), before.right());
-  program->form.main.comMastWindow.press();
-  settle();
-  EXPECT_EQ(program->window->geometry(), before);
-  click("comMastWindow");
-  settle();
-  program->window->showMaximized();
-  settle();
-  click("comMastWindow");
-  settle();
-  program->window->showNormal();
-  settle();
-  EXPECT_EQ(program->window->geometry(), before);
-}
-
 TEST_F(Window, ASaveDialogAddsTheEndingAndAsksBeforeItReplaces) {
   open();
   const auto save = [&](const QString& name) {
-    later(80, [&, name] {
-      auto* dialog = program->window->findChild<QFileDialog*>(QStringLiteral("fileDialog"));
-      ASSERT_NE(dialog, nullptr);
-      dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(name);
-      QMetaObject::invokeMethod(dialog, "accept");
-    });
-    later(5000, [&] { program->dialogs.closeAll(); });  // the test fails then, and does not hang
+    whenever([&] { return shown<QFileDialog>("fileDialog"); },
+             [&, name] {
+               auto* dialog = shown<QFileDialog>("fileDialog");
+               dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(name);
+               QMetaObject::invokeMethod(dialog, "accept");
+             });
+    atTheLatest(kLimit, [&] { program->dialogs.closeAll(); });
     return QString::fromStdString(program->dialogs.saveFile({.title = "Save Project File",
                                                              .filter = "(*.KVR)|*.KVR",
                                                              .initialFolder = folder.path().toStdString(),
@@ -165,12 +105,12 @@ TEST_F(Window, ASaveDialogAddsTheEndingAndAsksBeforeItReplaces) {
   QFile there(folder.filePath(QStringLiteral("old.KVR")));
   ASSERT_TRUE(there.open(QIODevice::WriteOnly));
   bool asked = false;
-  later(300, [&] {
-    auto* box = program->window->findChild<QMessageBox*>(QStringLiteral("questionBox"));
-    ASSERT_NE(box, nullptr);
-    asked = box->text().contains(QStringLiteral("old.KVR already exists."));
-    box->button(QMessageBox::Yes)->click();
-  });
+  whenever([&] { return shown<QMessageBox>("questionBox"); },
+           [&] {
+             auto* box = shown<QMessageBox>("questionBox");
+             asked = box->text().contains(QStringLiteral("old.KVR already exists."));
+             box->button(QMessageBox::Yes)->click();
+           });
   EXPECT_EQ(save(QStringLiteral("old")), there.fileName());
   EXPECT_TRUE(asked);
 }
@@ -193,19 +133,179 @@ TEST_F(Window, TheTextOfALabelCanBeSelectedAndStaysInItsPlaceThen) {
   EXPECT_EQ(label.selectedText(), QStringLiteral("/dev/ttyUSB7: busy"));
 }
 
-TEST_F(Window, TheProgramButtonIsTheLargestAndTheLeftColumnFitsASmallScreen) {
+TEST_F(Window, TypingIntoAnEditableBoxKeepsTheCaretWhereItIs) {
+  set("DeviceProducts", QStringLiteral("Pine-H03E"));
   open();
-  program->window->resize(1366, 708);
+  const auto typeAtTheHead = [&](const char* name, const QString& start) {
+    auto* line = widget<QComboBox>(name).lineEdit();
+    line->setFocus();
+    line->selectAll();
+    QTest::keyClicks(line, start);
+    settle();
+    QTest::keyClick(line, Qt::Key_Home);
+    QTest::keyClick(line, '2');
+    settle();
+    QTest::keyClick(line, Qt::Key_Delete);
+    settle();
+    EXPECT_EQ(line->text(), QLatin1Char('2') + start.mid(1)) << name;
+    EXPECT_EQ(line->cursorPosition(), 1) << name;
+  };
+  typeAtTheHead("comDalay_ReDownLoad", QStringLiteral("71"));
+  typeAtTheHead("com_RC_frequency_5", QStringLiteral("11.0592"));
+  EXPECT_EQ(program->form.download.comDalay_ReDownLoad.text(), "21");
+  EXPECT_EQ(program->form.options.com_RC_frequency[5].text(), "21.0592");
+}
+
+TEST_F(Window, ARefusedFrequencyIsGoneFromTheBoxBeforeItsMessageShows) {
+  set("DeviceProducts", QStringLiteral("Pine-H03E"));
+  open();
+  auto* line = widget<QComboBox>("com_RC_frequency_5").lineEdit();
+  line->setFocus();
+  line->selectAll();
+  QTest::keyClicks(line, QStringLiteral("99"));
   settle();
-  const auto& column = widget<QScrollArea>("leftColumn");
-  EXPECT_LE(column.widget()->minimumSizeHint().height(), column.viewport()->height());
-  EXPECT_EQ(program->window->width(), 1366);
-  const QSize program_button = widget("comDownload_0").size();
-  for (auto* button : program->window->findChildren<QAbstractButton*>()) {
-    if (button->objectName() == QLatin1String("comDownload_0") || !button->isVisible()) continue;
-    EXPECT_LT(button->width() * button->height(), program_button.width() * program_button.height())
-        << button->objectName().toStdString();
+  QString seen;
+  whenever([&] { return shown<QMessageBox>("messageBox"); },
+           [&] {
+             seen = line->text();
+             shown<QMessageBox>("messageBox")->reject();
+           });
+  widget("textMsg").setFocus();
+  EXPECT_TRUE(waitFor([&] { return !seen.isNull(); }));
+  EXPECT_NE(seen, QStringLiteral("99"));
+}
+
+TEST_F(Window, ABoxThatIsTooNarrowShowsTheHeadOfItsTextWhenItIsLeft) {
+  open();
+  auto& box = widget<QLineEdit>("txtFileCheckSum");
+  program->form.images.panel.txtFileCheckSum.setText("00379A6H       ");
+  click("txtFileCheckSum");
+  QTest::keyClick(&box, Qt::Key_End);
+  widget("textMsg").setFocus();
+  settle();
+  EXPECT_EQ(box.cursorPosition(), 0);
+}
+
+TEST_F(Window, TheMessagePaneStaysAtItsEndWhenTheWindowGetsSmaller) {
+  open();
+  program->window->resize(1500, 880);
+  settle();
+  for (int i = 0; i < 100; ++i) program->form.main.textMsg.appendLine("message " + std::to_string(i));
+  auto* bar = widget<QPlainTextEdit>("textMsg").verticalScrollBar();
+  for (const QSize size : {QSize(1300, 700), QSize(1200, 620), QSize(1500, 880)}) {
+    program->window->resize(size);
+    settle();
+    EXPECT_EQ(bar->value(), bar->maximum()) << size.width();
   }
+  bar->setValue(10);
+  program->window->resize(1300, 700);
+  settle();
+  EXPECT_LT(bar->value(), 40) << "who reads further up keeps the place";
+}
+
+TEST_F(Window, AHelpWindowIsAsWideAsItsLines) {
+  open();
+  const std::string line =
+      "1  Functions: Off-Line program board can program without computer. It is used for mass "
+      "production, and WIDE CAPITALS EVERYWHERE IN IT.";
+  program->dialogs.help("Help", line + "\n   hanging");
+  settle();
+  auto& text = widget<QPlainTextEdit>("helpText");
+  EXPECT_EQ(text.document()->firstBlock().layout()->lineCount(), 1);
+  EXPECT_TRUE(QGuiApplication::primaryScreen()->availableGeometry().width() >= text.window()->width());
+}
+
+TEST_F(Window, TheSignAndTheCaptionsForgetTheFormerModelAndImage) {
+  open();
+  auto& form = program->form;
+  const auto show = [&] {
+    form.download.verdict.set(download::VerdictKind::Pass);
+    EXPECT_EQ(widget("verdict").accessibleDescription(), QStringLiteral("PASS"));
+  };
+  show();
+  form.main.Label2[6].setCaption("MCU Type: Hazel-H04");
+  pickModel(QStringLiteral("Ivy-HF0S"));
+  EXPECT_EQ(widget("verdict").accessibleDescription(), QStringLiteral("READY"));
+  EXPECT_EQ(form.main.Label2[6].caption(), "");
+  show();
+  form.openDropped(KVR_SOURCE_DIR "/samples/bench-clock.hex");
+  EXPECT_EQ(widget("verdict").accessibleDescription(), QStringLiteral("READY"));
+  form.lock.toBusy();  // a serial number that a run puts into the image takes no verdict away
+  show();
+  const std::uint8_t number[] = {1, 2};
+  form.images.state.CodeBuffer.put(0x100, number);
+  EXPECT_EQ(widget("verdict").accessibleDescription(), QStringLiteral("PASS"));
+}
+
+TEST_F(Window, AFilesNameIsShownAsItIsAndMovesNothing) {
+  set("DeviceProducts", QStringLiteral("Ivy-HF0S"));
+  open();
+  const auto open = [&](const QString& name) {
+    const QString path = folder.filePath(name);
+    ASSERT_TRUE(QFile::copy(QStringLiteral(KVR_SOURCE_DIR "/samples/bench-clock.hex"), path));
+    program->form.openDropped(path.toStdString());
+    settle();
+  };
+  open(QStringLiteral("plain.hex"));
+  const QRect note = widget("codeFileNote").geometry();
+  const int below = widget("comDownload_0").mapTo(program->window.get(), QPoint()).y();
+  open(QStringLiteral("two\nlines <b>and more<br>than fits into the column of the steps of a download.hex"));
+  EXPECT_EQ(widget("codeFileNote").geometry(), note);
+  EXPECT_EQ(widget("comDownload_0").mapTo(program->window.get(), QPoint()).y(), below);
+  EXPECT_FALSE(widget<QLabel>("codeFileNote").text().contains(QLatin1Char('\n')));
+  EXPECT_TRUE(widget("codeFileNote").toolTip().contains(QLatin1String("&lt;b&gt;and")))
+      << widget("codeFileNote").toolTip().toStdString();
+}
+
+// The list is read after the dialog shows; a selection in it would overwrite what was typed meanwhile.
+TEST_F(Window, AFileDialogNamesTheLastFileAndSelectsNoneInItsList) {
+  open();
+  QFile there(folder.filePath(QStringLiteral("code.hex")));
+  ASSERT_TRUE(there.open(QIODevice::WriteOnly));
+  QString named;
+  bool selected = true;
+  bool mayOpen = false;
+  whenever(
+      [&] {
+        auto* dialog = shown<QFileDialog>("fileDialog");
+        auto* list = dialog ? dialog->findChild<QListView*>(QStringLiteral("listView")) : nullptr;
+        return list && list->model()->rowCount(list->rootIndex()) > 0;
+      },
+      [&] {
+        auto* dialog = shown<QFileDialog>("fileDialog");
+        named = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text();
+        selected = dialog->findChild<QListView*>(QStringLiteral("listView"))->selectionModel()->hasSelection();
+        mayOpen = dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open)->isEnabled();
+        dialog->reject();
+      });
+  EXPECT_EQ(program->dialogs.openFile({.title = "Open",
+                                       .filter = "(*.hex)|*.hex",
+                                       .initialFolder = folder.path().toStdString(),
+                                       .fileName = "code.hex"}),
+            "");
+  EXPECT_EQ(named, QStringLiteral("code.hex"));
+  EXPECT_FALSE(selected);
+  EXPECT_TRUE(mayOpen);
+}
+
+TEST_F(Window, AnEmptyBoxIsAsEasyToSeeAsATickedOneLightAndDark) {
+  const QPalette usual = QApplication::palette();
+  for (const bool isDark : {false, true}) {
+    if (isDark) useDarkTheme();
+    open();
+    for (const char* name : {"cekReloadFile", "optBeepNo"}) {
+      auto& box = widget<QAbstractButton>(name);
+      ASSERT_FALSE(box.isChecked());
+      const QImage picture = box.grab().toImage();
+      double most = 0;
+      for (int x = 0; x < box.height(); ++x)
+        most =
+            std::max(most, contrast(picture.pixelColor(x, box.height() / 2), QApplication::palette().window().color()));
+      EXPECT_GE(most, 3.0) << name << (isDark ? " dark" : " light");
+    }
+    program.reset();
+  }
+  QApplication::setPalette(usual);
 }
 
 }  // namespace

@@ -17,6 +17,7 @@
 #include "platform/qt/qt_loop.h"
 #include "shell/qt/hex_accessible.h"
 #include "tests/images/images_bench.h"
+#include "tests/window/contrast.h"
 
 namespace kvr::window {
 namespace {
@@ -159,16 +160,6 @@ TEST_F(HexViewTest, AssistiveProgramsReadLinesByteAndCaret) {
   text->setCursorPosition(3 * kHexLineLength + 10);
   settle();
   EXPECT_EQ(pane.model.caret(), (HexSpot{0x30, false}));
-}
-
-double contrast(const QColor& a, const QColor& b) {
-  const auto luminance = [](const QColor& c) {
-    const auto part = [](double v) { return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4); };
-    return 0.2126 * part(c.redF()) + 0.7152 * part(c.greenF()) + 0.0722 * part(c.blueF());
-  };
-  const double x = luminance(a) + 0.05;
-  const double y = luminance(b) + 0.05;
-  return std::max(x, y) / std::min(x, y);
 }
 
 TEST(HexColoursTest, AreReadableOnLightAndDarkDesktops) {

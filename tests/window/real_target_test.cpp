@@ -24,41 +24,21 @@ class RealTarget : public TargetDesk {
   static std::string violations(const QJsonObject& report) {
     return QJsonDocument(report[QStringLiteral("violations")].toArray()).toJson().toStdString();
   }
-  // As soon as the condition holds, once.
-  void whenever(std::function<bool()> condition, std::function<void()> action) {
-    plans.push_back(nullptr);
-    const std::size_t place = plans.size() - 1;
-    plans[place] = std::make_unique<platform::Timer>(
-        program->loop,
-        [this, place, condition, action] {
-          if (!condition()) return;
-          plans[place]->stop();
-          action();
-        },
-        platform::Timer::Kind::Periodic);
-    plans[place]->start(platform::Millis(20));
-  }
   void cyclePower() { ::kill(static_cast<pid_t>(target.processId()), SIGUSR1); }
   void cyclePowerWhenThePortOpens() {
     whenever([this] { return program->form.activity.busy() && program->link.isOpen(); }, [this] { cyclePower(); });
   }
   // The button, and the run that it starts, to its end.
-  void press(const char* button, seconds limit = seconds(20)) {
+  void press(const char* button, seconds limit = kLimit) {
     bool began = false;
     whenever([this] { return program->form.activity.busy(); }, [&] { began = true; });
-    later(static_cast<int>(limit.count()) * 1000, [this] { click("comStop_Download"); });
+    atTheLatest(limit, [this] { click("comStop_Download"); });
     click(button);
     EXPECT_TRUE(waitFor([&] { return began && !program->form.activity.busy(); }, limit)) << pane();
     plans.clear();
   }
-  bool says(const std::string& words) { return pane().find(words) != std::string::npos; }
+  bool says(const std::string& text) { return pane().find(text) != std::string::npos; }
   int passes() { return widget<QLineEdit>("txtWrite_OK_Count").text().toInt(); }
-  void type(const char* box, const QString& text) {
-    auto& line = widget<QLineEdit>(box);
-    line.selectAll();
-    QTest::keyClicks(&line, text);
-    settle();
-  }
   void drop(const QString& path) {
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(path)});
@@ -74,9 +54,6 @@ class RealTarget : public TargetDesk {
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(bytes);
-  }
-  static std::string chipLog(const QJsonObject& chip) {
-    return QJsonDocument(chip[QStringLiteral("log")].toArray()).toJson().toStdString();
   }
   // Bytes that the file has and the flash has not.
   int differences(const QString& flashHex) {
@@ -140,7 +117,7 @@ TEST_F(RealTarget, EachBuildOfTheSampleIsProgrammedOnce) {
     compiler.start(QStringLiteral("bash"),
                    {folder.filePath(QStringLiteral("samples/build")), folder.filePath(QStringLiteral("work"))});
     // The window goes on meanwhile, and looks at the file at any moment of the build.
-    ASSERT_TRUE(waitFor([&] { return compiler.state() == QProcess::NotRunning; }, seconds(120)));
+    ASSERT_TRUE(waitFor([&] { return compiler.state() == QProcess::NotRunning; }, 2 * kLimit));
     ASSERT_EQ(compiler.exitCode(), 0) << compiler.readAllStandardError().toStdString();
   };
   ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("work")));
@@ -152,75 +129,21 @@ TEST_F(RealTarget, EachBuildOfTheSampleIsProgrammedOnce) {
   tab("TabStrip1", "store_buffer");
   click("cekReloadFileWhileFileChange");
   settle();
-  const QByteArrayList words{"Built again.", "Third build."};
+  const QByteArrayList texts{"Built again.", "Third build."};
   for (int number = 1; number <= 2; ++number) {
-    rebuild(words[number - 1]);
-    EXPECT_TRUE(waitFor([&] { return passes() >= number && !program->form.activity.busy(); }, seconds(20))) << pane();
+    rebuild(texts[number - 1]);
+    EXPECT_TRUE(waitFor([&] { return passes() >= number && !program->form.activity.busy(); })) << pane();
     EXPECT_EQ(verdict(), QStringLiteral("PASS"));
     const QString flash = readReport()[QStringLiteral("flash")].toString();
-    EXPECT_TRUE(QByteArray::fromHex(flash.toLatin1()).contains(words[number - 1])) << "build " << number;
+    EXPECT_TRUE(QByteArray::fromHex(flash.toLatin1()).contains(texts[number - 1])) << "build " << number;
     EXPECT_EQ(differences(flash), 0) << "build " << number;
   }
-  platform::delay(program->loop, platform::Millis(2500));  // ticks of the watcher without a run
+  EXPECT_FALSE(waitFor([&] { return program->form.activity.busy(); }, std::chrono::milliseconds(2500)))
+      << "two ticks of the watcher, and nothing new to program";
   EXPECT_EQ(passes(), 2) << pane();
   const QJsonObject chip = holds();
   EXPECT_EQ(chip[QStringLiteral("erases")].toInt(), 2);
   EXPECT_EQ(violations(chip), "[\n]\n");
-}
-
-class SelfDefined : public RealTarget, public ::testing::WithParamInterface<const char*> {};
-
-TEST_P(SelfDefined, ACommandBringsTheRunningProgramBackWithoutAPowerCycle) {
-  const QString path = folder.filePath(QStringLiteral("next.bin"));
-  write(path, QByteArray(640, 0x11));
-  openWith({QStringLiteral("--model"), QString::fromLatin1(GetParam()), QStringLiteral("--power-on"),
-            QStringLiteral("0.2"), QStringLiteral("--firmware"), QStringLiteral("trigger"), QStringLiteral("--command"),
-            QStringLiteral("12 34 AB"), QStringLiteral("--line"), QStringLiteral("57600,n,8,1")});
-  pickModel(QString::fromLatin1(GetParam()));
-  ASSERT_EQ(widget<QLineEdit>("txtDevice").text(), QString::fromLatin1(GetParam()));
-  drop(path);
-  press("comDownload_0");
-  ASSERT_EQ(verdict(), QStringLiteral("PASS")) << pane();
-  EXPECT_EQ(readReport()[QStringLiteral("state")].toString(), QStringLiteral("application"));
-
-  write(path, QByteArray(640, 0x44));
-  drop(path);
-  tab("TabStrip1", "user_code");
-  type("txtUserCode", QStringLiteral("12 34 AB"));
-  widget<QComboBox>("cobUserCodeBaud").setFocus();
-  QTest::keyClick(&widget("cobUserCodeBaud"), Qt::Key_Up);
-  ASSERT_EQ(widget<QComboBox>("cobUserCodeBaud").currentText(), QStringLiteral("57600"));
-  press("comSendUserCode");
-  const QJsonObject chip = holds();
-  EXPECT_EQ(verdict(), QStringLiteral("PASS")) << pane() << chipLog(chip);
-  EXPECT_EQ(passes(), 2);
-  EXPECT_TRUE(chip[QStringLiteral("flash")].toString().startsWith(QString::fromLatin1(QByteArray(640, 0x44).toHex())));
-  EXPECT_EQ(chip[QStringLiteral("releases")].toInt(), 2);
-  EXPECT_EQ(violations(chip), "[\n]\n");
-}
-INSTANTIATE_TEST_SUITE_P(Models, SelfDefined, ::testing::Values("Ivy-HF0S", "Nutmeg-H80D"));
-
-TEST_F(RealTarget, ABoardWrittenFromTheWindowProgramsItsChipsAndStopsAtTheLimit) {
-  openWith({QStringLiteral("--device"), QStringLiteral("board"), QStringLiteral("--model"), QStringLiteral("Ivy-HF0S"),
-            QStringLiteral("--chips"), QStringLiteral("3")});
-  pickModel(QStringLiteral("ivy-hf0s"));
-  drop(sample());
-  tab("TabStrip1", "TJXZ");
-  type("txt_download_max", QStringLiteral("2"));
-  press("comTJXZ");
-  EXPECT_TRUE(says("OK.")) << pane();
-  const QJsonObject board = holds();
-  EXPECT_EQ(violations(board), "[\n]\n");
-  EXPECT_EQ(board[QStringLiteral("loads")].toInt(), 1);
-  const QJsonArray programmed = board[QStringLiteral("programmed")].toArray();
-  ASSERT_EQ(programmed.size(), 3);
-  for (int i = 0; i < 2; ++i) {
-    EXPECT_TRUE(programmed[i][QStringLiteral("done")].toBool())
-        << programmed[i][QStringLiteral("why")].toString().toStdString();
-    EXPECT_EQ(programmed[i][QStringLiteral("leftOut")].toInt(), 0);
-    EXPECT_EQ(differences(programmed[i][QStringLiteral("flash")].toString()), 0);
-  }
-  EXPECT_FALSE(programmed[2][QStringLiteral("done")].toBool());
 }
 
 }  // namespace

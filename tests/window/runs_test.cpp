@@ -1,4 +1,6 @@
-// The real window on a pseudo-terminal with a simulated chip behind it: runs, Stop and closing at any moment.
+// The real window on a pseudo-terminal with a simulated chip at its other end: runs, Stop and closing at any moment.
+#include <QLabel>
+
 #include "tests/window/target_desk.h"
 
 namespace kvr::window {
@@ -9,22 +11,20 @@ class WindowRun : public TargetDesk {
   // A chip with power from the start, or after some seconds, and a window with the sample loaded.
   void openWithChip(const QStringList& extra = {}) {
     startTarget(QStringList{QStringLiteral("--model"), QStringLiteral("Ivy-HF0S"), QStringLiteral("--paced")} + extra);
-    setSetting(QStringLiteral("Settings/DeviceProducts"), QStringLiteral("Ivy-HF0S"));
-    open();
-    program->form.openDropped(KVR_SOURCE_DIR "/samples/bench-clock.hex");
-    settle();
+    set("DeviceProducts", QStringLiteral("Ivy-HF0S"));
+    open(KVR_SOURCE_DIR "/samples/bench-clock.hex");
   }
+  bool waits() { return program->link.isOpen() && verdict() == QLatin1String("WAITING"); }
   bool ended() { return verdict() == QLatin1String("PASS") || verdict() == QLatin1String("FAIL"); }
 };
 
 TEST_F(WindowRun, StopEndsAWaitForAChipAndFreesTheWindow) {
   openWithChip({QStringLiteral("--power-on"), QStringLiteral("1000")});
-  later(400, [&] {
-    EXPECT_TRUE(program->link.isOpen());
-    EXPECT_EQ(verdict(), QStringLiteral("WAITING"));
-    EXPECT_FALSE(widget("comLoadFile").isEnabled());
-    click("comStop_Download");
-  });
+  whenever([&] { return waits(); },
+           [&] {
+             EXPECT_FALSE(widget("comLoadFile").isEnabled());
+             click("comStop_Download");
+           });
   click("comDownload_0");
   ASSERT_TRUE(waitFor([&] { return ended() && !program->form.activity.busy(); }));
   EXPECT_EQ(verdict(), QStringLiteral("FAIL"));
@@ -36,13 +36,13 @@ TEST_F(WindowRun, StopEndsAWaitForAChipAndFreesTheWindow) {
 TEST_F(WindowRun, AnAdapterPulledOutEndsTheRunWithinASecond) {
   openWithChip({QStringLiteral("--power-on"), QStringLiteral("1000")});
   platform::Instant pulled{};
-  later(400, [&] {
-    EXPECT_TRUE(program->link.isOpen());
-    target.kill();
-    target.waitForFinished();
-    pulled = program->loop.now();
-  });
-  later(8000, [&] { click("comStop_Download"); });  // ends the test if nothing else ends the run
+  whenever([&] { return waits(); },
+           [&] {
+             target.kill();
+             target.waitForFinished();
+             pulled = program->loop.now();
+           });
+  atTheLatest(kLimit, [&] { click("comStop_Download"); });
   click("comDownload_0");
   ASSERT_TRUE(waitFor([&] { return ended() && !program->form.activity.busy(); })) << pane();
   EXPECT_LT(program->loop.now() - pulled, std::chrono::seconds(1));
@@ -51,29 +51,78 @@ TEST_F(WindowRun, AnAdapterPulledOutEndsTheRunWithinASecond) {
 }
 
 // The window goes, with the port closed, whatever the run is doing at that moment.
-TEST_F(WindowRun, ACloseAtAnyMomentOfARunEndsItAndTheWindowGoes) {
-  for (const int ms : {0, 30, 200, 450, 700, 1000, 1400, 2000, 3000}) {
-    gone = false;
+TEST_F(WindowRun, ACloseAtAnyStageOfARunEndsItAndTheWindowGoes) {
+  const std::pair<const char*, std::function<bool()>> stages[] = {
+      {"at once", [] { return true; }},
+      {"waiting for the chip", [this] { return waits(); }},
+      {"the chip has answered", [this] { return pane().find("Ivy-HF0S") != std::string::npos; }},
+      {"at work", [this] { return verdict() == QLatin1String("WORKING"); }},
+      {"in the middle of the image", [this] { return program->form.main.ProgressBar1.value() > 20; }},
+      {"when it has passed", [this] { return ended(); }}};
+  for (const auto& [stage, reached] : stages) {
     openWithChip({QStringLiteral("--power-on"), QStringLiteral("0.2")});
-    later(ms, [&] { program->window->close(); });
+    whenever(reached, [&] { program->window->close(); });
     click("comDownload_0");
-    ASSERT_TRUE(waitFor([&] { return !program->window->isVisible(); }, std::chrono::seconds(5)))
-        << "closed after " << ms << " ms";
-    QApplication::processEvents();
-    EXPECT_TRUE(gone);
+    ASSERT_TRUE(isGone()) << "closed " << stage << "\n" << pane();
     EXPECT_FALSE(program->link.isOpen());
-    EXPECT_FALSE(program->form.activity.busy());
     TearDown();
     QFile::remove(folder.filePath(QStringLiteral("com1")));
   }
 }
 
+TEST_F(WindowRun, AButtonPressedBetweenTheCloseAndTheEndOfTheWindowStartsNothing) {
+  const std::pair<const char*, const char*> starts[] = {{"options", "comDownload_0"},
+                                                        {"CheckMCUoption", "comReadChipLock"},
+                                                        {"TJXZ", "comTJXZ"},
+                                                        {"ISP_DEMO", "com_Demo_DownLoad"},
+                                                        {"user_code", "comSendUserCode"}};
+  for (const auto& [page, button] : starts) {
+    openWithChip({QStringLiteral("--power-on"), QStringLiteral("1000")});
+    program->form.userpath.txtUserCode.setText("12 34");
+    tab("TabStrip1", page);
+    atTheLatest(std::chrono::seconds(5), [&] { program->form.stop.request(); });
+    program->window->close();
+    settle();
+    click(button);
+    EXPECT_FALSE(waitFor([&] { return program->link.isOpen() || !program->window->isVisible(); }) &&
+                 program->link.isOpen())
+        << button;
+    EXPECT_TRUE(isGone()) << button;
+    TearDown();
+    QFile::remove(folder.filePath(QStringLiteral("com1")));
+  }
+}
+
+TEST_F(WindowRun, TheLineUnderThePortBoxTellsOfThatPortAndNotOfTheTerminals) {
+  startTarget({QStringLiteral("--model"), QStringLiteral("Ivy-HF0S")});
+  const QString device = folder.filePath(QStringLiteral("com1"));
+  setPort(2, device);
+  setPort(1, folder.filePath(QStringLiteral("none")));
+  open();
+  ASSERT_TRUE(waitFor([&] { return !widget<QLabel>("portStatus").text().isEmpty(); }));
+  const QString line = widget<QLabel>("portStatus").text();
+  tab("TabStrip2", "Debug_COM");
+  QTest::keyClick(&widget("com_Debug_COM"), Qt::Key_Down);
+  settle();
+  click("comOpenCOM_0");
+  ASSERT_TRUE(waitFor([&] { return program->link.isOpen(); }));
+  EXPECT_EQ(widget<QLabel>("portStatus").text(), line);
+  click("comOpenCOM_0");
+  QTest::keyClick(&widget("combCommPort"), Qt::Key_Down);
+  EXPECT_TRUE(waitFor([&] { return widget<QLabel>("portStatus").text().contains(device); }));
+  QTest::keyClick(&widget("combCommPort"), Qt::Key_Up);
+  EXPECT_TRUE(waitFor([&] { return !widget<QLabel>("portStatus").text().contains(device); }));
+  closeAndWait();
+  open();
+  EXPECT_TRUE(waitFor([&] { return !widget<QLabel>("portStatus").text().isEmpty(); })) << "at the second start, too";
+}
+
 TEST_F(WindowRun, AClosePressedTwiceDuringAQuestionGoesToo) {
   open();
   bool answer = true;
-  later(50, [&] { program->window->close(); });
+  whenever([&] { return QApplication::activeModalWidget() != nullptr; }, [&] { program->window->close(); });
   program->loop.post([&] { answer = program->dialogs.askYesNo("KVR-ISP", "Go on?"); });
-  EXPECT_TRUE(waitFor([&] { return !program->window->isVisible(); }, std::chrono::seconds(3)));
+  EXPECT_TRUE(waitFor([&] { return !program->window->isVisible(); }));
   EXPECT_FALSE(answer);
 }
 
@@ -87,8 +136,7 @@ TEST_F(WindowRun, WhatWasChosenIsThereAgainAtTheNextStart) {
   click("comMastWindow");  // shrunk and locked when it goes
   settle();
   program->form.main.comMastWindow.setEnabled(false);
-  program->window->close();
-  ASSERT_TRUE(waitFor([&] { return !program->window->isVisible(); }, std::chrono::seconds(3)));
+  closeAndWait();
   program.reset();
   open();
   EXPECT_EQ(program->form.model.name(), "Ivy-HF0S");

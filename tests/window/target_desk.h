@@ -5,7 +5,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
-#include <QSettings>
 
 #include "shell/qt/verdict_view.h"
 #include "tests/window/desk.h"
@@ -26,12 +25,11 @@ class TargetDesk : public Desk {
     target.start();
     ASSERT_TRUE(target.waitForStarted());
     ASSERT_TRUE(QTest::qWaitFor([&] { return QFile::exists(port); }, 5000));
-    setSetting(QStringLiteral("Ports/COM1"), port);
+    setPort(1, port);
   }
-  void setSetting(const QString& key, const QString& value) {
+  void setPort(int number, const QString& device) {  // of the window that is opened next
     QSettings settings(QString::fromStdString(settingsPath()), QSettings::IniFormat);
-    settings.setValue(key, value);
-    settings.sync();
+    settings.setValue(QStringLiteral("Ports/COM%1").arg(number), device);
   }
   QJsonObject holds() {  // ends the target
     endTarget();

@@ -1,6 +1,9 @@
 #include "shell/qt/application.h"
 
+#include <QFileInfo>
 #include <QTimer>
+
+#include "shell/qt/clear_marks.h"
 
 namespace kvr::window {
 
@@ -11,10 +14,8 @@ Application::Application(const std::string& settingsPath)
       dialogs(loop),
       form(platform::World{loop, link, dialogs, store, files, clock}, codec),
       portWatch(ports) {
-  form.describePort = [this] { return ports.describe(link.portNumber()); };
-  link.onStatus = [this](const platform::PortError& error) {
-    form.main.portStatus.setCaption(error ? error.text : form.describePort());
-  };
+  useClearMarks();
+  form.portLine.deviceOf = [this](int number) { return ports.describe(number); };
 }
 
 Application::~Application() {
@@ -31,8 +32,14 @@ void Application::show(const std::string& file) {
   window->restorePlace();
   window->show();
   // The look at the ports costs as much as the window does; it waits until that has been painted.
-  QTimer::singleShot(100, &portWatch, [this] { portWatch.look(); });
-  if (!file.empty()) loop.post([this, file] { form.openDropped(file); });
+  QTimer::singleShot(100, &portWatch, [this] {
+    portWatch.look();
+    form.portLine.follow();  // also when the look found what it had found the last time
+  });
+  if (file.empty()) return;
+  // Whole, since the settings keep it, and the next start has another folder to begin with.
+  const std::string path = QFileInfo(QString::fromStdString(file)).absoluteFilePath().toStdString();
+  loop.post([this, path] { form.openDropped(path); });
 }
 
 }  // namespace kvr::window

@@ -1,5 +1,7 @@
 #include "shell/qt/bind_buttons.h"
 
+#include <QButtonGroup>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QStyleOptionGroupBox>
 #include <QStylePainter>
@@ -46,6 +48,9 @@ class Group : public QGroupBox {
     QStylePainter painter(this);
     QStyleOptionGroupBox option;
     initStyleOption(&option);
+    // A caption may hold a path, whose end tells more than its middle.
+    option.text =
+        fontMetrics().elidedText(option.text, Qt::ElideMiddle, width() - fontMetrics().averageCharWidth() * 4);
     QRect edge = style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxFrame, this);
     const QRect caption = style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxLabel, this);
     if (!title().isEmpty()) edge.setTop(caption.bottom() + 2);
@@ -68,6 +73,28 @@ class Group : public QGroupBox {
     painter.fillRect(edge.left() + 1, edge.bottom(), across, 1, line);
     painter.fillRect(edge.left(), edge.top() + 1, 1, down, line);
     painter.fillRect(edge.right(), edge.top() + 1, 1, down, line);
+  }
+};
+
+// Alone in a group that excludes nothing, so that Qt takes no choice away and still announces a radio button; the arrow
+// keys go to the next widget.
+class Choice : public QRadioButton {
+ public:
+  Choice() {
+    auto* alone = new QButtonGroup(this);
+    alone->setExclusive(false);
+    alone->addButton(this);
+  }
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    const int key = event->key();
+    if (key == Qt::Key_Down || key == Qt::Key_Right)
+      focusNextChild();
+    else if (key == Qt::Key_Up || key == Qt::Key_Left)
+      focusPreviousChild();
+    else
+      QRadioButton::keyPressEvent(event);
   }
 };
 
@@ -103,8 +130,7 @@ QCheckBox* makeCheckBox(platform::EventLoop& loop, platform::CheckBox& control, 
 
 // Which buttons exclude each other is the controls' business; the widget only shows it.
 QRadioButton* makeOption(platform::EventLoop& loop, platform::OptionButton& control, const QString& name) {
-  auto* option = new QRadioButton;
-  option->setAutoExclusive(false);
+  auto* option = new Choice;
   auto* binding = new Binding(loop, control, *option, name, [option, &control, name] {
     setTextOf(*option, buttonText(control.caption()));
     if (name.isEmpty())
@@ -117,8 +143,8 @@ QRadioButton* makeOption(platform::EventLoop& loop, platform::OptionButton& cont
   return option;
 }
 
-// Made selectable when a mouse comes, since that turns the text into a document of its own, dear to make and to
-// measure.
+// Made selectable only when the mouse is over it: a selectable label is a text document, which takes long to make and
+// to measure.
 void SelectableLabel::enterEvent(QEnterEvent* event) {
   setTextInteractionFlags(Qt::TextSelectableByMouse);
   QLabel::enterEvent(event);
@@ -132,7 +158,7 @@ QLabel* makeLabel(platform::EventLoop& loop, platform::Label& control, const QSt
     const QString text = qtText(control.caption()).trimmed();
     if (label->text() == text) return;
     label->setText(text);
-    label->setMaximumHeight(text.isEmpty() ? 0 : QWIDGETSIZE_MAX);  // a line without words takes no room
+    label->setMaximumHeight(text.isEmpty() ? 0 : QWIDGETSIZE_MAX);  // an empty line takes no room
   });
   return label;
 }

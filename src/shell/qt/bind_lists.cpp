@@ -53,9 +53,11 @@ void showCombo(QComboBox& box, const platform::ComboBox& control) {
     box.setCompleter(nullptr);
   }
   showItems(box, control.items());
-  if (box.currentIndex() != control.listIndex()) box.setCurrentIndex(control.listIndex());
+  if (!control.editable()) return box.setCurrentIndex(control.listIndex());
   const QString text = qtText(control.text());
-  if (control.editable() && box.currentText() != text) box.setEditText(text);
+  if (box.currentText() == text) return;  // as it was typed: any change of the index would move the caret
+  box.setCurrentIndex(control.listIndex());
+  if (box.currentText() != text) box.setEditText(text);
 }
 
 }  // namespace

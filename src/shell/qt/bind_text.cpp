@@ -15,7 +15,7 @@ class LeaveFilter : public QObject {
 
  protected:
   bool eventFilter(QObject* object, QEvent* event) override {
-    // A menu or another program on top is no leaving.
+    // A menu or another program on top does not count.
     if (event->type() == QEvent::FocusOut) {
       const auto reason = static_cast<QFocusEvent*>(event)->reason();
       if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason) left_();
@@ -43,6 +43,17 @@ void showEnd(QPlainTextEdit& pane) {
   pane.ensureCursorVisible();
 }
 
+// Whoever sees the end of the text sees it in a window of another size, too.
+class EndPane : public QPlainTextEdit {
+ protected:
+  void resizeEvent(QResizeEvent* event) override {
+    auto* bar = verticalScrollBar();
+    const bool atEnd = bar->value() == bar->maximum();
+    QPlainTextEdit::resizeEvent(event);
+    if (atEnd) bar->setValue(bar->maximum());
+  }
+};
+
 }  // namespace
 
 void addClearButton(QLineEdit& line) {
@@ -55,7 +66,7 @@ void onFocusLeft(QWidget& widget, std::function<void()> left) {
 
 QLineEdit* makeLine(platform::EventLoop& loop, platform::TextBox& control, const QString& name) {
   auto* line = new QLineEdit;
-  line->setDragEnabled(false);  // a drag is a loop of its own, in which a run would stand still
+  line->setDragEnabled(false);  // a drag is a loop of its own, in which no run would go on
   auto* binding = new Binding(loop, control, *line, name, [line, &control] {
     const QString text = qtText(control.text());
     if (line->text() == text) return;
@@ -67,12 +78,15 @@ QLineEdit* makeLine(platform::EventLoop& loop, platform::TextBox& control, const
   QObject::connect(line, &QLineEdit::textEdited, binding, [binding, &control](const QString& text) {
     binding->post([&control, typed = text.toStdString()] { control.userType(typed); });
   });
-  onFocusLeft(*line, [binding, &control] { binding->post([&control] { control.userLeave(); }); });
+  onFocusLeft(*line, [line, binding, &control] {
+    line->setCursorPosition(0);
+    binding->post([&control] { control.userLeave(); });
+  });
   return line;
 }
 
 QPlainTextEdit* makePane(platform::EventLoop& loop, platform::TextBox& control, const QString& name) {
-  auto* pane = new QPlainTextEdit;
+  auto* pane = new EndPane;
   pane->setReadOnly(true);
   pane->setUndoRedoEnabled(false);
   pane->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

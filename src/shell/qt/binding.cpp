@@ -25,10 +25,9 @@ void Binding::post(std::function<void()> gesture) {
   ++pending_;
   const QPointer<Binding> self(this);
   loop_.post([self, gesture = std::move(gesture)] {
+    if (self) --self->pending_;
     gesture();
-    if (!self) return;
-    --self->pending_;
-    self->showAll();
+    if (self) self->showAll();
   });
 }
 

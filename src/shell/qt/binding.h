@@ -1,6 +1,6 @@
-// The link between one control and its widget, both ways: the control's changes are shown at once, what a person does
-// is posted to the event loop as a gesture. Knows nothing of what any control means. The files bind_*.h make and bind
-// one kind of widget each.
+// The link between one control and its widget, both ways: the control's changes are shown at once, what the user
+// does is posted to the event loop as a gesture. Knows nothing of what any control means. The files bind_*.h make and
+// bind one kind of widget each.
 #pragma once
 
 #include <QObject>
@@ -24,10 +24,9 @@ class Binding : public QObject {
   Binding(platform::EventLoop& loop, platform::Control& control, QWidget& widget, const QString& accessibleName,
           std::function<void()> show);
 
-  // Queues what a person did. While gestures are under way the widget keeps what the person sees; when the last one has
-  // run, the control's state is shown, whatever it has become.
+  // Queues what the user did. While gestures wait their turn the widget keeps what the user sees; from the last one on
+  // it shows the control's state, also while that gesture has a message box open.
   void post(std::function<void()> gesture);
-  bool settled() const { return pending_ == 0; }
   // Calls `handler` on the signal for as long as the widget lives.
   void watch(platform::Signal& signal, std::function<void()> handler);
 
@@ -48,7 +47,7 @@ class Binding : public QObject {
 QString qtText(const std::string& text);
 // "textMsg", or "FrameX_3" for an element of an array.
 QString objectNameOf(const platform::Control& control);
-// A caption as buttons take it: an ampersand stands for itself, and one in front of the first `mnemonic` (if the
+// A caption as buttons take it: an ampersand is shown as one, and one in front of the first `mnemonic` (if the
 // caption has that letter) makes it the key that presses the button with Alt.
 QString buttonText(const std::string& caption, char mnemonic = 0);
 

@@ -16,14 +16,14 @@ void DemoRun::start(const QString& picture) {
   limit_.setSingleShot(true);
   QObject::connect(&limit_, &QTimer::timeout, program_.window.get(), [this] { end(); });
   limit_.start(kLimitMs);
-  program_.loop.post([this] { press(); });  // behind the file, which was queued first
+  program_.loop.post([this] { press(); });  // after the file, which was queued first
 }
 
 void DemoRun::press() {
   using download::VerdictKind;
   token_ = program_.form.download.verdict.changed.watch([this] {
     const auto verdict = program_.form.download.verdict.value();
-    // The run's last words follow its verdict, so the pane is read when the run has returned.
+    // The run's last messages follow its verdict, so the pane is read when the run has returned.
     if (verdict > VerdictKind::Working) program_.loop.whenIdle([this] { end(); });
   });
   auto* button = program_.window->findChild<QPushButton*>(QStringLiteral("comDownload_0"));

@@ -7,7 +7,7 @@
 #include <chrono>
 #include <cstdio>
 
-namespace kvr::shell {
+namespace kvr::window {
 
 FirstPaint::FirstPaint(QWidget& window) : QObject(&window) {
   window.installEventFilter(this);
@@ -27,4 +27,4 @@ bool FirstPaint::eventFilter(QObject* object, QEvent* event) {
   return QObject::eventFilter(object, event);
 }
 
-}  // namespace kvr::shell
+}  // namespace kvr::window

@@ -5,7 +5,7 @@
 
 class QWidget;
 
-namespace kvr::shell {
+namespace kvr::window {
 
 class FirstPaint : public QObject {
  public:
@@ -17,4 +17,4 @@ class FirstPaint : public QObject {
   bool seen_ = false;
 };
 
-}  // namespace kvr::shell
+}  // namespace kvr::window

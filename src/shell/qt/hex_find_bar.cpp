@@ -8,6 +8,7 @@
 
 #include "shell/qt/bind_text.h"
 #include "shell/qt/hex_view.h"
+#include "shell/qt/maker.h"
 
 namespace kvr::window {
 namespace {
@@ -36,17 +37,17 @@ QLineEdit* line(const QString& name, const QString& objectName, const QString& h
   edit->setObjectName(objectName);
   edit->setPlaceholderText(hint);
   addClearButton(*edit);
-  edit->setDragEnabled(false);  // a drag is a loop of its own, in which a run would stand still
+  edit->setDragEnabled(false);  // a drag is a loop of its own, in which no run would go on
   return edit;
 }
 
-FindBar makeBar(const QString& view) {
-  FindBar bar{line(QStringLiteral("Find in ") + view, view + QStringLiteral("_find"), QStringLiteral("12 34 or text")),
+FindBar makeBar(const QString& view, const QString& name) {
+  FindBar bar{line(QStringLiteral("Find: ") + name, view + QStringLiteral("_find"), QStringLiteral("12 34 or text")),
               new QComboBox,
               arrow(Qt::UpArrow, QStringLiteral("Find previous (Shift+F3)"), view + QStringLiteral("_previous")),
               arrow(Qt::DownArrow, QStringLiteral("Find next (F3)"), view + QStringLiteral("_next")),
-              line(QStringLiteral("Go to address in ") + view, view + QStringLiteral("_goto"), QStringLiteral("HEX")),
-              new QLabel};
+              line(QStringLiteral("Go to address: ") + name, view + QStringLiteral("_goto"), QStringLiteral("HEX")),
+              captionFor({})};
   bar.kind->addItems({QStringLiteral("HEX"), QStringLiteral("Text")});
   bar.kind->setObjectName(view + QStringLiteral("_findKind"));
   bar.kind->setAccessibleName(QStringLiteral("What to find is hexadecimal or text"));
@@ -58,10 +59,8 @@ FindBar makeBar(const QString& view) {
 QHBoxLayout* layOut(const FindBar& bar) {
   auto* row = new QHBoxLayout;
   row->setContentsMargins(0, 0, 0, 0);
-  auto* find = new QLabel(QStringLiteral("Find:"));
-  find->setBuddy(bar.pattern);
-  auto* go = new QLabel(QStringLiteral("Go to:"));
-  go->setBuddy(bar.address);
+  auto* find = captionFor(QStringLiteral("Find:"), bar.pattern);
+  auto* go = captionFor(QStringLiteral("Go to:"), bar.address);
   row->addWidget(find);
   row->addWidget(bar.pattern, 1);
   for (QWidget* widget :
@@ -105,7 +104,7 @@ void connectBar(HexView* view, const FindBar& bar) {
 
 QWidget* makeHexPage(platform::EventLoop& loop, images::HexPane& pane, platform::ScrollBar& bar, const QString& name) {
   auto* view = new HexView(loop, pane, bar, name);
-  const FindBar find = makeBar(objectNameOf(pane));
+  const FindBar find = makeBar(objectNameOf(pane), name);
   connectBar(view, find);
   auto* column = new QVBoxLayout;
   column->setContentsMargins(0, 0, 0, 0);

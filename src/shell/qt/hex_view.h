@@ -24,7 +24,6 @@ class HexView : public TextArea {
 
   images::HexPane& pane() { return pane_; }
   const images::HexViewModel& model() const { return pane_.model; }
-  const HexGeometry& geometryOfText() const { return geometry_; }
   QRect cellRect(images::HexSpot spot) const;  // on the viewport; also outside of it
   images::HexSpot spotAt(const QPoint& point) const;
   void copySelection() const;

@@ -27,34 +27,49 @@ void enlarge(QPushButton& button, double lines, double scale) {
   button.setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
+// One end of the addresses that the chip has for the application.
+QLabel* rangeEnd(const Maker& maker, platform::Label& control, const QString& meaning) {
+  auto* label = maker.label(control);
+  label->setToolTip(meaning + QStringLiteral("hexadecimal, of what the selected model has for the application"));
+  follow(label, control, [label, &control, meaning] { label->setAccessibleName(meaning + qtText(control.caption())); });
+  return label;
+}
+
 QGroupBox* stepModel(const Maker& maker, QWidget& window) {
   auto& images = maker.form.images.panel;
   auto* box = makeModelBox(maker.form, window);
   auto* open = maker.button(maker.form.main.Command3, 0, QStringLiteral("Choose the model"));
   open->setFixedWidth(open->fontMetrics().averageCharWidth() * 6);
-  auto* line = row({captionFor(QStringLiteral("&Model"), box), box, open, maker.label(images.LabISP_reange[0]),
-                    maker.label(images.LabISP_reange[1])});
+  auto* line = row({captionFor(QStringLiteral("&Model"), box), box, open, captionFor(QStringLiteral("Range")),
+                    rangeEnd(maker, images.LabISP_reange[0], QStringLiteral("First address of the code: ")),
+                    rangeEnd(maker, images.LabISP_reange[1], QStringLiteral("Last address of the code: "))});
   line->setStretch(1, 1);
   return step(maker, 0, line);
+}
+
+// A file's name may hold a line end.
+QString oneLine(QString text) {
+  for (QChar& c : text)
+    if (!c.isPrint()) c = QChar::ReplacementCharacter;
+  return text;
 }
 
 // What the file frames tell, in short: the name, with the whole path and the sums as a tool tip.
 class FileNote : public QLabel {
  public:
-  FileNote(const platform::Label& caption, const platform::Label& info) {
+  FileNote(platform::Label& caption, platform::Label& info) {
     setTextFormat(Qt::PlainText);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     const auto show = [this, &caption, &info] {
       const QString path = qtText(caption.caption()).section(QLatin1Char(':'), 1).trimmed();
       const QString details = qtText(info.caption()).simplified();
       const QString name = path.isEmpty() ? QStringLiteral("no file") : QFileInfo(path).fileName();
-      words_ = details.isEmpty() ? name : name + QLatin1String("   ") + details;
+      words_ = oneLine(details.isEmpty() ? name : name + QLatin1String("   ") + details);
       setAccessibleName(words_);
       fit();
-      setToolTip(path + (details.isEmpty() ? QString() : QLatin1Char('\n') + qtText(info.caption())));
+      setPlainTip(*this, oneLine(path) + (details.isEmpty() ? QString() : QLatin1Char('\n') + qtText(info.caption())));
     };
-    tokens_ = {const_cast<platform::Label&>(caption).changed.watch(show),
-               const_cast<platform::Label&>(info).changed.watch(show)};
+    tokens_ = {caption.changed.watch(show), info.changed.watch(show)};
     show();
   }
 
@@ -78,10 +93,10 @@ QGroupBox* stepFiles(const Maker& maker) {
   const QString start = QStringLiteral("Start(HEX)");
   const QString sum = QStringLiteral("Check Sum");
   grid->addWidget(maker.button(p.comLoadFile, 'O'), 0, 0);
-  grid->addWidget(new QLabel(start), 0, 1);
+  grid->addWidget(captionFor(start), 0, 1);
   grid->addWidget(maker.line(p.txtAP_FileStart, QStringLiteral("Start address of the code file, hexadecimal"), 4), 0,
                   2);
-  grid->addWidget(new QLabel(sum), 0, 3);
+  grid->addWidget(captionFor(sum), 0, 3);
   grid->addWidget(maker.line(p.txtFileCheckSum, QStringLiteral("Check sum of the code file"), 8), 0, 4);
   grid->addWidget(maker.check(p.cheClearAP_Buffer, 0, QStringLiteral("Clear the code buffer before a file is opened")),
                   0, 5);
@@ -89,10 +104,10 @@ QGroupBox* stepFiles(const Maker& maker) {
   codeNote->setObjectName(QStringLiteral("codeFileNote"));
   grid->addWidget(codeNote, 1, 0, 1, 6);
   grid->addWidget(maker.button(p.comLoadDataFile, 'E'), 2, 0);
-  grid->addWidget(new QLabel(start), 2, 1);
+  grid->addWidget(captionFor(start), 2, 1);
   grid->addWidget(maker.line(p.txtDataFileStart, QStringLiteral("Start address of the EEPROM file, hexadecimal"), 4), 2,
                   2);
-  grid->addWidget(new QLabel(sum), 2, 3);
+  grid->addWidget(captionFor(sum), 2, 3);
   grid->addWidget(maker.line(p.txtDataFileCheckSum, QStringLiteral("Check sum of the EEPROM file"), 8), 2, 4);
   grid->addWidget(
       maker.check(p.cheClearDataBuffer, 0, QStringLiteral("Clear the EEPROM buffer before a file is opened")), 2, 5);
@@ -144,13 +159,12 @@ QLayout* runChoices(const Maker& maker) {
   auto* delay = maker.combo(p.comDalay_ReDownLoad, QStringLiteral("Seconds between two rounds of Re-Program"));
   delay->setMaximumWidth(delay->fontMetrics().averageCharWidth() * 12);
   column->addLayout(
-      row({captionFor(QStringLiteral("Programmed &OK"), count), count,
+      row({captionFor(QStringLiteral("Pro&grammed OK"), count), count,
            maker.button(p.comClear_OK_Count, 0, QStringLiteral("Set the counter of good chips to 0")), nullptr,
-           captionFor(QStringLiteral("Repeat de&lay"), delay), delay, new QLabel(QStringLiteral("s"))}));
-  column->addLayout(row({new QLabel(QStringLiteral("Beep")), maker.option(p.optBeepYes, QStringLiteral("Beep: yes")),
+           captionFor(QStringLiteral("Repeat de&lay"), delay), delay, captionFor(QStringLiteral("s"))}));
+  column->addLayout(row({captionFor(QStringLiteral("Beep")), maker.option(p.optBeepYes, QStringLiteral("Beep: yes")),
                          maker.option(p.optBeepNo, QStringLiteral("Beep: no")), nullptr,
-                         maker.button(p.Command2, 0, QStringLiteral("TL: program over the fixed link")),
-                         maker.button(maker.form.main.comMastWindow)}));
+                         maker.button(p.Command2, 0, QStringLiteral("TL: program over the fixed link"))}));
   column->addLayout(row({maker.check(maker.form.images.panel.cekReloadFile), nullptr}));
   column->addLayout(row({maker.check(maker.form.main.cheBatchLog),
                          maker.line(maker.form.main.txtBatchLog, QStringLiteral("File of the batch log"))}));

@@ -43,7 +43,7 @@ int main(int argc, char** argv) {
   program.show(files.isEmpty() ? std::string() : kvr::platform::rawArgument(arguments, files.first()));
   if (const QStringList size = parser.value(QStringLiteral("size")).split(QLatin1Char('x')); size.size() == 2)
     program.window->resize(size[0].toInt(), size[1].toInt());
-  if (parser.isSet(QStringLiteral("first-paint"))) new kvr::shell::FirstPaint(*program.window);  // the window owns it
+  if (parser.isSet(QStringLiteral("first-paint"))) new kvr::window::FirstPaint(*program.window);  // the window owns it
   kvr::window::DemoRun demo(program, [&](bool ok) {
     result = ok ? 0 : 1;
     program.window->close();

@@ -1,27 +1,37 @@
 #include "shell/qt/main_window.h"
 
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QMimeData>
-#include <QScreen>
-#include <QShortcut>
 
 #include "platform/qt/raw_names.h"
 #include "shell/qt/left_column.h"
 #include "shell/qt/pages/pages.h"
+#include "shell/qt/run_strip.h"
 #include "shell/qt/window_place.h"
 
 namespace kvr::window {
 namespace {
 
-// A tab strip with its pages below it.
+// To assistive programs a window; Qt takes every plain widget for a container.
+QAccessibleInterface* accessibleWindow(const QString&, QObject* object) {
+  auto* window = dynamic_cast<MainWindow*>(object);
+  return window ? new QAccessibleWidget(window, QAccessible::Window) : nullptr;
+}
+
+// A tab strip with its pages below it; `corner`: a button at the end of the tabs.
 QVBoxLayout* tabbed(const Maker& maker, platform::TabStrip& strip, std::map<std::string, PageStack::Builder> pages,
-                    const QString& name) {
+                    const QString& name, QWidget* corner = nullptr) {
   auto* column = new QVBoxLayout;
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
-  column->addWidget(makeTabs(maker.loop(), strip, name));
+  auto* tabs = makeTabs(maker.loop(), strip, name);
+  auto* head = row({tabs});
+  head->setStretch(0, 1);
+  if (corner) head->addWidget(corner);
+  column->addLayout(head);
   column->addWidget(new PageStack(strip, std::move(pages)), 1);
   return column;
 }
@@ -30,6 +40,8 @@ QVBoxLayout* tabbed(const Maker& maker, platform::TabStrip& strip, std::map<std:
 
 MainWindow::MainWindow(shell::MainForm& form, PortWatch& ports, QtDialogs& dialogs, std::function<void()> gone)
     : maker_{form, ports}, dialogs_(dialogs), gone_(std::move(gone)) {
+  static const bool known = (QAccessible::installFactory(accessibleWindow), true);
+  static_cast<void>(known);
   setObjectName(QStringLiteral("mainWindow"));
   setWindowTitle(QString::fromLatin1(shell::MainForm::kCaption));
   setAcceptDrops(true);
@@ -39,15 +51,15 @@ MainWindow::MainWindow(shell::MainForm& form, PortWatch& ports, QtDialogs& dialo
   halves_->setChildrenCollapsible(false);
   left_ = makeLeftColumn(maker_, *this);
   halves_->addWidget(left_);
-  halves_->addWidget(rightSide());
+  right_ = rightSide();
+  halves_->addWidget(right_);
   halves_->setStretchFactor(0, 0);
   halves_->setStretchFactor(1, 1);
   layout->addWidget(halves_);
   dialogs_.setParent(this);
   form.onUnload = [this] { finish(); };
   tokens_.push_back(form.shrinkChanged.watch([this] { followShrink(); }));
-  tokens_.push_back(ports.changed.watch([this] { followPort(); }));
-  tokens_.push_back(form.main.combCommPort.changed.watch([this] { followPort(); }));
+  tokens_.push_back(ports.changed.watch([this] { maker_.form.portLine.follow(); }));
 }
 
 MainWindow::~MainWindow() {
@@ -57,8 +69,8 @@ MainWindow::~MainWindow() {
 QWidget* MainWindow::rightSide() {
   auto& panel = maker_.form.main;
   auto* upper = new QWidget;
-  upper->setLayout(
-      tabbed(maker_, panel.TabStrip2, upperPages(maker_), QStringLiteral("Buffers, terminal, project, registers")));
+  upper->setLayout(tabbed(maker_, panel.TabStrip2, upperPages(maker_),
+                          QStringLiteral("Buffers, terminal, project, registers"), maker_.button(panel.comMastWindow)));
   auto* lower = makeFrame(maker_.loop(), panel.FrameX[3]);
   lower->setLayout(
       tabbed(maker_, panel.TabStrip1, lowerPages(maker_), QStringLiteral("Options and other ways to program")));
@@ -70,21 +82,36 @@ QWidget* MainWindow::rightSide() {
   split->addWidget(lower);
   split->setStretchFactor(0, 1);
   split->setStretchFactor(1, 1);
-  return split;
+  auto* side = new QWidget;
+  auto* column = new QVBoxLayout(side);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(2);
+  column->addWidget(split, 1);
+  return side;
 }
 
 void MainWindow::restorePlace() {
   placeWindow(*this, maker_.form.windowPlace());
 }
 
-// The right edge stays where it is, so the working pages do not move under the operator's eyes.
+// The right edge stays where it is, so the working pages do not move under the user's eyes.
 void MainWindow::followShrink() {
   if (shrunk_ == maker_.form.shrunk()) return;
   shrunk_ = maker_.form.shrunk();
   if (shrunk_) shrunkBy_ = left_->width() + halves_->handleWidth();
   place_ = isMaximized() || isFullScreen() ? normalGeometry() : geometry();
   left_->setVisible(!shrunk_);
+  showStrip();
   fitToColumn();
+}
+
+// What a run needs, while the column that holds it is hidden.
+void MainWindow::showStrip() {
+  if (!strip_) {
+    strip_ = makeRunStrip(maker_);
+    static_cast<QVBoxLayout*>(right_->layout())->insertWidget(0, strip_);
+  }
+  strip_->setVisible(shrunk_);
 }
 
 // A maximised window keeps its place; it is fitted when it goes back to its own size.
@@ -96,15 +123,6 @@ void MainWindow::fitToColumn() {
   layout()->activate();
   place.setLeft(place.left() + (shrunk_ ? shrunkBy_ : -shrunkBy_));
   setGeometry(place);
-}
-
-// Until an open tells more, the line under the port box says what the number stands for.
-void MainWindow::followPort() {
-  const int number = maker_.form.main.combCommPort.listIndex() + 1;
-  const std::string device = maker_.ports.ports().describe(number);
-  if (number < 1 || maker_.form.activity.busy()) return;
-  maker_.form.main.portStatus.setCaption(device.empty() ? "COM" + std::to_string(number) + ": no device found"
-                                                        : device);
 }
 
 // The form decides: a first request asks a run to end and the window goes when it has.

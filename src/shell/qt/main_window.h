@@ -30,13 +30,15 @@ class MainWindow : public QWidget {
  private:
   QWidget* rightSide();
   void followShrink();
+  void showStrip();
   void fitToColumn();
-  void followPort();
   void finish();
   Maker maker_;
   QtDialogs& dialogs_;
   std::function<void()> gone_;
   QWidget* left_ = nullptr;
+  QWidget* strip_ = nullptr;  // in place of the left column; made when it is first wanted
+  QWidget* right_ = nullptr;
   QSplitter* halves_ = nullptr;
   std::vector<platform::Signal::Token> tokens_;
   bool shrunk_ = false;

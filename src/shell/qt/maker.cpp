@@ -1,6 +1,7 @@
 #include "shell/qt/maker.h"
 
 #include <QScrollArea>
+#include <QTextDocument>
 
 namespace kvr::window {
 
@@ -23,13 +24,33 @@ QHBoxLayout* row(std::initializer_list<QWidget*> widgets) {
 }
 
 QLabel* captionFor(const QString& text, QWidget* widget) {
-  auto* label = new QLabel(text);
-  label->setBuddy(widget);
+  auto* label = new QLabel;
+  label->setTextFormat(Qt::PlainText);
+  label->setText(text);
+  if (widget) label->setBuddy(widget);
   return label;
 }
 
+QWidget* together(QWidget* caption, QWidget* box) {
+  auto* both = new QWidget;
+  both->setLayout(row({caption, box}));
+  return both;
+}
+
+void setPlainTip(QWidget& widget, const QString& text) {
+  widget.setToolTip(Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text);
+}
+
+void follow(QWidget* widget, platform::Control& control, const std::function<void()>& show) {
+  auto token = std::make_shared<platform::Signal::Token>(control.changed.watch(show));
+  QObject::connect(widget, &QObject::destroyed, widget, [token] { token->reset(); });
+  show();
+}
+
 QLabel* note(const QString& text) {
-  auto* label = new SelectableLabel(text);
+  auto* label = new SelectableLabel;
+  label->setTextFormat(Qt::PlainText);
+  label->setText(text);
   label->setWordWrap(true);
   return label;
 }

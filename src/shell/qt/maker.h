@@ -14,7 +14,7 @@
 
 namespace kvr::window {
 
-// What the pages need of the window they stand in.
+// What the pages need of the window that they are in.
 struct Maker {
   shell::MainForm& form;
   PortWatch& ports;
@@ -39,10 +39,16 @@ struct Maker {
 
 // Widgets side by side; a null pointer is a stretch.
 QHBoxLayout* row(std::initializer_list<QWidget*> widgets);
-// A caption whose letter behind "&" moves the focus to the widget.
-QLabel* captionFor(const QString& text, QWidget* widget);
+// A caption; with a widget, the letter after "&" moves the focus to it.
+QLabel* captionFor(const QString& text, QWidget* widget = nullptr);
+// A caption and its box as one, which no line break comes between.
+QWidget* together(QWidget* caption, QWidget* box);
+// A tool tip that shows a text as it is: Qt would take a file's name such as "<b>.hex" for markup.
+void setPlainTip(QWidget& widget, const QString& text);
 // A label of several lines that wraps.
 QLabel* note(const QString& text);
+// Runs `show` now and at every change of the control, as long as the widget lives.
+void follow(QWidget* widget, platform::Control& control, const std::function<void()>& show);
 // The page with its object name and the usual margins around `layout`.
 QWidget* page(const char* name, QLayout* layout);
 // A page that scrolls when its place is too small.

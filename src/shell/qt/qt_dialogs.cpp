@@ -1,11 +1,16 @@
 #include "shell/qt/qt_dialogs.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QScreen>
+#include <QScrollBar>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -25,7 +30,15 @@ void prepareFileDialog(QFileDialog& dialog, const platform::FileQuestion& questi
   dialog.setNameFilters(nameFiltersOf(question.filter));
   QFileInfo start(qt(question.initialFolder));
   if (!question.initialFolder.empty()) dialog.setDirectory(start.isDir() ? start.filePath() : start.path());
-  if (!question.fileName.empty()) dialog.selectFile(QFileInfo(qt(question.fileName)).fileName());
+  // Only named, not selected in the list: the list is read later, and its selection then overwrites what was typed.
+  auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+  if (!name || question.fileName.empty()) return;
+  name->setText(QFileInfo(qt(question.fileName)).fileName());
+  name->selectAll();
+  if (auto* list = dialog.findChild<QAbstractItemView*>(QStringLiteral("listView"))) {
+    const QSignalBlocker quiet(list->selectionModel());
+    list->selectionModel()->clear();
+  }
 }
 
 // A save under a filter of one kind gets that kind's ending: a name may have dots of its own ("Motor_v1.2").
@@ -119,8 +132,14 @@ void QtDialogs::help(const std::string& title, const std::string& text) {
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, window);
   QObject::connect(buttons, &QDialogButtonBox::rejected, window, &QDialog::reject);
   layout->addWidget(buttons);
+  // As wide as the longest line, whose break was put there by hand.
+  pane->ensurePolished();
   const QFontMetrics metrics(pane->font());
-  window->resize(metrics.averageCharWidth() * 90, metrics.height() * 28);
+  const int margins = 2 * static_cast<int>(pane->document()->documentMargin()) + 2 * pane->frameWidth() +
+                      pane->verticalScrollBar()->sizeHint().width() + layout->contentsMargins().left() +
+                      layout->contentsMargins().right() + 4;
+  const QSize wanted(metrics.size(0, qt(text)).width() + margins, metrics.height() * 28);
+  window->resize(wanted.boundedTo(window->screen()->availableSize() * 9 / 10));
   window->show();
 }
 

@@ -2,7 +2,8 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QStyleFactory>
+
+#include "shell/qt/clear_marks.h"
 
 namespace kvr::window {
 namespace {
@@ -76,7 +77,7 @@ void takeShots(Application& program, const QString& folder, const QString& prefi
 }
 
 void useDarkTheme() {
-  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  QApplication::setStyle(new ClearMarks(QStringLiteral("Fusion")));
   QPalette dark;
   dark.setColor(QPalette::Window, QColor(45, 45, 48));
   dark.setColor(QPalette::WindowText, QColor(225, 225, 225));

@@ -1,4 +1,5 @@
 // The pages of the ways into the chip beside the main one: user's command, demo routine, off-line board.
+#include "shell/qt/flow_row.h"
 #include "shell/qt/pages/pages.h"
 
 namespace kvr::window {
@@ -6,10 +7,10 @@ namespace {
 
 QLayout* lineBoxes(const Maker& maker, const userpath::LineBoxes& boxes, QLabel* baud, QLabel* parity, QLabel* data,
                    QLabel* stop, const QString& of) {
-  return row({baud, maker.combo(boxes.baud, QStringLiteral("Baud rate") + of), parity,
-              maker.combo(boxes.parity, QStringLiteral("Parity") + of), data,
-              maker.combo(boxes.dataBits, QStringLiteral("Data bits") + of), stop,
-              maker.combo(boxes.stopBits, QStringLiteral("Stop bits") + of), nullptr});
+  return flow({together(baud, maker.combo(boxes.baud, QStringLiteral("Baud rate") + of)),
+               together(parity, maker.combo(boxes.parity, QStringLiteral("Parity") + of)),
+               together(data, maker.combo(boxes.dataBits, QStringLiteral("Data bits") + of)),
+               together(stop, maker.combo(boxes.stopBits, QStringLiteral("Stop bits") + of))});
 }
 
 }  // namespace
@@ -27,9 +28,9 @@ QWidget* makeSelfDefinedPage(const Maker& maker) {
       row({maker.button(p.comSendUserCode),
            maker.button(maker.form.main.comHelp[0], 0, QStringLiteral("Help on the self-defined command")), nullptr}));
   column->addWidget(maker.check(maker.form.images.panel.cekReloadFileWhileFileChange1));
-  auto* words = maker.label(p.labUserCode[6]);
-  words->setWordWrap(true);
-  column->addWidget(words);
+  auto* explanation = maker.label(p.labUserCode[6]);
+  explanation->setWordWrap(true);
+  column->addWidget(explanation);
   column->addStretch(1);
   auto* frame = makeFrame(maker.loop(), p.Frame8);
   frame->setLayout(column);
@@ -59,9 +60,8 @@ QWidget* makeDemoPage(const Maker& maker) {
       row({maker.label(p.labDemo[10]),
            maker.line(p.txt_DEMO_UserCode, QStringLiteral("Command before the demo download, hexadecimal bytes"))}));
   column->addLayout(
-      row({maker.option(o.opt_ISP_DEMO_WDT[0]), maker.option(o.opt_ISP_DEMO_WDT[1]),
-           maker.combo(o.comb_WDT, QStringLiteral("Pin that feeds the external watchdog during the demo download")),
-           nullptr}));
+      flow({maker.option(o.opt_ISP_DEMO_WDT[0]), maker.option(o.opt_ISP_DEMO_WDT[1]),
+            maker.combo(o.comb_WDT, QStringLiteral("Pin that feeds the external watchdog during the demo download"))}));
   column->addStretch(1);
   auto* frame = makeFrame(maker.loop(), p.Frame11);
   frame->setLayout(column);

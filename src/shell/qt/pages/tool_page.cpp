@@ -4,6 +4,7 @@
 #include <QSplitter>
 #include <QTimer>
 
+#include "shell/qt/flow_row.h"
 #include "shell/qt/pages/pages.h"
 #include "shell/qt/terminal_view.h"
 
@@ -56,15 +57,18 @@ QGroupBox* stringsPane(const Maker& maker) {
 
 QLayout* portRow(const Maker& maker) {
   auto& p = maker.form.tool;
-  return row(
-      {makeLamp(maker.loop(), p.imgOpen[0], QStringLiteral("The terminal's port is open")),
-       maker.button(p.comOpenCOM[0]), maker.label(p.labDebugPort[0]),
-       maker.portBox(p.com_Debug_COM, QStringLiteral("Serial port of the terminal")), maker.label(p.labDebugPort[1]),
-       maker.combo(p.com_Debug_Baud, QStringLiteral("Baud rate of the terminal")), maker.label(p.labDebugPort[2]),
-       maker.combo(p.com_Debug_DataBits, QStringLiteral("Data bits of the terminal")), maker.label(p.labDebugPort[3]),
-       maker.combo(p.com_Debug_ParityCheck, QStringLiteral("Parity of the terminal")), maker.label(p.labDebugPort[4]),
-       maker.combo(p.com_Debug_StopBits, QStringLiteral("Stop bits of the terminal")), maker.check(p.che_DTR),
-       maker.check(p.che_RTS), nullptr, maker.button(p.comDebugHelp[0], 0, QStringLiteral("Help on the terminal"))});
+  const auto choice = [&](std::size_t i, platform::ComboBox& control, const char* name) {
+    return together(maker.label(p.labDebugPort[i]),
+                    maker.combo(control, QLatin1String(name) + QStringLiteral(" of the terminal")));
+  };
+  return flow({makeLamp(maker.loop(), p.imgOpen[0], QStringLiteral("The terminal's port is open")),
+               maker.button(p.comOpenCOM[0]),
+               together(maker.label(p.labDebugPort[0]),
+                        maker.portBox(p.com_Debug_COM, QStringLiteral("Serial port of the terminal"))),
+               choice(1, p.com_Debug_Baud, "Baud rate"), choice(2, p.com_Debug_DataBits, "Data bits"),
+               choice(3, p.com_Debug_ParityCheck, "Parity"), choice(4, p.com_Debug_StopBits, "Stop bits"),
+               maker.check(p.che_DTR), maker.check(p.che_RTS),
+               maker.button(p.comDebugHelp[0], 0, QStringLiteral("Help on the terminal"))});
 }
 
 QGroupBox* receivePane(const Maker& maker) {
@@ -72,10 +76,10 @@ QGroupBox* receivePane(const Maker& maker) {
   auto* column = new QVBoxLayout;
   column->setContentsMargins(4, 2, 4, 4);
   column->setSpacing(2);
-  column->addLayout(row({maker.option(p.optReceiveHex[0], QStringLiteral("Show what comes in as text")),
-                         maker.option(p.optReceiveHex[1], QStringLiteral("Show what comes in in hexadecimal")),
-                         maker.combo(p.comb_TimeStamp, QStringLiteral("Time stamp")), maker.check(p.che_AutoScroll),
-                         maker.check(p.che_KeepNewest), nullptr}));
+  column->addLayout(flow({maker.option(p.optReceiveHex[0], QStringLiteral("Show what comes in as text")),
+                          maker.option(p.optReceiveHex[1], QStringLiteral("Show what comes in in hexadecimal")),
+                          maker.combo(p.comb_TimeStamp, QStringLiteral("Time stamp")), maker.check(p.che_AutoScroll),
+                          maker.check(p.che_KeepNewest)}));
   auto* view = makeTerminalView(maker.loop(), p);
   view->setMinimumHeight(view->fontMetrics().height() * 6);
   column->addWidget(view, 1);
@@ -96,16 +100,34 @@ QGroupBox* sendPane(const Maker& maker) {
   column->setSpacing(2);
   column->addLayout(row({maker.line(p.texSend, QStringLiteral("Text to send")), maker.button(p.comDebugSend),
                          maker.button(p.comClearSend, 0, QStringLiteral("Clear the text to send"))}));
-  column->addLayout(row({maker.option(p.optHexSend[0], QStringLiteral("Send as text")),
-                         maker.option(p.optHexSend[1], QStringLiteral("Send as hexadecimal bytes")),
-                         maker.combo(p.comb_LineEnd, QStringLiteral("Line end added to a text")), nullptr,
-                         maker.button(p.comAutoSend), maker.label(p.labSendCycle[0]),
-                         maker.line(p.texSendCycle, QStringLiteral("Interval of the repeated send, milliseconds"), 6),
-                         maker.label(p.labSendCycle[1])}));
+  auto* interval = new QWidget;
+  interval->setLayout(row({maker.button(p.comAutoSend), maker.label(p.labSendCycle[0]),
+                           maker.line(p.texSendCycle, QStringLiteral("Interval of the repeated send, milliseconds"), 6),
+                           maker.label(p.labSendCycle[1])}));
+  column->addLayout(flow({maker.option(p.optHexSend[0], QStringLiteral("Send as text")),
+                          maker.option(p.optHexSend[1], QStringLiteral("Send as hexadecimal bytes")),
+                          maker.combo(p.comb_LineEnd, QStringLiteral("Line end added to a text")), interval}));
   auto* frame = makeFrame(maker.loop(), p.frmSend);
   frame->setLayout(column);
   return frame;
 }
+
+// Tells the form of the width at the end of a drag; on the way it changes with every move of the mouse.
+class DragEnd : public QObject {
+ public:
+  DragEnd(QSplitter& halves, shell::MainForm& form) : QObject(&halves), halves_(halves), form_(form) {}
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::MouseButtonRelease)
+      form_.world.loop.post([&form = form_, twips = halves_.sizes().at(1) * 15] { form.splitterMoved(twips); });
+    return false;
+  }
+
+ private:
+  QSplitter& halves_;
+  shell::MainForm& form_;
+};
 
 // The width of the strings is the form's to keep; 15 twips to a pixel.
 void followWidth(const Maker& maker, QSplitter& halves) {
@@ -116,10 +138,7 @@ void followWidth(const Maker& maker, QSplitter& halves) {
     const int strings = form.main.tabWidth / 15;
     halves.setSizes({std::max(halves.width() - strings, 1), strings});
   });
-  QObject::connect(&halves, &QSplitter::splitterMoved, &halves, [&halves, &form] {
-    const int twips = halves.sizes().at(1) * 15;
-    form.world.loop.post([&form, twips] { form.splitterMoved(twips); });
-  });
+  halves.handle(1)->installEventFilter(new DragEnd(halves, form));
 }
 
 }  // namespace

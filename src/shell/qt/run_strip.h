@@ -1,0 +1,11 @@
+// What a run needs while the left column is hidden, in one row: sign, Program, Stop, progress and the counter.
+#pragma once
+
+#include "shell/qt/maker.h"
+
+namespace kvr::window {
+
+// The widgets are named as those of the left column, with "strip_" before.
+QWidget* makeRunStrip(const Maker& maker);
+
+}  // namespace kvr::window

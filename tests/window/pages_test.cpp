@@ -1,0 +1,164 @@
+// What holds for every page of the window.
+#include <QAccessible>
+#include <QLabel>
+#include <QMap>
+#include <QRadioButton>
+#include <QScrollArea>
+#include <QScrollBar>
+
+#include "tests/window/desk.h"
+
+namespace kvr::window {
+namespace {
+
+class Pages : public Desk {
+ protected:
+  void openWithEveryPage() {
+    set("DeviceProducts", QStringLiteral("Ivy-HF0S"));
+    open();
+    for (const char* strip : {"TabStrip1", "TabStrip2"}) onEachPage(strip, [] {});
+  }
+  // The letter that works with Alt, or none.
+  static QString letterOf(const QWidget& widget) {
+    QString text;
+    if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) text = button->text();
+    if (const auto* label = qobject_cast<const QLabel*>(&widget); label && label->buddy()) text = label->text();
+    return QKeySequence::mnemonic(text).toString();
+  }
+  int top(const char* name) { return widget(name).mapTo(program->window.get(), QPoint()).y(); }
+  int left(const char* name) { return widget(name).mapTo(program->window.get(), QPoint()).x(); }
+};
+
+TEST_F(Pages, EveryInputOfEveryPageHasANameForAScreenReader) {
+  openWithEveryPage();
+  int inputs = 0;
+  for (auto* child : program->window->findChildren<QWidget*>()) {
+    const QString kind = QString::fromLatin1(child->metaObject()->className());
+    if (kind.startsWith(QLatin1String("qt_")) || child->focusPolicy() == Qt::NoFocus) continue;
+    if (qobject_cast<QScrollArea*>(child) || qobject_cast<QScrollBar*>(child) || qobject_cast<QLabel*>(child)) continue;
+    if (kind == QLatin1String("QComboBoxListView")) continue;  // speaks for its box
+    ++inputs;
+    const QString name = child->accessibleName();
+    EXPECT_FALSE(name.isEmpty()) << child->objectName().toStdString() << " " << kind.toStdString();
+    EXPECT_FALSE(name.contains(QLatin1String("Buffer2")) || name.contains(QLatin1String("Flash2")))
+        << name.toStdString();
+  }
+  EXPECT_GT(inputs, 150);
+  const auto role = [](QWidget& shown) { return QAccessible::queryAccessibleInterface(&shown)->role(); };
+  EXPECT_EQ(role(*program->window), QAccessible::Window);
+  for (auto* option : program->window->findChildren<QRadioButton*>())
+    EXPECT_EQ(role(*option), QAccessible::RadioButton) << option->objectName().toStdString();
+  for (auto* label : program->window->findChildren<QLabel*>())
+    EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->text().toStdString();
+  for (const char* range : {"LabISP_reange_0", "LabISP_reange_1"}) {
+    EXPECT_TRUE(widget(range).accessibleName().contains(QLatin1String("address"))) << range;
+    EXPECT_FALSE(widget(range).toolTip().isEmpty()) << range;
+  }
+}
+
+TEST_F(Pages, AltLettersAreUniqueWhicheverPagesAreShown) {
+  openWithEveryPage();
+  int letters = 0;
+  onEachPage("TabStrip1", [&] {
+    onEachPage("TabStrip2", [&] {
+      QMap<QString, QString> taken;
+      for (auto* child : program->window->findChildren<QWidget*>()) {
+        const QString letter = child->isVisible() ? letterOf(*child) : QString();
+        if (letter.isEmpty()) continue;
+        const auto* label = qobject_cast<QLabel*>(child);
+        const QString name = label ? label->text() : child->objectName();
+        EXPECT_FALSE(taken.contains(letter))
+            << letter.toStdString() << ": " << taken[letter].toStdString() << " and " << name.toStdString();
+        taken[letter] = name;
+        ++letters;
+      }
+    });
+  });
+  EXPECT_GT(letters, 300);
+}
+
+TEST_F(Pages, AnOptionsPageReadsInItsFamilysOrder) {
+  open();
+  for (const char* model : {"Rowan-H20", "Ivy-HF0S", "Kauri-H04", "Pine-H03E", "Rowan-H20"}) {
+    ASSERT_TRUE(program->form.picker.tryApply(model));
+    settle();
+    const auto& groups = program->form.optionsRoom.groups();
+    int lastTop = -1;
+    for (const auto& group : groups) {
+      const std::string line = objectNameOf(*group.label).toStdString();
+      EXPECT_GT(top(line.c_str()), lastTop) << model << " " << line;
+      lastTop = top(line.c_str());
+      int lastLeft = -1;
+      for (const auto* button : group.buttons) {
+        const std::string name = objectNameOf(*button).toStdString();
+        EXPECT_GT(left(name.c_str()), lastLeft) << model << " " << name;
+        lastLeft = left(name.c_str());
+      }
+      if (!group.list) continue;
+      lastTop = top(objectNameOf(*group.list).toStdString().c_str()) - 8;  // a box is taller than the line beside it
+    }
+  }
+}
+
+// What one family says beside its options is gone with the next one.
+TEST_F(Pages, NotesAndTipsOnTheOptionsFollowTheFamily) {
+  open();
+  EXPECT_FALSE(widget("Option10_0").toolTip().isEmpty());  // the chip takes no other value
+  EXPECT_EQ(widget("Option11_0").accessibleDescription(), widget<QLabel>("LabOption_11").text());
+  ASSERT_TRUE(program->form.picker.tryApply("Rowan-H40"));
+  settle();
+  EXPECT_TRUE(widget("Option10_0").toolTip().isEmpty());
+  EXPECT_TRUE(widget<QLabel>("Label7_0").text().endsWith(QStringLiteral("振荡器增益可选 1/2 gain")));
+  EXPECT_GT(top("Label7_0"), top("LabOption_2"));
+  EXPECT_LT(top("Label7_0"), top("LabOption_3"));
+  ASSERT_TRUE(program->form.picker.tryApply("Ivy-HF0S"));
+  EXPECT_EQ(widget<QLabel>("Label7_0").text(), QString());
+}
+
+// Every widget takes input exactly when its control does, in all four states of the lock.
+TEST_F(Pages, WidgetsFollowTheLockInEveryState) {
+  openWithEveryPage();
+  auto& form = program->form;
+  for (const int state : {0, 1, 2, 3, 0}) {
+    form.lock.set(state);
+    for (auto* control : form.registry.all()) {
+      const auto* shown = program->window->findChild<QWidget*>(objectNameOf(*control));
+      if (!shown) continue;  // a control without a widget
+      EXPECT_EQ(shown->isEnabledTo(shown->parentWidget()), control->enabled())
+          << control->name() << " in state " << state;
+    }
+    EXPECT_EQ(widget("comLoadFile").isEnabled(), state == 0);
+    EXPECT_TRUE(!form.lock.busy() || widget("textMsg").hasFocus() || !program->window->isActiveWindow());
+  }
+}
+
+TEST_F(Pages, TheProgramButtonIsTheLargestAndNothingOfTheLeftColumnIsCutOffOnASmallScreen) {
+  open();
+  program->window->resize(1366, 708);
+  settle();
+  const auto& column = widget<QScrollArea>("leftColumn");
+  EXPECT_LE(column.widget()->minimumSizeHint().height(), column.viewport()->height());
+  EXPECT_EQ(program->window->width(), 1366);
+  const QSize largest = widget("comDownload_0").size();
+  for (auto* button : program->window->findChildren<QAbstractButton*>()) {
+    if (button->objectName() == QLatin1String("comDownload_0") || !button->isVisible()) continue;
+    EXPECT_LT(button->width() * button->height(), largest.width() * largest.height())
+        << button->objectName().toStdString();
+  }
+}
+
+// 1920 x 1080 at 200 %.
+TEST_F(Pages, EveryOptionOfEveryFamilyIsInReachWithoutScrollingSideways) {
+  open();
+  program->window->resize(960, 508);
+  for (const char* model :
+       {"Cedar-H10R", "Hazel-H04A", "Ivy-H20S", "Kauri-H04", "Pine-H03E", "Sumac-H08A", "Rowan-H20"}) {
+    ASSERT_TRUE(program->form.picker.tryApply(model));
+    settle();
+    auto* page = &widget("Frame12");
+    EXPECT_LE(page->width(), page->parentWidget()->width()) << model;
+  }
+}
+
+}  // namespace
+}  // namespace kvr::window
