@@ -114,7 +114,8 @@ class Window {
     return chance(16) ? whole : std::min<std::size_t>(whole, 1 + random_() % 6000);
   }
   UserFile codeFile(std::size_t size) {
-    return chance(2) ? binaryFile(random_, "/fw.bin", size) : hexFile(random_, "/fw.hex", size);
+    const bool hex = size <= 0x10000 && chance(2);  // a HEX file holds 64 KB: extended addresses mean nothing here
+    return hex ? hexFile(random_, "/fw.hex", size) : binaryFile(random_, "/fw.bin", size);
   }
   Twist chooseTwist();
   void prepare();

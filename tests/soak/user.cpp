@@ -40,7 +40,6 @@ UserFile hexFile(Random& random, const std::string& path, std::size_t size) {
   UserFile file{path, {}, Meant(size)};
   std::string text;
   for (std::size_t at = 0; at < size; at += 16) {
-    if (at == 0x10000) text += record(0, 4, {0, 1});
     if (at > 0 && at + 16 < size && random() % 8 == 0) continue;
     platform::Bytes data(std::min<std::size_t>(16, size - at));
     for (std::size_t i = 0; i < data.size(); ++i) file.meant[at + i] = data[i] = static_cast<std::uint8_t>(random());
