@@ -37,7 +37,7 @@ namespace kvr::shell {
 
 class MainForm {
  public:
-  static constexpr const char* kCaption = "KVR-ISP.EXE  Version:4.88";
+  static constexpr const char* kCaption = "KVR-ISP.EXE  Version:" KVR_VERSION;
 
   MainForm(platform::World services, const platform::TextCodec& codec);
   MainForm(const MainForm&) = delete;
