@@ -51,7 +51,7 @@ std::span<const McuRecord> allRows();
 // The first row that carries the name, exactly; null when no row does.
 const McuRecord* findByName(std::string_view name);
 
-// The row that a code reported by a chip stands for. Each family says how many digits its codes have, or that it is not
+// The row of a code that a chip has reported. Each family says how many digits its codes have, or that it is not
 // looked up; a second code counts like the first. The first hit in table order counts, blanks around the code do not.
 // Null: unknown.
 const McuRecord* findModelByCode(std::string_view code);

@@ -59,7 +59,7 @@ int highestBaudOf(const Job& job);
 bool measuresOscillator(const Job& job);
 // Data bytes in one frame of a chip's download.
 int frameSizeOf(const catalogue::McuRecord& record, bool fixedLink);
-// Why this job cannot be carried out, in the system's words; empty: it can. Looks at values only.
+// Why this job cannot be carried out, as a message for the user; empty: it can. Looks at values only.
 std::string refusalOf(const Job& job);
 
 }  // namespace kvr::engine

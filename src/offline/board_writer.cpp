@@ -94,7 +94,7 @@ bool BoardWriter::writePage(std::span<const std::uint8_t> image, int first, int 
   return false;
 }
 
-// An acknowledgement bears no address: one that comes late would pass for that of the next frame, and what the board
+// An acknowledgement carries no address: one that comes late would pass for that of the next frame, and what the board
 // then misses would never be sent again.
 void BoardWriter::letStragglersIn() {
   if (!link_.stopped()) link_.delay(kGap);

@@ -1,4 +1,5 @@
-// From choices to option bytes, and from bytes to words. Pure functions: nothing here knows a control or a chip.
+// From choices to option bytes, and from bytes to what the engine asks about them (`OptionWords`). Pure functions:
+// nothing here knows a control or a chip.
 #pragma once
 
 #include <map>
@@ -39,14 +40,14 @@ struct WantedOptions {
   bool operator==(const WantedOptions&) const = default;
 };
 
-// The bytes and words of a panel. `trim` is what was measured for the wanted frequency; families whose
+// The bytes of a panel, and its `OptionWords`. `trim` is what was measured for the wanted frequency; families whose
 // oscillator is measured take a middle setting without it, others do not look at it.
 WantedOptions composeOptions(const PanelValues& values, std::optional<RcTrim> trim);
 
 // "1" when `bytes` hold the choice, "0" when not, empty when the family's table has no such key or the key is no bit.
 std::string wordOf(const catalogue::FamilyTraits& traits, std::string_view key, const OptionBytes& bytes);
 
-// After `reported` was filled: its words. `wanted` goes back to the family's default bytes, so it must be
+// After `reported` was filled: `reportedWords`. `wanted` goes back to the family's default bytes, so it must be
 // composed again before it is used. A family without options is left alone.
 void refreshChoices(const catalogue::FamilyTraits& traits, OptionSet& set);
 
