@@ -237,7 +237,7 @@ TEST(Header, LaysOutTheAreasOfTheChip) {
     EXPECT_EQ(big(header, 150, 2), 0x0200);
   }
   EXPECT_EQ(big(headerFor(model("Fir-H20A"), 1023), 34, 2), 0xF318);
-  EXPECT_EQ(big(headerFor(model("Birch-L40A"), 1023), 32, 2), 0x5454) << "a short code stands twice";
+  EXPECT_EQ(big(headerFor(model("Birch-L40A"), 1023), 32, 2), 0x5454) << "a short code is there twice";
 }
 
 TEST(BoardFacts, TellsWhatABoardCannotHold) {
