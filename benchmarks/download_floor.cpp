@@ -6,7 +6,7 @@
 namespace bench {
 namespace {
 
-// The receive event gathers for so long from the first waiting byte on, and again from the next byte behind it.
+// The receive event gathers for so long from the first waiting byte on, and again from the next byte after it.
 constexpr sim::Micros kGather = 10 * sim::kMillisecond;
 
 // What is left of the gathering when the answer's last byte has arrived.

@@ -46,7 +46,7 @@ class FrameReader {
   HostFrame frame_;
 };
 
-// A reply with its start pair; `payload` begins behind the command byte.
+// A reply with its start pair; `payload` begins after the command byte.
 Bytes buildReply(std::uint8_t command, std::span<const std::uint8_t> payload, bool wideSum);
 
 // The same with the CRC of the off-line board.

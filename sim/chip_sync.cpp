@@ -14,7 +14,7 @@ constexpr int kSyncNeeded = 8;
 constexpr int kPulsesNeeded = 4;
 constexpr Micros kSyncPause = 500 * kMillisecond;  // a longer silence starts the count again
 constexpr Micros kHostSettles =
-    100 * kMillisecond;  // sync bytes still under way behind the status frame are no new call
+    100 * kMillisecond;  // sync bytes still under way after the status frame are no new call
 
 bool isFixedLinkCall(const HostFrame& frame) {
   return frame.sumGood && frame.endGood && frame.command() == 0x8A && frame.length() <= 7;

@@ -242,7 +242,7 @@ void DemoFirmware::onFinish(Micros at) {
   programmed_ = erased_ = connected_ = false;
   journal_.note(at, "finished");
   answer(at + config_.turnaround, 0xB1, {});
-  // The host says it twice; the new program starts a little behind.
+  // The host says it twice; the new program starts a little later.
   if (config_.leavesOnFinish) schedule_.add(at + 50 * kMillisecond, [this](Micros) { inRoutine_ = false; });
 }
 

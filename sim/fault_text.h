@@ -1,4 +1,4 @@
-// Faults as words on a command line, and faults that happen so many times.
+// Faults as a command line names them, and faults that happen a given number of times.
 #pragma once
 
 #include <charconv>

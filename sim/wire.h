@@ -118,7 +118,7 @@ class Wire {
   int faultsDone_ = 0;
   Micros quietUntil_ = -1;        // a fault works on until then: late bytes are still to come
   int exchange_ = 0;              // host units so far
-  int lastFaultyExchange_ = -10;  // a late byte reaches into the exchange behind its own
+  int lastFaultyExchange_ = -10;  // a late byte reaches into the exchange after its own
 };
 
 }  // namespace sim

@@ -36,7 +36,7 @@ std::string describe(const Fault& fault);
 
 // Faults on a seed: each unit of at least `minimumBytes` bytes is hit with the given chance, but never two units of one
 // exchange (a unit of the host and all the device's answers up to the host's next one), nor of the exchange right
-// behind a delay, into which the late bytes reach.
+// after a delay, into which the late bytes reach.
 struct RandomFaults {
   double chance = 0.01;
   int minimumBytes = 3;

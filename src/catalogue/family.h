@@ -108,7 +108,7 @@ struct OptionTraits {
   OptionLayout layout;
   int panelSlot;            // the option table that the panel is filled from
   int projectSlot;          // the table that says which option keys a project file holds
-  bool reported;            // a report of the chip lists its options in the words of the table
+  bool reported;            // a report of the chip lists its options with the table's texts
   bool wakeUpDelay;         // bits 4 and 5 of byte 0 are the wait after a wake-up
   bool lowPowerNote;        // the page carries a note about the oscillator's gain
   std::int32_t unusedFrom;  // parts whose application ends below this have no unused area to choose about
@@ -144,7 +144,7 @@ constexpr int numberOf(Family family) {
   return static_cast<int>(family);
 }
 
-// The family that a stepping letter stands for; nothing for any other byte.
+// The family of a stepping letter; nothing for any other byte.
 std::optional<Family> familyOf(Stepping stepping);
 
 }  // namespace kvr::catalogue

@@ -51,7 +51,7 @@ std::span<const McuRecord> allRows();
 // The first row that carries the name, exactly; null when no row does.
 const McuRecord* findByName(std::string_view name);
 
-// The row that a code reported by a chip stands for. Each family says how many digits its codes have, or that it is not
+// The row of a code that a chip has reported. Each family says how many digits its codes have, or that it is not
 // looked up; a second code counts like the first. The first hit in table order counts, blanks around the code do not.
 // Null: unknown.
 const McuRecord* findModelByCode(std::string_view code);
@@ -69,6 +69,8 @@ bool hasDataFile(const McuRecord& record);
 
 // True when a run programs that Data Memory file. Rowan models take one that no run sends.
 bool dataFileIsProgrammed(const McuRecord& record);
+// What the user is told of a data file when it is not.
+inline constexpr std::string_view kDataFileNotProgrammed = "The EEPROM file is not programmed in this series.";
 
 // True for names that end in a lower-case 'i': their application may rewrite its own code area.
 bool isSelfWriting(const McuRecord& record);

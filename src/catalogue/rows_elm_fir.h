@@ -40,7 +40,7 @@ inline constexpr McuRecord kElm[] = {
 };
 
 // Parts of 12 KB and less report E0xx or, older ones, F3xx (the second code); parts above are known, not offered.
-// The two Series rows stand for a chip of which only the series is known. The rows after them repeat the parts with
+// The two Series rows are for a chip of which only the series is known. The rows after them repeat the parts with
 // an older code under the same names; a name always means the first row that carries it.
 inline constexpr ModelQuirks kLetterF{.secondLetter = true};
 inline constexpr McuRecord kFir[] = {

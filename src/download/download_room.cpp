@@ -4,12 +4,6 @@
 
 namespace kvr::download {
 
-void pause(const engine::RunServices& services, platform::Millis time) {
-  platform::Timer timer(services.loop);
-  timer.start(time);
-  while (timer.isActive() && !services.stop.requested()) services.loop.runOnce();
-}
-
 DownloadRoom::DownloadRoom(RunRoom room, platform::Dialogs& dialogs, const JobPanels& panels, DownloadPanel& panel,
                            MainControls controls, images::ImageRoom& images, options::OptionsRoom& options)
     : room_(room),

@@ -46,9 +46,6 @@ class PortTaken : private engine::PortHolder {
   platform::DeviceHold device_{lease_.link()};  // a run comes back to the device that it opened
 };
 
-// Lets the time pass; ends at Stop.
-void pause(const engine::RunServices& services, platform::Millis time);
-
 class DownloadRoom {
  public:
   DownloadRoom(RunRoom room, platform::Dialogs& dialogs, const JobPanels& panels, DownloadPanel& panel,

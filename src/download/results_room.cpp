@@ -17,7 +17,13 @@ VerdictKind verdictOf(const engine::Outcome& outcome) {
   }
 }
 
-// A trigger's success is the command sent: the download after it has a verdict of its own.
+// A look at a chip programs nothing, and a trigger that was sent is followed by its download, which has a line of its
+// own.
+bool isLogged(const engine::Outcome& outcome) {
+  if (outcome.kind == engine::RunKind::Check) return false;
+  return outcome.kind != engine::RunKind::Trigger || !outcome.passed();
+}
+
 bool counts(const engine::Outcome& outcome) {
   return outcome.passed() && outcome.kind == engine::RunKind::Chip;
 }
@@ -36,7 +42,7 @@ void ResultsRoom::begin() {
 // The log line is on the disk before anybody reads the verdict.
 void ResultsRoom::end(const engine::Outcome& outcome, const std::string& model, const std::string& serialNumber) {
   if (counts(outcome)) count();
-  writeLog({outcome, world_.clock.dateTime(), model, serialNumber});
+  if (isLogged(outcome)) writeLog({outcome, world_.clock.dateTime(), model, serialNumber});
   panel_.verdict.set(verdictOf(outcome));
   const bool programmed = outcome.kind == engine::RunKind::Chip || outcome.kind == engine::RunKind::Demo;
   if (outcome.passed() && programmed && panel_.optBeepYes.value()) world_.dialogs.beep();

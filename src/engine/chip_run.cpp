@@ -1,7 +1,6 @@
 #include "engine/chip_run.h"
 
 #include "engine/status_frame.h"
-#include "images/range_rules.h"
 #include "platform/text.h"
 
 namespace kvr::engine {
@@ -115,7 +114,7 @@ bool ChipRun::planFits() {
 void ChipRun::tellLeftOut() {
   if (leftOut_.bytes == 0) return;
   if (job_.data.loaded && !catalogue::dataFileIsProgrammed(job_.record()))
-    c_.say(std::string(images::kDataFileNotProgrammed));
+    c_.say(std::string(catalogue::kDataFileNotProgrammed));
   c_.say(std::to_string(leftOut_.bytes) + " bytes of the image, from " +
          platform::hexText(static_cast<std::uint32_t>(leftOut_.from), 4) + "H on, are left out.");
 }

@@ -79,7 +79,7 @@ bool Handshake::openPort() {
   link.clearReceiveState();
   link.close();
   link.setParity(c_.record().parityUsed, c_.record().parityEven);
-  if (link.setBaud(c_.job.firstBaud) || link.open()) return c_.failPort();
+  if (link.setBaud(c_.job.firstBaud) || link.open()) return c_.failPort(3);
   link.clearQueues();
   c_.view().lamp(true);
   hintTimer_.start(kHintAfter);

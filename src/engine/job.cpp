@@ -19,6 +19,10 @@ bool measuresOscillator(const Job& job) {
   return job.model.traits().measuresOscillator();
 }
 
+options::OptionBytes optionBytesOf(const Job& job) {
+  return options::composeOptions(job.choices, {}).bytes;
+}
+
 int frameSizeOf(const catalogue::McuRecord& record, bool fixedLink) {
   return fixedLink ? kFixedLinkFrame : traitsOf(record).frameSize;
 }

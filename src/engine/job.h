@@ -57,9 +57,11 @@ struct Job {
 int highestBaudOf(const Job& job);
 // Families with a trimmed oscillator measure it in every run.
 bool measuresOscillator(const Job& job);
+// The option bytes that the choices mean, without a measured trim.
+options::OptionBytes optionBytesOf(const Job& job);
 // Data bytes in one frame of a chip's download.
 int frameSizeOf(const catalogue::McuRecord& record, bool fixedLink);
-// Why this job cannot be carried out, in the system's words; empty: it can. Looks at values only.
+// Why this job cannot be carried out, as a message for the user; empty: it can. Looks at values only.
 std::string refusalOf(const Job& job);
 
 }  // namespace kvr::engine

@@ -21,7 +21,7 @@ std::string_view nameOf(Stage stage);
 
 enum class Ending {
   Refused,       // could not start: nothing was sent
-  Failed,        // the words say why
+  Failed,        // `words` says why
   Stopped,       // by the user
   Passed,        // everything went through
   PassedInPart,  // everything that fits went through; bytes of the image were left out

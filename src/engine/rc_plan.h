@@ -44,7 +44,7 @@ struct RcResult {
   bool known() const { return bestIndex < 20; }
 };
 
-// The coarse code that stands for a band, 0..3. The offset of the two upper bands is a trait of the family.
+// The coarse code of a band, 0..3. The offset of the two upper bands is a trait of the family.
 int bandCode(int upperBandOffset, int band);
 
 // Codes and fine values of round one: two points each for the bands below and above the wanted frequency and for the

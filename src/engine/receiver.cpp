@@ -26,7 +26,7 @@ void Receiver::drop() {
   seenStart1_ = seenStart2_ = false;
 }
 
-// A 46 behind a 46 is a new first byte; any other byte than B9 starts the search again.
+// A 46 after a 46 is a new first byte; any other byte than B9 starts the search again.
 std::size_t Receiver::findStartPair(std::span<const std::uint8_t> bytes) {
   std::size_t i = 0;
   while (i < bytes.size() && !(seenStart1_ && seenStart2_)) {

@@ -26,7 +26,7 @@ struct Receiver {
   bool frameOk = false;           // a whole frame with good end byte and sum lies in the buffer
   bool frameBad = false;          // a whole frame failed its sum
   bool armed = false;             // false: bytes are dropped
-  bool requireStartPair = false;  // 46 B9 must stand in front of 68
+  bool requireStartPair = false;  // 46 B9 must come before 68
   bool boardCrcMode = false;      // CRC instead of a sum
   bool frame2 = false;            // two-byte sum
 
@@ -46,7 +46,7 @@ struct Receiver {
   void drop();
   bool sumMatches() const;
   bool seenStart1_ = false;  // 46 was seen
-  bool seenStart2_ = false;  // B9 was seen behind it
+  bool seenStart2_ = false;  // B9 was seen after it
 };
 
 }  // namespace kvr::engine

@@ -20,8 +20,8 @@ bool RunContext::failNow(int beeps, const std::string& words) {
   return fail(beeps, words + "(End: " + timeOfDay() + ")");
 }
 
-bool RunContext::failPort() {
-  fail(3, kPortFailed);
+bool RunContext::failPort(int beeps) {
+  fail(beeps, kPortFailed);
   say(kPortFailedWhy);
   return false;
 }

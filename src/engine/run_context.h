@@ -27,10 +27,10 @@ class RunContext {
 
   // A failure: beeps, a line in the pane, kept for the outcome. False, for `return fail(...)`.
   bool fail(int beeps, const std::string& line);
-  // The same with "(End: hh:mm:ss)" after the words.
+  // The same with "(End: hh:mm:ss)" after the message.
   bool failNow(int beeps, const std::string& words);
   // The port could not be opened.
-  bool failPort();
+  bool failPort(int beeps);
   // A stop that was asked for: told in the pane and kept. Nothing more is told of a port that has gone.
   [[nodiscard]] bool stopped();
   void tellStop();

@@ -21,9 +21,9 @@ int baudUnits(int baud);
 float clockFromStatus(RxBytes rx, int connectBaud, bool dualClock);
 float clockFromFixedLink(RxBytes rx);
 
-// How many times the firmware counts as storing option bytes in the later order; above 0: it does.
+// 1: a firmware of letters D to G that stores the option bytes in the later order; 0: any other.
 int optionOrder(const TargetInfo& target);
-// The last Hazel firmwares, which store them in the later order, too.
+// The last firmwares of letter H, which store them in the later order, too.
 bool isLateHazel(const TargetInfo& target);
 
 // Fills the option bytes that the first status frame carries; the others stay.

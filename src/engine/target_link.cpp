@@ -14,6 +14,13 @@ constexpr int kBitsPerByte = 12;    // at most, on the wire
 
 }  // namespace
 
+bool pause(const RunServices& services, Millis time) {
+  platform::Timer timer(services.loop);
+  timer.start(time);
+  while (timer.isActive() && !services.stop.requested()) services.loop.runOnce();
+  return !services.stop.requested();
+}
+
 std::string goneText(const platform::PortError& error) {
   return error.text.empty() ? "the device is gone" : error.text;
 }
@@ -169,10 +176,7 @@ void TargetLink::delay(Millis time) {
 }
 
 bool TargetLink::pause(Millis time) {
-  platform::Timer timer(loop());
-  timer.start(time);
-  while (timer.isActive() && !stopped()) loop().runOnce();
-  return !stopped();
+  return engine::pause(services_, time);
 }
 
 std::optional<Reply> TargetLink::take() {

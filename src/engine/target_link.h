@@ -8,8 +8,8 @@
 // Every wait runs the event loop. A time limit never cuts a frame in two: when it runs out while a frame is arriving,
 // the wait goes on to the frame's end, until 50 ms pass without a byte, or for the wire time of 257 bytes at most.
 //
-// A port that cannot be opened again in the middle of a run has gone: the user is told once, in the port's own words,
-// and Stop is requested, which every wait looks at.
+// A port that cannot be opened again in the middle of a run has gone: the user is told once, with the port's own
+// message, and Stop is requested, which every wait looks at.
 #pragma once
 
 #include <chrono>
@@ -43,7 +43,9 @@ inline constexpr const char* kPortFailed = "Open COM port failed!";
 inline constexpr const char* kPortFailedWhy =
     "The COM port is opened by another Program or the COM port does not exist.";
 
-// Words for a port that has gone.
+// The message for a port that has gone.
+// Lets the time pass; ends at Stop. False: stopped.
+bool pause(const RunServices& services, Millis time);
 std::string goneText(const platform::PortError& error);
 
 class TargetLink : public PortHolder {
@@ -83,10 +85,10 @@ class TargetLink : public PortHolder {
   void writeSync(std::span<const std::uint8_t> bytes);
   // Clears the receive state, writes, and waits for a frame, good or bad, for the limit or for Stop.
   [[nodiscard]] std::optional<Reply> exchange(std::span<const std::uint8_t> frame, Millis limit);
-  // The same, to be waited for later with `awaitReply`: what is sent between them goes out behind the frame.
+  // The same, to be waited for later with `awaitReply`: what is sent between them goes out after the frame.
   void send(std::span<const std::uint8_t> frame, Millis limit);
   [[nodiscard]] std::optional<Reply> awaitReply();
-  // The fixed link's short frame, 82 (end of session) or 8A (sync), as it stands. Opens a closed port for it.
+  // The fixed link's short frame, 82 (end of session) or 8A (sync). Opens a closed port for it.
   void sendFixedLinkFrame(std::uint8_t command);
   void endSession();  // 82, then 100 ms
 
@@ -96,7 +98,7 @@ class TargetLink : public PortHolder {
   // Until a good frame, Stop or the limit.
   [[nodiscard]] std::optional<Reply> awaitFrame(Millis limit);
   // The same without waiting for the rest of a frame that is arriving when the limit runs out: for loops that send
-  // their next beat whatever is arriving.
+  // their next beat even while a frame is arriving.
   [[nodiscard]] std::optional<Reply> awaitFrameCut(Millis limit);
   // A good frame that `wanted` takes; others are dropped, and the wait goes on to its limit.
   [[nodiscard]] std::optional<Reply> awaitFrame(Millis limit, const std::function<bool(const Reply&)>& wanted);

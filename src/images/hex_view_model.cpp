@@ -218,7 +218,7 @@ bool HexViewModel::find(const std::vector<std::uint8_t>& pattern, bool forward) 
   const std::int32_t starts = lastAddress() - first + 1 - length + 1;  // places at which the pattern can begin
   if (starts <= 0) return false;
   const auto bytes = buffer_->bytes();
-  // Behind the last place at which it can begin, the search goes on from there, not from the middle.
+  // When the caret is past the last place where a match can begin, the search goes on from that place.
   const std::int32_t from = std::clamp(caret_.address - first, 0, forward ? starts - 1 : starts);
   for (std::int32_t step = 1; step <= starts; ++step) {
     const std::int32_t offset = (from + (forward ? step : starts - step)) % starts;

@@ -40,9 +40,6 @@ RangeVerdict judgeRange(const catalogue::McuRecord& model, const catalogue::IspR
 // The refusal of a start address, or empty: it may be loaded there.
 std::string checkStart(const catalogue::McuRecord& model, ImageKind kind, std::int64_t start);
 
-// What the user is told of a data image of a model whose Data Memory file no run sends.
-inline constexpr std::string_view kDataFileNotProgrammed = "The EEPROM file is not programmed in this series.";
-
 // "Open HEX file" or "Open BIN file": the title of the messages.
 std::string loadTitle(FileFormat format);
 

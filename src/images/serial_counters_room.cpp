@@ -146,7 +146,7 @@ bool SerialCounters::armOne(ImageSlot& slot) {
   if (!slot.counterBox.value()) return true;
   if (!slot.counter.armed) return false;
   if (slot.kind == ImageKind::Data && !catalogue::dataFileIsProgrammed(selected_.record)) {
-    warn(slot, std::string(kDataFileNotProgrammed));
+    warn(slot, std::string(catalogue::kDataFileNotProgrammed));
     return false;
   }
   const AutoValue value = autoValue(slot.counter);

@@ -23,7 +23,7 @@ std::string valueOf(const std::string& row);
 std::vector<std::string> ramRows();
 // "0000 ", "0008 ", ...: `count` rows of external memory from an address on.
 std::vector<std::string> xdataRows(std::uint32_t address, std::size_t count);
-// The row with the known cells of eight as two digits each, 28 characters in all; an unknown cell keeps what stood
+// The row with the known cells of eight as two digits each, 28 characters in all; an unknown cell keeps what was
 // there.
 std::string withCells(std::string row, std::span<const Cell> cells);
 

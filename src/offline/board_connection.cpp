@@ -38,12 +38,6 @@ bool BoardConnection::noAnswer() {
   return c_.fail(0, "Connection failed!");
 }
 
-bool BoardConnection::openFailed() {
-  c_.fail(0, engine::kPortFailed);
-  c_.say(engine::kPortFailedWhy);
-  return false;
-}
-
 bool BoardConnection::openQuietly() {
   if (link_.setBaud(kBaud) || link_.open()) return false;
   link_.clearQueues();
@@ -63,10 +57,10 @@ bool BoardConnection::wakeBoard() {
 bool BoardConnection::openPort(bool wake) {
   link_.close();
   link_.setParity(wake, true);
-  if (!openQuietly()) return openFailed();
+  if (!openQuietly()) return c_.failPort(0);
   if (!wake) return true;
   if (!wakeBoard()) return false;
-  if (!openQuietly()) return openFailed();
+  if (!openQuietly()) return c_.failPort(0);
   return link_.pause(Millis(200));
 }
 

@@ -25,7 +25,6 @@ class BoardConnection {
  private:
   bool openPort(bool wake);
   bool openQuietly();
-  bool openFailed();
   bool wakeBoard();
   bool pollBoard(engine::Millis timeout, std::uint8_t argument);
   bool awaitBoard(engine::Millis timeout, std::uint8_t argument);

@@ -13,7 +13,7 @@ bool smallVersion(int version) {
   return version == 15 || version >= 17;
 }
 
-int addressesAbove(const Span& span, std::int64_t last) {
+int addressesAbove(const catalogue::AddressRange& span, std::int64_t last) {
   return static_cast<int>(std::max<std::int64_t>(0, span.last - std::max<std::int64_t>(last, span.first - 1)));
 }
 

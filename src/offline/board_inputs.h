@@ -34,7 +34,7 @@ struct BoardInputs {
   std::string device;  // the model's name as the window shows it
   int pins = 40;
   std::array<bool, 3> sorter{};            // switches of a sorting machine, elements 1 to 3 of che_staple
-  std::array<std::uint8_t, 17> options{};  // the option bytes that the panel stands for
+  std::array<std::uint8_t, 17> options{};  // the option bytes that the panel's choices make
   IncrementField codeIncrement;
   IncrementField dataIncrement;
   std::int64_t limit = 0;     // chips the board may program, 1..1000000

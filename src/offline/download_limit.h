@@ -9,7 +9,7 @@ namespace kvr::offline {
 
 struct DownloadLimit {
   std::int64_t chips = 0;
-  std::string refusal;  // the words for a person; empty: the limit is good
+  std::string refusal;  // the message for the user; empty: the limit is good
 };
 
 DownloadLimit readDownloadLimit(std::string_view text);

@@ -5,17 +5,11 @@
 #include <cstdint>
 #include <vector>
 
+#include "catalogue/address_range.h"
 #include "catalogue/mcu_record.h"
 #include "offline/board_inputs.h"
 
 namespace kvr::offline {
-
-// Addresses first..last, both included; empty when last is below first.
-struct Span {
-  int first = 0;
-  int last = -1;
-  bool operator==(const Span&) const = default;
-};
 
 struct FileBuffer {
   static constexpr std::size_t kSize = 65537;
@@ -23,8 +17,8 @@ struct FileBuffer {
   int last = 0;  // what the board takes for the end of code and data
   std::vector<std::uint8_t> bytes = std::vector<std::uint8_t>(kSize);
   // The parts of it that the user loaded, and how many loaded bytes found no place in it.
-  Span code;
-  Span data;
+  catalogue::AddressRange code;
+  catalogue::AddressRange data;
   int cut = 0;
 
   // Sets `count` bytes from `start` on to FFh, as far as they lie inside.

@@ -35,7 +35,7 @@ std::array<std::uint8_t, 4> nextValueBytes(const IncrementField& field);
 // True when some chip of the batch would get a value above 2147483648.
 bool incrementOverflows(const IncrementField& field, std::int64_t limit);
 
-// The words for the person whose serial value would overflow.
+// The message for the user whose serial value would overflow.
 std::string incrementOverflowText(bool dataField);
 
 }  // namespace kvr::offline

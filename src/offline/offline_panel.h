@@ -15,7 +15,7 @@ struct OfflinePanel {
   platform::Button com_TJXZ_help{"com_TJXZ_help"};
   platform::TextBox txt_download_max{"txt_download_max"};  // how many chips the board may program, 1..1000000
 
-  // 0, 1: what the board is for; 2: the words for txt_download_max; 3: the words for combPins.
+  // 0, 1: what the board is for; 2: the text beside txt_download_max; 3: the text beside combPins.
   platform::ControlArray<platform::Label, 4> labTJXZ{"labTJXZ"};
 
   // Kept for the board's header and not shown: the package's number of pins and four switches of a sorting machine.

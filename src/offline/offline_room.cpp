@@ -2,7 +2,6 @@
 
 #include "offline/board_help.h"
 #include "offline/download_limit.h"
-#include "options/compose_options.h"
 #include "platform/text.h"
 
 namespace kvr::offline {
@@ -81,7 +80,7 @@ BoardInputs OfflineRoom::collectInputs(const engine::Job& job) const {
   inputs.device = txtDevice_.trimmed();
   inputs.pins = platform::wholeOf(panel_.combPins.text());
   for (std::size_t i = 0; i < inputs.sorter.size(); ++i) inputs.sorter[i] = panel_.che_staple[i + 1].value();
-  inputs.options = options::composeOptions(job.choices, {}).bytes;
+  inputs.options = engine::optionBytesOf(job);
   inputs.codeIncrement = fieldOf(counters.cheAuto_Increase, counters.texAuto_Increase, counters.optAuto_Increase);
   inputs.dataIncrement =
       fieldOf(counters.cheData_Auto_Increase, counters.texData_Auto_Increase, counters.optData_Auto_Increase);

@@ -34,13 +34,11 @@ int placeOrLast(const std::array<std::string_view, N>& choices, std::string_view
 }
 
 int prescalerBits(std::string_view text) {
-  constexpr std::array<std::string_view, 8> kChoices = {"2", "4", "8", "16", "32", "64", "128", "256"};
-  return placeOrLast(kChoices, text);
+  return placeOrLast(kPrescalers, text);
 }
 
 int wakeUpBits(std::string_view text) {
-  constexpr std::array<std::string_view, 4> kChoices = {"4096", "8192", "16384", "32768"};
-  return placeOrLast(kChoices, text);
+  return placeOrLast(kWakeUpDelays, text);
 }
 
 // The list runs from the highest threshold, which is value 4, downwards.

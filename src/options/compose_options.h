@@ -1,6 +1,8 @@
-// From choices to option bytes, and from bytes to words. Pure functions: nothing here knows a control or a chip.
+// From choices to option bytes, and from bytes to what the engine asks about them (`OptionWords`). Pure functions:
+// nothing here knows a control or a chip.
 #pragma once
 
+#include <array>
 #include <map>
 #include <optional>
 #include <string>
@@ -27,6 +29,12 @@ struct PanelValues {
   int trimFine = 128;
 };
 
+// The options that are lists, and the entries of two of them.
+inline constexpr std::string_view kPrescalerKey = "WDT_Prescalar", kWakeUpKey = "RC30K_Divder",
+                                  kLowVoltageKey = "Low_Voltage_detector";
+inline constexpr std::array<std::string_view, 8> kPrescalers = {"2", "4", "8", "16", "32", "64", "128", "256"};
+inline constexpr std::array<std::string_view, 4> kWakeUpDelays = {"4096", "8192", "16384", "32768"};
+
 // A panel that has just been filled for a model of the family.
 PanelValues defaultValues(catalogue::Family family);
 
@@ -39,14 +47,14 @@ struct WantedOptions {
   bool operator==(const WantedOptions&) const = default;
 };
 
-// The bytes and words of a panel. `trim` is what was measured for the wanted frequency; families whose
+// The bytes of a panel, and its `OptionWords`. `trim` is what was measured for the wanted frequency; families whose
 // oscillator is measured take a middle setting without it, others do not look at it.
 WantedOptions composeOptions(const PanelValues& values, std::optional<RcTrim> trim);
 
 // "1" when `bytes` hold the choice, "0" when not, empty when the family's table has no such key or the key is no bit.
 std::string wordOf(const catalogue::FamilyTraits& traits, std::string_view key, const OptionBytes& bytes);
 
-// After `reported` was filled: its words. `wanted` goes back to the family's default bytes, so it must be
+// After `reported` was filled: `reportedWords`. `wanted` goes back to the family's default bytes, so it must be
 // composed again before it is used. A family without options is left alone.
 void refreshChoices(const catalogue::FamilyTraits& traits, OptionSet& set);
 

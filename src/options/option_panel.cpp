@@ -1,5 +1,7 @@
 #include "options/option_panel.h"
 
+#include "options/compose_options.h"
+
 namespace kvr::options {
 namespace {
 
@@ -50,8 +52,8 @@ const std::vector<std::string>& pinNames() {
 
 OptionPanel::OptionPanel() {
   gatherControls();
-  comWDT_Prescalar[0].setItems({"2", "4", "8", "16", "32", "64", "128", "256"});
-  comWDT_Prescalar[1].setItems({"4096", "8192", "16384", "32768"});
+  comWDT_Prescalar[0].setItems({kPrescalers.begin(), kPrescalers.end()});
+  comWDT_Prescalar[1].setItems({kWakeUpDelays.begin(), kWakeUpDelays.end()});
   for (const std::size_t box : {std::size_t{0}, std::size_t{5}}) {
     com_RC_frequency[box].setEditable(true);
     com_RC_frequency[box].setItems(frequencyChoices());

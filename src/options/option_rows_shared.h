@@ -1,4 +1,4 @@
-// Option lines that several families have in the same words; what differs is the byte, the line and the default.
+// Option lines that several families have with the same texts; what differs is the byte, the line and the default.
 #pragma once
 
 #include "options/option_row_makers.h"

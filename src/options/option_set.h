@@ -23,7 +23,7 @@ struct OptionWords {
 
 struct OptionSet {
   OptionBytes wanted{};    // by `composeOptions`
-  OptionBytes reported{};  // by whoever reads a chip; entry 16 is a copy of `wanted`
+  OptionBytes reported{};  // as read from a chip; entry 16, which no chip sends, is copied from `wanted`
   OptionWords wantedWords;
   OptionWords reportedWords;  // by `refreshChoices`
   bool operator==(const OptionSet&) const = default;

@@ -1,5 +1,5 @@
-// The option tables: for every group of families, what its panel shows, which bit each choice is, and in which
-// words a chip's answer is reported. Panel, bytes, report, project file and off-line image read these rows by key.
+// The option tables: for every group of families, what its panel shows, which bit each choice is, and with which
+// texts a chip's answer is reported. Panel, bytes, report, project file and off-line image read these rows by key.
 #pragma once
 
 #include <span>

@@ -15,7 +15,7 @@ constexpr std::string_view kChangeable = "Step4: Active following options after 
 constexpr std::string_view kFixed = "Step4: Options";
 constexpr const char* kLowPowerNote = "     如需低功耗,16MHz 以下振荡器增益可选 1/2 gain";
 constexpr std::size_t kFirstReportLine = 1;
-constexpr std::size_t kReportFrame = 15;  // with its like, 16, and the one at 0
+constexpr std::size_t kReportFrame = 15;  // the frame around the report is made of this label, the next one and label 0
 
 template <class T, std::size_t N>
 void hide(platform::ControlArray<T, N>& array) {

@@ -47,7 +47,7 @@ class OptionsRoom {
   // --- option bytes
   OptionSet& set() { return set_; }
   const OptionSet& set() const { return set_; }
-  // Rebuilds `wanted` and its words from the panel. `trim` as measured in this run, if it was.
+  // Rebuilds `wanted` and `wantedWords` from the panel. `trim` as measured in this run, if it was.
   void composeOptions(std::optional<RcTrim> trim = {});
   void refreshChoices();  // for the selected model's family
 

@@ -10,7 +10,7 @@ using catalogue::FamilyTraits;
 
 namespace {
 
-// The family whose table has the words for a chip with this letter; null: the letter reports no rows.
+// The family whose table has the texts for a chip with this letter; null: the letter reports no rows.
 const FamilyTraits* reportedAs(catalogue::Stepping stepping) {
   const auto family = catalogue::familyOf(stepping);
   return family && catalogue::traitsOf(*family).reported ? &catalogue::traitsOf(*family) : nullptr;

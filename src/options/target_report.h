@@ -1,4 +1,4 @@
-// What a chip turned out to be, in words: lines for the message pane and texts for the labels beside the options. The
+// What a chip turned out to be, as text: lines for the message pane and texts for the labels beside the options. The
 // wording follows the letter of the chip's firmware, which settles its byte layout, and not the selected model.
 #pragma once
 

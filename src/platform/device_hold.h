@@ -1,4 +1,4 @@
-// Which device a port number stands for, kept for as long as somebody asks for that. The machine's numbers may move
+// Which device a port number means, kept for as long as somebody asks for that. The machine's numbers may move
 // when adapters come and go; a run that closes and opens its port must come back to the same chip.
 #pragma once
 
@@ -23,7 +23,7 @@ class HeldDevice {
   void opened(const std::string& device) {
     if (holding_) device_ = device;
   }
-  // The device to open; empty: ask which one the number stands for now.
+  // The device to open; empty: ask which one the number means now.
   const std::string& device() const { return device_; }
 
  private:

@@ -1,4 +1,4 @@
-// What the program needs of a serial port. One port object serves four masters in turn (see engine/port_lease.h).
+// What the program needs of a serial port. One port object serves several holders in turn (see engine/port_lease.h).
 //
 // Port mode, in every implementation: binary, NUL bytes kept, no end-of-file handling, no flow control, receive event
 // at one waiting byte, no transmit event. `close` and a change of settings first let go out what was written, since a
@@ -29,7 +29,7 @@ class SerialLink {
   virtual void setPortNumber(int number) = 0;  // COM port 1..16
   virtual int portNumber() const = 0;
 
-  // An open asks which device the number stands for now. After `holdDevice` only the first one does: all further opens
+  // An open asks which device the number means now. After `holdDevice` only the first one does: all further opens
   // are of the device that it opened, until another number is set or `releaseDevice`. See device_hold.h.
   virtual void holdDevice() {}
   virtual void releaseDevice() {}

@@ -11,7 +11,7 @@ namespace kvr::shell {
 struct BatchEntry {
   std::string time;  // local, "yyyy-mm-dd hh:mm:ss"
   std::string model;
-  std::string verdict;  // the run's own word, such as "PASS" or "FAIL"
+  std::string verdict;  // what the sign says: "PASS", "PASS, PART LEFT OUT" or "FAIL"
   std::string failure;  // the message of the failure, empty after a success
   std::string codeSum;  // as the check sum boxes show them
   std::string dataSum;

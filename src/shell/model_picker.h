@@ -25,7 +25,7 @@ class ModelPicker {
   void hideDeviceTree();
   void treeClicked();  // a node was picked; series nodes only open and close
 
-  // Applies the name that stands in `txtDevice`. Empty: no row bears it, the person was told, nothing else has changed.
+  // Applies the name in `txtDevice`. Empty: no row has it, the user was told, nothing else has changed.
   std::string applyDevice();
   // The same without a message box, for callers that word the failure themselves.
   bool tryApply(const std::string& name);

@@ -64,7 +64,7 @@ bool DemoRoom::round(DemoJob& job) {
 void DemoRoom::countDown() {
   for (int left = platform::wholeOf(panels_.download.comDalay_ReDownLoad.text()); left > 0 && !stopped(); --left) {
     textMsg_.setText("Program succeeded.\n\nAfter a few seconds re-connect will continue.  " + std::to_string(left));
-    download::pause(room_.services, platform::Millis(1000));
+    if (!engine::pause(room_.services, platform::Millis(1000))) break;
   }
   if (!stopped()) return;
   room_.view.beep(1);

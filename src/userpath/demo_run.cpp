@@ -44,9 +44,7 @@ bool DemoRun::opens(const std::string& settings) {
     c_.view().lamp(true);
     return true;
   }
-  c_.fail(1, engine::kPortFailed);
-  c_.say(engine::kPortFailedWhy);
-  return false;
+  return c_.failPort(1);
 }
 
 bool DemoRun::sendCommand() {

@@ -43,9 +43,7 @@ engine::Outcome TriggerRoom::send() {
   engine::RunContext c(job, link);
   const auto ended = [&](bool good) { return c.outcome(engine::RunKind::Trigger, good, {}); };
   if (link.open(settingsText(page_.userCodeLine()))) {
-    c.fail(1, engine::kPortFailed);
-    c.say(engine::kPortFailedWhy);
-    return ended(false);
+    return ended(c.failPort(1));
   }
   link.clearQueues();
   room_.lock.toBusy();

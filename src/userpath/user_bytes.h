@@ -1,4 +1,4 @@
-// A command in hexadecimal, as a person types it: two characters a byte, blanks between bytes as one likes.
+// A command in hexadecimal, as the user types it: two characters a byte, any blanks between bytes.
 #pragma once
 
 #include <cstdint>

@@ -73,7 +73,7 @@ std::string wrongWith(EngineBench& bench) {
 TEST(WireFaults, EveryFrameOfAGoodRunFaultedInEveryWay) {
   int runs = 0, passed = 0, stoppedByHand = 0, wrongs = 0;
   for (const std::string& model : kModels) {
-    std::set<std::tuple<Direction, int, std::size_t>> seen;  // one frame of each kind and size stands for its like
+    std::set<std::tuple<Direction, int, std::size_t>> seen;  // one frame of each kind and size is enough
     for (const sim::Unit& unit : recordGoodRun(model)) {
       const bool first = unit.bytes.size() > 5 && seen.emplace(unit.direction, unit.bytes[5], unit.bytes.size()).second;
       for (const Fault& fault : faultsOf(unit, first)) {

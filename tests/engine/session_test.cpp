@@ -19,7 +19,7 @@ void expectGood(EngineBench& bench) {
   EXPECT_EQ(bench.notAtRest(), "");
 }
 
-// The Pass word appears at the counting step and not before; every other end is Fail.
+// PASS is shown when the success is counted and not before; every other end shows FAIL.
 std::vector<VerdictKind> verdictsOf(EngineBench& bench) {
   std::vector<VerdictKind> seen;
   const auto token = bench.panel.verdict.changed.watch([&] { seen.push_back(bench.panel.verdict.value()); });

@@ -1,4 +1,4 @@
-// Every model, from the press of the button to the word OK, with random images over a chip full of a former owner's
+// Every model, from the press of the button to the line "OK", with random images over a chip that is full of other
 // bytes.
 #include <gtest/gtest.h>
 

@@ -73,7 +73,7 @@ TEST(Receiver, DropsNoiseBadEndsAndBadSums) {
   noisy.insert(noisy.end(), frame.begin() + 1, frame.end());
   Receiver rx = receiver(true);
   rx.take(noisy);
-  EXPECT_TRUE(rx.frameOk) << "46 behind 46 is a new first byte";
+  EXPECT_TRUE(rx.frameOk) << "46 after 46 is a new first byte";
   rx.clear();
   Bytes badEnd = frame;
   badEnd.back() = 0x17;

@@ -63,7 +63,7 @@ TEST(RangeRules, SayWhatIsCutClearedAndToldAroundEveryLimit) {
       {"Elm-H08A", H, 4096, 4096, 4096, {{2048, 4095}}, {"Data Memory contain datas.\n\n\n         Continue"}},
       {"Elm-H08A", B, 0, 4096, 4096, {{2048, 4095}}, {kGap + kGoOn}},
       {"Elm-H08A", H, 0, 5120, 5119, {{2048, 4095}}, {kAll}},
-      // An application that may rewrite its own code is cleared in the gap without a word.
+      // An application that may rewrite its own code is cleared in the gap without a question.
       {"Ivy-HF0Si", H, 0, 0xEFFF, 0xEFFF, {}, {}},
       // Code to 32767, boot area from 57344, no Data Memory; then code to 16383, boot area from 64512.
       {"Alder-H80D", H, 0, 32767, 32767, {}, {}},

@@ -132,7 +132,7 @@ TEST(FileBuffer, PutsTheDataImageWhereTheChipHasItsDataMemory) {
   EXPECT_TRUE(std::equal(code.begin(), code.begin() + hazel.apEnd + 1, both.bytes.begin()));
   EXPECT_EQ(std::ranges::count(both.bytes, 0x5A) - std::ranges::count(std::span(code).first(hazel.apEnd + 1), 0x5A),
             512);
-  EXPECT_EQ(both.data, (Span{hazel.dataStart, hazel.dataStart + 511}));
+  EXPECT_EQ(both.data, (catalogue::AddressRange{hazel.dataStart, hazel.dataStart + 511}));
 
   const FileBuffer emptyData = prepareFileBuffer(hazel, {code, 0, 9000, true}, {data, 0, 0, true});
   EXPECT_EQ(emptyData.last, 9000) << "no limit";
@@ -237,7 +237,7 @@ TEST(Header, LaysOutTheAreasOfTheChip) {
     EXPECT_EQ(big(header, 150, 2), 0x0200);
   }
   EXPECT_EQ(big(headerFor(model("Fir-H20A"), 1023), 34, 2), 0xF318);
-  EXPECT_EQ(big(headerFor(model("Birch-L40A"), 1023), 32, 2), 0x5454) << "a short code stands twice";
+  EXPECT_EQ(big(headerFor(model("Birch-L40A"), 1023), 32, 2), 0x5454) << "a short code is there twice";
 }
 
 TEST(BoardFacts, TellsWhatABoardCannotHold) {

@@ -1,6 +1,6 @@
 // What every serial link promises about the device of a port number; run against each world. A world type has
 // `SerialLink& link()`, two devices `first()` and `second()` that can be opened, and `give(number, device)`, which
-// makes a number stand for a device ("": for none).
+// gives a number to a device ("": for none).
 #pragma once
 
 #include <gtest/gtest.h>

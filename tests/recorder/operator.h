@@ -1,4 +1,4 @@
-// The person at the window, with a device at the far end of the line. All that the recorder knows of the program is in
+// The user at the window, with a device at the far end of the line. All that the recorder knows of the program is in
 // this file and its .cpp: controls by their names, the pane, the sign. What the program looks like inside may change
 // without changing a record.
 #pragma once

@@ -12,7 +12,7 @@ namespace kvr::recorder {
 
 namespace {
 
-// Each model once: of rows that bear one name the first is meant.
+// Each model once: of rows with the same name the first one counts.
 std::vector<const McuRecord*> allModels() {
   std::vector<const McuRecord*> models;
   std::set<std::string_view> seen;

@@ -112,7 +112,7 @@ TEST(FormRun, TheWatcherSendsTheCommandToTheRunningProgramAndDownloads) {
   EXPECT_EQ(bench.chip->violationText(), "");
 }
 
-// The moments at which a run waits, from the press on: before the chip has power, around every frame, and behind the
+// The moments at which a run waits, from the press on: before the chip has power, around every frame, and after the
 // last.
 std::set<int> momentsOfARun(const std::string& model) {
   FormBench bench;
@@ -137,7 +137,7 @@ bool closesAt(const std::string& model, int moment, int presses) {
   int unloads = 0;
   bench.form.onUnload = [&] {
     ++unloads;
-    EXPECT_FALSE(bench.form.activity.busy()) << "the run stands on what goes now";
+    EXPECT_FALSE(bench.form.activity.busy()) << "the run still uses what is about to go";
     EXPECT_FALSE(bench.link.isOpen());
   };
   const auto closed = bench.loop.now() + Millis(moment);

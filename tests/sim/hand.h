@@ -1,4 +1,4 @@
-// A person with a serial port: frames made by hand, one at a time, to try the simulated chip itself.
+// Frames made by hand, one at a time, to try the simulated chip itself.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -48,7 +48,7 @@ class User : public support::FormBench {
   bool codeIsCut() const { return codeIsCut_; }  // the user was told when the file was opened
   const Meant& data() const { return data_; }
 
-  // --- Runs. Each returns the words "hangs" or nothing. ---
+  // --- Runs. Each returns "hangs" or nothing. ---
   std::string start(platform::Button& button, platform::Button& stopButton);
   void connectBoard(const sim::BoardConfig& config, platform::Millis after);
   void connectDemo(const sim::DemoConfig& config);

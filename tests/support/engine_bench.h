@@ -1,4 +1,4 @@
-// The engine on a bench: the virtual world, a simulated chip on its wire, and a person who presses buttons.
+// The engine on a bench: the virtual world, a simulated chip on its wire, and a user who presses buttons.
 #pragma once
 
 #include <memory>
@@ -34,7 +34,7 @@ class EngineBench : public VirtualWorld {
   void loadCode(std::uint64_t seed, std::int32_t size = 0);
   void loadData(std::uint64_t seed, std::int32_t size = 0);
 
-  // --- Doing. Each returns when what was pressed has come to its end. At the limit a person presses Stop; false: that
+  // --- Doing. Each returns when what was pressed has come to its end. At the limit the user presses Stop; false: that
   // was needed. A sequence that does not end even then hangs, and the test with it fails by `hung`. ---
   bool press(platform::Button& button, Millis limit = Millis(600000));
   bool program(Millis limit = Millis(600000)) { return press(panel.comDownload[0], limit); }
@@ -46,7 +46,7 @@ class EngineBench : public VirtualWorld {
   bool hung = false;
   bool passed() const { return panel.verdict.value() == download::VerdictKind::Pass || passedInPart(); }
   bool passedInPart() const { return panel.verdict.value() == download::VerdictKind::PassInPart; }
-  // What the panel stands for, with what the last run measured.
+  // The option bytes that the panel's choices make, with what the last run measured.
   options::OptionBytes wanted() const;
   const engine::Outcome& outcome() const { return records.back().outcome; }
   // What the images say that the chip must hold; empty: it does. Otherwise the first address that differs.

@@ -1,5 +1,5 @@
 // What a bench lends the program in place of a machine, but for the port: a loop, settings and files in memory, a
-// person who answers from a script, a clock.
+// user who answers from a script, a clock.
 #pragma once
 
 #include <memory>

@@ -47,7 +47,7 @@ struct UserPathBench : support::EngineBench {
   TriggerRoom trigger{runs, dialogs, jobPanels, downloads, page};
 };
 
-// A chip with the routine is on the wire, and an image stands ready for it.
+// A chip with the routine is on the wire, and an image is ready for it.
 struct DemoBench : UserPathBench {
   explicit DemoBench(const sim::DemoConfig& config = configFor("Cedar-H20R"), sim::WireConfig wireConfig = {})
       : UserPathBench(std::move(wireConfig)), firmware(config) {

@@ -35,7 +35,7 @@ TEST(DemoReceiver, PutsAReplyTogetherHoweverItIsCut) {
     EXPECT_TRUE(rx.frameOk) << cut;
     EXPECT_EQ(rx.buffer, kReply);
     rx.take(Bytes{0x5A, 0xA5});
-    EXPECT_EQ(rx.buffer, kReply) << "what comes behind changes nothing";
+    EXPECT_EQ(rx.buffer, kReply) << "what comes after it changes nothing";
   }
 }
 

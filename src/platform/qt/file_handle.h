@@ -12,7 +12,7 @@
 
 namespace kvr::platform {
 
-// The failure in words that an operator knows; never the system's own.
+// The failure as an operator would put it; never the system's own message.
 FileResult failureOf(int error);
 
 enum class PathKind { Absent, File, Folder, Other };  // Other: a device, a pipe, a socket

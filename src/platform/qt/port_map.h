@@ -1,4 +1,4 @@
-// Which device each of the port numbers COM1 to COM16 stands for. A pure function of what the settings say, what was
+// Which device each of the port numbers COM1 to COM16 means. A pure function of what the settings say, what was
 // found on the machine and what earlier days remember.
 #pragma once
 

@@ -77,7 +77,7 @@ class MemoryFiles : public FileSystem {
   std::map<std::string, File> files;
   std::set<std::string> folders{"/program"};
   std::function<void()> afterRead;  // what happens to the files while they are read
-  bool diskFull = false;            // every write fails and leaves what stood
+  bool diskFull = false;            // every write fails and leaves what was there
 
  private:
   int versions_ = 0;

@@ -10,7 +10,7 @@
 
 namespace kvr::window {
 
-// A combo box whose least size is its usual one, as it always is here. Left to itself it measures every entry twice.
+// A combo box that never shrinks below its usual size. Qt's own minimum would measure every entry a second time.
 class ComboWidget : public QComboBox {
  public:
   QSize minimumSizeHint() const override { return sizeHint(); }

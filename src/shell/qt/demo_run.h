@@ -1,4 +1,4 @@
-// A person at the window, played: presses the Program button once the file is in, waits for the verdict, prints the
+// Plays the user at the window: presses the Program button once the file is in, waits for the verdict, prints the
 // message pane and takes a picture. For the script that shows the program where there is no display.
 #pragma once
 

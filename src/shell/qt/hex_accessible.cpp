@@ -16,7 +16,7 @@ class AccessibleHexView : public AccessibleTextArea {
     state.editable = true;
     return state;
   }
-  // The value is the byte under the caret, in words.
+  // The value is the byte under the caret, as text.
   QString text(QAccessible::Text kind) const override {
     if (kind != QAccessible::Value || model().lineCount() == 0) return QAccessibleWidget::text(kind);
     const images::HexSpot caret = model().caret();

@@ -10,7 +10,7 @@ namespace kvr::window {
 class HexView;
 QAccessibleInterface* accessibleHexView(HexView& view);
 
-// Where a digit stands in the view's whole text, in which every line takes kHexLineLength characters.
+// Where a digit is in the view's whole text, in which every line takes kHexLineLength characters.
 inline constexpr int kHexLineLength = 59;
 int textOffset(const images::HexViewModel& model, images::HexSpot spot);
 

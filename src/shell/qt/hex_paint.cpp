@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::array<char, 16> kDigits{'0', '1', '2', '3', '4', '5', '6', '7', '8', '9', 'A', 'B', 'C', 'D', 'E', 'F'};
 
-// One row as text, a string for each colour: blanks stand where another colour has its characters.
+// One row as text, a string for each colour: blank where another colour has its characters.
 class RowText {
  public:
   enum Style { Faint, Plain, Changed, Selected, Styles };

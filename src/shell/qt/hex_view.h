@@ -1,5 +1,5 @@
 // An image in hexadecimal: address, sixteen bytes, the same as text. Draws only the lines that show, so its cost does
-// not depend on the size of the image. All it shows lies in the pane's model; all that a person does goes to the pane
+// not depend on the size of the image. All it shows lies in the pane's model; all that the user does goes to the pane
 // as a gesture.
 //
 // Keys: arrows, page and line keys (with Shift they select), Ctrl+Home and Ctrl+End, hexadecimal digits change the

@@ -75,7 +75,7 @@ ModelPopup::ModelPopup(shell::MainForm& form, QWidget& window, QWidget& anchor)
   hide();
 }
 
-// The popup stands for the tree's visibility; inside it the tree itself always shows.
+// The popup shows when the tree is visible; inside it the tree itself always shows.
 void ModelPopup::showTree() {
   const bool on = form_.main.TreeViewDevice.visible();
   tree_->setVisible(true);

@@ -14,7 +14,7 @@ namespace kvr::window {
 class ModelPopup : public QFrame {
  public:
   ModelPopup(shell::MainForm& form, QWidget& window, QWidget& anchor);
-  // A key that was typed before the popup stood.
+  // A key that was typed before the popup was up.
   void typeAhead(QKeyEvent& key);
 
  protected:

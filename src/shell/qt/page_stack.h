@@ -1,4 +1,4 @@
-// The pages below a tab strip. A page is built when its tab is first shown, so that the window stands quickly.
+// The pages below a tab strip. A page is built when its tab is first shown, so that the window is up quickly.
 #pragma once
 
 #include <QStackedWidget>

@@ -14,7 +14,7 @@ namespace {
 constexpr int kDeviceRole = Qt::UserRole + 1;
 constexpr int kPresentRole = Qt::UserRole + 2;
 
-// "COM3   /dev/ttyUSB0  USB Serial": the number in the list's own colours, the device paler behind it.
+// "COM3   /dev/ttyUSB0  USB Serial": the number in the list's own colours, the device paler after it.
 class PortDelegate : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;

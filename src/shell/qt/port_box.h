@@ -1,4 +1,4 @@
-// Boxes with "COM1" to "COM16": the list shows beside each number the device behind it, and greys numbers without one.
+// Boxes with "COM1" to "COM16": the list shows the device of each number beside it, and greys numbers without one.
 #pragma once
 
 #include <QComboBox>

@@ -1,5 +1,5 @@
 // What assistive programs see of the receive pane: its whole text, in the lines that it shows. As in any terminal the
-// cursor stands where the next text will appear, unless something is selected.
+// cursor is where the next text will appear, unless something is selected.
 #include <algorithm>
 
 #include "shell/qt/terminal_view.h"
@@ -72,7 +72,7 @@ class AccessibleTerminal : public AccessibleTextArea {
     if (!before.isEmpty() && before.back().isHighSurrogate()) before.chop(1);
     return content().begin() + static_cast<Position>(before.toUtf8().size());
   }
-  // Behind a line end at the end of the text lies one more line, which is empty.
+  // After a line end at the end of the text there is one more line, which is empty.
   int lineAt(int offset) const {
     const Position position = positionOf(offset);
     const bool behind =

@@ -1,4 +1,4 @@
-// What a person does in the receive pane: keys, selecting, the menu.
+// What the user does in the receive pane: keys, selecting, the menu.
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMenu>

@@ -77,7 +77,7 @@ void TerminalView::fit() {
   textChanged();
 }
 
-// Called for every move of the scroll bar. A person's move decides whether the view follows the end.
+// Called for every move of the scroll bar. A move by the user decides whether the view follows the end.
 void TerminalView::scrollContentsBy(int, int) {
   if (!moving_) scrolledByPerson();
   keepTop();

@@ -1,5 +1,5 @@
 // The receive pane on the screen. It draws the rows that are visible and no others, whatever lies above them; it
-// follows the end until the person scrolls up (the box "Auto scroll" shows and sets it). Text is selected with the
+// follows the end until the user scrolls up (the box "Auto scroll" shows and sets it). Text is selected with the
 // mouse and copied; typed keys go to the pane's handler as gestures.
 #pragma once
 
@@ -28,7 +28,7 @@ class TerminalView : public TextArea {
   comtool::ReceivePane& pane() { return pane_; }
   QRect cellRect(Position position) const;
   Position positionAt(QPoint point) const;  // of the gap between two characters that is nearest
-  void scrollTo(Position position);         // as the person would
+  void scrollTo(Position position);         // as the user would
   QAccessibleInterface* makeAccessible() override;
 
  protected:
@@ -64,8 +64,8 @@ class TerminalView : public TextArea {
   Position told_ = 0;  // up to where assistive programs have been told of the text
   comtool::PaneText::Range toldSelection_;
   Position top_ = 0;       // of the first visible row: it stays in sight when old text goes or the width changes
-  bool following_ = true;  // what the box says, or will say once the person's scrolling has been handled
-  bool moving_ = false;    // the scroll bar is moved by this code, not by the person
+  bool following_ = true;  // what the box says, or will say once the user's scrolling has been handled
+  bool moving_ = false;    // the scroll bar is moved by this code, not by the user
 };
 
 // The pane for the terminal's page.

@@ -1,0 +1,52 @@
+// A project file is a job written down.
+#include <gtest/gtest.h>
+
+#include <random>
+#include <set>
+
+#include "project/project_job.h"
+#include "tests/project/project_bench.h"
+
+namespace kvr::project {
+namespace {
+
+// Every option of the panel as the seed says.
+void chooseAtRandom(ProjectBench& bench, std::mt19937& random) {
+  for (const auto& row : options::optionRows(bench.model.traits().panelSlot))
+    if (row.key != options::kClew && random() % 2 == 0) bench.options.setControlValue(row.key, "1");
+  for (const char* list : {"WDT_Prescalar", "RC30K_Divder", "Low_Voltage_detector"})
+    bench.options.setControlValue(list, std::to_string(random() % 4));
+}
+
+TEST(ProjectJob, OfASavedWindowIsTheJobThatTheWindowWouldStart) {
+  std::set<catalogue::Family> seen;
+  for (const auto& row : catalogue::allRows()) {
+    if (row.name.empty() || row.noOptions || !seen.insert(row.family).second) continue;
+    for (std::uint32_t seed = 1; seed <= 8; ++seed) {
+      std::mt19937 random(seed);
+      ProjectBench bench;
+      ASSERT_TRUE(bench.select(std::string(row.name)));
+      bench.fill(random, 700);
+      chooseAtRandom(bench, random);
+      bench.dialogs.paths.push_back("/p.KVR");
+      bench.room.panel.comSaveBatchFile.press();
+      const auto file = bench.files.read("/p.KVR", 10'000'000);
+      ASSERT_TRUE(file);
+      const ReadProject read = readProject(*file, bench.codec);
+      ASSERT_EQ(read.refusal, "");
+      const engine::Job job = jobOf(read.project);
+      EXPECT_EQ(job.model.name(), row.name);
+      EXPECT_EQ(engine::optionBytesOf(job), options::composeOptions(bench.options.readPanel(), {}).bytes) << row.name;
+      EXPECT_EQ(job.doubleSpeed, bench.options.chosen("Double_speed_YES")) << row.name;
+      EXPECT_EQ(job.baseFrequencyHz, bench.options.baseFrequencyHz()) << row.name;
+      const auto& code = bench.images.state.CodeBuffer;
+      EXPECT_EQ(job.code.rangeEnd, code.rangeEnd);
+      EXPECT_TRUE(std::equal(job.code.bytes.begin(), job.code.bytes.end(), code.bytes().begin()));
+      EXPECT_EQ(job.data.loaded, bench.images.state.EepromBuffer.loaded);
+    }
+  }
+  EXPECT_GE(seen.size(), 16u);
+}
+
+}  // namespace
+}  // namespace kvr::project
