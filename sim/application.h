@@ -18,10 +18,10 @@ class Application {
   virtual ~Application() = default;
   const Line& line() const { return line_; }
 
-  virtual void start(Micros at) { (void)at; }
+  virtual void start(Micros /*at*/) {}
   virtual void hear(Micros end, std::uint8_t byte) = 0;
   virtual std::optional<Micros> nextDue() const { return std::nullopt; }
-  virtual void advanceTo(Micros now) { (void)now; }
+  virtual void advanceTo(Micros /*now*/) {}
 
   // Set by the chip. `say` returns when the last bit will have left.
   std::function<Micros(Micros start, std::span<const std::uint8_t> bytes)> say;

@@ -61,7 +61,7 @@ class Device {
 
   // The wire tampers with the conversation in either direction, until `at`: what the host does until then and next may
   // look odd through nobody's mistake.
-  virtual void disturbed(Micros at) { (void)at; }
+  virtual void disturbed(Micros /*at*/) {}
 
   // Set by the wire: the device starts to send these bytes at `start`, with these line settings. Returns when the last
   // bit will have left.

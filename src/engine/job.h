@@ -20,9 +20,9 @@ struct JobImage {
   std::int32_t rangeEnd = -1;
   std::int32_t heldEnd = -1;  // the last byte that differs from the fill, also beyond those bounds: a file was too long
   std::int64_t blanked = 0;   // bytes that its files held and the model has no place for
-  bool loaded = false;    // a file has been loaded; of the data image: there is data to program
-  std::uint8_t fill = 0;  // what no file wrote
-  std::int32_t sum = 0;   // of the last file's bytes, for the record
+  bool loaded = false;        // a file has been loaded; of the data image: there is data to program
+  std::uint8_t fill = 0;      // what no file wrote
+  std::int32_t sum = 0;       // of the last file's bytes, for the record
   std::uint8_t at(std::int64_t address) const {
     return address >= 0 && address < std::ssize(bytes) ? bytes[static_cast<std::size_t>(address)] : fill;
   }

@@ -16,9 +16,9 @@ constexpr int kIncrementCountSize = 512;
 constexpr int kSecondBankSize = 19456;
 
 // `count` one-bits, lowest bit of the first byte first.
-void writeOnes(std::span<std::uint8_t> area, int count) {
-  const int whole = count / 8;
-  std::fill_n(area.begin(), whole, std::uint8_t{0xFF});
+void writeOnes(std::span<std::uint8_t> area, std::int64_t count) {
+  const auto whole = static_cast<std::size_t>(count / 8);
+  std::ranges::fill(area.first(whole), std::uint8_t{0xFF});
   if (count % 8 != 0) area[whole] = static_cast<std::uint8_t>((1 << (count % 8)) - 1);
 }
 
@@ -29,8 +29,8 @@ void BoardImage::clear() {
 }
 
 void BoardImage::writeLimit(std::int64_t limit) {
-  writeOnes(area(kLimitHighAt, 256), static_cast<int>(limit / kLimitUnit));
-  writeOnes(area(kLimitLowAt, 256), static_cast<int>(limit % kLimitUnit));
+  writeOnes(area(kLimitHighAt, 256), limit / kLimitUnit);
+  writeOnes(area(kLimitLowAt, 256), limit % kLimitUnit);
 }
 
 void BoardImage::openIncrementAreas() {
@@ -40,7 +40,7 @@ void BoardImage::openIncrementAreas() {
 
 void BoardImage::writeCrcTable(const FileBuffer& file) {
   const auto table = area(kCrcTableAt, 2 * kCrcBlocks);
-  for (int k = 0; k < kCrcBlocks; ++k) {
+  for (std::size_t k = 0; k < kCrcBlocks; ++k) {
     const std::uint16_t crc = engine::boardCrc(std::span(file.bytes).subspan(k * kCrcBlock, kCrcBlock));
     table[2 * k] = static_cast<std::uint8_t>(crc);
     table[2 * k + 1] = static_cast<std::uint8_t>(crc >> 8);

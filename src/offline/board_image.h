@@ -10,6 +10,7 @@
 //   F400h  512    FFh when a serial value is on; the board keeps its count here
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -28,8 +29,8 @@ inline constexpr int kLimitHighAt = 0xED00;
 inline constexpr int kLimitLowAt = 0xEE00;
 inline constexpr int kLimitUnit = 2048;
 inline constexpr int kCrcTableAt = 0xF000;
-inline constexpr int kCrcBlock = 128;
-inline constexpr int kCrcBlocks = 512;
+inline constexpr std::size_t kCrcBlock = 128;
+inline constexpr std::size_t kCrcBlocks = 512;
 
 class BoardImage {
  public:
@@ -37,7 +38,7 @@ class BoardImage {
 
   std::span<const std::uint8_t> bytes() const { return bytes_; }
   std::span<std::uint8_t> header() { return area(kHeaderAt, kHeaderSize); }
-  std::span<std::uint8_t> area(int first, int count) { return std::span(bytes_).subspan(first, count); }
+  std::span<std::uint8_t> area(std::size_t first, std::size_t count) { return std::span(bytes_).subspan(first, count); }
 
   // Empties everything that a build fills, 2000h to F3FFh.
   void clear();

@@ -21,7 +21,7 @@ constexpr int kFramesBeforeWriting = 6;
 constexpr int kPageSize = 512;
 constexpr int kPageTries = 6;
 constexpr int kRestTries = 3;
-constexpr int kFrameSize = 128;
+constexpr std::size_t kFrameSize = 128;
 constexpr int kBoardBaud = 115200;
 constexpr int kSecondBankLast = 35840;  // one byte more than the second bank's share of the code
 
@@ -101,10 +101,10 @@ void BoardWriter::letStragglersIn() {
 }
 
 bool BoardWriter::writeBoardChunks(std::span<const std::uint8_t> image, int first, int last, bool retried) {
-  for (int at = first; at <= last; at += kFrameSize) {
-    const int count = std::min(kFrameSize, last - at + 1);
+  for (int at = first; at <= last; at += static_cast<int>(kFrameSize)) {
+    const auto data = image.first(static_cast<std::size_t>(last) + 1).subspan(static_cast<std::size_t>(at));
     if (link_.stopped()) return false;
-    if (!sendBoardWriteFrame(image.subspan(at, count), at, retried && at == first)) return false;
+    if (!sendBoardWriteFrame(data.first(std::min(data.size(), kFrameSize)), at, retried && at == first)) return false;
   }
   return true;
 }

@@ -7,9 +7,9 @@
 namespace kvr::offline {
 
 DownloadLimit readDownloadLimit(std::string_view text) {
-  constexpr double kMost = 1000000;
+  constexpr std::int64_t kMost = 1000000;
   DownloadLimit limit;
-  limit.chips = platform::roundEven(std::clamp(platform::valueOf(text), -1.0, 2 * kMost));
+  limit.chips = platform::roundEven(std::clamp(platform::valueOf(text), -1.0, 2.0 * kMost));
   if (limit.chips < 1) {
     limit.refusal = "The number of MCU is too small.";
   } else if (limit.chips > kMost) {

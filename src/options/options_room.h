@@ -10,8 +10,8 @@
 
 #include "catalogue/selected_model.h"
 #include "options/compose_options.h"
+#include "options/option_lines_view.h"
 #include "options/option_panel.h"
-#include "options/panel_layout.h"
 #include "options/target_report.h"
 #include "platform/dialogs.h"
 #include "platform/ui_lock.h"

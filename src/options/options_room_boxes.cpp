@@ -18,7 +18,7 @@ double megahertz(std::string text) {
 // Two elements of which one is on, kept like their twins.
 void mirror(const platform::ControlArray<platform::OptionButton, 2>& from,
             platform::ControlArray<platform::OptionButton, 2>& to) {
-  for (const std::size_t i : {0, 1})
+  for (const std::size_t i : {0u, 1u})
     if (from[i].value()) to[i].setValue(true);
 }
 
@@ -50,7 +50,7 @@ void OptionsRoom::connectPins() {
     pinTokens_.push_back(control.changed.watch(std::move(observer)));
   };
   auto& panel = panel_;
-  for (const std::size_t i : {0, 1}) {
+  for (const std::size_t i : {0u, 1u}) {
     watch(panel.opt_485_pin[i], [this] { followPins(); });
     watch(panel.opt_External_WDT[i], [this] {
       mirror(panel_.opt_External_WDT, panel_.opt_ISP_DEMO_WDT);
@@ -66,7 +66,7 @@ void OptionsRoom::connectPins() {
 void OptionsRoom::followPins() {
   const bool drives485 = panel_.opt_485_pin[1].value();
   panel_.comb_485_pin.setEnabled(drives485);
-  for (const std::size_t i : {0, 1}) panel_.opt_485_logic[i].setEnabled(drives485);
+  for (const std::size_t i : {0u, 1u}) panel_.opt_485_logic[i].setEnabled(drives485);
   panel_.comb_External_WDT.setEnabled(panel_.opt_External_WDT[1].value());
   panel_.comb_WDT.setEnabled(panel_.opt_ISP_DEMO_WDT[1].value());
 }

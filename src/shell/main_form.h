@@ -27,7 +27,7 @@
 #include "project/project_room.h"
 #include "shell/main_panel.h"
 #include "shell/model_picker.h"
-#include "shell/port_line.h"
+#include "shell/port_line_view.h"
 #include "shell/settings.h"
 #include "userpath/demo_room.h"
 #include "userpath/trigger_room.h"
@@ -37,7 +37,7 @@ namespace kvr::shell {
 
 class MainForm {
  public:
-  static constexpr const char* kCaption = "KVR-ISP.EXE  Version:4.88";
+  static constexpr const char* kCaption = "KVR-ISP.EXE  Version:" KVR_VERSION;
 
   MainForm(platform::World services, const platform::TextCodec& codec);
   MainForm(const MainForm&) = delete;

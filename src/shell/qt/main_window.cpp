@@ -40,8 +40,7 @@ QVBoxLayout* tabbed(const Maker& maker, platform::TabStrip& strip, std::map<std:
 
 MainWindow::MainWindow(shell::MainForm& form, PortWatch& ports, QtDialogs& dialogs, std::function<void()> gone)
     : maker_{form, ports}, dialogs_(dialogs), gone_(std::move(gone)) {
-  static const bool known = (QAccessible::installFactory(accessibleWindow), true);
-  static_cast<void>(known);
+  [[maybe_unused]] static const bool known = (QAccessible::installFactory(accessibleWindow), true);
   setObjectName(QStringLiteral("mainWindow"));
   setWindowTitle(QString::fromLatin1(shell::MainForm::kCaption));
   setAcceptDrops(true);

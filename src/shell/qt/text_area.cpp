@@ -14,8 +14,7 @@ QAccessibleInterface* make(const QString&, QObject* object) {
 }  // namespace
 
 TextArea::TextArea() {
-  static const bool known = (QAccessible::installFactory(make), true);
-  (void)known;
+  [[maybe_unused]] static const bool known = (QAccessible::installFactory(make), true);
   setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   setFocusPolicy(Qt::StrongFocus);
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);

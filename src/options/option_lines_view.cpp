@@ -1,4 +1,4 @@
-#include "options/panel_layout.h"
+#include "options/option_lines_view.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "shell/port_line.h"
+#include "shell/port_line_view.h"
 
 namespace kvr::shell {
 
