@@ -31,7 +31,7 @@ bool canRead(const Line& listener, const Line& speaker);
 
 enum class Damage {
   none,
-  byWire,    // lost, flipped or moved on the way: nobody's mistake
+  byWire,    // lost, flipped or moved on the way: neither end is at fault
   wrongLine  // the two ends are set differently, so `byte` is nonsense
 };
 

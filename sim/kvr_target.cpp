@@ -158,7 +158,7 @@ void followHost(Terminal& terminal, sim::Target& target, sim::Micros now) {
   }
   if (!terminal.isOpen()) return;
   const int baud = terminal.baud();
-  // The settings were changed some time after the opening, which wakes nobody.
+  // The settings were changed some time after the opening, and no event tells of it.
   const sim::Line line{baud, target.current().parityOf(baud, {})};
   target.wire().assumeHostLine(line);
   if (!target.wire().isOpen()) target.wire().open(line, now);

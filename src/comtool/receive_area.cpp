@@ -16,7 +16,7 @@ ReceiveArea::ReceiveArea(platform::World world, ToolPanel& panel)
   holdTimer_.setInterval(kHoldTime);
 }
 
-// The display timer is not armed anew while it runs: a line that never pauses would keep the pane empty.
+// The display timer is not restarted while it runs: on a line that never pauses the pane would stay empty.
 void ReceiveArea::receive(std::span<const std::uint8_t> bytes) {
   if (bytes.empty()) return;
   const platform::Instant now = world_.loop.now();

@@ -22,7 +22,7 @@ DownloadRoom::DownloadRoom(RunRoom room, platform::Dialogs& dialogs, const JobPa
   applyLock();
 }
 
-// What a run has taken of these boxes is what the user must go on seeing in them.
+// A run has read these boxes: they must go on showing what it works with.
 void DownloadRoom::applyLock() {
   const bool mayStart = !room_.lock.busy();
   for (platform::Control* control : std::initializer_list<platform::Control*>{
@@ -66,7 +66,7 @@ void DownloadRoom::run(Mode mode) {
   takePort();
 }
 
-// False: the job cannot start, which has been told. Nothing has been sent then.
+// False: the job cannot start, and the user has been told. Nothing has been sent then.
 bool DownloadRoom::prepare() {
   if (!images_.state.imageValid) {
     dialogs_.message(platform::kTitle, "    Please open code file.   ", platform::BoxIcon::Information);

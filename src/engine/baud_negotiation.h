@@ -11,7 +11,7 @@ class BaudNegotiation {
   explicit BaudNegotiation(RunContext& context) : c_(context) {}
 
   // The whole search, from the highest row down, at most four candidates (a pass at the fourth does not count), then
-  // the change. True: the line is at the new rate, which the contact holds. False: it has been told why.
+  // the change. True: the line is at the new rate, which the contact holds. False: the user knows why.
   [[nodiscard]] bool searchAndChange(Contact& contact);
 
   // Asks the chip to answer once at the new rate; the line is back at the first-contact rate afterwards.

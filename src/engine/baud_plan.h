@@ -42,7 +42,7 @@ enum class BaudFrame { Test, Change };
 
 // How many steps the chip waits before it uses the new rate; the byte that goes out.
 std::uint8_t settleCount(catalogue::BaudPace pace, int connectBaud, BaudFrame frame, double rate, double clockHz);
-// In its place on the fixed link.
+// What is sent in place of it on the fixed link.
 std::uint8_t fixedLinkTime(double clockHz);
 
 // What the host waits between sending the frame and changing its own speed, and then for the answer.

@@ -13,7 +13,7 @@ struct Contact {
   TargetInfo chip;
   options::OptionSet options;           // wanted, and as the chip reported them
   options::OptionBytes optionsTold{};   // the first report
-  bool optionsRead = false;             // all that it stores has been told in this run
+  bool optionsRead = false;             // the pane has shown all of them in this run
   std::optional<options::RcTrim> trim;  // measured registers of the internal oscillator
   RcResult rc;
   int baud = 0;  // bit/s of the data

@@ -11,7 +11,7 @@
 
 namespace kvr::engine {
 
-// What a handshake learnt. Not connected: stopped or failed, which has been told.
+// What a handshake learnt. Not connected: stopped or failed, and the user has been told.
 struct Learnt {
   bool connected = false;          // the line is at the final rate
   std::optional<Contact> contact;  // a chip has answered
@@ -22,7 +22,7 @@ class Handshake {
   Handshake(RunContext& context, OptionWrite& optionWrite);
 
   [[nodiscard]] Learnt run();
-  // The same up to the report of what the chip is and holds.
+  // The same, only as far as the report of what the chip is and holds.
   [[nodiscard]] Learnt runReadOnly();
   void ping();  // asks for a fresh status frame; what comes is dropped
   // False: the chip is not the selected model (told).

@@ -18,7 +18,7 @@ class OptionWrite {
   [[nodiscard]] bool read(Contact& contact);
   // The same, up to four times, for a chip that has not told what it is.
   [[nodiscard]] bool readPatiently(Contact& contact);
-  // The write step by family. True: the chip holds what was wanted, or needed nothing. False: it has been told why.
+  // The write step by family. True: the chip holds what was wanted, or needed nothing. False: the user knows why.
   [[nodiscard]] bool write(Contact& contact);
 
  private:

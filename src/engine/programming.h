@@ -12,7 +12,7 @@ class Programming {
 
   // True: erased. False: telling it is the caller's.
   [[nodiscard]] bool erase(const Contact& contact, const ImagePlan& plan);
-  // Sends the images and the finish step. False: it has been told why.
+  // Sends the images and the finish step. False: the user knows why.
   [[nodiscard]] bool program(DataFrameFormat& format, const SendPlan& plan, double clockHz);
 
   const std::string& timeText() const { return timeText_; }    // "[00:07]" that the data took

@@ -11,7 +11,7 @@ class RcMeasuring {
  public:
   explicit RcMeasuring(RunContext& context) : c_(context) {}
 
-  // First contact. Nothing: stopped, or the chip broke off (which has been told).
+  // First contact. Nothing: stopped, or the chip broke off; the user has been told.
   [[nodiscard]] std::optional<Reply> pulseSync();
   // Two rounds of measuring, into the contact. False: a frame stayed unanswered (told). A reply of another kind ends
   // the measuring without a result, and the run goes on.

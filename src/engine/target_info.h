@@ -1,4 +1,4 @@
-// What is known of the connected chip, refreshed at every handshake.
+// What a handshake has learnt of the connected chip.
 #pragma once
 
 #include <array>

@@ -43,7 +43,7 @@ struct ImageSlot {
 
   AutoIncrement counter{.kind = kind};
   std::unique_ptr<platform::SettingsClaim> claim = nullptr;  // held while the counter is armed
-  // The counter's settings as this window last read or wrote them, by key as in `kCounterKeys`.
+  // The counter's settings as this window last read or wrote them, in the order of `kCounterKeys`.
   std::optional<std::array<std::string, 5>> saved = std::nullopt;
   bool counterAllowed = true;  // the lock and the model let the user change the counter
 };

@@ -11,7 +11,7 @@ class BoardConnection {
   BoardConnection(engine::RunContext& context, BoardFacts& facts) : c_(context), link_(context.link), facts_(facts) {}
 
   // Opens the port and polls until a board answers, for 67 minutes at most. `wake`: the board may wait in a sorting
-  // machine, send the wake frame first. A failure has been told.
+  // machine, send the wake frame first. After a failure the user has been told.
   [[nodiscard]] bool connectBoard(bool wake);
 
   // Asks for memory and version. False: a stop or no answer, told in the pane.

@@ -56,7 +56,7 @@ void OfflineRoom::prepareBoard() {
   room_.lock.toFree();
 }
 
-// Nothing: it cannot be done, which has been told.
+// Nothing: it cannot be done, and the user has been told.
 std::optional<BoardJob> OfflineRoom::readBoardJob() {
   engine::Job job = download::readJob(panels_, false);
   if (!images_.state.codeLoaded()) {

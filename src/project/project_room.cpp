@@ -70,7 +70,7 @@ void ProjectRoom::showHelp() {
   for (const char* page : kProjectHelp) context_.world.dialogs.help("Project File", page);
 }
 
-// The folder for projects; where it cannot be made, the one that it would lie in.
+// The folder for projects; where it cannot be made, its parent.
 std::string ProjectRoom::projectFolder() {
   platform::FileSystem& files = context_.world.files;
   const std::string above = files.programFolder();

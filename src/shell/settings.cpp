@@ -191,7 +191,7 @@ void Settings::save(SettingGroup group) {
   }
 }
 
-// Three bits of the option panel, for whoever reads the store from outside; nothing here reads them.
+// Three bits of the option panel, for other programs that read the store; nothing here reads them.
 std::string Settings::lockNumber() const {
   const auto on = [this](const char* name) {
     const auto* button = registry_.findAs<OptionButton>(name, 0);

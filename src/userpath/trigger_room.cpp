@@ -48,7 +48,7 @@ engine::Outcome TriggerRoom::send() {
   link.clearQueues();
   room_.lock.toBusy();
   sendUserBytes(link, page_.txtUserCode.text());
-  // The firmware needs the silence to tell the command's end; what it answers is nobody's.
+  // The firmware needs the silence to see the command's end; what it answers is dropped.
   if (!link.stopped()) link.delay(engine::Millis(20));
   room_.lock.toFree();
   if (!c.stopped()) return ended(true);

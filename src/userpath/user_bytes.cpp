@@ -24,7 +24,7 @@ std::string takeToken(std::string& text) {
   return token;
 }
 
-// When the last bit of so many bytes will have left a line that is idle now; a byte takes 12 bits at most.
+// When the last of `bytes` bytes will have left a line that is idle now; a byte takes 12 bits at most.
 platform::Instant sentBy(engine::TargetLink& link, std::size_t bytes) {
   const auto bits = static_cast<std::int64_t>(bytes) * 12;
   return link.loop().now() + platform::Instant(bits * 1'000'000 / std::max(link.currentBaud(), 1));

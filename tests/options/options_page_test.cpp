@@ -9,7 +9,7 @@ bool neverTakesInput(const OptionRow& row, const catalogue::FamilyTraits& traits
   return row.key.starts_with("Unchangeable_WDT") || (row.key.starts_with("EN810") && traits.measuresOscillator());
 }
 
-// What the chip answers when it holds the wanted bytes, in words.
+// The report of a chip that holds the wanted bytes.
 std::vector<std::string> reportOf(const OptionsPage& page) {
   const auto& record = page.model.record;
   return describeTarget({.modelName = std::string(record.name),

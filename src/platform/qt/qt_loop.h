@@ -3,7 +3,7 @@
 // Two ways to be in it. A sequence that waits runs turns (`runOnce`), each at most one sleep in Qt. When nothing waits,
 // the application idles in `QApplication::exec()`, and what is ready is dispatched from a queued event of this object;
 // never from inside a slot of a QTimer or of a port, since such a slot is not called again while it is still running,
-// and a sequence started in it would then wait for bytes that nobody announces.
+// and a sequence started in it would then wait for bytes whose event never comes.
 #pragma once
 
 #include <QObject>

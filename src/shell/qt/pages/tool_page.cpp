@@ -11,7 +11,7 @@
 namespace kvr::window {
 namespace {
 
-// A counter runs while bytes flow, and a label of fixed size does not have the whole page laid out anew each time.
+// A counter runs while bytes flow; a label of fixed size keeps the page from being laid out again each time.
 QWidget* counter(const Maker& maker, platform::Label& control) {
   auto* label = maker.label(control);
   const QString widest = qtText(control.caption()) + QStringLiteral("000000000");
