@@ -26,9 +26,8 @@ VirtualLink::VirtualLink(platform::VirtualLoop& loop, sim::Wire& wire)
 std::optional<sim::Line> VirtualLink::lineOf(const std::string& text) {
   std::stringstream stream(text);
   std::string baud, parity, data, stop;
-  if (!std::getline(stream, baud, ',') || !std::getline(stream, parity, ',') || !std::getline(stream, data, ',') ||
-      !std::getline(stream, stop))
-    return std::nullopt;
+  for (std::string* part : {&baud, &parity, &data, &stop})
+    if (!std::getline(stream, *part, ',')) return std::nullopt;
   const char letter = parity.empty() ? '?' : static_cast<char>(parity[0] | 0x20);  // either case
   const sim::Line line{platform::wholeOf(baud), letter, platform::wholeOf(data), platform::valueOf(stop)};
   const bool good = line.baud >= 50 && std::string("neo").find(line.parity) != std::string::npos &&

@@ -1,8 +1,10 @@
-// The virtual world around a bench: services in memory, and a port that leads to a simulated wire.
+// The virtual world around a bench: services in memory, and a port that leads to a simulated wire, with a chip on it.
 #pragma once
 
+#include <memory>
 #include <utility>
 
+#include "sim/chip.h"
 #include "sim/wire.h"
 #include "tests/support/memory_services.h"
 #include "tests/support/virtual_link.h"
@@ -14,7 +16,17 @@ struct VirtualWorld : MemoryServices<> {
   VirtualWorld(const VirtualWorld&) = delete;
   VirtualWorld& operator=(const VirtualWorld&) = delete;
 
+  // Takes the place of the former chip; it powers up `after` from now.
+  sim::Chip& insertChip(const sim::ChipConfig& config, platform::Millis after = platform::Millis(100)) {
+    wire.connect(nullptr);
+    chip = std::make_unique<sim::Chip>(config);
+    wire.connect(chip.get());
+    chip->powerOn((loop.now() + after).count());
+    return *chip;
+  }
+
   sim::Wire wire;
+  std::unique_ptr<sim::Chip> chip;
   VirtualLink link{loop, wire};
   platform::World world = with(link);
 };
