@@ -78,19 +78,14 @@ void EngineBench::loadData(std::uint64_t seed, std::int32_t size) {
 }
 
 bool EngineBench::press(platform::Button& button, Millis limit) {
-  bool done = false, late = false;
-  loop.post([&] {
-    button.press();
-    done = true;
-  });
+  bool late = false;
   platform::Timer guard(loop, [&] {
     late = true;
     downloads.stop();
   });
   guard.start(limit);
-  loop.runUntil([&] { return done; }, limit + Millis(60000));
-  hung = !done;
-  return done && !late;
+  hung = !VirtualWorld::press(button, limit + Millis(60000));
+  return !hung && !late;
 }
 
 void EngineBench::pressAfter(Millis time, platform::Button& button) {

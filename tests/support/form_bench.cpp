@@ -21,13 +21,4 @@ sim::Chip& FormBench::insertChip(std::uint64_t seed) {
   return insertChip(sim::configFor(*catalogue::findByName(form.model.record.name), 11059200, seed));
 }
 
-bool FormBench::press(platform::Button& button) {
-  bool done = false;
-  loop.post([&] {
-    button.press();
-    done = true;
-  });
-  return loop.runUntil([&] { return done; }, std::chrono::hours(1));
-}
-
 }  // namespace kvr::support

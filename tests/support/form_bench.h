@@ -19,8 +19,6 @@ class FormBench : public VirtualWorld {
   void loadData(const platform::Bytes& bytes) { open("/data.bin", bytes, form.images.panel.comLoadDataFile); }
   using VirtualWorld::insertChip;
   sim::Chip& insertChip(std::uint64_t seed = 1);  // an ordinary chip of the selected model
-  // Presses a button and lets the run come to its end. False: it still runs after an hour.
-  bool press(platform::Button& button);
   bool passed() const { return form.download.verdict.value() == download::VerdictKind::Pass; }
   const std::string& pane() const { return form.main.textMsg.text(); }
 

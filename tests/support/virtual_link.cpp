@@ -95,27 +95,11 @@ void VirtualLink::unplug() {
   if (wasOpen) gone_.raise();
 }
 
-void VirtualLink::write(std::span<const std::uint8_t> bytes) {
-  wire_.write(bytes, now());
-}
-
-std::size_t VirtualLink::outBytesPending() const {
-  return isOpen() ? static_cast<std::size_t>(wire_.pendingOut(now())) : 0;
-}
-
-std::size_t VirtualLink::inBytesPending() const {
-  return isOpen() ? static_cast<std::size_t>(wire_.available(now())) : 0;
-}
-
 std::vector<std::uint8_t> VirtualLink::readBytes(std::size_t maxCount) {
   auto bytes = wire_.take(now(), maxCount);
   told_ = wire_.available(now());
   if (told_ == 0) event_.withdraw();
   return bytes;
-}
-
-void VirtualLink::clearOut() {
-  wire_.clearOut(now());
 }
 
 void VirtualLink::clearIn() {

@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include "platform/controls.h"
 #include "sim/chip.h"
 #include "sim/wire.h"
 #include "tests/support/memory_services.h"
@@ -23,6 +24,16 @@ struct VirtualWorld : MemoryServices<> {
     wire.connect(chip.get());
     chip->powerOn((loop.now() + after).count());
     return *chip;
+  }
+
+  // Presses a button and lets what it starts come to its end. False: it still runs at the limit.
+  bool press(platform::Button& button, platform::Millis limit = std::chrono::hours(1)) {
+    bool done = false;
+    loop.post([&] {
+      button.press();
+      done = true;
+    });
+    return loop.runUntil([&] { return done; }, limit);
   }
 
   sim::Wire wire;
