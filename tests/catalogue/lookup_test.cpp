@@ -21,18 +21,6 @@ TEST(Lookup, FindsEveryNameAtTheFirstRowThatCarriesIt) {
   }
 }
 
-TEST(Lookup, FindsEveryCodeAtTheFirstRowInFamilyOrder) {
-  for (const McuRecord& asked : allRows()) {
-    if (asked.family < Family::Cedar) continue;
-    const McuRecord* first = nullptr;
-    for (const McuRecord& r : allRows()) {
-      if (r.family >= Family::Cedar && first == nullptr && (r.code == asked.code || r.altCode == asked.code))
-        first = &r;
-    }
-    EXPECT_EQ(findModelByCode(asked.code), first) << asked.name;
-  }
-}
-
 TEST(Lookup, TakesTheRowThatTheUserMeans) {
   const struct {
     const char* code;

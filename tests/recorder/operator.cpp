@@ -31,15 +31,6 @@ void Operator::watchPane() {
   pane_ = now;
 }
 
-platform::Button& Operator::button(const std::string& name, int index) {
-  return control<platform::Button>(bench_, name, index);
-}
-
-void Operator::rates(const std::string& first, const std::string& top) {
-  control<platform::ComboBox>(bench_, "cobBaudMin", kSingle).setText(first);
-  control<platform::ComboBox>(bench_, "cobBaudMax", kSingle).setText(top);
-}
-
 // The wanted frequency of an internal oscillator stays: not every chip reaches every one.
 void Operator::chooseOptions(std::mt19937_64& random) {
   for (int row = 0; row < kOptionRows; ++row) {
@@ -62,6 +53,10 @@ void Operator::chooseOptions(std::mt19937_64& random) {
   }
 }
 
+void Operator::stop() {
+  control<platform::Button>(bench_, stopButton_, kSingle).press();
+}
+
 void Operator::tick(const std::string& name) {
   control<platform::CheckBox>(bench_, name, kSingle).userSet(true);
 }
@@ -76,10 +71,6 @@ void Operator::type(const std::string& name, const std::string& text, int index)
   auto& box = control<platform::TextBox>(bench_, name, index);
   box.userType(text);
   box.userLeave();
-}
-
-sim::Chip& Operator::insertChip(const sim::ChipConfig& config, Millis after) {
-  return bench_.insertChip(config, after);
 }
 
 void Operator::runProgramOfChip(const sim::Line& line, const sim::Bytes& command) {
@@ -107,7 +98,7 @@ void Operator::press(const std::string& name, int index, Millis limit) {
   bench_.loop.after(limit, [this, &over] {
     if (!over) stop();
   });
-  if (!bench_.press(button(name, index))) record_.pane("(still runs after an hour)");
+  if (!bench_.press(control<platform::Button>(bench_, name, index))) record_.pane("(still runs after an hour)");
   over = true;
   bench_.loop.runFor(std::chrono::seconds(1));  // beeps and what else is queued
 }

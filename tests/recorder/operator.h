@@ -25,7 +25,10 @@ class Operator {
 
   // --- Settings ---
   void select(std::string_view model) { bench_.select(std::string(model)); }
-  void rates(const std::string& first, const std::string& top);
+  void rates(const std::string& first, const std::string& top) {
+    type("cobBaudMin", first);
+    type("cobBaudMax", top);
+  }
   void loadCode(const platform::Bytes& bytes) { bench_.loadCode(bytes); }
   void loadData(const platform::Bytes& bytes) { bench_.loadData(bytes); }
   void chooseOptions(std::mt19937_64& random);
@@ -34,7 +37,7 @@ class Operator {
   void type(const std::string& name, const std::string& text, int index = platform::Control::kSingle);
 
   // --- Devices ---
-  sim::Chip& insertChip(const sim::ChipConfig& config, Millis after = Millis(100));
+  void insertChip(const sim::ChipConfig& config, Millis after = Millis(100)) { bench_.insertChip(config, after); }
   sim::Chip& chip() { return *bench_.chip; }
   void runProgramOfChip(const sim::Line& line, const sim::Bytes& command);  // it jumps to the boot firmware by command
   void connectBoard(const sim::BoardConfig& config, Millis after);
@@ -42,8 +45,8 @@ class Operator {
 
   // --- A run ---
   // Presses the button and waits for the end of what it starts; at the limit Stop is pressed.
-  void press(const std::string& name, int index = platform::Control::kSingle, Millis limit = std::chrono::minutes(30));
-  void stop() { button(stopButton_).press(); }
+  void press(const std::string& name, int index, Millis limit);
+  void stop();
   void every(Millis time, std::function<bool()> act);  // until it answers false
   std::string signName() const;
   int goodChips() const;
@@ -51,7 +54,6 @@ class Operator {
   Record takeRecord();
 
  private:
-  platform::Button& button(const std::string& name, int index = platform::Control::kSingle);
   void watchPane();
 
   std::unique_ptr<sim::Board> board_;

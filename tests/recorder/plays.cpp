@@ -28,187 +28,167 @@ platform::Bytes randomBytes(Random& random, std::size_t size) {
   return bytes;
 }
 
-// In this order, whatever the compiler makes of arguments.
-void setRates(Operator& person, Random& random) {
-  const std::string first = pick(kFirstRates, random);
-  person.rates(first, pick(kTopRates, random));
-}
+// A run before the button is pressed: the dice, the model, and the user at a window that nobody has used yet.
+struct Play {
+  Play(const McuRecord& model, const std::string& name) : Play(model, Random(hashOf(name)), {}) {}
+  Play(const McuRecord& model, const Random& dice, sim::WireConfig wire)
+      : random(dice), row(model), user(std::move(wire)) {
+    user.select(row.name);
+    user.rates("9600", "115200");
+  }
+  void setRates() {
+    const std::string first = pick(kFirstRates, random);  // before the other, whatever the compiler makes of arguments
+    user.rates(first, pick(kTopRates, random));
+  }
+  // Both images; `most` bytes of code at most.
+  void loadImages(std::size_t most) {
+    user.loadCode(randomBytes(random, std::min(codeSize(), most)));
+    if (!catalogue::hasDataFile(row)) return;
+    const auto room = static_cast<std::size_t>(row.dataEnd - row.dataStart) + 1;
+    user.loadData(randomBytes(random, std::min(room, most)));
+  }
+  std::size_t codeSize() const { return static_cast<std::size_t>(row.apEnd) + 1; }
+  sim::ChipConfig usualChip() { return sim::configFor(row, 11059200, random()); }
+  sim::ChipConfig anyChip() { return anyChip(row); }
+  sim::ChipConfig anyChip(const McuRecord& model) {
+    const double clock = pick(kClocks, random);
+    return sim::configFor(model, clock, random());
+  }
+  Record press(const std::string& button, Millis limit, int index = platform::Control::kSingle) {
+    user.press(button, index, limit);
+    return user.takeRecord();
+  }
+  Record download(Millis limit) { return press("comDownload", limit, 0); }
 
-sim::ChipConfig anyChip(const McuRecord& row, Random& random) {
-  const double clock = pick(kClocks, random);
-  return sim::configFor(row, clock, random());
-}
+  Random random;
+  const McuRecord& row;
+  Operator user;
+};
 
-std::size_t codeSize(const McuRecord& row) {
-  return static_cast<std::size_t>(row.apEnd) + 1;
-}
-
-// Both images; `most` bytes of code at most.
-void loadImages(Operator& person, const McuRecord& row, Random& random, std::size_t most) {
-  person.loadCode(randomBytes(random, std::min(codeSize(row), most)));
-  if (!catalogue::hasDataFile(row)) return;
-  const auto room = static_cast<std::size_t>(row.dataEnd - row.dataStart) + 1;
-  person.loadData(randomBytes(random, std::min(room, most)));
-}
+constexpr Millis kPatience = std::chrono::minutes(30);
 
 }  // namespace
 
 Record wholeRun(const McuRecord& row, const std::string& name) {
-  Random random(hashOf(name));
-  Operator person;
-  person.select(row.name);
-  setRates(person, random);
-  loadImages(person, row, random, random() % 2 == 0 ? codeSize(row) : 1 + random() % 5000);
-  person.chooseOptions(random);
-  const sim::ChipConfig chip = anyChip(row, random);
-  person.insertChip(chip, Millis(random() % 1000));
-  person.press("comDownload", 0);
-  return person.takeRecord();
+  Play play(row, name);
+  play.setRates();
+  play.loadImages(play.random() % 2 == 0 ? play.codeSize() : 1 + play.random() % 5000);
+  play.user.chooseOptions(play.random);
+  const sim::ChipConfig chip = play.anyChip();
+  play.user.insertChip(chip, Millis(play.random() % 1000));
+  return play.download(kPatience);
 }
 
 Record checkRun(const McuRecord& row, const std::string& name) {
-  Random random(hashOf(name));
-  Operator person;
-  person.select(row.name);
-  person.rates("9600", "115200");
-  person.insertChip(anyChip(row, random));
-  person.press("comReadChipLock", platform::Control::kSingle, Millis(20000));
-  return person.takeRecord();
+  Play play(row, name);
+  play.user.insertChip(play.anyChip());
+  return play.press("comReadChipLock", Millis(20000));
 }
 
 Record fixedLinkRun(const McuRecord& row, const std::string& name) {
-  Random random(hashOf(name));
-  Operator person;
-  person.select(row.name);
-  person.rates("9600", "115200");
-  loadImages(person, row, random, 1500);
-  person.insertChip(sim::configFor(row, 11059200, random()));
-  person.press("Command2", platform::Control::kSingle, Millis(60000));
-  return person.takeRecord();
+  Play play(row, name);
+  play.loadImages(1500);
+  play.user.insertChip(play.usualChip());
+  return play.press("Command2", Millis(60000));
 }
 
 Record triggerRun(const McuRecord& row, const std::string& name) {
-  Random random(hashOf(name));
-  Operator person;
-  person.select(row.name);
-  person.rates("9600", "115200");
-  loadImages(person, row, random, 1500);
-  person.insertChip(sim::configFor(row, 11059200, random()));
-  person.runProgramOfChip(kUserLine, {0x12, 0x34, 0x56});
-  person.type("txtUserCode", "12 34 56");
-  person.type("cobUserCodeBaud", "19200");
-  person.type("cobUserCodeParity", "Odd");
-  person.type("cobUserCodeDataBits", "7");
-  person.type("cobUserCodeStopBits", "2");
-  person.press("comSendUserCode", platform::Control::kSingle, Millis(120000));
-  return person.takeRecord();
+  Play play(row, name);
+  play.loadImages(1500);
+  play.user.insertChip(play.usualChip());
+  play.user.runProgramOfChip(kUserLine, {0x12, 0x34, 0x56});
+  play.user.type("txtUserCode", "12 34 56");
+  play.user.type("cobUserCodeBaud", "19200");
+  play.user.type("cobUserCodeParity", "Odd");
+  play.user.type("cobUserCodeDataBits", "7");
+  play.user.type("cobUserCodeStopBits", "2");
+  return play.press("comSendUserCode", Millis(120000));
 }
 
 // Serial values of four bytes, 5 from chip to chip.
 Record repeatRun(const McuRecord& row, const std::string& name) {
-  Random random(hashOf(name));
-  Operator person;
-  person.select(row.name);
-  person.rates("9600", "115200");
-  loadImages(person, row, random, 1500);
-  person.choose("optAuto_Increase", 0);
+  Play play(row, name);
+  play.loadImages(1500);
+  play.user.choose("optAuto_Increase", 0);
   int box = 0;
-  for (const char* text : {"0103", "4", "100", "5"}) person.type("texAuto_Increase", text, box++);
-  person.tick("cheAuto_Increase");
-  person.type("comDalay_ReDownLoad", "2");
-  person.insertChip(sim::configFor(row, 11059200, random()));
+  for (const char* text : {"0103", "4", "100", "5"}) play.user.type("texAuto_Increase", text, box++);
+  play.user.tick("cheAuto_Increase");
+  play.user.type("comDalay_ReDownLoad", "2");
+  play.user.insertChip(play.usualChip());
   int chips = 1;
-  person.every(Millis(50), [&] {
-    if (person.goodChips() < chips) return true;
-    if (chips++ == 2) return person.stop(), false;
-    person.keepMemory();
-    person.insertChip(sim::configFor(row, 11059200, random()), Millis(2500));
+  play.user.every(Millis(50), [&] {
+    if (play.user.goodChips() < chips) return true;
+    if (chips++ == 2) return play.user.stop(), false;
+    play.user.keepMemory();
+    play.user.insertChip(play.usualChip(), Millis(2500));
     return true;
   });
-  person.press("comDownload", 1, Millis(120000));
-  return person.takeRecord();
+  return play.press("comDownload", Millis(120000), 1);
 }
 
 Record boardRun(const McuRecord& row, const std::string& name, int version, bool secondBank) {
-  Random random(hashOf(name));
-  Operator person;
-  person.select(row.name);
-  loadImages(person, row, random, 61440);
-  person.chooseOptions(random);
-  person.type("txt_download_max", std::to_string(1 + random() % 5000));
+  Play play(row, name);
+  play.loadImages(61440);
+  play.user.chooseOptions(play.random);
+  play.user.type("txt_download_max", std::to_string(1 + play.random() % 5000));
   sim::BoardConfig config;
   config.version = version;
   config.secondBank = secondBank;
-  person.connectBoard(config, Millis(random() % 2 ? 0 : 3000));
-  person.press("comTJXZ");
-  return person.takeRecord();
+  play.user.connectBoard(config, Millis(play.random() % 2 ? 0 : 3000));
+  return play.press("comTJXZ", kPatience);
 }
 
 Record demoRun(const McuRecord& row, const std::string& name) {
-  Random random(hashOf(name));
-  Operator person;
-  person.select(row.name);
-  loadImages(person, row, random, 6000);
+  Play play(row, name);
+  play.loadImages(6000);
   sim::DemoConfig config;
   config.row = &row;
-  config.seed = random();
+  config.seed = play.random();
   config.downloadLine = {38400, 'e'};
-  if (random() % 2) {
+  if (play.random() % 2) {
     config.command = {0x12, 0x05, 0x1F};
     config.commandLine = {38400, 'e'};
-    person.tick("che_Demo_DownLoad");
-    person.type("txt_DEMO_UserCode", "12 05 1f");
+    play.user.tick("che_Demo_DownLoad");
+    play.user.type("txt_DEMO_UserCode", "12 05 1f");
   }
-  person.connectDemo(config);
-  person.press("com_Demo_DownLoad");
-  return person.takeRecord();
+  play.user.connectDemo(config);
+  return play.press("com_Demo_DownLoad", kPatience);
 }
 
 Record trimRun(const McuRecord& row, const std::string& name, const std::string& megahertz, const std::string& rate) {
-  Random random(hashOf(name));
-  Operator person;
-  person.select(row.name);
-  person.rates(rate, "115200");
-  person.type("com_RC_frequency", megahertz, 5);
-  loadImages(person, row, random, 600);
-  sim::ChipConfig chip = sim::configFor(row, 11059200, random());
-  chip.rc.gap = random() % 2 ? 0.1 : 0.0;
-  person.insertChip(chip);
-  person.press("comDownload", 0, Millis(120000));
-  return person.takeRecord();
+  Play play(row, name);
+  play.user.rates(rate, "115200");
+  play.user.type("com_RC_frequency", megahertz, 5);
+  play.loadImages(600);
+  sim::ChipConfig chip = play.usualChip();
+  chip.rc.gap = play.random() % 2 ? 0.1 : 0.0;
+  play.user.insertChip(chip);
+  return play.download(Millis(120000));
 }
 
 Record variantRun(const McuRecord& row, const std::string& name, int firmware) {
-  Random random(hashOf(name));
-  Operator person;
-  person.select(row.name);
-  person.rates("9600", "115200");
-  loadImages(person, row, random, random() % 2 ? codeSize(row) : 1500);
-  sim::ChipConfig chip = anyChip(row, random);
+  Play play(row, name);
+  play.loadImages(play.random() % 2 ? play.codeSize() : 1500);
+  sim::ChipConfig chip = play.anyChip();
   chip.firmware = firmware;
-  if (random() % 4 == 0) chip.startPair = random() % 2 == 0;
-  chip.clockDoubled = random() % 4 == 0;
-  chip.reservedCode = static_cast<int>(random() % 4);
-  chip.reportsAltCode = random() % 4 == 0;
-  chip.extendedCode = random() % 4 ? 0 : static_cast<int>(random() % 65536);
-  chip.shortStatus = random() % 8 == 0;
-  chip.directStatus = random() % 4 == 0;
-  chip.shortDataReplies = random() % 4 == 0;
-  if (random() % 2) person.chooseOptions(random);
-  person.insertChip(chip);
-  person.press("comDownload", 0, Millis(150000));
-  return person.takeRecord();
+  if (play.random() % 4 == 0) chip.startPair = play.random() % 2 == 0;
+  chip.clockDoubled = play.random() % 4 == 0;
+  chip.reservedCode = static_cast<int>(play.random() % 4);
+  chip.reportsAltCode = play.random() % 4 == 0;
+  chip.extendedCode = play.random() % 4 ? 0 : static_cast<int>(play.random() % 65536);
+  chip.shortStatus = play.random() % 8 == 0;
+  chip.directStatus = play.random() % 4 == 0;
+  chip.shortDataReplies = play.random() % 4 == 0;
+  if (play.random() % 2) play.user.chooseOptions(play.random);
+  play.user.insertChip(chip);
+  return play.download(Millis(150000));
 }
 
 Record wrongModelRun(const McuRecord& row, const std::string& name, const McuRecord& other) {
-  Random random(hashOf(name));
-  Operator person;
-  person.select(row.name);
-  person.rates("9600", "115200");
-  loadImages(person, row, random, 1500);
-  person.insertChip(anyChip(other, random));
-  person.press("comDownload", 0, Millis(60000));
-  return person.takeRecord();
+  Play play(row, name);
+  play.loadImages(1500);
+  play.user.insertChip(play.anyChip(other));
+  return play.download(Millis(60000));
 }
 
 namespace {
@@ -250,20 +230,19 @@ sim::WireConfig faultyWire(Random& random) {
 
 Record faultyRun(const std::vector<const McuRecord*>& models, const std::string& name) {
   Random random(hashOf(name));
-  Operator person(faultyWire(random));
+  const sim::WireConfig wire = faultyWire(random);
   const McuRecord& row = *models[random() % models.size()];
-  person.select(row.name);
-  setRates(person, random);
-  loadImages(person, row, random, 1 + random() % 6000);
-  if (random() % 2) person.chooseOptions(random);
-  sim::ChipConfig chip = anyChip(row, random);
-  while (random() % 2 == 0) addChipFault(chip, random);
-  chip.clockDoubled = random() % 4 == 0;
-  if (random() % 4 == 0) chip.startPair = random() % 2 == 0;
-  chip.rc.gap = random() % 4 ? 0.0 : 0.1;
-  person.insertChip(chip, Millis(random() % 3000));
-  person.press("comDownload", 0, Millis(150000));
-  return person.takeRecord();
+  Play play(row, random, wire);
+  play.setRates();
+  play.loadImages(1 + play.random() % 6000);
+  if (play.random() % 2) play.user.chooseOptions(play.random);
+  sim::ChipConfig chip = play.anyChip();
+  while (play.random() % 2 == 0) addChipFault(chip, play.random);
+  chip.clockDoubled = play.random() % 4 == 0;
+  if (play.random() % 4 == 0) chip.startPair = play.random() % 2 == 0;
+  chip.rc.gap = play.random() % 4 ? 0.0 : 0.1;
+  play.user.insertChip(chip, Millis(play.random() % 3000));
+  return play.download(Millis(150000));
 }
 
 }  // namespace kvr::recorder

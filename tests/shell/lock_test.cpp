@@ -107,9 +107,9 @@ TEST(Drop, GoesToTheBufferThatIsShownAndAProjectComesThroughTheLock) {
   EXPECT_EQ(form.images.state.CodeBuffer.at(599), 0xC5);
 
   form.lock.set(platform::UiLock::kLocked);
+  bench.files.put("/other.bin", platform::Bytes(600, 0x11));
   for (const char* page : {"tab_file", "EEPROM_File"}) {
     form.main.TabStrip2.select(page);
-    bench.files.put("/other.bin", platform::Bytes(600, 0x11));
     form.openDropped("/other.bin");
   }
   EXPECT_EQ(form.images.state.EepromBuffer.at(599), 0x5A);

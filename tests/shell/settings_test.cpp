@@ -19,10 +19,7 @@ using namespace std::chrono_literals;
 
 class SettingsTest : public ::testing::Test, public support::MemoryServices<> {
  protected:
-  std::unique_ptr<MainForm> make() { return make(store); }
-  std::unique_ptr<MainForm> make(MemoryStore& on) {
-    return std::make_unique<MainForm>(World{loop, link, dialogs, on, files, clock}, codec);
-  }
+  std::unique_ptr<MainForm> make() { return std::make_unique<MainForm>(with(link), codec); }
   std::unique_ptr<MainForm> start() {
     auto form = make();
     form->load();
@@ -50,9 +47,6 @@ class SettingsTest : public ::testing::Test, public support::MemoryServices<> {
     }
   }
   static ComboBox& combo(MainForm& form, const char* name) { return *form.registry.findAs<ComboBox>(name); }
-  static std::string value(MainForm& form, const char* name, int index = Control::kSingle) {
-    return form.registry.find(name, index)->property("Value");
-  }
   std::optional<std::string> stored(const std::string& key) const { return store.get("Settings", key); }
   void put(const std::string& key, const std::string& value) {
     store.values()[{"Settings", key}] = value;
@@ -135,37 +129,33 @@ TEST_F(SettingsTest, AreSavedOnceHalfASecondAfterTheFirstOfSeveralChanges) {
 }
 
 TEST_F(SettingsTest, LeaveAControlAloneWhenAStoredValueDoesNotFit) {
-  put("COM_port", "4000");
-  put("Dalay_ReDownLoad", "-7");
-  put("Write_OK_Count", "");
+  constexpr int kSingle = Control::kSingle;
+  const struct {
+    const char *key, *stored, *control;
+    int index;
+    const char *property, *expected;
+  } cases[] = {{"COM_port", "4000", "combCommPort", kSingle, "ListIndex", "0"},
+               {"Dalay_ReDownLoad", "-7", "comDalay_ReDownLoad", kSingle, "ListIndex", "2"},
+               {"Write_OK_Count", "", "txtWrite_OK_Count", kSingle, "Text", "0"},
+               {"logic_of_control_485", "0", "opt_485_logic", 1, "Value", "True"},
+               {"BeepYesNo", "yes", "optBeepNo", kSingle, "Value", "True"},
+               {"DebugDTR", "maybe", "che_DTR", kSingle, "Value", "1"},
+               {"DebugTimeStamp", "3", "comb_TimeStamp", kSingle, "ListIndex", "0"},
+               {"DebugBaud", "-1", "com_Debug_Baud", kSingle, "ListIndex", "2"},
+               {"DebugParity", "-1", "com_Debug_ParityCheck", kSingle, "ListIndex", "2"},
+               {"UserCodeBaud", "-1", "cobUserCodeBaud", kSingle, "ListIndex", "2"},
+               {"pin_address_External_WDT", "-1", "comb_External_WDT", kSingle, "ListIndex", "1"},
+               {"DebugRTS", "FALSE", "che_RTS", kSingle, "Value", "0"},
+               {"cheSpreadHex_0", "TRUE", "cheSpreadHex", 0, "Value", "1"},
+               {"txt_RC_frequency", "nan", "txt_RC_frequency", kSingle, "Text", ""},
+               {"DeviceProducts", "FamilyHazel", "txtDevice", kSingle, "Text", "Hazel-H04"}};
   put("pin_for_485", "maybe");
-  put("logic_of_control_485", "0");
-  put("BeepYesNo", "yes");
-  put("DeviceProducts", "FamilyHazel");
-  put("DebugDTR", "maybe");
-  put("DebugTimeStamp", "3");
-  for (const char* key : {"DebugBaud", "DebugParity", "UserCodeBaud", "pin_address_External_WDT"}) put(key, "-1");
-  put("DebugRTS", "FALSE");
-  put("cheSpreadHex_0", "TRUE");
-  put("txt_RC_frequency", "nan");
+  for (const auto& c : cases) put(c.key, c.stored);
   const auto form = make();
   combo(*form, "comDalay_ReDownLoad").setListIndex(2);
   form->load();
-  EXPECT_EQ(combo(*form, "com_Debug_Baud").listIndex(), 2);
-  EXPECT_EQ(combo(*form, "com_Debug_ParityCheck").listIndex(), 2);
-  EXPECT_EQ(combo(*form, "cobUserCodeBaud").listIndex(), 2);
-  EXPECT_EQ(combo(*form, "comb_External_WDT").listIndex(), 1);
-  EXPECT_EQ(value(*form, "che_RTS"), "0");
-  EXPECT_EQ(value(*form, "cheSpreadHex", 0), "1");
-  EXPECT_EQ(form->registry.find("txt_RC_frequency")->property("Text"), "") << "its state before";
-  EXPECT_EQ(combo(*form, "combCommPort").listIndex(), 0);
-  EXPECT_EQ(combo(*form, "comDalay_ReDownLoad").listIndex(), 2);
-  EXPECT_EQ(form->download.txtWrite_OK_Count.text(), "0");
-  EXPECT_EQ(value(*form, "opt_485_logic", 1), "True");
-  EXPECT_EQ(value(*form, "optBeepNo"), "True");
-  EXPECT_EQ(form->model.name(), "Hazel-H04");
-  EXPECT_EQ(value(*form, "che_DTR"), "1");
-  EXPECT_EQ(combo(*form, "comb_TimeStamp").listIndex(), 0);
+  for (const auto& c : cases)
+    EXPECT_EQ(form->registry.find(c.control, c.index)->property(c.property), c.expected) << c.key;
 }
 
 TEST_F(SettingsTest, TakeNoNumberThatIsNoneOrBeyondReason) {
@@ -195,8 +185,7 @@ TEST_F(SettingsTest, KeepATypedDelayBetweenTwoChips) {
   EXPECT_EQ(combo(*form, "comDalay_ReDownLoad").text(), "25");
   combo(*form, "comDalay_ReDownLoad").userPick(3);
   loop.runFor(1s);
-  form = start();
-  EXPECT_EQ(combo(*form, "comDalay_ReDownLoad").listIndex(), 3);
+  EXPECT_EQ(combo(*start(), "comDalay_ReDownLoad").listIndex(), 3);
   EXPECT_EQ(stored("Dalay_ReDownLoad"), "3");
 }
 
@@ -207,11 +196,10 @@ TEST_F(SettingsTest, NeverReadWhatIsOnlyWritten) {
   put("BaudMin", "5");
   put("安全锁", "7");
   const auto form = start();
-  EXPECT_EQ(value(*form, "che_AutoOpenPort"), "0");
+  EXPECT_EQ(form->registry.find("che_AutoOpenPort")->property("Value"), "0");
   EXPECT_EQ(combo(*form, "cobBaudMin").text(), before);
-  form->registry.find("Option0", 0)->setProperty("Value", "True");
-  form->registry.find("Option1", 0)->setProperty("Value", "False");
-  form->registry.find("Option2", 0)->setProperty("Value", "True");
+  for (const auto& [option, value] : {std::pair("Option0", "True"), {"Option1", "False"}, {"Option2", "True"}})
+    form->registry.find(option, 0)->setProperty("Value", value);
   loop.runFor(1s);
   EXPECT_EQ(stored("安全锁"), "5");
 }
@@ -220,7 +208,7 @@ TEST_F(SettingsTest, OfTwoWindowsOnOneFileWriteOnlyWhatChangedInEach) {
   const auto first = start();
   first->settings.saveMainSettings();
   MemoryStore otherStore(store.disk());
-  const auto second = make(otherStore);
+  const auto second = std::make_unique<MainForm>(World{loop, link, dialogs, otherStore, files, clock}, codec);
   second->load();
   const auto inFile = [&](const char* key) { return store.values().at({"Settings", key}); };
   first->download.txtWrite_OK_Count.setText(" 41");
@@ -241,9 +229,8 @@ TEST_F(SettingsTest, ThatCannotBeSavedAreToldOnceAndBroughtToTheDiskByTheNextSav
   const auto form = start();
   const auto told = [&] {
     const std::string& pane = form->main.textMsg.text();
-    int count = 0;
-    for (std::size_t at = pane.find("disk full"); at != std::string::npos; at = pane.find("disk full", at + 1)) ++count;
-    return count;
+    const std::size_t first = pane.find("disk full");
+    return first == std::string::npos ? 0 : pane.find("disk full", first + 1) == std::string::npos ? 1 : 2;
   };
   store.failure = "disk full";
   combo(*form, "combCommPort").setListIndex(2);

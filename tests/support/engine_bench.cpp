@@ -1,6 +1,7 @@
 #include "tests/support/engine_bench.h"
 
 #include <algorithm>
+#include <random>
 
 #include "catalogue/selected_model.h"
 #include "engine/block_plan.h"
@@ -50,48 +51,41 @@ sim::Chip& EngineBench::insertChip(Millis after, std::uint64_t seed, double cloc
   return insertChip(sim::configFor(*row, clockHz, seed), after);
 }
 
-sim::Chip& EngineBench::insertChip(const sim::ChipConfig& config, Millis after) {
-  wire.connect(nullptr);
-  chip = std::make_unique<sim::Chip>(config);
-  wire.connect(chip.get());
-  chip->powerOn((loop.now() + after).count());
-  return *chip;
+namespace {
+
+// `size` random bytes from the start on, or what the model has `room` for.
+void fill(images::ImageBuffer& image, std::uint64_t seed, std::int32_t size, std::int32_t room) {
+  const std::int32_t count = size > 0 ? size : room;
+  image.fill(0);
+  image.put(0, randomBytes(seed, static_cast<std::size_t>(count)));
+  image.fileStart = image.rangeStart = 0;
+  image.fileEnd = image.rangeEnd = count - 1;
+  image.loaded = true;
 }
+
+}  // namespace
 
 void EngineBench::loadCode(std::uint64_t seed, std::int32_t size) {
   images::ImageBuffer& code = images.CodeBuffer;
-  const std::int32_t count = size > 0 ? size : model.record.apEnd + 1;
-  code.fill(0);
-  code.put(0, randomBytes(seed, static_cast<std::size_t>(count)));
-  code.fileStart = code.rangeStart = 0;
-  code.fileEnd = code.rangeEnd = std::max(count - 1, 511);
-  code.loaded = images.imageValid = true;
+  fill(code, seed, size, model.record.apEnd + 1);
+  code.fileEnd = code.rangeEnd = std::max(code.rangeEnd, 511);
+  images.imageValid = true;
 }
 
 void EngineBench::loadData(std::uint64_t seed, std::int32_t size) {
-  images::ImageBuffer& data = images.EepromBuffer;
-  const std::int32_t count = size > 0 ? size : model.record.dataEnd - model.record.dataStart + 1;
-  data.fill(0);
-  data.put(0, randomBytes(seed, static_cast<std::size_t>(count)));
-  data.fileStart = data.rangeStart = 0;
-  data.fileEnd = data.rangeEnd = count - 1;
-  data.loaded = images.imageValid = true;
+  fill(images.EepromBuffer, seed, size, model.record.dataEnd - model.record.dataStart + 1);
+  images.imageValid = true;
 }
 
 bool EngineBench::press(platform::Button& button, Millis limit) {
-  bool done = false, late = false;
-  loop.post([&] {
-    button.press();
-    done = true;
-  });
+  bool late = false;
   platform::Timer guard(loop, [&] {
     late = true;
     downloads.stop();
   });
   guard.start(limit);
-  loop.runUntil([&] { return done; }, limit + Millis(60000));
-  hung = !done;
-  return done && !late;
+  hung = !VirtualWorld::press(button, limit + Millis(60000));
+  return !hung && !late;
 }
 
 void EngineBench::pressAfter(Millis time, platform::Button& button) {

@@ -1,8 +1,6 @@
 // The engine on a bench: the virtual world, a simulated chip on its wire, and a user who presses buttons.
 #pragma once
 
-#include <memory>
-#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,7 +8,6 @@
 #include "download/download_room.h"
 #include "images/image_room.h"
 #include "options/options_room.h"
-#include "sim/chip.h"
 #include "tests/support/virtual_world.h"
 
 namespace kvr::support {
@@ -29,7 +26,7 @@ class EngineBench : public VirtualWorld {
   void bauds(const std::string& minimum, const std::string& maximum);
   // Puts an ordinary chip of the selected model on the wire; it powers up `after` from now.
   sim::Chip& insertChip(Millis after = Millis(100), std::uint64_t seed = 1, double clockHz = 11059200);
-  sim::Chip& insertChip(const sim::ChipConfig& config, Millis after = Millis(100));
+  using VirtualWorld::insertChip;
   // Random bytes over the whole area (or its first `size` bytes), as a file would bring them.
   void loadCode(std::uint64_t seed, std::int32_t size = 0);
   void loadData(std::uint64_t seed, std::int32_t size = 0);
@@ -53,8 +50,6 @@ class EngineBench : public VirtualWorld {
   std::string flashDifference() const;
   // Lock free, port closed, buttons as at rest: an operator can go on. Otherwise what is not so.
   std::string notAtRest() const;
-
-  std::unique_ptr<sim::Chip> chip;
 
   platform::TextBox textMsg{"textMsg"};
   platform::ComboBox combCommPort{"combCommPort"};

@@ -26,9 +26,8 @@ VirtualLink::VirtualLink(platform::VirtualLoop& loop, sim::Wire& wire)
 std::optional<sim::Line> VirtualLink::lineOf(const std::string& text) {
   std::stringstream stream(text);
   std::string baud, parity, data, stop;
-  if (!std::getline(stream, baud, ',') || !std::getline(stream, parity, ',') || !std::getline(stream, data, ',') ||
-      !std::getline(stream, stop))
-    return std::nullopt;
+  for (std::string* part : {&baud, &parity, &data, &stop})
+    if (!std::getline(stream, *part, ',')) return std::nullopt;
   const char letter = parity.empty() ? '?' : static_cast<char>(parity[0] | 0x20);  // either case
   const sim::Line line{platform::wholeOf(baud), letter, platform::wholeOf(data), platform::valueOf(stop)};
   const bool good = line.baud >= 50 && std::string("neo").find(line.parity) != std::string::npos &&
@@ -96,27 +95,11 @@ void VirtualLink::unplug() {
   if (wasOpen) gone_.raise();
 }
 
-void VirtualLink::write(std::span<const std::uint8_t> bytes) {
-  wire_.write(bytes, now());
-}
-
-std::size_t VirtualLink::outBytesPending() const {
-  return isOpen() ? static_cast<std::size_t>(wire_.pendingOut(now())) : 0;
-}
-
-std::size_t VirtualLink::inBytesPending() const {
-  return isOpen() ? static_cast<std::size_t>(wire_.available(now())) : 0;
-}
-
 std::vector<std::uint8_t> VirtualLink::readBytes(std::size_t maxCount) {
   auto bytes = wire_.take(now(), maxCount);
   told_ = wire_.available(now());
   if (told_ == 0) event_.withdraw();
   return bytes;
-}
-
-void VirtualLink::clearOut() {
-  wire_.clearOut(now());
 }
 
 void VirtualLink::clearIn() {

@@ -39,11 +39,15 @@ class VirtualLink : public platform::SerialLink, public platform::VirtualSource 
   platform::PortError open() override;
   void close() override;
   bool isOpen() const override { return wire_.isOpen(); }
-  void write(std::span<const std::uint8_t> bytes) override;
-  std::size_t outBytesPending() const override;
-  std::size_t inBytesPending() const override;
+  void write(std::span<const std::uint8_t> bytes) override { wire_.write(bytes, now()); }
+  std::size_t outBytesPending() const override {
+    return isOpen() ? static_cast<std::size_t>(wire_.pendingOut(now())) : 0;
+  }
+  std::size_t inBytesPending() const override {
+    return isOpen() ? static_cast<std::size_t>(wire_.available(now())) : 0;
+  }
   std::vector<std::uint8_t> readBytes(std::size_t maxCount) override;
-  void clearOut() override;
+  void clearOut() override { wire_.clearOut(now()); }
   void clearIn() override;
   void setDtr(bool on) override { (isOpen() ? dtr : nextDtr_) = on; }
   void setRts(bool on) override { (isOpen() ? rts : nextRts_) = on; }

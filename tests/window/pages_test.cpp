@@ -25,8 +25,13 @@ class Pages : public Desk {
     if (const auto* label = qobject_cast<const QLabel*>(&widget); label && label->buddy()) text = label->text();
     return QKeySequence::mnemonic(text).toString();
   }
-  int top(const char* name) { return widget(name).mapTo(program->window.get(), QPoint()).y(); }
-  int left(const char* name) { return widget(name).mapTo(program->window.get(), QPoint()).x(); }
+  QPoint place(const QString& name) {
+    return widget(name.toLatin1().constData()).mapTo(program->window.get(), QPoint());
+  }
+  void apply(const char* model) {
+    ASSERT_TRUE(program->form.picker.tryApply(model));
+    settle();
+  }
 };
 
 TEST_F(Pages, EveryInputOfEveryPageHasANameForAScreenReader) {
@@ -80,22 +85,18 @@ TEST_F(Pages, AltLettersAreUniqueWhicheverPagesAreShown) {
 TEST_F(Pages, AnOptionsPageReadsInItsFamilysOrder) {
   open();
   for (const char* model : {"Rowan-H20", "Ivy-HF0S", "Kauri-H04", "Pine-H03E", "Rowan-H20"}) {
-    ASSERT_TRUE(program->form.picker.tryApply(model));
-    settle();
-    const auto& groups = program->form.optionsRoom.groups();
+    apply(model);
     int lastTop = -1;
-    for (const auto& group : groups) {
-      const std::string line = objectNameOf(*group.label).toStdString();
-      EXPECT_GT(top(line.c_str()), lastTop) << model << " " << line;
-      lastTop = top(line.c_str());
+    for (const auto& group : program->form.optionsRoom.groups()) {
+      const int top = place(objectNameOf(*group.label)).y();
+      EXPECT_GT(top, lastTop) << model << " " << group.label->name() << group.label->index();
+      lastTop = group.list ? place(objectNameOf(*group.list)).y() - 8 : top;  // a box is taller than its line
       int lastLeft = -1;
       for (const auto* button : group.buttons) {
-        const std::string name = objectNameOf(*button).toStdString();
-        EXPECT_GT(left(name.c_str()), lastLeft) << model << " " << name;
-        lastLeft = left(name.c_str());
+        const int left = place(objectNameOf(*button)).x();
+        EXPECT_GT(left, lastLeft) << model << " " << button->name() << button->index();
+        lastLeft = left;
       }
-      if (!group.list) continue;
-      lastTop = top(objectNameOf(*group.list).toStdString().c_str()) - 8;  // a box is taller than the line beside it
     }
   }
 }
@@ -105,13 +106,12 @@ TEST_F(Pages, NotesAndTipsOnTheOptionsFollowTheFamily) {
   open();
   EXPECT_FALSE(widget("Option10_0").toolTip().isEmpty());  // the chip takes no other value
   EXPECT_EQ(widget("Option11_0").accessibleDescription(), widget<QLabel>("LabOption_11").text());
-  ASSERT_TRUE(program->form.picker.tryApply("Rowan-H40"));
-  settle();
+  apply("Rowan-H40");
   EXPECT_TRUE(widget("Option10_0").toolTip().isEmpty());
   EXPECT_TRUE(widget<QLabel>("Label7_0").text().endsWith(QStringLiteral("振荡器增益可选 1/2 gain")));
-  EXPECT_GT(top("Label7_0"), top("LabOption_2"));
-  EXPECT_LT(top("Label7_0"), top("LabOption_3"));
-  ASSERT_TRUE(program->form.picker.tryApply("Ivy-HF0S"));
+  const int top = place(QStringLiteral("Label7_0")).y();
+  EXPECT_TRUE(top > place(QStringLiteral("LabOption_2")).y() && top < place(QStringLiteral("LabOption_3")).y());
+  apply("Ivy-HF0S");
   EXPECT_EQ(widget<QLabel>("Label7_0").text(), QString());
 }
 
@@ -153,10 +153,8 @@ TEST_F(Pages, EveryOptionOfEveryFamilyIsInReachWithoutScrollingSideways) {
   program->window->resize(960, 508);
   for (const char* model :
        {"Cedar-H10R", "Hazel-H04A", "Ivy-H20S", "Kauri-H04", "Pine-H03E", "Sumac-H08A", "Rowan-H20"}) {
-    ASSERT_TRUE(program->form.picker.tryApply(model));
-    settle();
-    auto* page = &widget("Frame12");
-    EXPECT_LE(page->width(), page->parentWidget()->width()) << model;
+    apply(model);
+    EXPECT_LE(widget("Frame12").width(), widget("Frame12").parentWidget()->width()) << model;
   }
 }
 

@@ -33,23 +33,20 @@ class TargetDesk : public Desk {
   }
   QJsonObject holds() {  // ends the target
     endTarget();
-    return readReport();
-  }
-  QJsonObject readReport() {
     QFile file(jsonPath());
     return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
   }
   std::string pane() { return program->form.main.textMsg.text(); }
   QString verdict() { return static_cast<VerdictView&>(widget("verdict")).word(); }
-  QProcess target;
-
- private:
-  QString jsonPath() { return folder.filePath(QStringLiteral("target.json")); }
   void endTarget() {
     if (target.state() == QProcess::NotRunning) return;
     target.terminate();
     target.waitForFinished(3000);
   }
+  QProcess target;
+
+ private:
+  QString jsonPath() { return folder.filePath(QStringLiteral("target.json")); }
 };
 
 }  // namespace kvr::window
