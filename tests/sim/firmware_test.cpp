@@ -19,20 +19,6 @@ TEST(Application, EchoesAtItsOwnSettingsOnceTheChipIsReleased) {
   EXPECT_EQ(hand.wire.take(hand.now), (Bytes{1, 2, 3}));
 }
 
-TEST(Application, ResetsIntoTheBootFirmwareOnItsCommandOnly) {
-  Hand hand(configFor(model("Ivy-H20S")));
-  hand.chip.setApplication(std::make_unique<TriggerApplication>(kToolLine, Bytes{0x12, 0x34}));
-  hand.chip.runApplication(0);
-  EXPECT_TRUE(hand.ask(Bytes{0x12, 0x34}, 50).empty());  // not its settings
-  hand.setLine(kToolLine);
-  hand.ask(Bytes{0x12, 0x12}, 50);
-  EXPECT_EQ(hand.chip.state(), ChipState::application);
-  hand.ask(Bytes{0x34}, 50);
-  EXPECT_EQ(hand.chip.state(), ChipState::syncing);
-  hand.setLine({9600, 'e'});
-  EXPECT_FALSE(hand.sync().empty());
-}
-
 class DemoBench {
  public:
   explicit DemoBench(DemoConfig config) : demo(std::move(config)) {
