@@ -82,37 +82,6 @@ TEST(TalkingFirmware, IsAskedForNothingAfterThePortWasOpenedAnewInTheMiddleOfIts
   }
 }
 
-// The box is one of the terminal's, or the dialog in which a project is chosen.
-TEST(WindowGuard, TheWatcherStartsNoRunUnderABoxAndTheChangeCountsAfterIt) {
-  for (const bool project : {false, true}) {
-    support::FormBench b;
-    b.select("Ivy-HF0S");
-    b.loadCode(platform::Bytes(600, 0x5A));
-    b.form.images.panel.cekReloadFileWhileFileChange.userSet(true);
-    b.loop.runFor(Millis(3000));
-    b.dialogs.thinking = Millis(10000);
-    bool ran = false;
-    platform::Timer change(b.loop, [&] { b.files.put("/image.bin", platform::Bytes(600, 0xA5)); });
-    platform::Timer probe(b.loop, [&] {
-      ran = b.form.lock.busy();
-      b.form.download.comStop_Download.press();
-    });
-    change.start(Millis(1000));
-    probe.start(Millis(9900));
-    (project ? b.form.project.panel.comOpenBatchFile[0] : b.form.tool.comSaveReceive).press();
-    EXPECT_FALSE(ran);
-    b.dialogs.thinking = Millis(0);
-    bool ranAfter = false;
-    platform::Timer stop(b.loop, [&] {
-      ranAfter = b.form.lock.busy();
-      b.form.download.comStop_Download.press();
-    });
-    stop.start(Millis(5000));
-    b.loop.runFor(Millis(8000));
-    EXPECT_TRUE(ranAfter);
-  }
-}
-
 TEST(TalkingFirmware, ADamagedStreamNeverHangsTheMonitor) {
   for (unsigned seed = 1; seed <= 4; ++seed) {
     TalkingBench b;

@@ -46,7 +46,6 @@ TEST(TargetReport, FollowsTheLettersLayoutNotTheSelectedModel) {
   EXPECT_EQ(line('D', "Elm-H02", bytes, 5), below + "< 3.3V");
   EXPECT_EQ(line('G', "Elm-L02", bytes, 5), below + "< 2.0V");
   EXPECT_EQ(line('J', "Juniper-L02", bytes, 5), below + "< 2.0V");
-  EXPECT_EQ(line('J', "Juniper-H02", bytes, 5), below + "< 3.3V");
   EXPECT_EQ(line('K', "Kauri-L02", bytes, 5), below + "< 2.1V");
   EXPECT_EQ(line('H', "Hazel-L02", bytes, 5), "P1.2/RESET2 is used as P1.2/LVD");
 }
