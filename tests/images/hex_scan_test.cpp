@@ -55,13 +55,6 @@ TEST(HexScan, ReadsWhatToolsWrite) {
   for (const int at : {99, 100, 132, 133}) EXPECT_EQ(holes.layer.written[0x1235 + at], at == 99 || at == 133) << at;
 }
 
-TEST(HexScan, LastRecordWinsAndOverlapsAreCounted) {
-  const HexScan result = scan(hexRecord(0x10, {1, 2, 3, 4}) + "\n" + hexRecord(0x12, {9, 9, 9}) + "\n" + kEndRecord);
-  EXPECT_EQ(part(result, 0x10, 5), (Bytes{1, 2, 9, 9, 9}));
-  EXPECT_EQ(result.overlappingBytes, 2);
-  EXPECT_EQ(result.sum, 10 + 27);
-}
-
 TEST(HexScan, EndsLinesWithAnyLineEndAndAtTheEndRecord) {
   for (const auto* end : {"\n", "\r\n", "\r"}) {
     const HexScan result = scan(hexRecord(0, {5}) + end + "a comment" + end + end + hexRecord(1, {6}) + end +

@@ -149,6 +149,7 @@ TEST_F(LoaderTest, AsksAfterThreeBadSums) {
 
 TEST_F(LoaderTest, OddFilesLoadAsWhatTheyHoldAndSaySo) {
   bench.openCode("/odd.hex", hexRecord(0, {0, 0}, 4) + "\n" + hexRecord(0x20, {9}) + "\n" + hexRecord(0x20, {8}));
+  EXPECT_EQ(code.at(0x20), 8) << "the last record wins";
   const std::string info = panel.labFileInfo.caption() + panel.txtFileCheckSum.text();
   for (const char* words : {"no end record", "1 record of type 2 to 5", "1 byte is written more than once", "0000011H"})
     EXPECT_NE(info.find(words), std::string::npos) << words;

@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <set>
-
-#include "monitor/register_tables.h"
 #include "platform/text.h"
 #include "tests/monitor/stream_check.h"
 
@@ -44,11 +41,6 @@ TEST(MonitorRoom, ListsStandReadyWithTheFamilysRegistersAndOthersLeaveThemAlone)
     w.select(family);
     const auto& shown = w.panel.lst_debug1.rows();
     EXPECT_EQ(std::tuple(shown.size(), shown.front(), shown.back()), std::tuple(rows, "E0H  ACC", last));
-    std::set<int> addresses;
-    for (const auto& named : registerTable(catalogue::traitsOf(family).registers)) {
-      EXPECT_LE(named.name.size(), 12U) << named.name;
-      EXPECT_TRUE(named.address >= 0x80 && addresses.insert(named.address).second) << named.name;
-    }
   }
   EXPECT_EQ(w.panel.lst_debug2.rows().size(), 32U);
   EXPECT_EQ(w.panel.lst_debug2.rows().back(), "F8H ");

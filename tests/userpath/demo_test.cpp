@@ -39,24 +39,6 @@ TEST(Demo, ProgramsEveryModelThatTellsItsNumber) {
   EXPECT_EQ(known, 18);
 }
 
-TEST(Demo, TellsTheStoryInThePane) {
-  DemoBench bench;
-  bench.optionPanel.LabLock[1].setVisible(true);
-  ASSERT_TRUE(bench.press(bench.page.com_Demo_DownLoad));
-  EXPECT_FALSE(bench.optionPanel.LabLock[1].visible());
-  EXPECT_EQ(bench.text(),
-            "\nWe are trying to connect to target MCU ... "
-            "\nConnection is OK..."
-            "\nWe are reading MCU Firmware Version ..."
-            "\nWe are erasing MCU flash..."
-            "\nProgramming... ( Begin: 12:00:00 )"
-            "\nProgram OK"
-            "\nVerify  OK  ( Total: [00:01] )"
-            "\nProgram OK."
-            "\nVerify  OK ( Total: 00:01 )");
-  EXPECT_EQ(bench.link.settings(), "38400,E,8,1");
-}
-
 TEST(Demo, SendsTheCommandAtTheSettingsOfItsBoxes) {
   struct {
     const char *baud, *parity, *data, *stop;
@@ -169,9 +151,7 @@ TEST(Demo, StopsAtOnceWhereverItWaits) {
     config.commandLine = {2400, 'e'};
     DemoBench bench(config);
     bench.page.che_Demo_DownLoad.setValue(true);
-    std::string command;
-    for (int i = 0; i < 40; ++i) command += "55 ";
-    bench.page.txt_DEMO_UserCode.setText(command);
+    bench.page.txt_DEMO_UserCode.setText(std::string(80, '5'));
     UserPathBench::setLine(bench.page.demoCommandLine(), "2400", "Even", "8", "1");
     bool pressed = false;
     bench.loop.after(Millis(at), [&] {
