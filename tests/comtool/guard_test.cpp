@@ -11,8 +11,7 @@ TEST(ToolGuard, NoDialogOpensInsideARun) {
     ToolBench b;
     auto running = std::make_unique<platform::Activity::Running>(b.activity.begin());
     if (locked) b.lock.toBusy();
-    b.panel.texSendCycle.setText("0");
-    b.panel.texSpreadSendCycle.setText("0");
+    for (auto* cycle : {&b.panel.texSendCycle, &b.panel.texSpreadSendCycle}) cycle->setText("0");
     b.dialogs.paths = {"/log.txt"};
     for (auto* button : {&b.panel.comSaveReceive, &b.panel.comSpreadAutoSend, &b.panel.comAutoSend,
                          &b.panel.comDebugHelp[1], &b.panel.comSpreadSendCom[0]})
@@ -64,13 +63,9 @@ TEST(ToolGuard, WhatHappensToThePortUnderAnotherDialogIsToldOnceItIsClosed) {
 
 TEST(ToolGuard, AutomaticSendsGoOnUnderAnotherDialogButOpenNoPort) {
   ToolBench b;
-  b.panel.texSend.setText("T");
-  b.panel.texSpreadSend[0].setText("R");
-  b.panel.texSendCycle.setText("100");
-  b.panel.texSpreadSendCycle.setText("100");
   b.open();
-  b.panel.comAutoSend.press();
-  b.panel.comSpreadAutoSend.press();
+  b.repeat("T", "100");
+  b.rounds({"R"}, "100");
   const auto dialog = b.activity.begin();
   b.loop.runFor(Millis(250));
   EXPECT_EQ(b.sentText(), "TRTR");

@@ -38,19 +38,9 @@ TEST(PortArea, LightsTheMainLampOnlyForTheEnginesOwnPortAndPutsItOutAgain) {
   EXPECT_FALSE(b.imgOpen_sys.on());
 }
 
-// Both automatic sends run, on the port that is open.
-void sendAutomatically(ToolBench& b) {
-  b.open();
-  b.panel.texSend.setText("y");
-  b.panel.comAutoSend.press();
-  b.panel.texSpreadSend[3].setText("x");
-  b.panel.comSpreadAutoSend.press();
-}
-
 void expectQuiet(ToolBench& b) {
   EXPECT_EQ(b.panel.comOpenCOM[0].caption(), "Open COM");
-  EXPECT_EQ(b.panel.comAutoSend.caption(), "Repeat Send");
-  EXPECT_EQ(b.panel.comSpreadAutoSend.caption(), "Round Send");
+  EXPECT_TRUE(b.automaticSendsRest());
   const std::size_t messages = b.dialogs.shown.size();
   b.loop.runFor(Millis(5000));
   EXPECT_EQ(b.dialogs.shown.size(), messages);
@@ -61,7 +51,9 @@ void expectQuiet(ToolBench& b) {
 TEST(PortArea, TellsWhyAPortCannotBeOpenedAndEndsTheAutomaticSends) {
   for (platform::PortError PlayedLink::*refusal : {&PlayedLink::openError, &PlayedLink::settingsError}) {
     ToolBench b;
-    sendAutomatically(b);
+    b.open();
+    b.repeat("y");
+    b.rounds({"x"});
     b.tool.releasePort();
     b.panel.com_Debug_StopBits.userPick(1);
     b.link.*refusal = {platform::PortError::Kind::Denied, "COM1: permission denied"};
@@ -82,11 +74,10 @@ TEST(PortArea, ClosingByHandEndsTheAutomaticSendsAndTheMainLampAlsoTheRun) {
     int stops = 0;
     b.tool.stopRun = [&] { ++stops; };
     b.imgOpen_sys.press();  // nothing is open yet
-    sendAutomatically(b);
-    if (lamp)
-      b.imgOpen_sys.press();
-    else
-      b.panel.comOpenCOM[0].press();
+    b.open();
+    b.repeat("y");
+    b.rounds({"x"});
+    lamp ? b.imgOpen_sys.press() : b.panel.comOpenCOM[0].press();
     EXPECT_EQ(stops, lamp ? 1 : 0);
     expectQuiet(b);
   }
@@ -100,9 +91,8 @@ TEST(PortArea, AnUnpluggedAdapterClosesTheTerminalInWords) {
   b.link.pullOut();
   EXPECT_EQ(b.lastMessage(), "COM3: the adapter was pulled out");
   EXPECT_FALSE(b.tool.isOpen());
-  EXPECT_FALSE(b.panel.imgOpen[2].on());
-  EXPECT_EQ(b.panel.comAutoSend.caption(), "Repeat Send");
-  EXPECT_FALSE(b.holdsPort());
+  EXPECT_TRUE(b.automaticSendsRest());
+  EXPECT_FALSE(b.panel.imgOpen[2].on() || b.holdsPort());
   EXPECT_EQ(b.shown(), "kept");
 }
 
@@ -111,7 +101,6 @@ TEST(PortArea, ANewBaudIsUsedAtOnceWhileOpenAndOpensNothingWhileClosed) {
   b.panel.com_Debug_Baud.userPick(0);
   EXPECT_EQ(b.link.opens, 0);
   b.open();
-  EXPECT_EQ(b.link.current, "256000,N,8,1");
   b.panel.com_Debug_Baud.userPick(11);
   EXPECT_EQ(b.link.current, "1200,N,8,1");
   EXPECT_EQ(b.link.opens, 2);
@@ -168,10 +157,8 @@ TEST(PortArea, TheModemLinesFollowTheirBoxesAtTheOpenAndAfterIt) {
 // What a download does: it takes the port, sets its own line, speaks, and gives the port back at its end.
 TEST(PortArea, ARunTakesThePortInTheMiddleOfRepeatedSendsAndGivesItBack) {
   ToolBench b;
-  b.panel.texSend.setText("T");
-  b.panel.texSendCycle.setText("100");
   b.open();
-  b.panel.comAutoSend.press();
+  b.repeat("T", "100");
   b.loop.runFor(Millis(250));
   EXPECT_EQ(b.sentText(), "TT");
   {

@@ -33,14 +33,9 @@ TEST(Send, AddsTheChosenLineEndToTextsOnly) {
 TEST(Send, ABadHexadecimalTextSendsNothingAndEndsBothAutomaticSends) {
   for (const bool tooLong : {false, true}) {
     ToolBench b;
-    std::string text = "12 G4";
-    if (tooLong) text = std::string(2 * 4098, '1');
-    b.panel.texSend.setText(text);
-    b.panel.texSpreadSend[1].setText("ok");
-    b.panel.comSpreadAutoSend.press();
+    b.rounds({"", "ok"});
     b.panel.optHexSend[1].userChoose();
-    b.panel.texSendCycle.setText("300");
-    b.panel.comAutoSend.press();
+    b.repeat(tooLong ? std::string(2 * 4098, '1').c_str() : "12 G4", "300");
     b.loop.runFor(Millis(3000));
     EXPECT_TRUE(b.link.sent.empty());
     EXPECT_TRUE(b.tool.isOpen());
@@ -48,37 +43,30 @@ TEST(Send, ABadHexadecimalTextSendsNothingAndEndsBothAutomaticSends) {
     EXPECT_EQ(b.lastMessage(),
               tooLong ? "The HEX data is too long, at most 4097 bytes."
                       : "Please input HEX format data: 0-9, A-F, a-f, a space between each two charaters.");
-    EXPECT_EQ(b.panel.comAutoSend.caption(), "Repeat Send");
-    EXPECT_EQ(b.panel.comSpreadAutoSend.caption(), "Round Send");
+    EXPECT_TRUE(b.automaticSendsRest());
   }
 }
 
 TEST(Send, RefusesAnIntervalBelowOne) {
   ToolBench b;
   for (const char* text : {"0", "0.9", "-5", "abc", ""}) {
-    b.panel.texSendCycle.setText(text);
-    b.panel.texSpreadSendCycle.setText(text);
-    b.panel.comAutoSend.press();
+    b.repeat("x", text);
     EXPECT_EQ(b.lastMessage(), "The interval is too small.");
-    b.panel.comSpreadAutoSend.press();
+    b.rounds({"x"}, text);
     EXPECT_EQ(b.lastMessage(), "The interval too short");
   }
   b.loop.runFor(Millis(3000));
-  EXPECT_EQ(b.panel.comAutoSend.caption(), "Repeat Send");
-  EXPECT_EQ(b.panel.comSpreadAutoSend.caption(), "Round Send");
+  EXPECT_TRUE(b.automaticSendsRest());
   EXPECT_FALSE(b.tool.isOpen());
 }
 
 TEST(Send, TheRoundSkipsBlankStringsBeginsBehindTheOneSentLastAndEndsWithoutAny) {
   ToolBench b;
   b.panel.texSpreadSend[2].setText("two");
-  b.panel.texSpreadSend[3].setText("   ");
-  b.panel.texSpreadSend[7].setText("37");
   b.panel.cheSpreadHex[7].setValue(true);
   b.panel.texSpreadSend[24].setText("end");
-  b.panel.texSpreadSendCycle.setText("10");
   b.panel.comSpreadSendCom[2].press();
-  b.panel.comSpreadAutoSend.press();
+  b.rounds({"", "", "two", "   ", "", "", "", "37"}, "10");
   b.loop.runFor(Millis(40));
   EXPECT_EQ(b.sentText(), "two7endtwo7");
   b.panel.texSpreadSend[2].clear();
@@ -92,13 +80,8 @@ TEST(Send, TheRoundSkipsBlankStringsBeginsBehindTheOneSentLastAndEndsWithoutAny)
 
 TEST(Send, BothAutomaticSendsRunSideBySideEachUntilItIsStopped) {
   ToolBench b;
-  b.panel.texSend.setText("a");
-  b.panel.texSendCycle.setText("30.5");
-  b.panel.texSpreadSend[0].setText("0");
-  b.panel.texSpreadSend[1].setText("1");
-  b.panel.texSpreadSendCycle.setText("20");
-  b.panel.comAutoSend.press();
-  b.panel.comSpreadAutoSend.press();
+  b.repeat("a", "30.5");
+  b.rounds({"0", "1"}, "20");
   EXPECT_EQ(b.panel.comAutoSend.caption(), "Stop Repeat");
   b.loop.runFor(Millis(125));
   EXPECT_EQ(b.sentText(), "0a1a01a0a1");
@@ -112,9 +95,7 @@ TEST(Send, BothAutomaticSendsRunSideBySideEachUntilItIsStopped) {
 
 TEST(Send, AnAutomaticSendWaitsForALineThatIsTooSlowForIt) {
   ToolBench b;
-  b.panel.texSend.setText("x");
-  b.panel.texSendCycle.setText("1");
-  b.panel.comAutoSend.press();
+  b.repeat("x", "1");
   b.link.pendingOut = PortArea::kMaxQueued + 1;
   b.loop.runFor(Millis(100));
   EXPECT_TRUE(b.link.sent.empty());

@@ -107,6 +107,21 @@ struct ToolBench : support::MemoryServices<> {
     combCommPort.setListIndex(0);
   }
   void open() { panel.comOpenCOM[0].press(); }
+  void repeat(const char* text, const char* cycle = "1000") {
+    panel.texSend.setText(text);
+    panel.texSendCycle.setText(cycle);
+    panel.comAutoSend.press();
+  }
+  void rounds(const std::vector<const char*>& texts, const char* cycle = "1000") {
+    for (std::size_t i = 0; i < texts.size(); ++i) panel.texSpreadSend[i].setText(texts[i]);
+    panel.texSpreadSendCycle.setText(cycle);
+    panel.comSpreadAutoSend.press();
+  }
+  // Neither the repeat nor the round goes on.
+  bool automaticSendsRest() const {
+    return panel.comAutoSend.caption() == "Repeat Send" && panel.comSpreadAutoSend.caption() == "Round Send";
+  }
+  std::string received() const { return panel.labReceiveCount.caption().substr(16); }
   void showHex() { panel.optReceiveHex[1].userChoose(); }
   // The bytes arrive as one read, and the pane shows them.
   void arriveAndShow(const Bytes& bytes) {

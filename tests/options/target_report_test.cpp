@@ -42,12 +42,11 @@ TEST(TargetReport, FollowsTheLettersLayoutNotTheSelectedModel) {
     EXPECT_EQ(line(letter, "Fir-H40", bytes, 1), "Pre-scale time of WDT(did not start): 4") << letter;
   for (const char letter : {'I', 'J', 'K', 'L', 'Q', 'R'})
     EXPECT_EQ(line(letter, "Fir-H40", bytes, 1), "Pre-scale time of WDT(did not start): 2") << letter;
-  const std::string below = "Low Voltage Reset, when MCU-VCC ";
-  EXPECT_EQ(line('D', "Elm-H02", bytes, 5), below + "< 3.3V");
-  EXPECT_EQ(line('G', "Elm-L02", bytes, 5), below + "< 2.0V");
-  EXPECT_EQ(line('J', "Juniper-L02", bytes, 5), below + "< 2.0V");
-  EXPECT_EQ(line('J', "Juniper-H02", bytes, 5), below + "< 3.3V");
-  EXPECT_EQ(line('K', "Kauri-L02", bytes, 5), below + "< 2.1V");
+  for (const auto& [letter, name, volts] : {std::tuple('D', "Elm-H02", "3.3V"),
+                                            {'G', "Elm-L02", "2.0V"},
+                                            {'J', "Juniper-L02", "2.0V"},
+                                            {'K', "Kauri-L02", "2.1V"}})
+    EXPECT_EQ(line(letter, name, bytes, 5), std::string("Low Voltage Reset, when MCU-VCC < ") + volts);
   EXPECT_EQ(line('H', "Hazel-L02", bytes, 5), "P1.2/RESET2 is used as P1.2/LVD");
 }
 
@@ -65,20 +64,20 @@ TEST(TargetReport, ReadsTheMovedByteOfTrimmedChipsAndLeavesItInPlace) {
 }
 
 TEST(TargetReport, OldestFirmwaresTellTheirSpeedInOneBit) {
-  ChipAnswer answer{.stepping = 'A', .reported = allOnes(), .status13 = 8};
-  EXPECT_EQ(describeTarget(answer).lines, (Lines{"MCU Firmware Version: A", "Double speed: Yes"}));
-  EXPECT_EQ(describeTarget(answer).doubleSpeed, true);
-  EXPECT_FALSE(describeTarget(answer).clearStartPair);
-  answer.status13 = 0xF7;
-  EXPECT_EQ(describeTarget(answer).lines.back(), "Double speed: No");
-  EXPECT_EQ(describeTarget(answer).doubleSpeed, false);
-  EXPECT_EQ(*describeTarget(answer).labels, (Lines{"", "", "Double speed (6 clock) / 双倍速: No"}));
-  answer.stepping = 'B';
-  answer.sizeUntold = true;
-  answer.firmware = {3, 2};
-  EXPECT_EQ(describeTarget(answer).lines, (Lines{"MCU Firmware Version: 3.2B", "Double speed: Unknown"}));
-  EXPECT_EQ(describeTarget(answer).doubleSpeed, false);
-  EXPECT_TRUE(describeTarget(answer).clearStartPair);
+  for (const bool twice : {true, false}) {
+    const auto report = describeTarget(
+        {.stepping = 'A', .reported = allOnes(), .status13 = static_cast<std::uint8_t>(twice ? 8 : 0xF7)});
+    EXPECT_EQ(report.lines, (Lines{"MCU Firmware Version: A", twice ? "Double speed: Yes" : "Double speed: No"}));
+    EXPECT_EQ(report.doubleSpeed, twice);
+    EXPECT_FALSE(report.clearStartPair);
+    EXPECT_EQ(report.labels->back(),
+              twice ? "Double speed (6 clock) / 双倍速: Yes" : "Double speed (6 clock) / 双倍速: No");
+  }
+  const auto untold = describeTarget(
+      {.sizeUntold = true, .firmware = {3, 2}, .stepping = 'B', .reported = allOnes(), .status13 = 0xF7});
+  EXPECT_EQ(untold.lines, (Lines{"MCU Firmware Version: 3.2B", "Double speed: Unknown"}));
+  EXPECT_EQ(untold.doubleSpeed, false);
+  EXPECT_TRUE(untold.clearStartPair);
 }
 
 TEST(TargetReport, LetterCGivesRowsInThePaneAndFixedWordsOnTheLabels) {

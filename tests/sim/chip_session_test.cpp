@@ -1,5 +1,3 @@
-#include <map>
-
 #include "tests/sim/hand.h"
 
 namespace sim::testing {
@@ -76,55 +74,6 @@ TEST(SimulatedChip, HoldsAFrameAtTheWrongRateAgainstTheHostButNotSyncBytes) {
   EXPECT_EQ(hand.chip.violationText(), "");
   hand.ask(0x50, hand.generic(), 300);
   EXPECT_NE(hand.chip.violationText().find("while I listen at 9600"), std::string::npos);
-}
-
-TEST(SimulatedChip, SaysAgainWhoItIsWhenItsStatusFrameIsLost) {
-  WireConfig wire;
-  wire.faults = {{Direction::deviceToHost, 0, FaultKind::lose}};
-  Hand hand(configFor(model("Cedar-H80D"), 12000000), wire);
-  EXPECT_FALSE(hand.sync().empty());
-  const auto said = std::count_if(hand.wire.log().begin(), hand.wire.log().end(),
-                                  [](const Unit& unit) { return unit.direction == Direction::deviceToHost; });
-  EXPECT_EQ(said, 2);
-  EXPECT_EQ(hand.chip.sessions(), 1);
-}
-
-// Where a chip keeps and reports its options: option index by index of the reply to the reading, and of the status
-// frame.
-struct Layout {
-  const char* model;
-  int firmware;
-  std::map<int, int> reply, status;
-};
-
-const Layout kLayouts[] = {
-    {"Cedar-H20R", 0, {{13, 1}}, {{22, 1}}},
-    {"Oak-H20A", 0, {{13, 1}}, {{27, 1}, {30, 8}}},
-    {"Elm-H04", 0x52, {{13, 2}, {14, 3}, {15, 8}, {16, 10}, {17, 11}}, {{26, 2}, {27, 3}, {28, 8}, {29, 10}, {30, 11}}},
-    {"Elm-H04", 0x56, {{19, 0}, {22, 3}, {23, 8}, {24, 9}}, {{32, 0}, {35, 3}, {36, 8}, {37, 9}}},
-    {"Gum-H20", 0x57, {{13, 2}, {17, 11}}, {{26, 2}, {30, 11}}},
-    {"Hazel-H04", 0x57, {{13, 2}, {16, 10}}, {{26, 2}, {29, 10}, {31, 0}}},
-    {"Hazel-H04", 0x58, {{19, 0}, {21, 2}, {24, 9}}, {{32, 0}, {37, 9}}},
-    {"Ivy-H20S", 0, {{13, 0}, {16, 3}, {17, 8}, {18, 9}}, {{26, 0}, {29, 3}, {30, 8}, {31, 9}}},
-    {"Sumac-H20A", 0, {{13, 0}, {28, 15}}, {{26, 0}, {41, 15}}},
-    {"Rowan-H20", 0, {{13, 0}, {14, 3}, {15, 4}, {16, 8}, {17, 10}, {18, 11}}, {{26, 0}, {29, 3}, {30, 8}}},
-};
-
-TEST(SimulatedChip, ReportsItsOptionsWhereItsFirmwareKeepsThem) {
-  for (const Layout& layout : kLayouts) {
-    SCOPED_TRACE(::testing::Message() << layout.model << std::hex << layout.firmware);
-    ChipConfig config = configFor(model(layout.model));
-    config.firmware = layout.firmware;
-    config.directStatus = true;
-    OptionBytes& held = config.options.emplace();
-    for (std::size_t i = 0; i < held.size(); ++i) held[i] = static_cast<std::uint8_t>(0x91 + 7 * i);
-    Hand hand(config);
-    const Bytes status = hand.sync(20);
-    const Bytes reply = hand.ask(0x50, {}, 500);
-    for (const auto& [frame, places] : {std::pair(&status, &layout.status), std::pair(&reply, &layout.reply)})
-      for (const auto& [at, option] : *places)
-        EXPECT_EQ(frame->at(static_cast<std::size_t>(at)), held[static_cast<std::size_t>(option)]) << at;
-  }
 }
 
 }  // namespace

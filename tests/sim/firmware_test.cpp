@@ -1,37 +1,9 @@
-// The user's own programs: what a released chip runs, and the download routine in one.
+// The download routine in a user's program.
 #include "sim/demo_firmware.h"
 #include "tests/sim/hand.h"
 
 namespace sim::testing {
 namespace {
-
-const Line kToolLine{19200, 'o', 7, 2};
-
-TEST(Application, EchoesAtItsOwnSettingsOnceTheChipIsReleased) {
-  Hand hand(configFor(model("Ivy-H20S")));
-  hand.chip.setApplication(std::make_unique<EchoApplication>(kToolLine));
-  hand.sync();
-  hand.ask(0x82, {}, 100);
-  hand.setLine(kToolLine);
-  hand.wire.clearIn(hand.now);
-  hand.wire.write(Bytes{1, 2, 3}, hand.now);
-  hand.now += 50 * kMillisecond;
-  EXPECT_EQ(hand.wire.take(hand.now), (Bytes{1, 2, 3}));
-}
-
-TEST(Application, ResetsIntoTheBootFirmwareOnItsCommandOnly) {
-  Hand hand(configFor(model("Ivy-H20S")));
-  hand.chip.setApplication(std::make_unique<TriggerApplication>(kToolLine, Bytes{0x12, 0x34}));
-  hand.chip.runApplication(0);
-  EXPECT_TRUE(hand.ask(Bytes{0x12, 0x34}, 50).empty());  // not its settings
-  hand.setLine(kToolLine);
-  hand.ask(Bytes{0x12, 0x12}, 50);
-  EXPECT_EQ(hand.chip.state(), ChipState::application);
-  hand.ask(Bytes{0x34}, 50);
-  EXPECT_EQ(hand.chip.state(), ChipState::syncing);
-  hand.setLine({9600, 'e'});
-  EXPECT_FALSE(hand.sync().empty());
-}
 
 class DemoBench {
  public:

@@ -124,24 +124,5 @@ TEST(Wire, HandsBytesOverInTheAdaptersPortions) {
   EXPECT_EQ(wire.available(22 * kMillisecond), 70);
 }
 
-TEST(Wire, HitsAtMostOneUnitOfAnExchangeAtRandom) {
-  Listener listener;
-  listener.settings = {115200, 'n'};
-  WireConfig config;
-  config.random = RandomFaults{1.0, 1, 1, {FaultKind::flip}};
-  Wire wire(config);
-  wire.connect(&listener);
-  wire.open(listener.settings, 0);
-  int hit = 0;
-  for (Micros now = 0; now < 100 * kMillisecond; now += kMillisecond) {
-    const int before = wire.faultsDone();
-    wire.write(Bytes{0x16}, now);
-    wire.advanceTo(now + kMillisecond);
-    hit = std::max(hit, wire.faultsDone() - before);
-  }
-  EXPECT_EQ(hit, 1);
-  EXPECT_EQ(wire.faultsDone(), 100);
-}
-
 }  // namespace
 }  // namespace sim

@@ -1,8 +1,7 @@
-// HEX files and binaries. The first byte says where the file is placed.
+// HEX files. The first byte says where the file is placed.
 #include <algorithm>
 #include <numeric>
 
-#include "images/file_scan.h"
 #include "images/hex_scan.h"
 #include "tests/fuzz/targets.h"
 
@@ -21,10 +20,6 @@ std::string faultOfLayer(const images::FileLayer& layer) {
 
 std::int64_t sumOf(const Bytes& bytes) {
   return std::accumulate(bytes.begin(), bytes.end(), std::int64_t{0});
-}
-
-std::int64_t writtenIn(const images::FileLayer& layer) {
-  return std::count_if(layer.written.begin(), layer.written.end(), [](std::uint8_t mark) { return mark != 0; });
 }
 
 }  // namespace
@@ -46,22 +41,6 @@ std::string faultOfHex(const Bytes& input) {
   if (scan.endRecord) ended.insert(ended.end(), {'\n', ':', '0', '1', '0', '0', '0', '0', '0', '0', 'F', 'F'});
   if (images::scanHex(ended, input[0] * 8, kLimit, kSize).layer.bytes != scan.layer.bytes) return "read past its end";
   return {};
-}
-
-std::string faultOfBinary(const Bytes& input) {
-  if (input.empty()) return {};
-  const Bytes file(input.begin() + 1, input.end());
-  const std::int32_t start = input[0] * 8;
-  const images::BinaryScan scan = images::scanBinary(file, start, kSize);
-  if (const std::string fault = faultOfLayer(scan.layer); !fault.empty()) return fault;
-  const std::int64_t fits = std::min<std::int64_t>(static_cast<std::int64_t>(file.size()), kSize - start);
-  if (writtenIn(scan.layer) != fits) return "another number of bytes";
-  if (scan.droppedBytes != static_cast<std::int64_t>(file.size()) - fits) return "dropped bytes are counted wrong";
-  if (!std::equal(file.begin(), file.begin() + fits, scan.layer.bytes.begin() + start)) return "other bytes";
-  if (scan.sum != sumOf(scan.layer.bytes)) return "the sum";
-  const auto format = images::chooseFormat("x", file);
-  const bool colon = std::find(file.begin(), file.end(), ':') != file.end();
-  return format.format == images::FileFormat::Hex && !colon ? "taken for HEX" : "";
 }
 
 }  // namespace kvr::fuzz

@@ -35,12 +35,4 @@ std::string faultOfProject(const Bytes& input) {
   return faultOf(read);
 }
 
-std::string faultOfOldProject(const Bytes& input) {
-  const std::string head = "MCU type: Cedar-H10R\r\n";
-  Bytes file(head.begin(), head.end());
-  file.insert(file.end(), input.begin(), input.end());
-  const auto read = project::readProject(file, platform::PlainCodec());
-  return read.old ? faultOf(read) : "not taken for an old project";
-}
-
 }  // namespace kvr::fuzz

@@ -18,7 +18,6 @@ using comtool::PaneText;
 using comtool::parseHexText;
 using comtool::rowsOf;
 using comtool::TextDecoder;
-using comtool::ToolBench;
 
 // The rule word by word: two characters are a token, what follows is trimmed, a token is read as a number.
 HexText readTokenByToken(std::string text) {
@@ -69,31 +68,11 @@ std::string cutFaultOf(const Bytes& bytes) {
   return {};
 }
 
-// Typed into the send box as hexadecimal, and coming in as bytes.
-std::string toolFaultOf(const Bytes& bytes) {
-  ToolBench bench;
-  bench.showHex();
-  bench.panel.optHexSend[1].userChoose();
-  bench.panel.texSend.setText({bytes.begin(), bytes.end()});
-  bench.panel.comDebugSend.press();
-  const HexText sent = readTokenByToken({bytes.begin(), bytes.end()});
-  if (bench.link.sent != sent.bytes) return "other bytes are sent";
-  if (bench.panel.labSendCount.caption() != "Send counter:" + std::to_string(sent.bytes.size())) return "sent count";
-  if (bench.dialogs.shown.empty() != (sent.fault == HexText::Fault::None)) return "a refusal without words";
-  const auto half = bytes.begin() + static_cast<std::ptrdiff_t>(bytes.size() / 2);
-  bench.arriveAndShow(Bytes(bytes.begin(), half));
-  bench.arriveAndShow(Bytes(half, bytes.end()));
-  if (bench.panel.labReceiveCount.caption() != "Receive counter:" + std::to_string(bytes.size()))
-    return "received count";
-  return bench.shown() == hexDump(bytes) ? "" : "another dump";
-}
-
 }  // namespace
 
 std::string faultOfTerminal(const Bytes& input) {
-  for (const std::string& fault : {hexFaultOf({input.begin(), input.end()}), cutFaultOf(input), toolFaultOf(input)})
-    if (!fault.empty()) return fault;
-  return {};
+  const std::string fault = hexFaultOf({input.begin(), input.end()});
+  return fault.empty() ? cutFaultOf(input) : fault;
 }
 
 }  // namespace kvr::fuzz

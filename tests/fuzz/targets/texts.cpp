@@ -1,9 +1,8 @@
-// Numbers and commands as someone types them.
+// Numbers as someone types them.
 #include <cmath>
 
 #include "platform/text.h"
 #include "tests/fuzz/targets.h"
-#include "userpath/user_bytes.h"
 
 namespace kvr::fuzz {
 
@@ -20,16 +19,6 @@ std::string faultOfNumber(const Bytes& input) {
   const std::uint32_t hex = platform::hexOf(text);
   if (platform::hexOf(platform::hexText(hex)) != hex) return "its hexadecimal text is another number";
   return platform::trim(platform::trim(text)) == platform::trim(text) ? "" : "trimmed twice";
-}
-
-std::string faultOfCommand(const Bytes& input) {
-  const std::string text = textOf(input);
-  const Bytes bytes = userpath::parseUserBytes(text);
-  if (bytes.size() > text.size()) return "more bytes than characters";
-  if (userpath::parseUserBytes(" \t" + text + "\r\n ") != bytes) return "blanks around it count";
-  std::string dump;
-  for (const std::uint8_t byte : bytes) dump += platform::hexText(byte, 2) + " ";
-  return userpath::parseUserBytes(dump) == bytes ? "" : "its dump is another command";
 }
 
 }  // namespace kvr::fuzz
