@@ -134,8 +134,8 @@ void Chip::freeDataSector(std::int64_t address) {
   constexpr std::int64_t kSector = 512;
   const bool inData = address >= dataArea().first && address > row().apEnd && letter_ >= 'D';
   if (!config_.dataSectorsErase || !inData || flash_.isErased(static_cast<std::size_t>(address))) return;
-  const std::int64_t first = address / kSector * kSector;
-  flash_.erase(first, first + kSector - 1);
+  // What lies before it in the sector has been written by then: data comes in rising order.
+  flash_.erase(address, address / kSector * kSector + kSector - 1);
 }
 
 void Chip::onData(Micros at, const HostFrame& frame) {

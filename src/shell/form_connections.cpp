@@ -1,5 +1,8 @@
 // What the rooms tell each other: every callback of a lower room that a higher one answers.
 
+#include <stdexcept>
+#include <utility>
+
 #include "platform/text.h"
 #include "shell/batch_log.h"
 #include "shell/main_form.h"
@@ -52,6 +55,30 @@ void MainForm::connectTerminal() {
   comTool.clearMonitor = [this] { sfrMonitor.clearLists(); };
   sfrMonitor.write = [this](std::span<const std::uint8_t> bytes) { comTool.writeAnswer(bytes); };
   sfrMonitor.openAndSend = [this](std::span<const std::uint8_t> bytes) { comTool.send(bytes); };
+}
+
+// A callback that a lower room relies on and nobody has connected would be a step that silently does not happen.
+void MainForm::checkConnections() const {
+  const std::pair<const char*, bool> all[] = {
+      {"picker.picked", bool(picker.picked)},
+      {"picker.applied", bool(picker.applied)},
+      {"results.writeLog", bool(results.writeLog)},
+      {"downloads.wantsPort", bool(downloads.wantsPort)},
+      {"downloads.takePort", bool(downloads.takePort)},
+      {"project.applyModel", bool(project.applyModel)},
+      {"images.opener.openProject", bool(images.opener.openProject)},
+      {"images.watcher.onTrigger", bool(images.watcher.onTrigger)},
+      {"images.watcher.onDownload", bool(images.watcher.onDownload)},
+      {"images.storeCompare.receivedBytes", bool(images.storeCompare.receivedBytes)},
+      {"comTool.stopRun", bool(comTool.stopRun)},
+      {"comTool.bytesReceived", bool(comTool.bytesReceived)},
+      {"comTool.portClosed", bool(comTool.portClosed)},
+      {"comTool.clearMonitor", bool(comTool.clearMonitor)},
+      {"sfrMonitor.write", bool(sfrMonitor.write)},
+      {"sfrMonitor.openAndSend", bool(sfrMonitor.openAndSend)},
+  };
+  for (const auto& [name, connected] : all)
+    if (!connected) throw std::logic_error(std::string("not connected: ") + name);
 }
 
 // On the disk before anyone reads the verdict. A log that cannot be written is said in the pane: the chip itself is

@@ -34,6 +34,7 @@ MainForm::MainForm(platform::World services, const platform::TextCodec& codec)
   connectFiles();
   connectTerminal();
   connectButtons();
+  checkConnections();
 }
 
 void MainForm::registerControls() {
@@ -49,22 +50,8 @@ void MainForm::registerControls() {
 }
 
 void MainForm::connectRooms() {
-  picker.hooks = {
-      .clearBuffers = [this] { images.loader.clearBuffers(); },
-      // A project may be opened, and with it another model chosen, while the options are locked.
-      .setDataFileControls = [this](bool on) { images.setDataFileControls(on && lock.free()); },
-      .switchDataIncrementOff = [this] { images.panel.cheData_Auto_Increase.setValue(false); },
-      .showRange = [this](const catalogue::IspRange&) { images.showModel(); },
-      .refreshMonitor = [this] { sfrMonitor.listRegisters(); },
-      .clearTargetReport =
-          [this] {
-            optionsRoom.clearLockLabels();
-            main.Label2[6].setCaption({});  // the model of a project that was open before
-            forgetVerdict();
-          },
-      .showFamilyPanel = [this] { optionsRoom.showFamilyPanel(); },
-      .requestSave = [this] { settings.requestSave(); },
-  };
+  picker.picked = [this] { images.loader.clearBuffers(); };
+  picker.applied = [this] { applyModel(); };
   optionsRoom.layoutChanged.connect([this] { showOptionNote(); });
   settings.hooks.modelSelected = [this] { picker.treeClicked(); };
   settings.hooks.rangeShown = [this] { images.showModel(); };
@@ -74,6 +61,21 @@ void MainForm::connectRooms() {
   tokens_ = {lock.changed.watch([this] { applyLock(); }),
              images.state.CodeBuffer.changed.watch([this] { forgetVerdict(); }),
              images.state.EepromBuffer.changed.watch([this] { forgetVerdict(); })};
+}
+
+// What follows from a model that has just been applied, in every room.
+void MainForm::applyModel() {
+  images.showModel();
+  images.setDataFileControls(false);
+  images.panel.cheData_Auto_Increase.setValue(false);
+  sfrMonitor.listRegisters();
+  // A project may be opened, and with it another model chosen, while the options are locked.
+  if (catalogue::hasDataFile(model.record)) images.setDataFileControls(lock.free());
+  optionsRoom.clearLockLabels();
+  main.Label2[6].setCaption({});  // the model of a project that was open before
+  forgetVerdict();
+  settings.requestSave();
+  optionsRoom.showFamilyPanel();
 }
 
 // The sign speaks of what is selected and loaded. A serial number that a run puts into the image changes neither.

@@ -117,6 +117,8 @@ class MainForm {
   void connectButtons();
   void applyLock();
   void showOptionNote();
+  void applyModel();
+  void checkConnections() const;
   void forgetVerdict();
   void timerUnload();
 

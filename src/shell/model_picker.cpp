@@ -7,11 +7,6 @@
 namespace kvr::shell {
 namespace {
 
-template <class F, class... A>
-void call(const F& hook, A&&... arguments) {
-  if (hook) hook(std::forward<A>(arguments)...);
-}
-
 // A page whose tab no longer applies gives way to the first one.
 void leaveUnavailable(platform::TabStrip& strip) {
   const auto index = static_cast<std::size_t>(strip.selected());
@@ -51,11 +46,11 @@ void ModelPicker::treeClicked() {
   const std::string key = panel_.TreeViewDevice.selectedKey();
   if (key.empty() || key.starts_with(catalogue::kSeriesKeyPrefix)) {
     // The selected node is what the next start begins with; a look into a series must not cost the operator the model.
-    panel_.TreeViewDevice.selectKey(picked_);
+    panel_.TreeViewDevice.selectKey(pickedName_);
     return;
   }
   panel_.txtDevice.setText(key);
-  call(hooks.clearBuffers);
+  picked();
   hideDeviceTree();
   applyDevice();
   panel_.txtDevice.setFocus();
@@ -85,18 +80,11 @@ void ModelPicker::apply(const catalogue::McuRecord& record) {
   // A model without a node leaves the tree where it was: the stored choice stays one that can be picked again.
   const auto& nodes = panel_.TreeViewDevice.nodes();
   if (std::any_of(nodes.begin(), nodes.end(), [&](const auto& node) { return node.key == record.name; })) {
-    picked_ = model_.name();
-    panel_.TreeViewDevice.selectKey(picked_);
+    pickedName_ = model_.name();
+    panel_.TreeViewDevice.selectKey(pickedName_);
   }
-  call(hooks.showRange, model_.range);
-  call(hooks.setDataFileControls, false);
-  call(hooks.switchDataIncrementOff);
   captionTabs();
-  call(hooks.refreshMonitor);
-  if (catalogue::hasDataFile(model_.record)) call(hooks.setDataFileControls, true);
-  call(hooks.clearTargetReport);
-  call(hooks.requestSave);
-  call(hooks.showFamilyPanel);
+  applied();
 }
 
 void ModelPicker::captionTabs() {

@@ -13,20 +13,12 @@ namespace kvr::shell {
 
 class ModelPicker {
  public:
-  // What else follows a model, in other rooms. One that is not connected does nothing.
-  struct Hooks {
-    std::function<void()> clearBuffers;             // both images, fill 0; a valid image is forgotten
-    std::function<void(bool)> setDataFileControls;  // the Data Memory file's controls
-    std::function<void()> switchDataIncrementOff;
-    std::function<void(const catalogue::IspRange&)> showRange;
-    std::function<void()> refreshMonitor;  // the register lists of the family
-    std::function<void()> clearTargetReport;
-    std::function<void()> showFamilyPanel;
-    std::function<void()> requestSave;
-  };
-
   ModelPicker(platform::World world, MainPanel& panel, catalogue::SelectedModel& model);
-  Hooks hooks;
+
+  // A model was picked from the tree, before it is applied; and it has been applied, wherever its name came from. Must
+  // be connected.
+  std::function<void()> picked;
+  std::function<void()> applied;
 
   void buildDeviceTree();
   void showDeviceTree();
@@ -44,7 +36,7 @@ class ModelPicker {
   platform::World world_;
   MainPanel& panel_;
   catalogue::SelectedModel& model_;
-  std::string picked_;  // the model whose node is selected
+  std::string pickedName_;  // the model whose node is selected
 };
 
 }  // namespace kvr::shell

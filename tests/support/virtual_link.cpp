@@ -60,7 +60,7 @@ PortError VirtualLink::open() {
   dtr = std::exchange(nextDtr_, true);
   rts = std::exchange(nextRts_, true);
   if (isOpen()) return {PortError::Kind::Busy, device_ + ": busy"};
-  if (refusesToOpen) return refusesToOpen;
+  if (refusesToOpen && opens >= refusesAfter) return refusesToOpen;
   if (held_.device().empty() && !devices.contains(number_))
     return {PortError::Kind::NoSuchDevice, "COM" + std::to_string(number_) + ": no such device"};
   device_ = held_.device().empty() ? devices[number_] : held_.device();

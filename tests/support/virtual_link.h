@@ -20,7 +20,8 @@ class VirtualLink : public platform::SerialLink, public platform::VirtualSource 
 
   // --- The tester's side. ---
   std::map<int, std::string> devices{{1, "/dev/ttyV0"}};  // port number to device; all lead to the one wire
-  platform::PortError refusesToOpen;                      // set: every opening fails with it
+  platform::PortError refusesToOpen;                      // set: every opening fails with it ...
+  int refusesAfter = 0;                                   // ... from this many good ones on
   void unplug();                                          // the adapter is pulled out
   bool dtr = true;                                        // the modem lines of the open port
   bool rts = true;
