@@ -49,7 +49,7 @@ std::map<std::string, Setter, std::less<>> settersOf(TargetOptions& o) {
   const auto text = [](std::string& field) { return [&field](const std::string& v) { return field = v, true; }; };
   const auto real = [](double& field) { return [&field](const std::string& v) { return toDouble(v, field); }; };
   const auto oneOf = [](std::string& field, std::vector<std::string> known) {
-    return [&field, known](const std::string& v) {
+    return [&field, known = std::move(known)](const std::string& v) {
       field = v;
       return std::find(known.begin(), known.end(), v) != known.end();
     };

@@ -123,12 +123,10 @@ void HexViewModel::move(HexKey key, bool selecting) {
     case HexKey::Right:
       if (selecting)
         place(at + 1, false, true);
-      else if (!caret_.lowDigit)
+      else if (!caret_.lowDigit || at >= lastAddress())
         place(at, true, false);
-      else if (at < lastAddress())
-        place(at + 1, false, false);
       else
-        place(at, true, false);
+        place(at + 1, false, false);
       break;
     case HexKey::Up:
       byLines(-1);

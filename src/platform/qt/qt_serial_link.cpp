@@ -31,8 +31,7 @@ QtSerialLink::QtSerialLink(EventLoop& loop, std::function<std::string(int)> devi
       goneEvent_(loop,
                  [this] {
                    const PortError error{PortError::Kind::Vanished, device_ + ": the port has vanished"};
-                   if (onStatus) onStatus(error);
-                   if (SerialLink::vanished_) SerialLink::vanished_(error);
+                   if (vanished_) vanished_(error);
                  }),
       deviceOf_(std::move(deviceOf)) {
   QObject::connect(&port_, &QSerialPort::readyRead, &port_, [this] { received_.raise(); });
@@ -76,7 +75,6 @@ PortError QtSerialLink::open() {
     error = openDevice(device);
   lines_ = {};
   if (!error) held_.opened(device);
-  if (onStatus) onStatus(error);
   return error;
 }
 

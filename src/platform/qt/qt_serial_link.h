@@ -38,9 +38,6 @@ class QtSerialLink : public SerialLink {
   void setDtr(bool on) override;
   void setRts(bool on) override;
 
-  // Every outcome of an open, and a device that vanished, for the line under the port box; None: the port is open.
-  std::function<void(const PortError&)> onStatus;
-
  private:
   PortError openDevice(const std::string& device);
   PortError apply(const LineSettings& line);

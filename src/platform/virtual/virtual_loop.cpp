@@ -12,7 +12,7 @@ void VirtualLoop::after(Millis time, std::function<void()> gesture) {
   const Instant when = now_ + time;
   const auto later = std::upper_bound(plans_.begin(), plans_.end(), when,
                                       [](Instant instant, const Plan& plan) { return instant < plan.when; });
-  plans_.insert(later, {when, std::move(gesture)});
+  plans_.insert(later, {.when = when, .gesture = std::move(gesture)});
 }
 
 std::optional<Instant> VirtualLoop::nextOutside() const {
