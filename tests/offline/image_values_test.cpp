@@ -82,7 +82,7 @@ TEST(FileBuffer, PutsTheDataImageWhereTheChipHasItsDataMemory) {
   const McuRecord& hazel = model("Hazel-H04");
   const FileBuffer both = prepareFileBuffer(hazel, {code, 0, 700, true}, {data, 0, 511, true});
   EXPECT_EQ(both.last, hazel.apEnd + 511);
-  EXPECT_EQ(both.data, (catalogue::AddressRange{hazel.dataStart, hazel.dataStart + 511}));
+  EXPECT_EQ(both.data, (kvr::catalogue::AddressRange{hazel.dataStart, hazel.dataStart + 511}));
   EXPECT_EQ(prepareFileBuffer(hazel, {code, 0, 9000, true}, {data, 0, 0, true}).last, 9000) << "no limit";
   EXPECT_EQ(prepareFileBuffer(model("Cedar-H20R"), {code, 0, 2000, true}, {data, 0, 511, true}).last, 2000)
       << "this family's boards take the code only";

@@ -119,6 +119,15 @@ TEST_F(Signs, PortAndBaudBoxesAndTheModelAreClosedAndStopWorksWhileAFileIsWaited
   EXPECT_TRUE(form.main.combCommPort.enabled());
 }
 
+// An adapter is plugged in the middle of the run and takes the number.
+TEST_F(Signs, ARunComesBackToTheDeviceThatItOpened) {
+  bench.insertChip(7);
+  bench.loop.after(Millis(1200), [&] { bench.link.devices[1] = "/dev/ttyV9"; });
+  ASSERT_TRUE(bench.press(form.download.comDownload[0]));
+  EXPECT_TRUE(bench.passed()) << bench.pane();
+  EXPECT_EQ(bench.link.device(), "/dev/ttyV0");
+}
+
 TEST_F(Signs, NothingStartsBetweenTheCloseOfTheWindowAndItsGoing) {
   const int opens = bench.link.opens;
   EXPECT_TRUE(form.queryUnload());
