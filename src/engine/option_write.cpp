@@ -10,6 +10,9 @@
 namespace kvr::engine {
 namespace {
 
+using catalogue::FirmwareVersion;
+using catalogue::OptionLayout;
+
 constexpr FirmwareVersion kOldestCompared{3, 2};  // older ones do not tell reliably what they hold
 constexpr FirmwareVersion kNewestWithoutWatchdog{3, 6};
 

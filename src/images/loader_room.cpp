@@ -127,7 +127,8 @@ void Loader::showLengths() {
 
 void Loader::tellIfNotProgrammed() {
   if (catalogue::hasDataFile(selected_.record) && !catalogue::dataFileIsProgrammed(selected_.record))
-    world_.dialogs.message(platform::kTitle, std::string(catalogue::kDataFileNotProgrammed), platform::BoxIcon::Warning);
+    world_.dialogs.message(platform::kTitle, std::string(catalogue::kDataFileNotProgrammed),
+                           platform::BoxIcon::Warning);
 }
 
 }  // namespace kvr::images
