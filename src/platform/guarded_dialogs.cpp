@@ -25,7 +25,7 @@ std::string GuardedDialogs::saveFile(const FileQuestion& question) {
 }
 
 WaitingDialogs::WaitingDialogs(EventLoop& loop, Dialogs& dialogs, Activity& activity)
-    : dialogs_(dialogs, activity), activity_(activity), turn_(loop, [this] { showWaiting(); }) {
+    : GuardedDialogs(dialogs, activity), activity_(activity), turn_(loop, [this] { showWaiting(); }) {
   turn_.setInterval(Millis(0));
   token_ = activity_.changed.watch([this] {
     if (!activity_.busy() && !waiting_.empty()) turn_.start();
@@ -33,7 +33,7 @@ WaitingDialogs::WaitingDialogs(EventLoop& loop, Dialogs& dialogs, Activity& acti
 }
 
 void WaitingDialogs::message(const std::string& title, const std::string& text, BoxIcon icon) {
-  if (!activity_.busy()) return dialogs_.message(title, text, icon);
+  if (!activity_.busy()) return GuardedDialogs::message(title, text, icon);
   const Message message{title, text, icon};
   if (std::find(waiting_.begin(), waiting_.end(), message) == waiting_.end()) waiting_.push_back(message);
 }
@@ -42,19 +42,19 @@ void WaitingDialogs::showWaiting() {
   if (activity_.busy() || waiting_.empty()) return;
   const Message next = waiting_.front();
   waiting_.pop_front();
-  dialogs_.message(next.title, next.text, next.icon);
+  GuardedDialogs::message(next.title, next.text, next.icon);
 }
 
 bool WaitingDialogs::askYesNo(const std::string& title, const std::string& text) {
-  return !activity_.busy() && dialogs_.askYesNo(title, text);
+  return !activity_.busy() && GuardedDialogs::askYesNo(title, text);
 }
 
 std::string WaitingDialogs::openFile(const FileQuestion& question) {
-  return activity_.busy() ? std::string() : dialogs_.openFile(question);
+  return activity_.busy() ? std::string() : GuardedDialogs::openFile(question);
 }
 
 std::string WaitingDialogs::saveFile(const FileQuestion& question) {
-  return activity_.busy() ? std::string() : dialogs_.saveFile(question);
+  return activity_.busy() ? std::string() : GuardedDialogs::saveFile(question);
 }
 
 }  // namespace kvr::platform

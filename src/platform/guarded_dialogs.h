@@ -31,16 +31,13 @@ class GuardedDialogs : public Dialogs {
 
 // For a room that lives beside the sequences and never is one. While someone else holds the guard, a message waits
 // until it is free, each text once; a question is answered No, or with no path, at once.
-class WaitingDialogs : public Dialogs {
+class WaitingDialogs : public GuardedDialogs {
  public:
   WaitingDialogs(EventLoop& loop, Dialogs& dialogs, Activity& activity);
   void message(const std::string& title, const std::string& text, BoxIcon icon) override;
   bool askYesNo(const std::string& title, const std::string& text) override;
   std::string openFile(const FileQuestion& question) override;
   std::string saveFile(const FileQuestion& question) override;
-  void help(const std::string& title, const std::string& text) override { dialogs_.help(title, text); }
-  void beep() override { dialogs_.beep(); }
-  void setBusy(bool busy) override { dialogs_.setBusy(busy); }
 
  private:
   struct Message {
@@ -50,7 +47,6 @@ class WaitingDialogs : public Dialogs {
     bool operator==(const Message&) const = default;
   };
   void showWaiting();
-  GuardedDialogs dialogs_;
   Activity& activity_;
   std::deque<Message> waiting_;
   Timer turn_;  // the guard is let go inside someone's last steps; the box comes after them
