@@ -64,12 +64,7 @@ bool OptionWrite::read(Contact& contact) {
   const Bytes frame = buildFrame(0x50, {}, c_.form());
   std::optional<Reply> reply;
   for (int i = 0; i < 3 && !reply && !c_.link.stopped(); ++i) {
-    c_.link.clearReceiveState();
-    if (i > 0) c_.link.delay(Millis(50));
-    c_.link.delay(Millis(5));
-    c_.link.write(frame);
-    c_.link.drain();
-    c_.link.delay(Millis(3));
+    c_.link.sendWithRoom(frame, Millis(i > 0 ? 55 : 5));
     reply = c_.link.awaitFrame(Millis(900), [&](const Reply& came) { return holdsOptions(contact, came); });
   }
   compose(contact);
@@ -106,11 +101,7 @@ bool OptionWrite::done() {
 }
 
 std::optional<Reply> OptionWrite::sendAndWait(const Bytes& frame, Millis limit) {
-  c_.link.clearReceiveState();
-  c_.link.delay(Millis(5));
-  c_.link.write(frame);
-  c_.link.drain();
-  c_.link.delay(Millis(3));
+  c_.link.sendWithRoom(frame);
   return c_.link.awaitFrame(limit);
 }
 

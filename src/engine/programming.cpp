@@ -46,11 +46,7 @@ bool Programming::eraseFirstGeneration(const Bytes& frame) {
   if (!link.reopen()) return false;
   bool erased = false;
   for (int i = 0; i < 3 && !erased && !link.stopped(); ++i) {
-    link.clearReceiveState();
-    link.delay(Millis(5));
-    link.write(frame);
-    link.drain();
-    link.delay(Millis(3));
+    link.sendWithRoom(frame);
     erased = link.awaitFrame(kFirstGenerationErase, mayAnswerErase).has_value();
   }
   if (erased) c_.view().append(" ( " + c_.elapsedText() + " )");

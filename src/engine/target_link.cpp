@@ -155,6 +155,14 @@ std::optional<Reply> TargetLink::exchange(std::span<const std::uint8_t> frame, M
   return awaitReply();
 }
 
+void TargetLink::sendWithRoom(std::span<const std::uint8_t> frame, Millis lead) {
+  clearReceiveState();
+  delay(lead);
+  write(frame);
+  drain();
+  delay(Millis(3));
+}
+
 void TargetLink::sendFixedLinkFrame(std::uint8_t command) {
   if (!isOpen() && open()) return;
   clearReceiveState();

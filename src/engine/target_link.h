@@ -43,9 +43,9 @@ inline constexpr const char* kPortFailed = "Open COM port failed!";
 inline constexpr const char* kPortFailedWhy =
     "The COM port is opened by another Program or the COM port does not exist.";
 
-// The message for a port that has gone.
 // Lets the time pass; ends at Stop. False: stopped.
 bool pause(const RunServices& services, Millis time);
+// The message for a port that has gone.
 std::string goneText(const platform::PortError& error);
 
 class TargetLink : public PortHolder {
@@ -88,6 +88,9 @@ class TargetLink : public PortHolder {
   // The same, to be waited for later with `awaitReply`: what is sent between them goes out after the frame.
   void send(std::span<const std::uint8_t> frame, Millis limit);
   [[nodiscard]] std::optional<Reply> awaitReply();
+  // For a chip that needs room around a frame: clears the receive state, keeps silent for `lead`, writes, and returns
+  // 3 ms after the last bit.
+  void sendWithRoom(std::span<const std::uint8_t> frame, Millis lead = Millis(5));
   // The fixed link's short frame, 82 (end of session) or 8A (sync). Opens a closed port for it.
   void sendFixedLinkFrame(std::uint8_t command);
   void endSession();  // 82, then 100 ms
