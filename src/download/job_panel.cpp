@@ -46,8 +46,6 @@ engine::Job readJob(const JobPanels& panels, bool fixedLink) {
   job.highestBaud = baudOf(panels.download.cobBaudMax);
   job.fixedLink = fixedLink;
   job.frameSize = engine::frameSizeOf(job.record(), fixedLink);
-  job.repeatSeconds = platform::wholeOf(panels.download.comDalay_ReDownLoad.text());
-  job.beep = panels.download.optBeepYes.value();
   return job;
 }
 

@@ -81,19 +81,6 @@ bool SendPlan::carries(std::int64_t address, std::uint8_t value, int blockSize) 
   return inside && at(address) == value;
 }
 
-namespace {
-
-// Calls `missing` with the chip address of each byte in question that does not go out.
-template <class Wanted, class Missing>
-void forMissing(const SendPlan& plan, const Job& job, const JobImage& image, std::int32_t base, Wanted wanted,
-                Missing missing) {
-  const std::int32_t last = std::max(image.rangeEnd, image.heldEnd);
-  for (std::int32_t at = std::max(image.rangeStart, 0); at <= last; ++at)
-    if (wanted(at) && !plan.carries(base + at, image.at(at), job.model.blockSize)) missing(base + at);
-}
-
-}  // namespace
-
 std::int64_t lostAtLoad(const JobImage& image) {
   std::int64_t count = image.blanked;
   for (std::int32_t at = image.rangeEnd + 1; at <= image.heldEnd; ++at)
@@ -103,12 +90,13 @@ std::int64_t lostAtLoad(const JobImage& image) {
 
 LeftOut leftOutOf(const SendPlan& plan, const Job& job) {
   LeftOut out;
-  const auto count = [&out](std::int32_t address) {
-    if (out.bytes++ == 0) out.from = address;
-  };
   const auto look = [&](const JobImage& image, std::int32_t base) {
-    forMissing(
-        plan, job, image, base, [&](std::int32_t at) { return image.at(at) != image.fill; }, count);
+    const std::int32_t last = std::max(image.rangeEnd, image.heldEnd);
+    for (std::int32_t at = std::max(image.rangeStart, 0); at <= last; ++at) {
+      const std::uint8_t byte = image.at(at);
+      if (byte == image.fill || plan.carries(base + at, byte, job.model.blockSize)) continue;
+      if (out.bytes++ == 0) out.from = base + at;
+    }
   };
   look(job.code, 0);
   if (job.data.loaded) look(job.data, job.record().dataStart);

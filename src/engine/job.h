@@ -46,8 +46,6 @@ struct Job {
   bool fixedLink = false;    // 115200 from the first byte, no negotiation
   int frameSize = 128;       // data bytes in one frame
 
-  int repeatSeconds = 0;  // between two chips
-  bool beep = true;       // after a success
   bool handOver = false;  // leaves the port open after a success, for the terminal
 
   const catalogue::McuRecord& record() const { return model.record; }
