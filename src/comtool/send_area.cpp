@@ -14,10 +14,6 @@ namespace {
 constexpr double kLongestInterval = 24.0 * 3600 * 1000;
 constexpr std::array<std::string_view, 4> kLineEnds{"", "\r", "\n", "\r\n"};
 
-std::span<const std::uint8_t> bytesOf(const std::string& text) {
-  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
-}
-
 }  // namespace
 
 SendArea::SendArea(const ToolContext& context, PortArea& port)
@@ -60,7 +56,7 @@ void SendArea::sendText(const std::string& text, bool asHex) {
   if (!port_.makeReady()) return;
   if (asHex) return sendHex(text);
   const int lineEnd = std::clamp(panel_.comb_LineEnd.listIndex(), 0, static_cast<int>(kLineEnds.size()) - 1);
-  write(bytesOf(text + std::string(kLineEnds[static_cast<std::size_t>(lineEnd)])));
+  write(platform::bytesOf(text + std::string(kLineEnds[static_cast<std::size_t>(lineEnd)])));
 }
 
 void SendArea::sendHex(const std::string& text) {
@@ -98,7 +94,7 @@ void SendArea::sendString(std::size_t index) {
 
 bool SendArea::sendKey(char32_t key) {
   if (!port_.holds()) return false;
-  write(bytesOf(utf8Of(key)));
+  write(platform::bytesOf(utf8Of(key)));
   return true;
 }
 

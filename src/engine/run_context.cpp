@@ -75,8 +75,8 @@ Outcome RunContext::outcome(RunKind kind, bool good, const LeftOut& leftOut) {
 
 std::string RunContext::elapsedText() const {
   const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(link.loop().now() - startMark_).count();
-  return "[" + platform::padLeft(std::to_string(seconds / 60 % 100), 2) + ":" +
-         platform::padLeft(std::to_string(seconds % 60), 2) + "]";
+  constexpr int kShown = 100 * 60;  // two digits of minutes
+  return "[" + platform::minutesText(seconds % kShown) + "]";
 }
 
 }  // namespace kvr::engine

@@ -1,8 +1,5 @@
 #include "offline/board_connection.h"
 
-#include <array>
-#include <cstdio>
-
 #include "offline/board_frames.h"
 #include "platform/text.h"
 
@@ -22,10 +19,7 @@ constexpr int kQueryRounds = 4;
 
 std::string waitedText(platform::Instant waited) {
   const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(waited).count();
-  std::array<char, 48> text{};
-  std::snprintf(text.data(), text.size(), "\nWaiting for the board: %02lld:%02lld",
-                static_cast<long long>(seconds / 60), static_cast<long long>(seconds % 60));
-  return text.data();
+  return "\nWaiting for the board: " + platform::minutesText(seconds);
 }
 
 }  // namespace

@@ -112,6 +112,17 @@ std::string padLeft(std::string_view text, int count, char fill) {
   return std::string(wanted - text.size(), fill) + std::string(text);
 }
 
+std::string minutesText(std::int64_t seconds) {
+  char text[40];
+  std::snprintf(text, sizeof text, "%02lld:%02lld", static_cast<long long>(seconds / 60),
+                static_cast<long long>(seconds % 60));
+  return text;
+}
+
+std::span<const std::uint8_t> bytesOf(std::string_view text) {
+  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
+
 std::int64_t roundEven(double value) {
   return static_cast<std::int64_t>(std::nearbyint(value));
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -27,6 +28,11 @@ std::uint32_t hexOf(std::string_view text);
 std::string hexText(std::uint32_t value, int digits = 1);
 // The last `count` characters of the text with zeros in front: "4F" gives "004F" for 4.
 std::string padLeft(std::string_view text, int count, char fill = '0');
+
+// Minutes and seconds: "01:25" for 85. Seconds are not negative.
+std::string minutesText(std::int64_t seconds);
+// The text's own bytes; they live as long as it does.
+std::span<const std::uint8_t> bytesOf(std::string_view text);
 
 // To the nearest whole number, an exact half to the even one.
 std::int64_t roundEven(double value);

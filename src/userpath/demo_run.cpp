@@ -1,8 +1,5 @@
 #include "userpath/demo_run.h"
 
-#include <array>
-#include <cstdio>
-
 #include "platform/text.h"
 #include "userpath/demo_data_frames.h"
 #include "userpath/demo_models.h"
@@ -16,14 +13,6 @@ using engine::Millis;
 constexpr int kRounds = 3;
 constexpr std::size_t kModelAt = 6;              // of the model number in its reply
 constexpr std::size_t kShortestModelReply = 11;  // with the sum and the end byte after it
-
-std::string minutesAndSeconds(platform::Instant time) {
-  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time).count();
-  std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), "%02lld:%02lld", static_cast<long long>(seconds / 60),
-                static_cast<long long>(seconds % 60));
-  return text.data();
-}
 
 }  // namespace
 
@@ -68,7 +57,8 @@ bool DemoRun::download() {
   for (int i = 0; i < 2; ++i)
     if (line_.ask(kDemoFinish)) continue;
   c_.say("Program OK.");
-  c_.say("Verify  OK ( Total: " + minutesAndSeconds(line_.loop().now() - began) + " )");
+  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(line_.loop().now() - began).count();
+  c_.say("Verify  OK ( Total: " + platform::minutesText(seconds) + " )");
   return true;
 }
 

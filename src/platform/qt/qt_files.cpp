@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "platform/qt/file_handle.h"
+#include "platform/text.h"
 
 namespace kvr::platform {
 namespace {
@@ -55,10 +56,6 @@ std::string leadOf(const FileHandle& file, off_t size, std::string_view header) 
   if (size == 0) return std::string(header);
   char last = '\n';
   return ::pread(file.number(), &last, 1, size - 1) == 1 && last != '\n' ? "\r\n" : "";
-}
-
-std::span<const std::uint8_t> bytesOf(const std::string& text) {
-  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
 
 std::optional<Bytes> readWhole(const std::string& path, std::size_t limit, BoundedCalls::Progress& progress) {
