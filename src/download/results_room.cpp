@@ -49,6 +49,11 @@ void ResultsRoom::end(const engine::Outcome& outcome, const std::string& model, 
   if (!outcome.box.empty()) world_.dialogs.message(platform::kTitle, outcome.box, platform::BoxIcon::Information);
 }
 
+void ResultsRoom::refuse(engine::RunKind kind, const std::string& why, const std::string& model) {
+  world_.dialogs.message(platform::kTitle, why, platform::BoxIcon::Warning);
+  end(engine::refused(kind, platform::trim(why)), model, {});
+}
+
 void ResultsRoom::forget() {
   if (panel_.verdict.value() > VerdictKind::Working) panel_.verdict.set(VerdictKind::Idle);
 }

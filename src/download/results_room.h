@@ -28,6 +28,8 @@ class ResultsRoom {
   // It has ended. Counts a success, writes the log, and only then shows the verdict; the beep is the last. A box that
   // the outcome brings is shown after all that.
   void end(const engine::Outcome& outcome, const std::string& model, const std::string& serialNumber);
+  // One that could not start, for a reason that a box tells first. The record has it without the blanks around it.
+  void refuse(engine::RunKind kind, const std::string& why, const std::string& model);
   // What the sign says belongs to another model, image or project.
   void forget();
 

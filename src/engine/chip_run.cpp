@@ -10,10 +10,6 @@ constexpr int kPings = 5;
 
 }  // namespace
 
-Outcome refused(RunKind kind, const std::string& words) {
-  return {.kind = kind, .ending = Ending::Refused, .words = words};
-}
-
 ChipRun::ChipRun(const Job& job, const RunServices& services, RunView& view)
     : job_(job),
       link_(services, view, job.port, sumFormOf(job.record())),
@@ -38,8 +34,7 @@ Outcome ChipRun::check() {
   begin();
   Learnt learnt = handshake_.runReadOnly();
   contact_ = std::move(learnt.contact);
-  if (learnt.connected && !job_.record().extSession)
-    for (int i = 0; i < kPings && !link_.stopped(); ++i) handshake_.ping();
+  if (learnt.connected) ping();
   return end(RunKind::Check, learnt.connected && contact_->optionsRead);
 }
 
@@ -76,9 +71,13 @@ bool ChipRun::connect() {
   return learnt.connected && settle(*contact_);
 }
 
+void ChipRun::ping() {
+  if (job_.record().extSession) return;
+  for (int i = 0; i < kPings && !link_.stopped(); ++i) handshake_.ping();
+}
+
 bool ChipRun::settle(Contact& contact) {
-  if (!job_.record().extSession)
-    for (int i = 0; i < kPings && !link_.stopped(); ++i) handshake_.ping();
+  ping();
   if (c_.stopped()) return false;
   if (!contact.chip.modelCodeKnown) {
     const bool read = optionWrite_.readPatiently(contact);

@@ -24,6 +24,7 @@ class ChipRun {
   void begin();
   bool programChip();
   bool connect();
+  void ping();
   bool settle(Contact& contact);
   bool firmwareSupported();
   bool planFits();
@@ -43,8 +44,5 @@ class ChipRun {
   LeftOut leftOut_;
   std::string box_;
 };
-
-// The outcome of a job that could not start.
-Outcome refused(RunKind kind, const std::string& words);
 
 }  // namespace kvr::engine

@@ -4,10 +4,8 @@
 
 namespace kvr::engine {
 
-std::string_view nameOf(Stage stage) {
-  static constexpr std::array<std::string_view, kStages> kNames = {
-      "prepare", "wait for power", "identify", "baud", "erase", "program", "finish", "options", "report"};
-  return kNames[static_cast<std::size_t>(stage)];
+Outcome refused(RunKind kind, const std::string& words) {
+  return {.kind = kind, .ending = Ending::Refused, .words = words};
 }
 
 platform::Micros Outcome::sinceAnswer() const {

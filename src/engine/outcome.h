@@ -17,7 +17,6 @@ enum class RunKind { Chip, Board, Demo, Trigger, Check };
 // Where a run is, or where it ended.
 enum class Stage { Prepare, Wait, Identify, Baud, Erase, Program, Finish, Options, Report };
 inline constexpr std::size_t kStages = 9;
-std::string_view nameOf(Stage stage);
 
 enum class Ending {
   Refused,       // could not start: nothing was sent
@@ -57,5 +56,8 @@ struct Outcome {
   bool passed() const { return ending == Ending::Passed || ending == Ending::PassedInPart; }
   platform::Micros sinceAnswer() const;  // from the chip's first answer to the end
 };
+
+// The outcome of a job that could not start.
+Outcome refused(RunKind kind, const std::string& words);
 
 }  // namespace kvr::engine

@@ -33,8 +33,7 @@ OfflineRoom::OfflineRoom(download::RunRoom room, platform::Dialogs& dialogs, con
 }
 
 void OfflineRoom::refuse(const std::string& words) {
-  dialogs_.message(platform::kTitle, words, platform::BoxIcon::Warning);
-  room_.results.end(engine::refused(engine::RunKind::Board, words), panels_.model.name(), {});
+  room_.results.refuse(engine::RunKind::Board, words, panels_.model.name());
 }
 
 void OfflineRoom::prepareBoard() {

@@ -4,9 +4,9 @@
 
 namespace kvr::userpath {
 
-DemoRoom::DemoRoom(download::RunRoom room, platform::Dialogs& dialogs, const download::JobPanels& panels,
-                   images::ImageRoom& images, platform::TextBox& textMsg, UserPathPanel& page)
-    : room_(room), dialogs_(dialogs), panels_(panels), images_(images), textMsg_(textMsg), page_(page) {
+DemoRoom::DemoRoom(download::RunRoom room, const download::JobPanels& panels, images::ImageRoom& images,
+                   platform::TextBox& textMsg, UserPathPanel& page)
+    : room_(room), panels_(panels), images_(images), textMsg_(textMsg), page_(page) {
   page_.com_Demo_DownLoad.onClick = [this] { program(false); };
   page_.com_Demo_Re_DownLoad.onClick = [this] { program(true); };
   page_.com_Demo_Stop.onClick = [this] { room_.services.stop.request(); };
@@ -30,8 +30,7 @@ void DemoRoom::program(bool repeat) {
   const download::PortTaken port(room_.services.lease);
   textMsg_.setFocus();
   if (!images_.state.imageValid) {
-    dialogs_.message(platform::kTitle, "  Please open code file. ", platform::BoxIcon::Warning);
-    room_.results.end(engine::refused(engine::RunKind::Demo, "Please open code file."), panels_.model.name(), {});
+    room_.results.refuse(engine::RunKind::Demo, "  Please open code file. ", panels_.model.name());
     return;
   }
   room_.lock.toBusy();

@@ -9,8 +9,8 @@ namespace kvr::userpath {
 
 class DemoRoom {
  public:
-  DemoRoom(download::RunRoom room, platform::Dialogs& dialogs, const download::JobPanels& panels,
-           images::ImageRoom& images, platform::TextBox& textMsg, UserPathPanel& page);
+  DemoRoom(download::RunRoom room, const download::JobPanels& panels, images::ImageRoom& images,
+           platform::TextBox& textMsg, UserPathPanel& page);
 
   // One download, or one after the other until a failure or Stop. Nothing when some other sequence is under way.
   void program(bool repeat);
@@ -22,7 +22,6 @@ class DemoRoom {
   bool stopped() const { return room_.services.stop.requested(); }
 
   download::RunRoom room_;
-  platform::Dialogs& dialogs_;
   download::JobPanels panels_;
   images::ImageRoom& images_;
   platform::TextBox& textMsg_;

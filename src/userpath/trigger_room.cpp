@@ -5,9 +5,9 @@
 
 namespace kvr::userpath {
 
-TriggerRoom::TriggerRoom(download::RunRoom room, platform::Dialogs& dialogs, const download::JobPanels& panels,
-                         download::DownloadRoom& download, UserPathPanel& page)
-    : room_(room), dialogs_(dialogs), panels_(panels), download_(download), page_(page) {
+TriggerRoom::TriggerRoom(download::RunRoom room, const download::JobPanels& panels, download::DownloadRoom& download,
+                         UserPathPanel& page)
+    : room_(room), panels_(panels), download_(download), page_(page) {
   page_.comSendUserCode.onClick = [this] { sendAndDownload(); };
   lockToken_ = room_.lock.changed.watch([this] { page_.comSendUserCode.setEnabled(room_.lock.free()); });
 }
@@ -21,13 +21,11 @@ bool TriggerRoom::sendCommand() {
   if (!running) return false;
   const download::PortTaken port(room_.services.lease);
   if (!panels_.images.state.imageValid) {
-    dialogs_.message(platform::kTitle, "Please open code file.", platform::BoxIcon::Warning);
-    room_.results.end(engine::refused(engine::RunKind::Trigger, "Please open code file."), panels_.model.name(), {});
+    room_.results.refuse(engine::RunKind::Trigger, "Please open code file.", panels_.model.name());
     return false;
   }
   if (const auto error = room_.services.lease.link().setSettings(settingsText(page_.userCodeLine()))) {
-    dialogs_.message(platform::kTitle, error.text, platform::BoxIcon::Warning);
-    room_.results.end(engine::refused(engine::RunKind::Trigger, error.text), panels_.model.name(), {});
+    room_.results.refuse(engine::RunKind::Trigger, error.text, panels_.model.name());
     return false;
   }
   room_.services.stop.clear();

@@ -9,8 +9,8 @@ namespace kvr::userpath {
 
 class TriggerRoom {
  public:
-  TriggerRoom(download::RunRoom room, platform::Dialogs& dialogs, const download::JobPanels& panels,
-              download::DownloadRoom& download, UserPathPanel& page);
+  TriggerRoom(download::RunRoom room, const download::JobPanels& panels, download::DownloadRoom& download,
+              UserPathPanel& page);
 
   // The command, 20 ms of silence, the download. Nothing when a sequence is under way. Also what the file watcher runs.
   void sendAndDownload();
@@ -19,7 +19,6 @@ class TriggerRoom {
   bool sendCommand();
   engine::Outcome send();
   download::RunRoom room_;
-  platform::Dialogs& dialogs_;
   download::JobPanels panels_;
   download::DownloadRoom& download_;
   UserPathPanel& page_;

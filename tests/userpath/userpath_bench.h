@@ -43,8 +43,8 @@ struct UserPathBench : support::EngineBench {
 
   kvr::images::ImagePanel& counterPanel = imageRoom.panel;
   UserPathPanel page;
-  DemoRoom demo{runs, dialogs, jobPanels, imageRoom, textMsg, page};
-  TriggerRoom trigger{runs, dialogs, jobPanels, downloads, page};
+  DemoRoom demo{runs, jobPanels, imageRoom, textMsg, page};
+  TriggerRoom trigger{runs, jobPanels, downloads, page};
 };
 
 // A chip with the routine is on the wire, and an image is ready for it.
