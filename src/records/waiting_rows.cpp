@@ -1,0 +1,122 @@
+#include "records/waiting_rows.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLockFile>
+#include <QSaveFile>
+#include <array>
+
+#include "records/row_texts.h"
+
+namespace kvr::records {
+namespace {
+
+struct Field {
+  const char* key;
+  std::string RunRow::*value;
+};
+
+constexpr std::array kFields{
+    Field{"run", &RunRow::run},
+    Field{"batch", &RunRow::batch},
+    Field{"station", &RunRow::station},
+    Field{"port", &RunRow::port},
+    Field{"adapter", &RunRow::adapter},
+    Field{"began", &RunRow::began},
+    Field{"stageSeconds", &RunRow::stageSeconds},
+    Field{"words", &RunRow::words},
+    Field{"chip", &RunRow::chip},
+    Field{"firmware", &RunRow::firmware},
+    Field{"factoryId", &RunRow::factoryId},
+    Field{"numbers", &RunRow::numbers},
+    Field{"codeSum", &RunRow::codeSum},
+    Field{"dataSum", &RunRow::dataSum},
+    Field{"program", &RunRow::programVersion},
+    Field{"operator", &RunRow::operatorName},
+};
+
+struct Waiting {
+  Reservation place;
+  RunRow row;
+};
+
+QByteArray lineOf(const Waiting& waiting) {
+  QJsonObject object;
+  for (const Field& field : kFields)
+    object.insert(QLatin1String(field.key), QString::fromStdString(waiting.row.*field.value));
+  object.insert("seconds", waiting.row.seconds);
+  object.insert("leftOut", static_cast<double>(waiting.row.bytesLeftOut));
+  object.insert("reserved", !waiting.place.run.empty());
+  object.insert("ordinal", static_cast<double>(waiting.place.ordinal));
+  return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+}
+
+Waiting waitingOf(const QJsonObject& object) {
+  Waiting waiting;
+  for (const Field& field : kFields)
+    waiting.row.*field.value = object.value(QLatin1String(field.key)).toString().toStdString();
+  waiting.row.verdict = Verdict::Failed;
+  waiting.row.seconds = object.value("seconds").toDouble();
+  waiting.row.bytesLeftOut = static_cast<std::int64_t>(object.value("leftOut").toDouble());
+  waiting.place.batch = waiting.row.batch;
+  waiting.place.ordinal = static_cast<std::int64_t>(object.value("ordinal").toDouble());
+  if (object.value("reserved").toBool()) waiting.place.run = waiting.row.run;
+  return waiting;
+}
+
+StoreFault handOver(RecordStore& store, const QByteArray& line) {
+  const QJsonDocument document = QJsonDocument::fromJson(line);
+  if (!document.isObject()) return {};  // half a line of a computer that lost its power: there is nothing in it to keep
+  const Waiting waiting = waitingOf(document.object());
+  return waiting.place.run.empty() ? store.addRun(waiting.row) : store.doubt(waiting.place, waiting.row);
+}
+
+QList<QByteArray> linesOf(const QString& path) {
+  QFile file(path);
+  QList<QByteArray> lines;
+  if (file.open(QIODevice::ReadOnly)) lines = file.readAll().split('\n');
+  lines.removeAll(QByteArray());
+  return lines;
+}
+
+bool replaceLines(const QString& path, const QList<QByteArray>& lines) {
+  if (lines.isEmpty()) return QFile::remove(path);
+  QSaveFile file(path);
+  return file.open(QIODevice::WriteOnly) && file.write(lines.join('\n') + '\n') > 0 && file.commit();
+}
+
+}  // namespace
+
+bool WaitingRows::keep(const Reservation& place, const RunRow& row) const {
+  const QString path = QString::fromStdString(path_);
+  if (!QDir().mkpath(QFileInfo(path).path())) return false;
+  QLockFile alone(path + ".lock");
+  if (!alone.tryLock(5000)) return false;
+  QList<QByteArray> lines = linesOf(path);
+  lines.append(lineOf({place, row}).trimmed());
+  return replaceLines(path, lines);
+}
+
+int WaitingRows::deliver(RecordStore& store) const {
+  const QString path = QString::fromStdString(path_);
+  if (!QFile::exists(path)) return 0;
+  QLockFile alone(path + ".lock");
+  if (!alone.tryLock(5000)) return 1;  // another station is at it, or keeps a row
+  QList<QByteArray> left;
+  bool reachable = true;
+  const QList<QByteArray> lines = linesOf(path);
+  for (const QByteArray& line : lines) {
+    const StoreFault fault = reachable ? handOver(store, line) : StoreFault{StoreFault::Kind::Unreachable, {}};
+    reachable = fault.kind != StoreFault::Kind::Unreachable;
+    if (!fault.none()) left << line;
+  }
+  // When the file cannot be written, its rows come again: the store knows them by their run.
+  return left.size() == lines.size() || replaceLines(path, left) ? static_cast<int>(left.size())
+                                                                 : static_cast<int>(lines.size());
+}
+
+}  // namespace kvr::records
