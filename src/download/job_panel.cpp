@@ -5,18 +5,6 @@
 namespace kvr::download {
 namespace {
 
-engine::JobImage imageOf(const images::ImageBuffer& buffer) {
-  const auto bytes = buffer.bytes();
-  return {.bytes = {bytes.begin(), bytes.end()},
-          .rangeStart = buffer.rangeStart,
-          .rangeEnd = buffer.rangeEnd,
-          .heldEnd = buffer.lastHeld(),
-          .blanked = buffer.blanked(),
-          .loaded = buffer.loaded,
-          .fill = 0,
-          .sum = buffer.sum};
-}
-
 std::vector<catalogue::AddressRange> numbersOf(const images::AutoIncrement& counter) {
   if (!counter.armed) return {};
   return {counter.field()};
@@ -32,8 +20,8 @@ engine::Job readJob(const JobPanels& panels, bool fixedLink) {
   engine::Job job;
   job.model = panels.model;
   job.imageValid = panels.images.state.imageValid;
-  job.code = imageOf(panels.images.state.CodeBuffer);
-  job.data = imageOf(panels.images.state.EepromBuffer);
+  job.code = engine::imageOf(panels.images.state.CodeBuffer);
+  job.data = engine::imageOf(panels.images.state.EepromBuffer);
   job.codeNumbers = numbersOf(panels.images.slots.code.counter);
   job.dataNumbers = numbersOf(panels.images.slots.data.counter);
   job.choices = panels.options.readPanel();

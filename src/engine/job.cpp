@@ -10,6 +10,18 @@ constexpr std::int32_t kLowestHz = 4500000, kHighestHz = 45000000;
 
 }  // namespace
 
+JobImage imageOf(const images::ImageBuffer& buffer) {
+  const auto bytes = buffer.bytes();
+  return {.bytes = {bytes.begin(), bytes.end()},
+          .rangeStart = buffer.rangeStart,
+          .rangeEnd = buffer.rangeEnd,
+          .heldEnd = buffer.lastHeld(),
+          .blanked = buffer.blanked(),
+          .loaded = buffer.loaded,
+          .fill = 0,
+          .sum = buffer.sum};
+}
+
 int highestBaudOf(const Job& job) {
   if (job.model.traits().oscillator == catalogue::Oscillator::External) return job.highestBaud;
   return std::min(job.highestBaud, job.baseFrequencyHz > 12000000 ? 57600 : 38400);

@@ -9,6 +9,7 @@
 
 #include "catalogue/address_range.h"
 #include "catalogue/selected_model.h"
+#include "images/image_buffer.h"
 #include "options/compose_options.h"
 
 namespace kvr::engine {
@@ -50,6 +51,9 @@ struct Job {
 
   const catalogue::McuRecord& record() const { return model.record; }
 };
+
+// The image that a buffer holds now.
+JobImage imageOf(const images::ImageBuffer& buffer);
 
 // The range's upper end, as far as the base frequency lets the internal oscillator's families go.
 int highestBaudOf(const Job& job);

@@ -45,6 +45,7 @@ struct Outcome {
   std::string words;             // why it did not pass; empty after a success
   std::string box;               // to be shown in a message box after the verdict; empty: none
   bool wrongModel = false;       // the image is not for this chip
+  bool portLost = false;         // the port did not open, or went away: the chip is not to blame
   std::optional<ChipSeen> chip;  // a chip (or board) has answered
   int baud = 0;                  // bit/s of the data; 0: it never came to that
   std::int32_t codeSum = 0, dataSum = 0;

@@ -21,6 +21,7 @@ bool RunContext::failNow(int beeps, const std::string& words) {
 }
 
 bool RunContext::failPort(int beeps) {
+  portFailed_ = true;
   fail(beeps, kPortFailed);
   say(kPortFailedWhy);
   return false;
@@ -66,6 +67,7 @@ Outcome RunContext::outcome(RunKind kind, bool good, const LeftOut& leftOut) {
                              : Ending::Failed,
           .stage = stage_,
           .words = good ? std::string() : words_,
+          .portLost = !good && (portFailed_ || !link.lostPort().empty()),
           .codeSum = job.code.sum,
           .dataSum = job.data.sum,
           .bytesLeftOut = leftOut.bytes,

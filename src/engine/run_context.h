@@ -51,6 +51,7 @@ class RunContext {
  private:
   void bookTime();
   std::string words_;
+  bool portFailed_ = false;
   Stage stage_ = Stage::Prepare;
   platform::Instant stageBegan_ = link.loop().now();
   platform::Instant startMark_{0};

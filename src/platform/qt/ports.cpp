@@ -39,6 +39,10 @@ std::map<int, std::string> entriesOf(const SettingsStore& store, const std::stri
 
 }  // namespace
 
+std::map<int, std::string> namedPorts(const SettingsStore& store) {
+  return entriesOf(store, "Ports");
+}
+
 std::vector<FoundDevice> findSerialDevices() {
   std::vector<FoundDevice> found;
   for (const auto& info : QSerialPortInfo::availablePorts())
@@ -47,7 +51,7 @@ std::vector<FoundDevice> findSerialDevices() {
 }
 
 bool Ports::rescan() {
-  PortMap map = assignPorts(entriesOf(store_, "Ports"), findSerialDevices(), entriesOf(store_, "PortMemory"));
+  PortMap map = assignPorts(namedPorts(store_), findSerialDevices(), entriesOf(store_, "PortMemory"));
   for (auto& entry : map)
     entry.present = !entry.device.empty() && QFileInfo::exists(QString::fromStdString(entry.device));
   bool changed = !scanned_;

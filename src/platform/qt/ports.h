@@ -25,6 +25,8 @@ class Ports {
   bool scanned_ = false;
 };
 
+// The entries of the section "Ports".
+std::map<int, std::string> namedPorts(const SettingsStore& store);
 // The serial devices that the system knows now.
 std::vector<FoundDevice> findSerialDevices();
 

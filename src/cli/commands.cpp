@@ -1,0 +1,11 @@
+#include "cli/command.h"
+
+namespace kvr::cli {
+
+std::vector<std::unique_ptr<Command>> allCommands() {
+  std::vector<std::unique_ptr<Command>> all;
+  for (const auto make : {makeProgramCommand, makeModelsCommand, makePortsCommand}) all.push_back(make());
+  return all;
+}
+
+}  // namespace kvr::cli

@@ -1,0 +1,34 @@
+#include "cli/job_arguments.h"
+
+namespace kvr::cli {
+namespace {
+
+const CLI::IsMember kRates({"1200", "2400", "4800", "9600", "14400", "19200", "28800", "38400", "57600", "115200"});
+
+}  // namespace
+
+void JobArguments::declare(CLI::App& app) {
+  const std::string what = "What the chip gets";
+  auto* model_ = app.add_option("--model", model, "Model of the chip; kvr models lists them")->group(what);
+  auto* project_ = app.add_option("--project", project, "Project file: model, options and images")->group(what);
+  auto* code_ = app.add_option("code", code, "Code file, Intel HEX or binary")->type_name("CODE");
+  auto* data_ = app.add_option("--data", data, "File for the Data Memory")->group(what);
+  app.add_option("--code-at", codeAt, "Address of the code file's first byte")->type_name("HEX")->group(what);
+  app.add_option("--data-at", dataAt, "Address of the data file's first byte")->type_name("HEX")->group(what);
+  app.add_option("--option", options, "An option of the chip; kvr options MODEL lists them")
+      ->type_name("KEY=VALUE")
+      ->allow_extra_args(false)
+      ->group(what);
+  app.add_option("--frequency", megahertz, "Of the internal oscillator, 4.5 to 45")->type_name("MHZ")->group(what);
+  app.add_flag("-y,--yes", yes, "Answer the questions about files and ranges with yes")->group(what);
+  project_->excludes(model_, code_, data_);
+}
+
+void JobArguments::declareLine(CLI::App& app) {
+  const std::string line = "The line";
+  app.add_option("--min-baud", firstBaud, "Rate of the first contact (2400)")->check(kRates)->group(line);
+  app.add_option("--max-baud", highestBaud, "Highest rate of the data (115200)")->check(kRates)->group(line);
+  app.add_flag("--fixed-link", fixedLink, "115200 from the first byte on")->group(line);
+}
+
+}  // namespace kvr::cli

@@ -1,0 +1,169 @@
+#include "cli/job_source.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+#include "catalogue/mcu_record.h"
+#include "options/option_table.h"
+#include "platform/text.h"
+#include "project/project_job.h"
+
+namespace kvr::cli {
+namespace {
+
+constexpr std::size_t kLargestProject = 4 << 20;  // both images in hexadecimal take a tenth of it
+constexpr const char* kYes = "Say --yes to go on all the same.";
+
+Problem wrongUse(std::string why, std::string next = {}) {
+  return {ExitCode::WrongUse, std::move(why), std::move(next)};
+}
+
+// Both buttons of a pair know whether they are chosen, as in a file that the window has saved.
+void defaultOptions(const catalogue::McuRecord& model, project::Header& options) {
+  const catalogue::FamilyTraits& traits = traitsOf(model);
+  for (const std::string_view key : project::optionKeysOf(traits)) {
+    const options::OptionRow* row = options::findRow(traits.panelSlot, key);
+    if (row && row->place.known()) options.push_back({std::string(key), row->text == "1" ? "True" : "False"});
+  }
+}
+
+platform::Bytes keptOf(const images::ImageBuffer& buffer) {
+  const auto count = std::clamp<std::int32_t>(buffer.rangeEnd + 1, 1, buffer.size());
+  const auto kept = buffer.bytes().first(static_cast<std::size_t>(count));
+  return {kept.begin(), kept.end()};
+}
+
+void place(images::ImageBuffer& buffer, const platform::Bytes& bytes, std::int32_t sum) {
+  buffer.put(0, bytes);
+  buffer.rangeStart = 0;
+  buffer.rangeEnd = buffer.fileEnd = static_cast<std::int32_t>(bytes.size()) - 1;
+  buffer.sum = sum;
+  buffer.loaded = true;
+}
+
+}  // namespace
+
+Problem findModel(const std::string& name, const catalogue::McuRecord*& model) {
+  model = catalogue::findByName(name);
+  if (model) return {};
+  std::vector<std::string> names;
+  for (const catalogue::McuRecord& row : catalogue::allRows()) {
+    if (platform::upper(row.name) == platform::upper(name)) {
+      model = catalogue::findByName(row.name);
+      return {};
+    }
+    names.emplace_back(row.name);
+  }
+  const std::string near = nearest(name, names);
+  return wrongUse(
+      "There is no model \"" + name + "\".",
+      near.empty() ? "`kvr models` lists them." : "Did you mean " + near + "? `kvr models` lists them all.");
+}
+
+Problem JobMaker::make(JobSource& source) {
+  if (arguments_.model.empty() && arguments_.project.empty())
+    return wrongUse("Name the chip with --model, or a project with --project.");
+  Problem problem = arguments_.project.empty() ? fromFiles(source) : fromProject(source);
+  if (problem) return problem;
+  for (const std::string& option : arguments_.options)
+    if (problem = setOption(option, source); problem) return problem;
+  settle(source);
+  return {};
+}
+
+// What a window would ask, or warn of in a box.
+Problem JobMaker::question(std::string why, JobSource& source) const {
+  if (!arguments_.yes) return {ExitCode::File, std::move(why), kYes};
+  source.remarks.push_back(std::move(why));
+  return {};
+}
+
+Problem JobMaker::fromProject(JobSource& source) {
+  const auto file = files_.read(arguments_.project, kLargestProject);
+  if (!file) return {ExitCode::File, "The project file cannot be read: " + arguments_.project, {}};
+  project::ReadProject read = project::readProject(*file, codec_);
+  if (!read.refusal.empty()) return {ExitCode::File, arguments_.project + ": " + read.refusal, {}};
+  if (!read.codeSound) return {ExitCode::File, "The check sum of code file is incorrect.", {}};
+  if (read.project.data && !read.dataSound) return {ExitCode::File, "The check sum of EEPROM file is incorrect.", {}};
+  if (read.old)
+    if (Problem asked = question("This is an old project file. Check each of its options.", source)) return asked;
+  if (read.dataMissing)
+    if (Problem asked = question("The project file names an EEPROM file, but does not hold its data.", source))
+      return asked;
+  source.project = std::move(read.project);
+  place(source.images.CodeBuffer, source.project.code, codeSumOf(source.project));
+  if (source.project.data) place(source.images.EepromBuffer, *source.project.data, dataSumOf(source.project));
+  return {};
+}
+
+Problem JobMaker::fromFiles(JobSource& source) {
+  const catalogue::McuRecord* model = nullptr;
+  if (Problem problem = findModel(arguments_.model, model)) return problem;
+  if (arguments_.code.empty()) return wrongUse("Name the code file.");
+  source.project.model = model->name;
+  defaultOptions(*model, source.project.options);
+  images::ImageState& state = source.images;
+  if (Problem problem = loadFile(arguments_.code, arguments_.codeAt, state.CodeBuffer, source.code, source))
+    return problem;
+  source.project.code = keptOf(state.CodeBuffer);
+  if (arguments_.data.empty()) return {};
+  if (!catalogue::hasDataFile(*model)) return wrongUse(source.project.model + " takes no data file.");
+  if (Problem problem = loadFile(arguments_.data, arguments_.dataAt, state.EepromBuffer, source.data, source))
+    return problem;
+  source.project.data = keptOf(state.EepromBuffer);
+  return catalogue::dataFileIsProgrammed(*model) ? Problem()
+                                                 : question(std::string(catalogue::kDataFileNotProgrammed), source);
+}
+
+Problem JobMaker::loadFile(const std::string& path, const std::string& at, images::ImageBuffer& buffer,
+                           images::ImageFile& file, JobSource& source) {
+  const catalogue::SelectedModel model = catalogue::describeModel(*catalogue::findByName(source.project.model));
+  const auto start = images::startAddress(at);
+  if (const std::string fault = images::checkStart(model.record, buffer.kind, start.value_or(INT64_MAX));
+      !fault.empty())
+    return wrongUse(fault);
+  const auto content = images::readContent(files_, path);
+  if (!content) return {ExitCode::File, images::faultText(images::FileFault::Unreadable, path), {}};
+  file = images::scanImageFile(path, *content,
+                               {.kind = buffer.kind,
+                                .start = static_cast<std::int32_t>(*start),
+                                .limit = model.record.bootEnd + 1,
+                                .size = buffer.size()});
+  if (file.fault != images::FileFault::None) return {ExitCode::File, images::faultText(file.fault, path), {}};
+  if (!file.hex.badLines.empty())
+    if (Problem asked = question(path + ": the checksum is incorrect:\n" + file.hex.badLines.front(), source))
+      return asked;
+  const images::RangeVerdict verdict = images::layFile(buffer, file, source.images.imageValid, model);
+  for (const std::string& text : verdict.messages)
+    if (Problem asked = question(path + ": " + text, source)) return asked;
+  buffer.mergeFile();
+  source.images.imageValid = buffer.loaded = true;
+  return {};
+}
+
+Problem JobMaker::setOption(const std::string& text, JobSource& source) const {
+  const std::size_t equals = text.find('=');
+  if (equals == std::string::npos) return wrongUse("--option " + text + ": write it as KEY=VALUE.");
+  const std::string key = text.substr(0, equals);
+  const catalogue::FamilyTraits& traits = traitsOf(*catalogue::findByName(source.project.model));
+  if (!options::findRow(traits.panelSlot, key)) return wrongUse("--option " + text + ": there is no such option.");
+  source.project.options.push_back({key, text.substr(equals + 1)});
+  return {};
+}
+
+// What a project does not keep, and the images as the files have filled them.
+void JobMaker::settle(JobSource& source) const {
+  engine::Job& job = source.job;
+  job = project::jobOf(source.project);
+  job.code = engine::imageOf(source.images.CodeBuffer);
+  job.data = engine::imageOf(source.images.EepromBuffer);
+  job.firstBaud = platform::wholeOf(arguments_.firstBaud);
+  job.highestBaud = platform::wholeOf(arguments_.highestBaud);
+  job.fixedLink = arguments_.fixedLink;
+  job.frameSize = engine::frameSizeOf(job.record(), arguments_.fixedLink);
+  const double hz = arguments_.megahertz.value_or(0) * 1e6;
+  job.wantedFrequencyHz = static_cast<std::int32_t>(platform::roundEven(std::clamp(hz, 0.0, 2e9)));
+}
+
+}  // namespace kvr::cli
