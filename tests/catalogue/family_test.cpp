@@ -1,7 +1,6 @@
 // That every family has every trait, and that the traits of a family do not contradict each other or its models.
 #include <gtest/gtest.h>
 
-#include <map>
 #include <set>
 
 #include "catalogue/mcu_record.h"
@@ -59,17 +58,6 @@ TEST(Families, HaveTraitsThatFitTheirModels) {
     EXPECT_TRUE(!r.noOptions || t.panelSlot > 2) << "what is fixed is told in the words of the table";
     EXPECT_TRUE(!r.quirks.secondLetter || t.letters.size() > 1);
     EXPECT_TRUE(!isLargerPart(r) || !t.offlineBoard || sizeFor(r, t.boardCode) > r.apEnd);
-  }
-}
-
-// H and L models are one part in two voltages.
-TEST(Families, GiveTwinsTheSameQuirks) {
-  std::map<std::string, const McuRecord*> twins;
-  for (const McuRecord& r : allRows()) {
-    std::string name(r.name);
-    name[name.find('-') + 1] = '*';
-    const ModelQuirks& one = twins.try_emplace(name, &r).first->second->quirks;
-    EXPECT_TRUE(one == r.quirks) << r.name;
   }
 }
 

@@ -53,23 +53,6 @@ TEST(Lookup, KnowsWhichModelsTakeADataFile) {
   EXPECT_TRUE(hasDataFile(record));
 }
 
-TEST(IspRanges, FollowFamilyAndBootBlock) {
-  const struct {
-    const char* name;
-    int ispStart, top;
-  } cases[] = {{"Birch-LFCA", 64512, 0xFBFF}, {"Birch-L80A", 64512, 32767},  {"Alder-H100D", 65536, 65535},
-               {"Alder-H80D", 57344, 32767},  {"Cedar-H50D", 62464, 20479},  {"Cedar-H40D", 63488, 16383},
-               {"Maple-HF4D", 63488, 63487},  {"Nutmeg-HF4D", 63488, 62463}, {"Oak-L10A", 63488, 4095},
-               {"Elm-H04", 5120, 1023},       {"Fir-H5FA", 28672, 24574},    {"Gum-H78", 28672, 30719},
-               {"Hazel-H18", 5120, 6143},     {"Ivy-HF8i", 62464, 63487},    {"Juniper-H38i", 13312, 14335},
-               {"Pine-H03E", 5120, 1016},     {"Sumac-H08A", 13312, 2047},   {"Rowan-HF0", 0, 61439}};
-  for (const auto& c : cases) {
-    const IspRange range = computeIspRange(*findByName(c.name));
-    EXPECT_EQ(range.ispStart, c.ispStart) << c.name;
-    EXPECT_EQ(range.top, c.top) << c.name;
-  }
-}
-
 TEST(DeviceTree, ShowsTheListedModelsOfTenSeries) {
   std::string order;
   for (const SeriesNode& node : deviceTree()) {

@@ -108,21 +108,5 @@ TEST(Wire, DoesToAUnitWhatThePlanSaysAndTellsTheDevice) {
   EXPECT_NEAR(static_cast<double>(cut.ends[3] - cut.ends[2]), 8146, 2);
 }
 
-TEST(Wire, HandsBytesOverInTheAdaptersPortions) {
-  Listener listener;
-  listener.answer.assign(70, 7);
-  WireConfig config;
-  config.adapterLatency = 16 * kMillisecond;
-  Wire wire(config);
-  wire.connect(&listener);
-  listener.settings = {115200, 'n'};
-  wire.open(listener.settings, 0);
-  wire.write(Bytes{0x16}, 0);
-  EXPECT_EQ(wire.available(87 + 62 * 87 - 100), 0);
-  EXPECT_EQ(wire.available(87 + 62 * 87 + 10), 62);
-  EXPECT_EQ(wire.available(20 * kMillisecond), 62);
-  EXPECT_EQ(wire.available(22 * kMillisecond), 70);
-}
-
 }  // namespace
 }  // namespace sim
