@@ -25,34 +25,48 @@ Bytes dataFile(const std::string& name) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
+// The first `count` bytes of a file that other tools wrote HEX files of.
+Bytes payload(std::size_t count) {
+  const Bytes all = dataFile("payload.bin");
+  return {all.begin(), all.begin() + static_cast<std::ptrdiff_t>(count)};
+}
+
+// Those bytes in records of one size, the last one first when asked to.
+std::string inRecords(std::size_t count, std::size_t size, int at, const char* lineEnd, bool descending) {
+  const Bytes all = payload(count);
+  std::string text;
+  for (std::size_t i = 0; i < count; i += size) {
+    const auto from = all.begin() + static_cast<std::ptrdiff_t>(i);
+    const Bytes piece(from, from + static_cast<std::ptrdiff_t>(std::min(size, count - i)));
+    const std::string line = hexRecord(at + static_cast<int>(i), piece) + lineEnd;
+    text = descending ? line + text : text + line;
+  }
+  return text + kEndRecord + lineEnd;
+}
+
 Bytes part(const HexScan& scan, std::int32_t first, std::size_t count) {
   return {scan.layer.bytes.begin() + first, scan.layer.bytes.begin() + first + static_cast<std::ptrdiff_t>(count)};
 }
 
-// Address records are data, and the caller is told of them.
-TEST(HexScan, ReadsWhatToolsWrite) {
-  const Bytes payload = dataFile("payload.bin");
-  const struct {
-    const char* name;
-    std::int32_t at;
-    std::size_t count;
-    std::size_t covered;  // bytes at the head that a start address, which comes last, lies upon
-    int extended;
-  } files[] = {{"records_1.hex", 0, 64, 0, 1},        {"records_255.hex", 0, 700, 0, 1},
-               {"records_17_crlf.hex", 0, 700, 0, 1}, {"descending.hex", 0xE000, 300, 0, 1},
-               {"linear_start.hex", 0, 64, 4, 2},     {"segmented_start.hex", 0, 64, 4, 2}};
-  for (const auto& file : files) {
-    SCOPED_TRACE(file.name);
-    const HexScan result = scanHex(dataFile(file.name), 0, 0x10000, kSize);
-    const auto head = static_cast<std::ptrdiff_t>(file.covered);
-    EXPECT_EQ(part(result, file.at + static_cast<std::int32_t>(file.covered), file.count - file.covered),
-              Bytes(payload.begin() + head, payload.begin() + static_cast<std::ptrdiff_t>(file.count)));
+TEST(HexScan, ReadsRecordsOfEverySizeAndOrder) {
+  const HexScan tool = scanHex(dataFile("records_255.hex"), 0, 0x10000, kSize);
+  EXPECT_EQ(part(tool, 0, 700), payload(700));
+  EXPECT_EQ(tool.badSums, 0);
+  EXPECT_EQ(tool.extendedRecords, 1) << "an address record is data, and told";
+  for (const auto& [size, at, end, descending] :
+       {std::tuple(1, 0, "\n", false), {17, 0x1235, "\r\n", false}, {32, 0xE000, "\n", true}}) {
+    const HexScan result = scan(inRecords(300, static_cast<std::size_t>(size), at, end, descending));
+    EXPECT_EQ(part(result, at, 300), payload(300)) << size;
     EXPECT_EQ(result.badSums, 0);
-    EXPECT_EQ(result.extendedRecords, file.extended);
-    EXPECT_EQ(result.overlappingBytes, file.covered);
+    EXPECT_EQ(result.overlappingBytes, 0);
+    EXPECT_EQ(result.layer.written[static_cast<std::size_t>(at) + 300], 0);
   }
-  const HexScan holes = scanHex(dataFile("holes_odd_offset.hex"), 0, 0x10000, kSize);
-  for (const int at : {99, 100, 132, 133}) EXPECT_EQ(holes.layer.written[0x1235 + at], at == 99 || at == 133) << at;
+  for (const int type : {3, 5}) {  // a start address, which comes last, lies upon the head
+    const HexScan result = scan(hexRecord(0, payload(16)) + "\n" + hexRecord(0, {1, 2, 3, 4}, type) + "\n");
+    EXPECT_EQ(part(result, 0, 5), (Bytes{1, 2, 3, 4, payload(5)[4]}));
+    EXPECT_EQ(result.extendedRecords, 1);
+    EXPECT_EQ(result.overlappingBytes, 4);
+  }
 }
 
 TEST(HexScan, EndsLinesWithAnyLineEndAndAtTheEndRecord) {

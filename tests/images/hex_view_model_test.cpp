@@ -64,18 +64,6 @@ TEST_F(ModelTest, KeysMoveTheCaretAndKeepItInView) {
   EXPECT_EQ(model.caret(), at(0x100));
 }
 
-TEST_F(ModelTest, ADigitChangesItsHalfOfTheByte) {
-  model.click(at(0x5A), false);
-  EXPECT_EQ(model.digit(U'f'), (HexEdit{0x5A, 0xFA}));
-  model.click(at(0x5A, true), false);
-  EXPECT_EQ(model.digit(U'0'), (HexEdit{0x5A, 0x50}));
-  for (const char32_t other : {U'g', U' ', U'/', U':', U'@', U'G', char32_t{0xFF11}}) EXPECT_FALSE(model.digit(other));
-  model.stepOn();
-  EXPECT_EQ(model.caret(), at(0x5B));
-  model.click(at(0x5D), true);
-  EXPECT_FALSE(model.digit(U'0')) << "several bytes are selected";
-}
-
 TEST_F(ModelTest, FindsBothWaysAndAroundTheEnd) {
   model.click(at(0x20), false);
   for (const int found : {0x110, 0x210, 0x310, 0x10}) {
@@ -91,19 +79,6 @@ TEST_F(ModelTest, FindsBothWaysAndAroundTheEnd) {
     EXPECT_TRUE(model.find({0xE5, 0xE6, 0xE7}, forward));
     EXPECT_EQ(model.caret().address, forward ? 0xE5 : 997) << "the nearest in its direction";
   }
-}
-
-TEST_F(ModelTest, ReadsPatternsGoesToAddressesAndCopies) {
-  EXPECT_EQ(findPattern("1 2,34ab", false), (Bytes{1, 2, 0x34, 0xAB}));
-  EXPECT_EQ(findPattern("12 xy", false), Bytes{});
-  EXPECT_TRUE(model.goTo(" 0x2a0 "));
-  EXPECT_EQ(model.caret(), at(0x2A0));
-  EXPECT_TRUE(model.goTo("10H"));
-  for (const auto* bad : {"", "3E8", "xyz", "1 2", "FFFFFFFFF"}) EXPECT_FALSE(model.goTo(bad)) << bad;
-  EXPECT_EQ(model.caret(), at(0x10));
-  model.click(at(0x41), false);
-  model.click(at(0x51), true);
-  EXPECT_EQ(model.copyHex(), "41 42 43 44 45 46 47 48 49 4A 4B 4C 4D 4E 4F 50\n51");
 }
 
 TEST_F(ModelTest, CellsTellWhereTheirBytesComeFrom) {
@@ -169,17 +144,6 @@ TEST_F(ViewTest, NothingIsChangedInARunOrWithoutAnImage) {
   pane.userType(U'5');
   EXPECT_EQ(bench.boxes().back(), " Please open code file.");
   EXPECT_EQ(code.at(0), 0);
-}
-
-TEST_F(ViewTest, EachViewHasItsImageAndTheLengthBoxTellsOfTheOneThatWasDrawnLast) {
-  bench.dialogs.yesNo = {true};
-  bench.room.panel.tetDataFlash2.userType(U'7');
-  EXPECT_EQ(bench.room.state.EepromBuffer.at(0), 0x70);
-  EXPECT_EQ(code.at(0), 0);
-  bench.room.panel.vscFile[1].userScroll(1);
-  EXPECT_EQ(bench.room.panel.txt_length.text(), "400");
-  bench.room.panel.vscFile[0].userScroll(7);
-  EXPECT_EQ(bench.room.panel.txt_length.text(), "FA0");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "catalogue/selected_model.h"
 #include "images/image_room.h"
+#include "tests/support/hex_record.h"
 #include "tests/support/memory_services.h"
 #include "tests/support/no_link.h"
 
@@ -73,22 +74,6 @@ struct ImagesBenchOn : support::MemoryServices<Loop> {
 };
 using ImagesBench = ImagesBenchOn<platform::VirtualLoop>;
 
-// A HEX record with its check sum, without a line end.
-inline std::string hexRecord(int address, const platform::Bytes& data, int type = 0) {
-  platform::Bytes all{static_cast<std::uint8_t>(data.size()), static_cast<std::uint8_t>(address >> 8),
-                      static_cast<std::uint8_t>(address), static_cast<std::uint8_t>(type)};
-  all.insert(all.end(), data.begin(), data.end());
-  std::uint8_t sum = 0;
-  std::string text = ":";
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  const auto add = [&](std::uint8_t byte) { (text += digits[byte >> 4]) += digits[byte & 15]; };
-  for (const auto byte : all) {
-    sum = static_cast<std::uint8_t>(sum + byte);
-    add(byte);
-  }
-  add(static_cast<std::uint8_t>(0x100 - sum));
-  return text;
-}
-inline const std::string kEndRecord = ":00000001FF";
+using support::hexRecord, support::kEndRecord;
 
 }  // namespace kvr::images

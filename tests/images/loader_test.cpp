@@ -34,17 +34,6 @@ TEST_F(LoaderTest, OpensABinaryByItsButtonAndShowsWhatItIs) {
   EXPECT_NE(panel.labFileInfo.caption().find("2030-01-01 12:00:00"), std::string::npos);
 }
 
-TEST_F(LoaderTest, DialogStartsAtTheLastFileAsLongAsItExists) {
-  bench.openCode("/work/fw.bin", counting(4));
-  EXPECT_EQ(bench.dialogs.shown.front().text, "/program|");
-  bench.openData("/work/table.bin", counting(4));
-  bench.dialogs.shown.clear();
-  panel.comLoadFile.press();
-  EXPECT_EQ(bench.dialogs.shown.front().text, "/work/fw.bin|fw.bin");
-  EXPECT_EQ(bench.store.getOr("Settings", "FilePath", ""), "/program") << "a cancelled dialog forgets the code file";
-  EXPECT_EQ(bench.store.getOr("Settings", "DataFilePath", ""), "/work/table.bin");
-}
-
 TEST_F(LoaderTest, ThePathOfATakenFileIsOnTheDiskAtOnceAndAbsolute) {
   bench.files.put("/current/rel.bin", counting(4));
   bench.room.opener.open("rel.bin", ImageKind::Code);

@@ -1,7 +1,8 @@
 #include "tests/soak/user.h"
 
 #include <algorithm>
-#include <cstdio>
+
+#include "tests/support/hex_record.h"
 
 namespace kvr::soak {
 
@@ -15,27 +16,6 @@ UserFile binaryFile(Random& random, const std::string& path, std::size_t size) {
   return file;
 }
 
-namespace {
-
-std::string record(std::size_t address, int type, const platform::Bytes& data) {
-  char text[8];
-  std::string line = ":";
-  unsigned sum = 0;
-  const auto add = [&](unsigned byte) {
-    std::snprintf(text, sizeof text, "%02X", byte & 255);
-    line += text;
-    sum += byte;
-  };
-  for (const unsigned byte : {static_cast<unsigned>(data.size()), static_cast<unsigned>(address >> 8 & 255),
-                              static_cast<unsigned>(address & 255), static_cast<unsigned>(type)})
-    add(byte);
-  for (const std::uint8_t byte : data) add(byte);
-  add(256 - (sum & 255));
-  return line + "\r\n";
-}
-
-}  // namespace
-
 UserFile hexFile(Random& random, const std::string& path, std::size_t size) {
   UserFile file{path, {}, Meant(size)};
   std::string text;
@@ -43,9 +23,9 @@ UserFile hexFile(Random& random, const std::string& path, std::size_t size) {
     if (at > 0 && at + 16 < size && random() % 8 == 0) continue;
     platform::Bytes data(std::min<std::size_t>(16, size - at));
     for (std::size_t i = 0; i < data.size(); ++i) file.meant[at + i] = data[i] = static_cast<std::uint8_t>(random());
-    text += record(at, 0, data);
+    text += support::hexRecord(static_cast<int>(at), data) + "\r\n";
   }
-  text += record(0, 1, {});
+  text += support::kEndRecord + "\r\n";
   file.bytes.assign(text.begin(), text.end());
   return file;
 }
@@ -110,20 +90,6 @@ std::string User::start(platform::Button& button, platform::Button& stopButton) 
     if (!*done) stopButton.press();
   });
   return loop.runUntil([&] { return *done; }, std::chrono::minutes(5)) ? "" : "hangs; ";
-}
-
-void User::connectBoard(const sim::BoardConfig& config, Millis after) {
-  wire.connect(nullptr);
-  board = std::make_unique<sim::Board>(config);
-  wire.connect(board.get());
-  board->powerOn((loop.now() + after).count());
-}
-
-void User::connectDemo(const sim::DemoConfig& config) {
-  wire.connect(nullptr);
-  demo = std::make_unique<sim::DemoFirmware>(config);
-  wire.connect(demo.get());
-  demo->powerOn(loop.now().count());
 }
 
 std::string User::notAtRest() const {
