@@ -27,12 +27,10 @@ void setUp(EngineBench& bench, const std::string& model) {
   bench.loadCode(3, 1500);
 }
 
-std::vector<sim::Unit> recordGoodRun(const std::string& model) {
-  EngineBench bench;
+void runWell(EngineBench& bench, const std::string& model) {
   setUp(bench, model);
   EXPECT_TRUE(bench.program());
   EXPECT_TRUE(bench.passed()) << model << bench.text();
-  return bench.wire.log();
 }
 
 // `splitEverywhere`: a gap in front of each byte, not only of the first 24.
@@ -74,7 +72,9 @@ TEST(WireFaults, EveryFrameOfAGoodRunFaultedInEveryWay) {
   int runs = 0, passed = 0, stoppedByHand = 0, wrongs = 0;
   for (const std::string& model : kModels) {
     std::set<std::tuple<Direction, int, std::size_t>> seen;  // one frame of each kind and size is enough
-    for (const sim::Unit& unit : recordGoodRun(model)) {
+    EngineBench good;
+    runWell(good, model);
+    for (const sim::Unit& unit : good.wire.log()) {
       const bool first = unit.bytes.size() > 5 && seen.emplace(unit.direction, unit.bytes[5], unit.bytes.size()).second;
       for (const Fault& fault : faultsOf(unit, first)) {
         sim::WireConfig config{.keepLog = false};
@@ -153,22 +153,14 @@ TEST(WireFaults, ALateAnswerIsNotTakenForThatOfALikeBlock) {
   }
 }
 
-// The moments at which a run waits: around every frame and between them.
-std::set<int> momentsOf(const std::string& model) {
-  std::set<int> moments;
-  for (const sim::Unit& unit : recordGoodRun(model))
-    if (unit.bytes.size() > 2)
-      for (const sim::Micros at : {unit.start - 2000, unit.start + 1000, unit.end + 1000, unit.end + 12000})
-        moments.insert(static_cast<int>(std::max<sim::Micros>(at, 0) / 1000));
-  return moments;
-}
-
 // A run of each model, met at each of its moments by what `meet` plans; one that does not pass must end within `limit`
 // of it and say one of the two.
 void meetEveryRun(const std::function<void(EngineBench&, Millis)>& meet, Millis limit, const char* words,
                   const char* orWords) {
-  for (const std::string& model : kModels)
-    for (const int moment : momentsOf(model)) {
+  for (const std::string& model : kModels) {
+    EngineBench good;
+    runWell(good, model);
+    for (const int moment : good.moments()) {
       SCOPED_TRACE(model + " at " + std::to_string(moment) + " ms");
       EngineBench bench;
       setUp(bench, model);
@@ -182,6 +174,7 @@ void meetEveryRun(const std::function<void(EngineBench&, Millis)>& meet, Millis 
       EXPECT_LT(end - Millis(moment), limit) << bench.text();
       EXPECT_TRUE(bench.says(words) || bench.says(orWords)) << bench.text();
     }
+  }
 }
 
 TEST(StopButton, EndsTheRunAtEveryWaitAndLeavesAUsableWindow) {

@@ -41,13 +41,7 @@ struct Heard : SilentView {
 
 struct RunBench : support::VirtualWorld {
   explicit RunBench(const sim::WireConfig& config = {}) : VirtualWorld(config) {}
-  sim::Chip& insert(const sim::ChipConfig& config) {
-    wire.connect(nullptr);
-    chip = std::make_unique<sim::Chip>(config);
-    wire.connect(chip.get());
-    chip->powerOn((loop.now() + Millis(200)).count());
-    return *chip;
-  }
+  sim::Chip& insert(const sim::ChipConfig& config) { return insertChip(config, Millis(200)); }
   Outcome program(const Job& job) {
     stop.clear();
     return ChipRun(job, services, view).program();
@@ -60,7 +54,6 @@ struct RunBench : support::VirtualWorld {
   PortLease lease{loop, link};
   RunServices services{loop, clock, lease, stop};
   Heard view;
-  std::unique_ptr<sim::Chip> chip;
 };
 
 sim::ChipConfig chipFor(std::string_view model, std::uint64_t seed = 1) {

@@ -62,16 +62,6 @@ TEST(Session, ShowsItsVerdictAtTheRightMomentsOnly) {
   EXPECT_EQ(verdictsOf(bad), (std::vector{VerdictKind::Waiting, VerdictKind::Working, VerdictKind::Fail}));
 }
 
-TEST(Session, AsksForAFileBeforeItTouchesAnything) {
-  EngineBench bench;
-  bench.select("Ivy-HF0S");
-  ASSERT_TRUE(bench.program());
-  ASSERT_EQ(bench.dialogs.shown.size(), 1u);
-  EXPECT_EQ(bench.dialogs.shown[0].text, "    Please open code file.   ");
-  EXPECT_EQ(bench.link.opens, 0);
-  EXPECT_EQ(bench.notAtRest(), "");
-}
-
 TEST_F(OneRun, HintsAfterFourSecondsOnceAndStillCatchesTheChipAnHourLater) {
   bench.insertChip(Millis(3600000));
   bench.loop.after(Millis(3990), [&] { EXPECT_FALSE(bench.says("Connection is failed.")); });
@@ -102,35 +92,6 @@ TEST(Session, RefusesAWrongModelAndForgetsTheImage) {
     EXPECT_FALSE(other.images.imageValid);
     EXPECT_EQ(other.chip->erases(), 0);
   }
-}
-
-TEST_F(OneRun, LeavesThePortToTheTerminalAfterAGoodRun) {
-  bool lockHeld = true, lampOn = true;
-  bench.terminalWantsPort = true;
-  bench.takePort = [&] {
-    lockHeld = bench.lock.busy();
-    lampOn = bench.imgOpen_sys.on();
-  };
-  ASSERT_TRUE(bench.program());
-  EXPECT_TRUE(bench.passed()) << bench.text();
-  EXPECT_FALSE(lockHeld) << "the terminal opens nothing while a run is on";
-  EXPECT_FALSE(lampOn) << "the terminal may have another port";
-}
-
-TEST_F(OneRun, KeepsOldFirmwareAway) {
-  sim::ChipConfig config = sim::configFor(*catalogue::findByName("Ivy-HF0S"));
-  config.firmware = 0x49;
-  bench.insertChip(config);
-  ASSERT_TRUE(bench.program());
-  EXPECT_EQ(bench.panel.verdict.value(), VerdictKind::Fail);
-  ASSERT_EQ(bench.dialogs.shown.size(), 1u);
-  EXPECT_EQ(bench.dialogs.shown[0].text,
-            "Sorry, the current program does not support the MCU or Firmware Version is too low.");
-  EXPECT_EQ(bench.chip->erases(), 0);
-  config.firmware = 0xD5;  // no number
-  bench.insertChip(config);
-  ASSERT_TRUE(bench.program());
-  EXPECT_EQ(bench.chip->erases(), 1);
 }
 
 // A frame that failed its sum long before must not bring back the short limit.
@@ -203,37 +164,6 @@ TEST(Session, GoesDownToTheThirdCandidateAndNoFurther) {
   }
 }
 
-TEST(Session, RepeatsWithACountDownUntilAChipFails) {
-  EngineBench bench;
-  setUp(bench, "Cedar-HF8D");
-  bench.panel.comDalay_ReDownLoad.setText("2");
-  int rounds = 0;
-  bench.results.writeLog = [&](const download::RunRecord& record) {
-    bench.records.push_back(record);
-    if (!record.outcome.passed()) return;
-    bench.loop.after(Millis(1200), [&] {
-      EXPECT_TRUE(bench.says("\n\nProgram succeed.\n\nAfter a few seconds, re-connection will continue.  1"))
-          << bench.text();
-      ++rounds;
-      bench.insertChip(Millis(1500), static_cast<std::uint64_t>(rounds + 2));
-      if (rounds == 3) bench.chip->config().faults.silentErase = true;
-    });
-  };
-  ASSERT_TRUE(bench.press(bench.panel.comDownload[1]));
-  EXPECT_EQ(bench.panel.txtWrite_OK_Count.text(), " 3");
-  EXPECT_EQ(bench.records.size(), 4u);
-  EXPECT_EQ(bench.panel.verdict.value(), VerdictKind::Fail);
-  EXPECT_EQ(bench.notAtRest(), "");
-}
-
-TEST_F(OneRun, ReadsAChipWithoutTouchingIt) {
-  ASSERT_TRUE(bench.press(bench.panel.comReadChipLock));
-  EXPECT_TRUE(bench.says("MCU Type is: Ivy-HF0S")) << bench.text();
-  EXPECT_EQ(bench.chip->erases(), 0);
-  EXPECT_EQ(bench.panel.verdict.value(), VerdictKind::Idle);
-  EXPECT_EQ(bench.notAtRest(), "");
-}
-
 TEST_F(OneRun, StartsNothingWhileSomethingRuns) {
   bench.loop.after(Millis(600), [&] {
     bench.downloads.program();
@@ -245,17 +175,6 @@ TEST_F(OneRun, StartsNothingWhileSomethingRuns) {
   expectGood(bench);
   EXPECT_EQ(bench.records.size(), 1u);
   EXPECT_EQ(bench.chip->erases(), 1);
-}
-
-TEST(Session, ProgramsOnTheFixedLink) {
-  for (const char* name : {"Cedar-HF8D", "Birch-L80A", "Fir-H10A"}) {
-    EngineBench bench;
-    setUp(bench, name);
-    ASSERT_TRUE(bench.press(bench.panel.Command2));
-    expectGood(bench);
-    EXPECT_TRUE(bench.says("Current Baud is: 115200 bps.")) << bench.text();
-    EXPECT_FALSE(bench.panel.cheTL.value());
-  }
 }
 
 // The blocks of a download, frame by frame: bytes out, the chip's own work, the first byte of its answer, and the 10 ms

@@ -2,9 +2,8 @@
 // bytes.
 #include <gtest/gtest.h>
 
-#include <set>
-
 #include "tests/support/engine_bench.h"
+#include "tests/support/models.h"
 
 namespace kvr {
 namespace {
@@ -13,14 +12,6 @@ using support::EngineBench;
 
 constexpr double kClocks[] = {11059200, 22118400, 18432000, 6000000, 12000000, 24000000, 33177600};
 const char* const kFirstRates[] = {"2400", "1200", "9600", "4800"};
-
-std::vector<std::string> modelNames() {
-  std::vector<std::string> names;
-  std::set<std::string_view> seen;
-  for (const auto& row : catalogue::allRows())
-    if (seen.insert(row.name).second) names.emplace_back(row.name);
-  return names;
-}
 
 std::string programOne(const std::string& name, std::uint64_t seed) {
   EngineBench bench;
@@ -41,14 +32,14 @@ std::string programOne(const std::string& name, std::uint64_t seed) {
 }
 
 TEST(Sweep, EveryModelIsProgrammedByteForByte) {
-  const auto names = modelNames();
-  EXPECT_EQ(names.size(), 780u);
+  const auto models = support::everyModel();
+  EXPECT_EQ(models.size(), 780u);
   std::uint64_t seed = 1;
   int failed = 0;
-  for (const std::string& name : names) {
-    const std::string faults = programOne(name, seed++);
+  for (const auto* model : models) {
+    const std::string faults = programOne(std::string(model->name), seed++);
     if (faults.empty()) continue;
-    ADD_FAILURE() << name << " (seed " << seed - 1 << "): " << faults;
+    ADD_FAILURE() << model->name << " (seed " << seed - 1 << "): " << faults;
     if (++failed > 100) break;
   }
 }

@@ -60,13 +60,6 @@ struct OfflineBench : support::EngineBench {
     board.powerOn((loop.now() + powerAfter).count());
     page.comTJXZ.press();
   }
-  int lines(std::string_view line) const {
-    int count = 0;
-    const std::string all = "\n" + textMsg.text() + "\n";
-    const std::string wanted = "\n" + std::string(line) + "\n";
-    for (auto at = all.find(wanted); at != std::string::npos; at = all.find(wanted, at + 1)) ++count;
-    return count;
-  }
   bool saidOk() const { return lines("Program OK.") + lines("Download OK. / 下载成功。") > 0; }
   std::string lastMessage() const { return dialogs.shown.empty() ? "" : dialogs.shown.back().text; }
   bool idle() const { return notAtRest().empty(); }

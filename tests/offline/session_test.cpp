@@ -190,18 +190,6 @@ TEST(OfflineSession, StopsAtOnceWhereverItWaits) {
   }
 }
 
-TEST(OfflineSession, EndsWhenTheAdapterIsPulledOut) {
-  OfflineBench bench;
-  bench.loadNoise(50000);
-  bench.loop.after(Millis(8000), [&] { bench.link.unplug(); });
-  bench.run();
-  EXPECT_TRUE(bench.says("The COM port has been lost: "));
-  EXPECT_EQ(bench.lines("Operation stopped. "), 0) << "nobody has stopped it";
-  EXPECT_EQ(bench.panel.verdict.value(), kvr::download::VerdictKind::Fail);
-  EXPECT_FALSE(bench.saidOk());
-  EXPECT_TRUE(bench.idle());
-}
-
 TEST(OfflineSession, RefusesABatchThatOutgrowsItsSerialValues) {
   OfflineBench bench;
   bench.loadNoise(5000);

@@ -33,7 +33,7 @@ struct Play {
   Play(const McuRecord& model, const std::string& name) : Play(model, Random(hashOf(name)), {}) {}
   Play(const McuRecord& model, const Random& dice, sim::WireConfig wire)
       : random(dice), row(model), user(std::move(wire)) {
-    user.select(row.name);
+    user.select(std::string(row.name));
     user.rates("9600", "115200");
   }
   void setRates() {
@@ -55,7 +55,7 @@ struct Play {
     return sim::configFor(model, clock, random());
   }
   Record press(const std::string& button, Millis limit, int index = platform::Control::kSingle) {
-    user.press(button, index, limit);
+    user.pressAndWait(button, index, limit);
     return user.takeRecord();
   }
   Record download(Millis limit) { return press("comDownload", limit, 0); }

@@ -1,6 +1,8 @@
-// One run of each kind, as a person would start it. The name seeds what is chosen at random.
+// The runs that are recorded: one of each kind, as a user would start it. Each is a program of its own that nothing has
+// touched yet; its name seeds what is chosen at random.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -24,5 +26,12 @@ Record variantRun(const McuRecord& row, const std::string& name, int firmware);
 Record wrongModelRun(const McuRecord& row, const std::string& name, const McuRecord& other);
 // One of the models, on a faulty line, with a chip that may have faults of its own.
 Record faultyRun(const std::vector<const McuRecord*>& models, const std::string& name);
+
+struct Run {
+  std::string name;
+  std::function<Record(const std::string& name)> play;
+};
+
+std::vector<Run> allRuns();
 
 }  // namespace kvr::recorder

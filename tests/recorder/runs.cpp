@@ -1,25 +1,14 @@
-#include "tests/recorder/runs.h"
-
 #include <algorithm>
 #include <cstdio>
 #include <map>
-#include <set>
 
 #include "sim/demo_firmware.h"
 #include "tests/recorder/plays.h"
+#include "tests/support/models.h"
 
 namespace kvr::recorder {
 
 namespace {
-
-// Each model once: of rows with the same name the first one counts.
-std::vector<const McuRecord*> allModels() {
-  std::vector<const McuRecord*> models;
-  std::set<std::string_view> seen;
-  for (const McuRecord& row : catalogue::allRows())
-    if (seen.insert(row.name).second) models.push_back(&row);
-  return models;
-}
 
 // Of each family the listed models with the least and with the most code.
 std::vector<const McuRecord*> modelsOfEachFamily(const std::vector<const McuRecord*>& models) {
@@ -85,7 +74,7 @@ void addTrims(std::vector<Run>& runs, const std::vector<const McuRecord*>& model
 }  // namespace
 
 std::vector<Run> allRuns() {
-  const auto models = allModels();
+  const auto models = support::everyModel();
   const auto some = modelsOfEachFamily(models);
   std::vector<const McuRecord*> withRoutine;
   std::copy_if(models.begin(), models.end(), std::back_inserter(withRoutine),

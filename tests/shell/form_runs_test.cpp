@@ -70,19 +70,15 @@ TEST(FormRun, TheWatcherSendsTheCommandToTheRunningProgramAndDownloads) {
   EXPECT_EQ(bench.chip->violationText(), "");
 }
 
-// The moments at which a run waits, from the press on: before the chip has power, around every frame, and after the
-// last.
+// From the press on: before the chip has power, around every frame, and after the last.
 std::set<int> momentsOfARun(const std::string& model) {
   LoadedBench bench(model);
   const auto pressed = bench.loop.now();
   bench.insertChip();
   EXPECT_TRUE(bench.press(bench.form.download.comDownload[0]));
   EXPECT_TRUE(bench.passed()) << bench.pane();
-  std::set<int> moments{0, 1};
-  for (const sim::Unit& unit : bench.wire.log())
-    if (unit.bytes.size() > 2)
-      for (const sim::Micros at : {unit.start - 2000, unit.start + 1000, unit.end + 1000, unit.end + 12000})
-        moments.insert(static_cast<int>(std::max<sim::Micros>(at - pressed.count(), 0) / 1000));
+  auto moments = bench.moments(pressed.count());
+  moments.insert({0, 1});
   return moments;
 }
 

@@ -78,20 +78,6 @@ TEST(Lock, LeavesInEveryStateTheControlsOfThatStateForModelsWithAndWithoutOption
   EXPECT_FALSE(form.images.panel.comLoadDataFile.enabled()) << "it takes no data file";
 }
 
-TEST(Lock, HoldsTheDataFileControlsOffWhenALockedFormOpensAProjectThatFails) {
-  support::FormBench bench;
-  auto& form = bench.form;
-  bench.select("Ivy-HF0S");
-  form.lock.set(platform::UiLock::kLocked);
-  const std::string model = modelWithData(form, true);
-  const std::string text = "VER: 1.2\r\nMCU_Type: " + model + "\r\nbuffer_check_sum:  1\r\nEND\r\n0000";
-  bench.files.put("/bad.KVR", text);
-  EXPECT_FALSE(form.project.openProject("/bad.KVR"));
-  EXPECT_EQ(form.model.name(), model);
-  EXPECT_EQ(form.lock.state(), platform::UiLock::kLocked);
-  expectLock(form);
-}
-
 TEST(Drop, GoesToTheBufferThatIsShownAndAProjectComesThroughTheLock) {
   support::FormBench bench;
   auto& form = bench.form;
@@ -108,24 +94,15 @@ TEST(Drop, GoesToTheBufferThatIsShownAndAProjectComesThroughTheLock) {
 
   form.lock.set(platform::UiLock::kLocked);
   bench.files.put("/other.bin", platform::Bytes(600, 0x11));
-  for (const char* page : {"tab_file", "EEPROM_File"}) {
-    form.main.TabStrip2.select(page);
-    form.openDropped("/other.bin");
-  }
-  EXPECT_EQ(form.images.state.EepromBuffer.at(599), 0x5A);
+  form.openDropped("/other.bin");
   EXPECT_EQ(form.images.state.CodeBuffer.at(599), 0xC5);
-  bench.files.put("/batch.KVR",
-                  "VER: 1.2\r\nMCU_Type: Cedar-H10R\r\nDouble_speed_YES: True\r\nbuffer_check_sum: 3\r\nEND\r\n0102");
+  bench.files.put("/batch.KVR", "VER: 1.2\r\nMCU_Type: Cedar-H10R\r\nbuffer_check_sum: 3\r\nEND\r\n0102");
   form.openDropped("/batch.KVR");
   EXPECT_EQ(form.model.name(), "Cedar-H10R");
   EXPECT_EQ(form.main.TabStrip2.selectedKey(), "Batch_quantity");
   EXPECT_EQ(form.images.state.CodeBuffer.at(1), 2);
-  EXPECT_TRUE(form.optionsRoom.chosen("Double_speed_YES"));
-  EXPECT_FALSE(form.main.txtDevice.enabled());
   bench.loop.runFor(platform::Millis(1000));
   EXPECT_NE(bench.store.get("Settings", "DeviceProducts"), "Cedar-H10R") << "it has no node to start with";
-  form.project.panel.comUnlockOptions.press();
-  EXPECT_TRUE(form.main.txtDevice.enabled());
 }
 
 }  // namespace

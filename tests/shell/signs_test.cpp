@@ -3,8 +3,6 @@
 
 #include <string>
 
-#include "sim/board.h"
-#include "sim/demo_firmware.h"
 #include "tests/support/engine_bench.h"
 #include "tests/support/form_bench.h"
 
@@ -44,18 +42,13 @@ TEST_F(Signs, APassDoesNotOutliveADemoRunThatFails) {
   sim::DemoConfig config;
   config.row = catalogue::findByName("Cedar-H10R");
   config.downloadLine = {38400, 'e'};
-  sim::DemoFirmware firmware(config);
-  bench.wire.connect(&firmware);
-  firmware.powerOn(bench.loop.now().count());
+  bench.connectDemo(config);
   ASSERT_TRUE(bench.press(form.userpath.com_Demo_DownLoad));
   expectFailure("MCU Type is incorrect");
 }
 
 TEST_F(Signs, APassDoesNotOutliveABoardThatFails) {
-  sim::BoardConfig config;
-  sim::Board board(config);
-  bench.wire.connect(&board);
-  board.powerOn((bench.loop.now() + Millis(2000)).count());
+  bench.connectBoard({}, Millis(2000));
   bool seen = false;
   bench.loop.after(Millis(1500), [&] { seen = sign() == VerdictKind::Waiting; });
   bench.loop.after(Millis(9000), [&] { bench.link.unplug(); });

@@ -8,9 +8,9 @@
 #include <cstdlib>
 #include <iostream>
 #include <map>
-#include <set>
 
 #include "tests/soak/user.h"
+#include "tests/support/models.h"
 
 namespace kvr::soak {
 namespace {
@@ -44,10 +44,8 @@ T pick(const T (&from)[N], Random& random) {
 
 const std::vector<const McuRecord*>& listedModels() {
   static const std::vector<const McuRecord*> models = [] {
-    std::vector<const McuRecord*> all;
-    std::set<std::string_view> seen;
-    for (const McuRecord& row : catalogue::allRows())
-      if (row.listed && seen.insert(row.name).second && catalogue::findByName(row.name) == &row) all.push_back(&row);
+    std::vector<const McuRecord*> all = support::everyModel();
+    std::erase_if(all, [](const McuRecord* row) { return !row->listed; });
     return all;
   }();
   return models;

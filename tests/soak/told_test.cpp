@@ -53,38 +53,6 @@ TEST(Told, TheEraseRangeToTheByte) {
       }
 }
 
-// The band whose measured point comes nearest to the wanted frequency is the one that is searched.
-TEST(Told, TheSearchForAFrequencyOnTheLineOfTheNearestPoint) {
-  int byPoint[4] = {};
-  for (const char* name : {"Pine-H03E", "Quince-H03G"})
-    for (std::uint64_t seed = 1; seed <= 60; ++seed) {
-      std::mt19937_64 random(seed);
-      const double wanted = 5.2e6 + static_cast<double>(random() % 28000) * 1000;
-      SCOPED_TRACE(::testing::Message() << name << " " << seed << " " << wanted);
-      FormBench bench;
-      setUp(bench, name, 100);
-      bench.form.options.com_RC_frequency[5].setText(std::to_string(wanted / 1e6));
-      sim::ChipConfig config = sim::configFor(row(name), 0, seed);
-      config.rc.gap = seed % 2 ? 0.1 : 0.0;
-      bench.insertChip(config);
-      ASSERT_TRUE(bench.press(bench.form.download.comDownload[0]));
-      const auto& first = bench.chip->measured(0);
-      const auto& second = bench.chip->measured(1);
-      ASSERT_EQ(first.size(), 6U);
-      if (second.empty()) continue;
-      std::vector<double> away;
-      for (std::size_t i = 0; i < 4; ++i)
-        away.push_back(std::abs(bench.chip->oscillator().frequency(first[i].code, first[i].fine) - wanted));
-      const auto nearest = static_cast<std::size_t>(std::min_element(away.begin(), away.end()) - away.begin());
-      const std::size_t other = nearest < 2 ? 2 : 0;
-      if (std::min(away[other], away[other + 1]) - away[nearest] < wanted * 0.01)
-        continue;  // within a measurement's step
-      ++byPoint[nearest];
-      EXPECT_EQ(second[0].code, first[nearest].code);
-    }
-  for (const int times : byPoint) EXPECT_GT(times, 1);
-}
-
 // Firmwares that keep more of the flash's top for themselves.
 TEST(Told, AFileThatJustFitsUnderTheBootBlockIsWholeAndOneByteMoreIsNot) {
   for (const char* name : {"Cedar-HF8D", "Birch-LFCA", "Cedar-H20R"})
@@ -106,41 +74,6 @@ TEST(Told, AFileThatJustFitsUnderTheBootBlockIsWholeAndOneByteMoreIsNot) {
         EXPECT_TRUE(holds(bench, 1, room));
         EXPECT_EQ(bench.chip->violationText(), "");
       }
-}
-
-TEST(Told, TheSecondsThatTheEraseTook) {
-  FormBench bench;
-  setUp(bench, "Ivy-H20S", 1500);
-  sim::ChipConfig config = sim::configFor(row("Ivy-H20S"));
-  config.times.eraseSector = 200 * sim::kMillisecond;
-  bench.insertChip(config);
-  ASSERT_TRUE(bench.press(bench.form.download.comDownload[0]));
-  EXPECT_TRUE(bench.passed());
-  const auto& stated = bench.chip->journal().statedTimes();
-  const auto erase =
-      std::find_if(stated.begin(), stated.end(), [](const auto& s) { return s.what.starts_with("erases"); });
-  ASSERT_NE(erase, stated.end());
-  ASSERT_EQ((erase->to - erase->from) / sim::kSecond, 3);
-  EXPECT_NE(bench.pane().find("We are erasing MCU flash... ( [00:03] )"), std::string::npos) << bench.pane();
-}
-
-// A window in which a chip has asked for start pairs takes one that sends none.
-TEST(Told, AChipWithoutStartPairsAfterOneThatAskedForThem) {
-  for (const char* name : {"Cedar-H20R", "Birch-L20A", "Ivy-H20S", "Pine-H03E"}) {
-    SCOPED_TRACE(name);
-    FormBench bench;
-    setUp(bench, name, 1000);
-    for (const bool bare : {false, true, false, true}) {
-      sim::ChipConfig config = sim::configFor(row(name));
-      config.startPair = !bare;
-      config.bareReplies = bare;
-      config.directStatus = true;
-      bench.insertChip(config);
-      ASSERT_TRUE(bench.press(bench.form.download.comDownload[0]));
-      EXPECT_TRUE(bench.passed()) << bench.pane();
-      EXPECT_TRUE(holds(bench, 1, 1000));
-    }
-  }
 }
 
 // What an ordinary run worked out for its rate is nothing to a run on the fixed link.

@@ -2,14 +2,11 @@
 // without the program's help.
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <random>
 #include <string>
 #include <vector>
 
-#include "sim/board.h"
-#include "sim/demo_firmware.h"
 #include "tests/support/form_bench.h"
 
 namespace kvr::soak {
@@ -31,7 +28,6 @@ UserFile hexFile(Random& random, const std::string& path, std::size_t size);  //
 class User : public support::FormBench {
  public:
   explicit User(sim::WireConfig wireConfig);
-  ~User() { wire.connect(nullptr); }
 
   // --- Files: what a good file says is what is meant from then on. ---
   void pick(const McuRecord& model);  // both images go
@@ -50,11 +46,6 @@ class User : public support::FormBench {
 
   // --- Runs. Each returns "hangs" or nothing. ---
   std::string start(platform::Button& button, platform::Button& stopButton);
-  void connectBoard(const sim::BoardConfig& config, platform::Millis after);
-  void connectDemo(const sim::DemoConfig& config);
-  std::unique_ptr<sim::Board> board;
-  std::unique_ptr<sim::DemoFirmware> demo;
-
   bool says(std::string_view words) const { return pane().find(words) != std::string::npos; }
   std::string notAtRest() const;
 

@@ -113,6 +113,14 @@ std::string EngineBench::flashDifference() const {
   return {};
 }
 
+int EngineBench::lines(std::string_view line) const {
+  int count = 0;
+  const std::string all = "\n" + text() + "\n";
+  const std::string wanted = "\n" + std::string(line) + "\n";
+  for (auto at = all.find(wanted); at != std::string::npos; at = all.find(wanted, at + 1)) ++count;
+  return count;
+}
+
 std::string EngineBench::notAtRest() const {
   std::string faults;
   const auto check = [&](bool good, const char* what) {

@@ -40,6 +40,7 @@ class EngineBench : public VirtualWorld {
   // --- Looking. ---
   const std::string& text() const { return textMsg.text(); }
   bool says(std::string_view words) const { return text().find(words) != std::string::npos; }
+  int lines(std::string_view line) const;  // how often the pane has this whole line
   bool hung = false;
   bool passed() const { return panel.verdict.value() == download::VerdictKind::Pass || passedInPart(); }
   bool passedInPart() const { return panel.verdict.value() == download::VerdictKind::PassInPart; }

@@ -45,18 +45,6 @@ TEST(Trigger, ReachesTheBootFirmwareWithoutAPowerCycle) {
   }
 }
 
-TEST(Trigger, WaitsForTheLastBitOfALongCommand) {
-  TriggerBench bench;
-  bench.page.txtUserCode.setText(std::string(600, '7') + "123456");
-  UserPathBench::setLine(bench.page.userCodeLine(), "1200", "None", "8", "1");
-  bench.chip->setApplication(std::make_unique<sim::TriggerApplication>(sim::Line{1200, 'n'}, Bytes{0x12, 0x34, 0x56}));
-  bench.chip->runApplication(bench.loop.now().count());
-  ASSERT_TRUE(bench.press(bench.page.comSendUserCode, Millis(120000)));
-  EXPECT_TRUE(bench.passed()) << bench.text();
-  EXPECT_EQ(bench.wire.log()[0].bytes.size(), 303u);
-  EXPECT_GE(bench.wire.log()[1].start - bench.wire.log()[0].end, 20 * sim::kMillisecond);
-}
-
 TEST(Trigger, SaysWhyNothingBegins) {
   TriggerBench bench;
   std::string status;
@@ -67,13 +55,6 @@ TEST(Trigger, SaysWhyNothingBegins) {
       bench.says("\nOpen COM port failed!\nThe COM port is opened by another Program or the COM port does not exist."));
   EXPECT_EQ(status, "/dev/ttyV0: 1.5 stop bits go with 5 data bits only");
   EXPECT_EQ(bench.dialogs.beeps.size(), 1u);
-
-  bench.page.cobUserCodeBaud.setText("");
-  bench.page.cobUserCodeBaud.setItems({});
-  bench.page.cobUserCodeBaud.setListIndex(-1);
-  ASSERT_TRUE(bench.press(bench.page.comSendUserCode));
-  ASSERT_EQ(bench.dialogs.shown.size(), 1u);
-  EXPECT_TRUE(bench.dialogs.shown[0].warning) << "the port knows no such settings";
 
   bench.images.imageValid = false;
   ASSERT_TRUE(bench.press(bench.page.comSendUserCode));

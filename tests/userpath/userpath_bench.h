@@ -26,13 +26,6 @@ struct UserPathBench : support::EngineBench {
     config.downloadLine = {38400, 'e'};
     return config;
   }
-  int lines(std::string_view line) const {
-    int count = 0;
-    const std::string all = "\n" + text() + "\n";
-    const std::string wanted = "\n" + std::string(line) + "\n";
-    for (auto at = all.find(wanted); at != std::string::npos; at = all.find(wanted, at + 1)) ++count;
-    return count;
-  }
   static void setLine(const LineBoxes& boxes, const char* baud, const char* parity, const char* data,
                       const char* stop) {
     boxes.baud.setText(baud);
