@@ -26,18 +26,6 @@ TEST(PortArea, OpensWithThePagesSettingsAndShowsItOnAllThreePages) {
   EXPECT_FALSE(b.panel.imgOpen[0].on());
 }
 
-TEST(PortArea, LightsTheMainLampOnlyForTheEnginesOwnPortAndPutsItOutAgain) {
-  ToolBench b;
-  b.open();
-  EXPECT_TRUE(b.imgOpen_sys.on());
-  b.panel.com_Debug_COM.userPick(1);
-  b.open();
-  EXPECT_FALSE(b.imgOpen_sys.on());
-  b.open();
-  EXPECT_TRUE(b.link.opened);
-  EXPECT_FALSE(b.imgOpen_sys.on());
-}
-
 void expectQuiet(ToolBench& b) {
   EXPECT_EQ(b.panel.comOpenCOM[0].caption(), "Open COM");
   EXPECT_TRUE(b.automaticSendsRest());
@@ -83,32 +71,6 @@ TEST(PortArea, ClosingByHandEndsTheAutomaticSendsAndTheMainLampAlsoTheRun) {
   }
 }
 
-TEST(PortArea, AnUnpluggedAdapterClosesTheTerminalInWords) {
-  ToolBench b;
-  b.open();
-  b.panel.comAutoSend.press();
-  b.arriveAndShow("kept");
-  b.link.pullOut();
-  EXPECT_EQ(b.lastMessage(), "COM3: the adapter was pulled out");
-  EXPECT_FALSE(b.tool.isOpen());
-  EXPECT_TRUE(b.automaticSendsRest());
-  EXPECT_FALSE(b.panel.imgOpen[2].on() || b.holdsPort());
-  EXPECT_EQ(b.shown(), "kept");
-}
-
-TEST(PortArea, ANewBaudIsUsedAtOnceWhileOpenAndOpensNothingWhileClosed) {
-  ToolBench b;
-  b.panel.com_Debug_Baud.userPick(0);
-  EXPECT_EQ(b.link.opens, 0);
-  b.open();
-  b.panel.com_Debug_Baud.userPick(11);
-  EXPECT_EQ(b.link.current, "1200,N,8,1");
-  EXPECT_EQ(b.link.opens, 2);
-  EXPECT_TRUE(b.tool.isOpen());
-  b.panel.com_Debug_StopBits.userPick(1);
-  EXPECT_EQ(b.link.current, "1200,N,8,1");
-}
-
 TEST(PortArea, ABaudTypedByHandIsUsedOnceTheTypingRestsAndABadOneIsRefusedInWords) {
   ToolBench b;
   b.open();
@@ -152,38 +114,6 @@ TEST(PortArea, TheModemLinesFollowTheirBoxesAtTheOpenAndAfterIt) {
   b.panel.che_RTS.userSet(false);
   EXPECT_TRUE(b.link.dtr);
   EXPECT_FALSE(b.link.rts);
-}
-
-// What a download does: it takes the port, sets its own line, speaks, and gives the port back at its end.
-TEST(PortArea, ARunTakesThePortInTheMiddleOfRepeatedSendsAndGivesItBack) {
-  ToolBench b;
-  b.open();
-  b.repeat("T", "100");
-  b.loop.runFor(Millis(250));
-  EXPECT_EQ(b.sentText(), "TT");
-  {
-    const auto running = b.activity.begin();
-    b.lock.toBusy();
-    EXPECT_FALSE(b.panel.comOpenCOM[0].enabled());
-    b.tool.releasePort();
-    EXPECT_FALSE(b.link.opened);
-    b.link.setPortNumber(1);
-    ASSERT_FALSE(b.link.setSettings("1200,e,8,1"));
-    ASSERT_FALSE(b.link.open());
-    b.loop.runFor(Millis(1000));
-    b.panel.comSpreadSendCom[0].press();
-    EXPECT_FALSE(b.panel.texReceive.userKey('k'));
-    EXPECT_EQ(b.sentText(), "TT");
-    EXPECT_EQ(b.link.current, "1200,e,8,1");
-    EXPECT_FALSE(b.holdsPort());
-    b.lock.toFree();
-    b.tool.takePort();
-  }
-  EXPECT_TRUE(b.holdsPort());
-  EXPECT_EQ(b.link.current, "115200,N,8,1");
-  b.loop.runFor(Millis(100));
-  EXPECT_EQ(b.sentText(), "TTT");
-  EXPECT_EQ(b.panel.labSendCount.caption(), "Send counter:3");
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 
 #include "comtool/tool_room.h"
 #include "tests/support/memory_services.h"
+#include "tests/support/no_link.h"
 
 namespace kvr::comtool {
 
@@ -28,7 +29,7 @@ inline std::vector<std::string> rowsOf(const PaneText& text) {
   return rows;
 }
 
-class PlayedLink : public platform::SerialLink {
+class PlayedLink : public support::NoLink {
  public:
   explicit PlayedLink(platform::EventLoop& loop) : event_(loop, [this] { receive_(); }) {}
 
@@ -72,7 +73,6 @@ class PlayedLink : public platform::SerialLink {
     waiting.erase(waiting.begin(), waiting.begin() + count);
     return bytes;
   }
-  void clearOut() override {}
   void clearIn() override { waiting.clear(); }
   void setDtr(bool on) override { dtr = on; }
   void setRts(bool on) override { rts = on; }

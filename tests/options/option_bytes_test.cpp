@@ -112,17 +112,5 @@ TEST(OptionWords, AreReadByKeyFromTheBytesOfTheFamily) {
   EXPECT_EQ(composeOptions(opposite(defaultValues(Family::Birch)), {}).words, OptionWords{});
 }
 
-TEST(OptionWords, AreRefreshedFromTheChipAndWantedGoesBackToTheFamilysBytes) {
-  OptionSet set{
-      .wanted = spread({{1, 1}}), .reported = spread({{1, 0xFE}}), .wantedWords = {"0", "0"}, .reportedWords = {}};
-  const auto before = set;
-  refreshChoices(traitsOf(Family::Birch), set);
-  EXPECT_EQ(set, before);
-  refreshChoices(traitsOf(Family::Nutmeg), set);
-  EXPECT_EQ(set.reportedWords, (OptionWords{"1", ""}));
-  EXPECT_EQ(set.wanted, spread({{1, 0xFD}}));
-  EXPECT_EQ(set.wantedWords, before.wantedWords);
-}
-
 }  // namespace
 }  // namespace kvr::options

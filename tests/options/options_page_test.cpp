@@ -87,19 +87,6 @@ TEST(OptionsPage, IdleChoiceAndPrescalerFollowTheAutomaticStartAndKeepTheirValue
   }
 }
 
-TEST(OptionsPage, AFreshSelectionThrowsChoicesAway) {
-  OptionsPage page;
-  page.select("Ivy-HF0S");
-  page.textMsg.setText("old words");
-  const auto fresh = page.room.readPanel().choices;
-  page.button("Half_Gain_YES").userChoose();
-  page.panel.comWDT_Prescalar[0].setListIndex(0);
-  page.room.showFamilyPanel();
-  EXPECT_EQ(page.room.readPanel().choices, fresh);
-  EXPECT_EQ(page.panel.comWDT_Prescalar[0].text(), "256");
-  EXPECT_EQ(page.textMsg.text(), "");
-}
-
 TEST(OptionsPage, ClockAndResetPinKeepEachOtherPossible) {
   OptionsPage page;
   for (const char* name : {"Ivy-HF0S", "Larch-H20Y"}) {
@@ -136,29 +123,6 @@ TEST(OptionsPage, ModelsWithoutOptionsShowWhatIsFixedAndIgnoreTheLock) {
   EXPECT_GT(models, 20);
   const auto texts = fixedOptionTexts({.family = catalogue::Family::Sumac, .name = "Sumac-L0E", .noOptions = true});
   EXPECT_EQ(texts[texts.size() - 2], "Low Voltage Reset, when MCU-VCC < 2.5V") << "of its family and class";
-}
-
-TEST(OptionsPage, LaysOutEveryFamilyInReadingOrder) {
-  for (const auto* record : modelsWithOptions()) {
-    OptionsPage page;
-    int told = 0;
-    page.room.layoutChanged.connect([&] { ++told; });
-    page.select(*record);
-    EXPECT_EQ(told, 1);
-    int before = -1;
-    std::set<const platform::Control*> placed;
-    for (const auto& group : page.room.groups()) {
-      EXPECT_GT(group.row, before) << record->name;
-      before = group.row;
-      placed.insert(group.buttons.begin(), group.buttons.end());
-      if (group.list != nullptr) placed.insert(group.list);
-    }
-    for (int row = 0; row < OptionPanel::kRows; ++row)
-      for (const auto* button : page.panel.optionButtons(row))
-        EXPECT_EQ(button->visible(), placed.count(button) == 1) << record->name;
-    EXPECT_EQ(page.panel.com_RC_frequency[5].visible(), page.model.traits().pulses()) << record->name;
-    EXPECT_EQ(page.panel.com_RC_frequency[4].visible(), page.model.traits().measuresOscillator());
-  }
 }
 
 TEST(OptionsPage, SmallRowanPartsHaveNoUnusedAreaToChooseAbout) {

@@ -50,19 +50,6 @@ TEST(TargetReport, FollowsTheLettersLayoutNotTheSelectedModel) {
   EXPECT_EQ(line('H', "Hazel-L02", bytes, 5), "P1.2/RESET2 is used as P1.2/LVD");
 }
 
-TEST(TargetReport, ReadsTheMovedByteOfTrimmedChipsAndLeavesItInPlace) {
-  ChipAnswer answer{.modelName = "Quince-H03", .stepping = 'R', .reported = allOnes()};
-  answer.reported[8] = 0;      // not what it seems
-  answer.reported[12] = 0xFE;  // download pins needed
-  answer.reported[1] = 0xFA;   // threshold value 2
-  const auto lines = describeTarget(answer).lines;
-  const auto has = [&](const char* text) { return std::count(lines.begin(), lines.end(), text); };
-  EXPECT_EQ(has("P3.2/P3.3 need = 0/0 when Programming"), 1);
-  EXPECT_EQ(has("Next ISP Programming Code,don't erase EEPROM data"), 1);
-  EXPECT_EQ(has("Low Voltage detector                 3.61V"), 1);
-  EXPECT_EQ(lines.size(), 13u);
-}
-
 TEST(TargetReport, OldestFirmwaresTellTheirSpeedInOneBit) {
   for (const bool twice : {true, false}) {
     const auto report = describeTarget(
@@ -78,37 +65,6 @@ TEST(TargetReport, OldestFirmwaresTellTheirSpeedInOneBit) {
   EXPECT_EQ(untold.lines, (Lines{"MCU Firmware Version: 3.2B", "Double speed: Unknown"}));
   EXPECT_EQ(untold.doubleSpeed, false);
   EXPECT_TRUE(untold.clearStartPair);
-}
-
-TEST(TargetReport, LetterCGivesRowsInThePaneAndFixedWordsOnTheLabels) {
-  ChipAnswer answer{
-      .modelName = "Cedar-H20R", .firmware = {4, 3}, .stepping = 'C', .reported = allOnes(), .status13 = 0xFE};
-  answer.reported[1] = 0xFC;
-  const auto report = describeTarget(answer);
-  EXPECT_EQ(report.lines[2], "Double speed:                     YES, 6T");
-  EXPECT_EQ(report.lines.size(), 9u);
-  EXPECT_FALSE(report.doubleSpeed);
-  ASSERT_EQ(report.labels->size(), 8u);
-  EXPECT_EQ(report.labels->at(2), "Double speed (6 clock) / 双倍速: Yes");
-  answer.stepping = 'N';
-  EXPECT_EQ(describeTarget(answer).labels->size(), 8u);
-  EXPECT_EQ(describeTarget(answer).labels->at(1), report.lines[2]);
-}
-
-TEST(TargetReport, UnknownLettersGetModelAndVersionOnly) {
-  const auto report = describeTarget({.modelName = "Sumac-H02", .stepping = 'S', .reported = allOnes()});
-  EXPECT_EQ(report.lines, (Lines{"MCU Type is: Sumac-H02", "MCU Firmware Version: S"}));
-  EXPECT_FALSE(report.labels);
-}
-
-TEST(TargetReport, FillsTheLabelsAndHidesWhatAnEarlierReportLeft) {
-  OptionsPage page;
-  page.room.showChipLabels({"head", "a", "b", "c"});
-  page.room.showChipLabels({"head", "", "d"});
-  for (int i = 0; i <= 4; ++i) EXPECT_EQ(page.panel.LabLock[i].visible(), i == 0 || i == 1 || i == 3) << i;
-  EXPECT_EQ(page.panel.LabLock[3].caption(), "d");
-  page.room.clearLockLabels();
-  EXPECT_FALSE(page.panel.LabLock[0].visible());
 }
 
 }  // namespace

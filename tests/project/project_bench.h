@@ -57,6 +57,16 @@ class ProjectBench : public support::MemoryServices<> {
     images.panel.txtDataFileCheckSum.setText("0001234H");
   }
 
+  // Every option of the panel as the seed says, one button of each pair.
+  void chooseAtRandom(std::mt19937& random) {
+    for (const auto& row : options::optionRows(model.traits().panelSlot)) {
+      if (row.key != options::kClew && random() % 2 == 0) options.setControlValue(row.key, "1");
+    }
+    for (const char* list : {"WDT_Prescalar", "RC30K_Divder", "Low_Voltage_detector"}) {
+      options.setControlValue(list, std::to_string(random() % 4));
+    }
+  }
+
   void place(images::ImageBuffer& buffer, const platform::Bytes& bytes) {
     buffer.put(0, bytes);
     buffer.rangeStart = 0;

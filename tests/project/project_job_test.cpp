@@ -10,14 +10,6 @@
 namespace kvr::project {
 namespace {
 
-// Every option of the panel as the seed says.
-void chooseAtRandom(ProjectBench& bench, std::mt19937& random) {
-  for (const auto& row : options::optionRows(bench.model.traits().panelSlot))
-    if (row.key != options::kClew && random() % 2 == 0) bench.options.setControlValue(row.key, "1");
-  for (const char* list : {"WDT_Prescalar", "RC30K_Divder", "Low_Voltage_detector"})
-    bench.options.setControlValue(list, std::to_string(random() % 4));
-}
-
 TEST(ProjectJob, OfASavedWindowIsTheJobThatTheWindowWouldStart) {
   std::set<catalogue::Family> seen;
   for (const auto& row : catalogue::allRows()) {
@@ -28,7 +20,7 @@ TEST(ProjectJob, OfASavedWindowIsTheJobThatTheWindowWouldStart) {
       ASSERT_TRUE(bench.select(std::string(row.name)));
       bench.fill(random, 700);
       bench.optionPanel.txt_RC_frequency.setText("128");  // no project keeps the trim by hand
-      chooseAtRandom(bench, random);
+      bench.chooseAtRandom(random);
       bench.dialogs.paths.push_back("/p.KVR");
       bench.room.panel.comSaveBatchFile.press();
       const auto file = bench.files.read("/p.KVR", 10'000'000);

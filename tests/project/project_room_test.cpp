@@ -11,15 +11,6 @@ using platform::Bytes;
 
 class ProjectRoomTest : public ::testing::Test, public ProjectBench {
  protected:
-  // Every option of the panel as the seed says, one button of each pair.
-  void chooseAtRandom(std::mt19937& random) {
-    for (const auto& row : options::optionRows(model.traits().panelSlot)) {
-      if (row.key != options::kClew && random() % 2 == 0) options.setControlValue(row.key, "1");
-    }
-    for (const char* list : {"WDT_Prescalar", "RC30K_Divder", "Low_Voltage_detector"}) {
-      options.setControlValue(list, std::to_string(random() % 4));
-    }
-  }
   void put(const std::string& text) { files.put("/p.KVR", text); }
   bool open(const std::string& text) {
     put(text);
@@ -166,16 +157,6 @@ TEST_F(ProjectRoomTest, LeavesAnImageInvalidWhoseSumDiffers) {
   EXPECT_TRUE(images.state.imageValid);
   EXPECT_FALSE(images.state.EepromBuffer.loaded);
   EXPECT_EQ(lock.state(), platform::UiLock::kLocked);
-}
-
-TEST_F(ProjectRoomTest, SetsControlsByTheirKeysAndIgnoresWhatTheFamilyLacks) {
-  open(
-      "VER: 1.2\r\nMCU_Type: Kauri-H04\r\nP4_7_As_RESET_NO: 1\r\nDouble_speed_YES: True\r\nWDT_Prescalar: 99\r\n: x\r\n"
-      "MCU_Type: Ivy-HF0S\r\nDtat_File_Name: \xD6\xD0\r\nbuffer_check_sum: 1\r\nEND\r\n01");
-  EXPECT_EQ(txtDevice.text(), "Kauri-H04");
-  EXPECT_TRUE(options.chosen("P4_7_As_RESET_NO"));
-  EXPECT_NE(options.controlValue("WDT_Prescalar"), "99");
-  EXPECT_EQ(images.panel.frmDataFlash.caption(), "\xEF\xBF\xBD\xEF\xBF\xBD");
 }
 
 TEST_F(ProjectRoomTest, PutsTheNextNumberIntoTheImageAndWarns) {
