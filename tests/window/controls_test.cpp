@@ -1,20 +1,13 @@
 // Clicks and keys on the real widgets reach the controls, and what the controls become shows.
-#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QLabel>
-#include <QListView>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QScreen>
 #include <QScrollBar>
-#include <QTextBlock>
-#include <QTextLayout>
 #include <QTreeWidget>
 
-#include "shell/qt/shots.h"
-#include "tests/window/contrast.h"
 #include "tests/window/desk.h"
 
 namespace kvr::window {
@@ -22,13 +15,11 @@ namespace {
 
 class Window : public Desk {
  protected:
-  // The user does this with the dialog of that name as soon as it shows and is ready.
+  // The user does this with the dialog of that name as soon as it shows.
   template <class Dialog>
-  void whenShown(
-      const char* name, const std::function<void(Dialog&)>& act,
-      const std::function<bool(Dialog&)>& ready = [](Dialog&) { return true; }) {
+  void whenShown(const char* name, const std::function<void(Dialog&)>& act) {
     const auto shown = [=, this] { return program->window->findChild<Dialog*>(QString::fromLatin1(name)); };
-    whenever([=] { return shown() && shown()->isVisible() && ready(*shown()); }, [=] { act(*shown()); });
+    whenever([=] { return shown() && shown()->isVisible(); }, [=] { act(*shown()); });
   }
   // Types over what the box holds.
   QLineEdit* type(const char* name, const QString& text) {
@@ -125,23 +116,6 @@ TEST_F(Window, ASaveDialogAddsTheEndingAndAsksBeforeItReplaces) {
   EXPECT_TRUE(asked);
 }
 
-TEST_F(Window, TheTextOfALabelCanBeSelectedAndStaysInItsPlaceThen) {
-  open();
-  auto& label = widget<QLabel>("portStatus");
-  program->form.main.portStatus.setCaption("/dev/ttyUSB7: busy");
-  settle();
-  const QImage before = label.grab().toImage();
-  const QPointF end(label.width() - 1, label.height() / 2.0);
-  const QPointF endOnScreen = label.mapToGlobal(end);
-  QEnterEvent enter(end, end, endOnScreen);
-  QCoreApplication::sendEvent(&label, &enter);
-  EXPECT_EQ(label.grab().toImage(), before);
-  QTest::mousePress(&label, Qt::LeftButton, {}, QPoint(0, label.height() / 2));
-  QMouseEvent drag(QEvent::MouseMove, end, endOnScreen, Qt::NoButton, Qt::LeftButton, {});
-  QCoreApplication::sendEvent(&label, &drag);
-  EXPECT_EQ(label.selectedText(), QStringLiteral("/dev/ttyUSB7: busy"));
-}
-
 TEST_F(Window, TypingIntoAnEditableBoxKeepsTheCaretWhereItIs) {
   set("DeviceProducts", QStringLiteral("Pine-H03E"));
   open();
@@ -175,16 +149,6 @@ TEST_F(Window, ARefusedFrequencyIsGoneFromTheBoxBeforeItsMessageShows) {
   EXPECT_NE(seen, QStringLiteral("99"));
 }
 
-TEST_F(Window, ABoxThatIsTooNarrowShowsTheHeadOfItsTextWhenItIsLeft) {
-  open();
-  auto& box = widget<QLineEdit>("txtFileCheckSum");
-  program->form.images.panel.txtFileCheckSum.setText("00379A6H       ");
-  click("txtFileCheckSum");
-  QTest::keyClick(&box, Qt::Key_End);
-  leaveTheBox();
-  EXPECT_EQ(box.cursorPosition(), 0);
-}
-
 TEST_F(Window, TheMessagePaneStaysAtItsEndWhenTheWindowGetsSmaller) {
   open();
   program->window->resize(1500, 880);
@@ -200,34 +164,6 @@ TEST_F(Window, TheMessagePaneStaysAtItsEndWhenTheWindowGetsSmaller) {
   program->window->resize(1300, 700);
   settle();
   EXPECT_LT(bar->value(), 40) << "who reads further up keeps the place";
-}
-
-TEST_F(Window, AHelpWindowIsAsWideAsItsLines) {
-  open();
-  program->dialogs.help("Help",
-                        "1  Functions: Off-Line program board can program without computer. It is used for mass "
-                        "production, and WIDE CAPITALS EVERYWHERE IN IT.\n   hanging");
-  settle();
-  auto& text = widget<QPlainTextEdit>("helpText");
-  EXPECT_EQ(text.document()->firstBlock().layout()->lineCount(), 1);
-  EXPECT_GE(QGuiApplication::primaryScreen()->availableGeometry().width(), text.window()->width());
-}
-
-TEST_F(Window, TheSignAndTheCaptionsForgetTheFormerModelAndImage) {
-  open();
-  auto& form = program->form;
-  const auto signAfter = [&](const std::function<void()>& act) {
-    form.download.verdict.set(download::VerdictKind::Pass);
-    act();
-    return widget("verdict").accessibleDescription();
-  };
-  form.main.Label2[6].setCaption("MCU Type: Hazel-H04");
-  EXPECT_EQ(signAfter([&] { pickModel(QStringLiteral("Ivy-HF0S")); }), QStringLiteral("READY"));
-  EXPECT_EQ(form.main.Label2[6].caption(), "");
-  EXPECT_EQ(signAfter([&] { form.openDropped(KVR_SOURCE_DIR "/samples/bench-clock.hex"); }), QStringLiteral("READY"));
-  form.lock.toBusy();  // a serial number that a run puts into the image takes no verdict away
-  const std::uint8_t number[] = {1, 2};
-  EXPECT_EQ(signAfter([&] { form.images.state.CodeBuffer.put(0x100, number); }), QStringLiteral("PASS"));
 }
 
 TEST_F(Window, AFilesNameIsShownAsItIsAndMovesNothing) {
@@ -248,54 +184,6 @@ TEST_F(Window, AFilesNameIsShownAsItIsAndMovesNothing) {
   EXPECT_FALSE(widget<QLabel>("codeFileNote").text().contains(QLatin1Char('\n')));
   EXPECT_TRUE(widget("codeFileNote").toolTip().contains(QLatin1String("&lt;b&gt;and")))
       << widget("codeFileNote").toolTip().toStdString();
-}
-
-// The list is read after the dialog shows; a selection in it would overwrite what was typed meanwhile.
-TEST_F(Window, AFileDialogNamesTheLastFileAndSelectsNoneInItsList) {
-  open();
-  QFile there(folder.filePath(QStringLiteral("code.hex")));
-  ASSERT_TRUE(there.open(QIODevice::WriteOnly));
-  QString named;
-  bool selected = true;
-  bool mayOpen = false;
-  const auto listOf = [](QFileDialog& dialog) { return dialog.findChild<QListView*>(QStringLiteral("listView")); };
-  whenShown<QFileDialog>(
-      "fileDialog",
-      [&](QFileDialog& dialog) {
-        named = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text();
-        selected = listOf(dialog)->selectionModel()->hasSelection();
-        mayOpen = dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open)->isEnabled();
-        dialog.reject();
-      },
-      [&](QFileDialog& dialog) { return listOf(dialog)->model()->rowCount(listOf(dialog)->rootIndex()) > 0; });
-  EXPECT_EQ(program->dialogs.openFile({.title = "Open",
-                                       .filter = "(*.hex)|*.hex",
-                                       .initialFolder = folder.path().toStdString(),
-                                       .fileName = "code.hex"}),
-            "");
-  EXPECT_EQ(named, QStringLiteral("code.hex"));
-  EXPECT_FALSE(selected);
-  EXPECT_TRUE(mayOpen);
-}
-
-TEST_F(Window, AnEmptyBoxIsAsEasyToSeeAsATickedOneLightAndDark) {
-  const QPalette usual = QApplication::palette();
-  for (const bool isDark : {false, true}) {
-    if (isDark) useDarkTheme();
-    open();
-    for (const char* name : {"cekReloadFile", "optBeepNo"}) {
-      auto& box = widget<QAbstractButton>(name);
-      ASSERT_FALSE(box.isChecked());
-      const QImage picture = box.grab().toImage();
-      double most = 0;
-      for (int x = 0; x < box.height(); ++x)
-        most =
-            std::max(most, contrast(picture.pixelColor(x, box.height() / 2), QApplication::palette().window().color()));
-      EXPECT_GE(most, 3.0) << name << (isDark ? " dark" : " light");
-    }
-    program.reset();
-  }
-  QApplication::setPalette(usual);
 }
 
 }  // namespace

@@ -10,13 +10,11 @@
 #include <QLineEdit>
 #include <QScrollBar>
 #include <algorithm>
-#include <ctime>
 
 #include "platform/qt/qt_loop.h"
 #include "shell/qt/hex_accessible.h"
 #include "tests/images/images_bench.h"
 #include "tests/support/engine_bench.h"
-#include "tests/window/contrast.h"
 
 namespace kvr::window {
 namespace {
@@ -146,42 +144,6 @@ TEST_F(HexViewTest, AssistiveProgramsReadLinesByteAndCaret) {
   text->setCursorPosition(3 * kHexLineLength + 10);
   settle();
   EXPECT_EQ(pane.model.caret(), (HexSpot{0x30, false}));
-}
-
-TEST(HexColoursTest, AreReadableOnLightAndDarkDesktops) {
-  for (const auto& [base, text] :
-       {std::pair(QColor(Qt::white), QColor(Qt::black)), {QColor(30, 30, 30), QColor(230, 230, 230)}}) {
-    QPalette palette;
-    palette.setColor(QPalette::Base, base);
-    palette.setColor(QPalette::Text, text);
-    const HexColours colours(palette);
-    for (const auto& back : {colours.base, colours.field}) {
-      EXPECT_GT(contrast(colours.text, back), 7.0);
-      EXPECT_GT(contrast(colours.changed, back), 4.5);
-      EXPECT_GT(contrast(colours.faint, back), 3.0);
-    }
-    EXPECT_GT(contrast(colours.field, colours.base), 1.1);
-  }
-}
-
-// Processor time, so that other work on the machine does not count.
-TEST_F(HexViewTest, AlmostEveryScrollAndKeyTakesLessThanAFrame) {
-  dialogs.yesNo = {true};
-  page->resize(1200, 1400);
-  std::vector<double> times;
-  const auto measured = [&](const std::function<void()>& event) {
-    const std::clock_t start = std::clock();
-    event();
-    settle();
-    view->viewport()->repaint();
-    times.push_back(1000.0 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
-  };
-  for (int line = 0; line <= view->verticalScrollBar()->maximum(); line += 37)
-    measured([&] { view->verticalScrollBar()->setValue(line); });
-  for (int i = 0; i < 100; ++i) measured([&] { key(Qt::Key_A, Qt::NoModifier, QStringLiteral("a")); });
-  for (int i = 0; i < 100; ++i) measured([&] { key(Qt::Key_PageDown); });
-  std::sort(times.begin(), times.end());
-  EXPECT_LT(times[times.size() * 99 / 100], 16.0);
 }
 
 }  // namespace

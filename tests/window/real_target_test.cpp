@@ -81,26 +81,5 @@ TEST_F(RealTarget, ServesANewUserFromTheModelToTheCheckOfTheChip) {
   expectTheFileInAChipErasedOnce();
 }
 
-TEST_F(RealTarget, AFileThatIsWrittenAnewIsProgrammedOnce) {
-  const QString built = folder.filePath(QStringLiteral("built.bin"));
-  const auto build = [&](char byte) {
-    QFile file(built);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(QByteArray(1500, byte));
-  };
-  build('a');
-  openWith({QStringLiteral("--power-cycle-after"), QStringLiteral("0.1")});
-  pickModel(QStringLiteral("ivy-hf0s"));
-  drop(built);
-  tab("TabStrip1", "store_buffer");
-  click("cekReloadFileWhileFileChange");
-  settle();
-  build('b');
-  EXPECT_TRUE(waitFor([&] { return passes() == 1 && !program->form.activity.busy(); })) << pane();
-  EXPECT_FALSE(waitFor([&] { return program->form.activity.busy(); }, std::chrono::milliseconds(2500)))
-      << "two ticks of the watcher, and nothing new to program";
-  expectTheFileInAChipErasedOnce();
-}
-
 }  // namespace
 }  // namespace kvr::window

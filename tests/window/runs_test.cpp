@@ -47,22 +47,6 @@ TEST_F(WindowRun, StopAndAPulledAdapterEachEndAWaitForAChipWithinASecondAndFreeT
   }
 }
 
-// The window goes, with the port closed, whatever the run is doing at that moment.
-TEST_F(WindowRun, ACloseAtAnyStageOfARunEndsItAndTheWindowGoes) {
-  const std::pair<const char*, std::function<bool()>> stages[] = {
-      {"waiting for the chip", [this] { return waits(); }},
-      {"in the middle of the image", [this] { return program->form.main.ProgressBar1.value() > 20; }},
-      {"when it has passed", [this] { return ended(); }}};
-  for (const auto& [stage, reached] : stages) {
-    openWithChip({QStringLiteral("--power-on"), QStringLiteral("0.2")});
-    whenever(reached, [&] { program->window->close(); });
-    click("comDownload_0");
-    ASSERT_TRUE(isGone()) << "closed " << stage << "\n" << pane();
-    EXPECT_FALSE(program->link.isOpen());
-    removeAll();
-  }
-}
-
 TEST_F(WindowRun, AButtonPressedBetweenTheCloseAndTheEndOfTheWindowStartsNothing) {
   const std::pair<const char*, const char*> starts[] = {{"options", "comDownload_0"},
                                                         {"CheckMCUoption", "comReadChipLock"},

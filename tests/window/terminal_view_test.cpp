@@ -105,15 +105,6 @@ TEST(TerminalView, TheMouseSelectsAndTheKeysCopy) {
   EXPECT_EQ(p.view->selectedText().toStdString(), "beta");
 }
 
-TEST(TerminalView, AFoundTextIsBroughtIntoSight) {
-  Pane p;
-  p.addLines(1000);
-  p.panel.che_AutoScroll.setValue(false);
-  p.pane().show(*p.pane().content().find("line 123", 0));
-  EXPECT_TRUE(p.view->visibleText().contains(QStringLiteral("line 123\n")));
-  EXPECT_EQ(p.view->selectedText().toStdString(), "line 123");
-}
-
 TEST(TerminalView, AssistiveProgramsReadTheWholePaneLineByLineAndHearWhatComes) {
   Pane p;
   auto* accessible = QAccessible::queryAccessibleInterface(p.view.get());
