@@ -1,10 +1,12 @@
-// What chips, boards and demo routines answer. The first byte cuts the stream and sets the receiver's modes.
+// What chips, boards, demo routines and monitored firmwares send. The first byte cuts the stream and sets the
+// receiver's modes.
 #include <algorithm>
 #include <numeric>
 #include <span>
 
 #include "engine/receiver.h"
 #include "tests/fuzz/targets.h"
+#include "tests/monitor/stream_check.h"
 #include "userpath/demo_frames.h"
 
 namespace kvr::fuzz {
@@ -78,6 +80,10 @@ std::string faultOfDemoFrames(const Bytes& input) {
   if (length < 7 || frame[0] != 0x5A || frame[1] != 0xA5 || frame.back() != 0x16) return "a reply without its ends";
   const unsigned sum = frame[length - 3] * 256U + frame[length - 2];
   return (sumOf(frame.first(length - 3)) & 0xFFFF) == sum ? "" : "a good reply with a bad sum";
+}
+
+std::string faultOfMonitor(const Bytes& input) {
+  return monitor::faultOf(input);
 }
 
 }  // namespace kvr::fuzz
