@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <numeric>
-#include <string_view>
 #include <vector>
 
 namespace kvr::monitor {
@@ -13,9 +12,6 @@ using Bytes = std::vector<std::uint8_t>;
 inline Bytes operator+(Bytes left, const Bytes& right) {
   left.insert(left.end(), right.begin(), right.end());
   return left;
-}
-inline Bytes textBytes(std::string_view text) {
-  return {text.begin(), text.end()};
 }
 
 // A5 5A and the frame. The registers are 0x11, 0x22, ... 0x99 in their order (PSW first, R0 last).

@@ -103,7 +103,6 @@ class Window {
   // What was wrong with one run more; empty: nothing.
   std::string run();
   bool lastPassed() const { return passed_; }
-  std::string story() const { return story_; }
 
  private:
   bool chance(unsigned one) { return random_() % one == 0; }
