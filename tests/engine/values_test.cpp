@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/baud_plan.h"
+#include "engine/image_plan.h"
 #include "engine/rc_plan.h"
 #include "engine/receiver.h"
 
@@ -9,6 +10,7 @@ namespace kvr::engine {
 namespace {
 
 using catalogue::Family;
+using catalogue::FirmwareVersion;
 
 TEST(Receiver, DropsNoiseBadEndsAndBadSums) {
   const Bytes frame = {0x46, 0xB9, 0x68, 0, 9, 0x80, 0x11, 0x22, 0x33, 0x57, 0x16};
@@ -53,6 +55,39 @@ TEST(BaudPlan, TakesTheHighestRateThatTheClockReaches) {
   EXPECT_EQ(calculateBaud(traitsOf(Family::Ivy), 0, 100, 115200), std::nullopt);
   EXPECT_EQ(calculateBaud(traitsOf(Family::Ivy), 11059200, 0, 115200), std::nullopt);
   EXPECT_EQ(calculateBaud(traitsOf(Family::Ivy), 11059200, 100, 600), std::nullopt);
+}
+
+TargetInfo chip(char letter, FirmwareVersion version, const char* name) {
+  TargetInfo target;
+  target.stepping = letter;
+  target.firmware = version;
+  if (const auto* record = catalogue::findByName(name)) target.targetRecord = *record;
+  return target;
+}
+
+TEST(ImagePlan, FitsTheImagesByLetterAndVersion) {
+  struct Case {
+    char letter;
+    FirmwareVersion version;
+    std::int32_t apEnd, codeEnd;
+    bool chosen;
+    ImageFit expected;
+  };
+  const Case cases[] = {
+      {'D', {5, 6}, 4095, 5120, false, {{4096, 0x13FF, 4096, false, true, 0x13FF}, true}},
+      {'E', {5, 0}, 4095, 12287, false, {{4096, 0x2FFF, 4096, false, true, 12287}, false}},
+      {'E', {5, 8}, 10239, 100, false, {{12288, 0x6FFF, 101, true, false, 0x7000}, false}},
+      {'E', {5, 8}, 16383, 100, false, {{16384, 0x6FFF, 101, false, false, 0x7000}, false}},
+      {'I', {6, 3}, 16383, 100, true, {{20000, 30000, 101, true, false, 30001}, false}},
+      {'B', {4, 3}, 1023, 100, true, {{20000, 30000, 101, false, false, 30001}, false}},
+  };
+  for (const Case& c : cases) {
+    TargetInfo target = chip(c.letter, c.version, "");
+    target.targetRecord.apEnd = c.apEnd;
+    target.targetRecord.dataStart = c.letter == 'I' || c.letter == 'B' ? 20000 : 4096;
+    target.targetRecord.dataEnd = 30000;
+    EXPECT_EQ(fitImages(target, c.codeEnd, c.chosen), c.expected) << c.letter << c.version.text() << " " << c.apEnd;
+  }
 }
 
 TEST(RcPlan, ChoosesBandsWindowsAndThePairNearestToTheWish) {
