@@ -27,6 +27,9 @@ class Command {
 std::vector<std::unique_ptr<Command>> allCommands();
 
 std::unique_ptr<Command> makeProgramCommand();
+std::unique_ptr<Command> makeInfoCommand();
+std::unique_ptr<Command> makeBoardCommand();
+std::unique_ptr<Command> makeDemoCommand();
 std::unique_ptr<Command> makePortsCommand();
 std::unique_ptr<Command> makeModelsCommand();
 

@@ -4,7 +4,9 @@ namespace kvr::cli {
 
 std::vector<std::unique_ptr<Command>> allCommands() {
   std::vector<std::unique_ptr<Command>> all;
-  for (const auto make : {makeProgramCommand, makeModelsCommand, makePortsCommand}) all.push_back(make());
+  for (const auto make :
+       {makeProgramCommand, makeInfoCommand, makeBoardCommand, makeDemoCommand, makeModelsCommand, makePortsCommand})
+    all.push_back(make());
   return all;
 }
 

@@ -1,5 +1,7 @@
 #include "cli/job_arguments.h"
 
+#include "platform/text.h"
+
 namespace kvr::cli {
 namespace {
 
@@ -29,6 +31,13 @@ void JobArguments::declareLine(CLI::App& app) {
   app.add_option("--min-baud", firstBaud, "Rate of the first contact (2400)")->check(kRates)->group(line);
   app.add_option("--max-baud", highestBaud, "Highest rate of the data (115200)")->check(kRates)->group(line);
   app.add_flag("--fixed-link", fixedLink, "115200 from the first byte on")->group(line);
+}
+
+void JobArguments::setLine(engine::Job& job) const {
+  job.firstBaud = platform::wholeOf(firstBaud);
+  job.highestBaud = platform::wholeOf(highestBaud);
+  job.fixedLink = fixedLink;
+  job.frameSize = engine::frameSizeOf(job.record(), fixedLink);
 }
 
 }  // namespace kvr::cli

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "engine/job.h"
+
 namespace kvr::cli {
 
 struct JobArguments {
@@ -22,6 +24,7 @@ struct JobArguments {
 
   void declare(CLI::App& app);      // what the chip gets
   void declareLine(CLI::App& app);  // how the line to it is driven
+  void setLine(engine::Job& job) const;
 };
 
 }  // namespace kvr::cli

@@ -158,10 +158,7 @@ void JobMaker::settle(JobSource& source) const {
   job = project::jobOf(source.project);
   job.code = engine::imageOf(source.images.CodeBuffer);
   job.data = engine::imageOf(source.images.EepromBuffer);
-  job.firstBaud = platform::wholeOf(arguments_.firstBaud);
-  job.highestBaud = platform::wholeOf(arguments_.highestBaud);
-  job.fixedLink = arguments_.fixedLink;
-  job.frameSize = engine::frameSizeOf(job.record(), arguments_.fixedLink);
+  arguments_.setLine(job);
   const double hz = arguments_.megahertz.value_or(0) * 1e6;
   job.wantedFrequencyHz = static_cast<std::int32_t>(platform::roundEven(std::clamp(hz, 0.0, 2e9)));
 }

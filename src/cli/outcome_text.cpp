@@ -26,6 +26,11 @@ const char* nameOf(engine::Ending ending) {
   return "";
 }
 
+const char* nameOf(engine::RunKind kind) {
+  constexpr std::array<const char*, 5> kNames = {"chip", "board", "demo", "trigger", "check"};
+  return kNames[static_cast<std::size_t>(kind)];
+}
+
 double secondsOf(platform::Micros time) {
   return std::chrono::duration<double>(time).count();
 }
@@ -74,14 +79,16 @@ std::string nameOf(engine::Stage stage) {
   return kStageNames[static_cast<std::size_t>(stage)];
 }
 
-Fields outcomeFields(const engine::Outcome& outcome, const engine::Job& job, ExitCode code) {
+Fields outcomeFields(const engine::Outcome& outcome, const engine::Job& job, const std::string& serial, ExitCode code) {
   Fields spent;
   for (std::size_t i = 0; i < engine::kStages; ++i) spent.push_back({kStageNames[i], secondsOf(outcome.spent[i])});
-  Fields fields = {{"ending", nameOf(outcome.ending)},
+  Fields fields = {{"kind", nameOf(outcome.kind)},
+                   {"ending", nameOf(outcome.ending)},
                    {"exitCode", std::int64_t{static_cast<int>(code)}},
                    {"stage", nameOf(outcome.stage)},
                    {"why", platform::trim(outcome.words)},
                    {"model", job.model.name()},
+                   {"serial", serial},
                    {"baud", std::int64_t{outcome.baud}},
                    {"bytesSent", outcome.bytesSent},
                    {"bytesLeftOut", outcome.bytesLeftOut},
@@ -94,22 +101,49 @@ Fields outcomeFields(const engine::Outcome& outcome, const engine::Job& job, Exi
   return fields;
 }
 
+namespace {
+
 std::string outcomeText(const engine::Outcome& outcome, const engine::Job& job) {
   std::string text = outcome.bytesLeftOut > 0 ? "PASS, PART LEFT OUT" : "PASS";
   text += "  " + job.model.name();
   if (outcome.chip && !outcome.chip->firmware.empty()) text += "  firmware " + outcome.chip->firmware;
-  text += "  " + std::to_string(outcome.bytesSent) + " bytes";
+  if (outcome.bytesSent > 0) text += "  " + std::to_string(outcome.bytesSent) + " bytes";
   if (outcome.baud > 0) text += " at " + std::to_string(outcome.baud) + " bps";
-  text += " in " + platform::fixedText(secondsOf(outcome.sinceAnswer()), 1) + " s";
-  if (outcome.bytesLeftOut > 0)
-    text +=
-        "\n" + std::to_string(outcome.bytesLeftOut) + " bytes left out, from " + hexOf(outcome.leftOutFrom, 4) + "H on";
+  text += "  " + platform::fixedText(secondsOf(outcome.sinceAnswer()), 1) + " s";
+  if (outcome.bytesLeftOut == 0) return text;
+  return text + "\n" + std::to_string(outcome.bytesLeftOut) + " bytes left out, from " + hexOf(outcome.leftOutFrom, 4) +
+         "H on";
+}
+
+std::string chipText(const engine::ChipSeen& chip, const std::vector<std::string>& report) {
+  std::string text = chip.model.empty() ? "An unknown model" : chip.model;
+  if (!chip.code.empty()) text += "  code " + chip.code;
+  if (!chip.firmware.empty()) text += "  firmware " + chip.firmware;
+  if (chip.clockHz > 0) text += "  " + platform::fixedText(chip.clockHz / 1e6, 4) + " MHz";
+  text += "\nOption bytes: " + hexOf(chip.optionsBefore);
+  for (const std::string& line : report)
+    if (!line.empty()) text += "\n" + line;
   return text;
 }
 
-ExitCode tellOutcome(const Desk& desk, RunConsole& console, const engine::Job& job, const engine::Outcome& outcome) {
+std::string textOf(const engine::Outcome& outcome, const engine::Job& job, const std::vector<std::string>& report) {
+  if (!outcome.passed()) return {};
+  const bool look = outcome.kind == engine::RunKind::Check && outcome.chip;
+  return look ? chipText(*outcome.chip, report) : outcomeText(outcome, job);
+}
+
+List listOf(const std::vector<std::string>& texts) {
+  return {texts.begin(), texts.end()};
+}
+
+}  // namespace
+
+ExitCode tellOutcome(const Desk& desk, RunConsole& console, const engine::Job& job, const engine::Outcome& outcome,
+                     const std::string& serial) {
   const ExitCode code = exitCodeOf(outcome, desk.stopper.cut());
-  desk.out.result("outcome", outcomeFields(outcome, job, code), outcome.passed() ? outcomeText(outcome, job) : "");
+  Fields fields = outcomeFields(outcome, job, serial, code);
+  if (outcome.kind == engine::RunKind::Check) fields.push_back({"report", listOf(console.report())});
+  desk.out.result("outcome", fields, textOf(outcome, job, console.report()));
   if (outcome.passed()) return code;
   std::string why = platform::trim(outcome.words);
   if (code == ExitCode::NoChip) why = "No chip has answered.";

@@ -1,12 +1,9 @@
 // kvr program: one chip, or one after the other.
-#include <cmath>
-
 #include "cli/command.h"
-#include "cli/job_source.h"
-#include "cli/line_arguments.h"
-#include "cli/outcome_text.h"
-#include "cli/run_console.h"
+#include "cli/device_run.h"
+#include "cli/series.h"
 #include "engine/chip_run.h"
+#include "userpath/trigger_run.h"
 
 namespace kvr::cli {
 namespace {
@@ -20,24 +17,43 @@ class ProgramCommand : public Command {
   void declare(CLI::App& app) override {
     job_.declare(app);
     job_.declareLine(app);
-    port_.declare(app);
+    line_.declare(app);
+    series_.declare(app);
+    const std::string group = "A command to the running program, ahead of the download";
+    app.add_option("--trigger", trigger_, "Bytes that make it jump into the boot firmware")
+        ->type_name("HEX|TEXT")
+        ->group(group);
+    app.add_option("--trigger-line", triggerLine_, "Line settings for it (9600,n,8,1)")
+        ->type_name("LINE")
+        ->group(group);
   }
 
   ExitCode run(const Desk& desk) override {
     JobSource source;
-    if (const Problem problem = JobMaker(job_, desk.files, desk.codec).make(source))
-      return fail(desk, problem.code, problem.why, problem.next);
-    for (const std::string& remark : source.remarks) desk.out.note(remark);
-    if (const ExitCode code = port_.take(desk); code != ExitCode::Passed) return code;
+    if (const ExitCode code = prepare(desk, job_, line_, source); code != ExitCode::Passed) return code;
+    if (const ExitCode code = checkLine(desk, triggerLine_); code != ExitCode::Passed) return code;
     RunConsole console(desk.loop, desk.out);
-    port_.limit(desk, console);
-    const engine::Outcome outcome = engine::ChipRun(source.job, desk.services(), console).program();
-    return tellOutcome(desk, console, source.job, outcome);
+    line_.limit(desk, console);
+    return Series(desk, series_, source, console).program(job_.yes, [&](const engine::Job& job) {
+      return programOne(desk, console, job);
+    });
   }
 
  private:
+  engine::Outcome programOne(const Desk& desk, RunConsole& console, const engine::Job& job) const {
+    if (!trigger_.empty()) {
+      const userpath::UserCommand command{triggerLine_, commandBytes(trigger_)};
+      const engine::Outcome sent = userpath::sendTrigger(job, command, desk.services(), console);
+      if (!sent.passed()) return sent;
+    }
+    return engine::ChipRun(job, desk.services(), console).program();
+  }
+
   JobArguments job_;
-  LineArguments port_;
+  LineArguments line_;
+  SeriesArguments series_;
+  std::string trigger_;
+  std::string triggerLine_ = "9600,n,8,1";
 };
 
 }  // namespace

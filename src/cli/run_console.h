@@ -18,6 +18,8 @@ class RunConsole : public engine::RunView {
   void limitWait(platform::Millis limit, std::function<void()> onTimeout);
   // Why the port did not open, or went away; empty: it did not.
   const std::string& portTrouble() const { return portTrouble_; }
+  // What the chip said of itself and its options, a line each.
+  const std::vector<std::string>& report() const { return report_; }
 
   void clearText() override {}
   void say(const std::string& line) override { out_.say(line); }
@@ -29,8 +31,8 @@ class RunConsole : public engine::RunView {
   void lamp(bool) override {}
   void beep(int) override {}
   void portStatus(const std::string& why) override;
-  void chipLabels(const std::vector<std::string>&) override {}  // the messages say the same
-  void clearChipLabels() override {}
+  void chipLabels(const std::vector<std::string>& texts) override { report_ = texts; }  // the messages say the same
+  void clearChipLabels() override { report_.clear(); }
   void box(const std::string& text) override { say(text); }
 
  private:
@@ -42,6 +44,7 @@ class RunConsole : public engine::RunView {
   StageLine line_;
   platform::Instant stageBegan_{0};
   std::string portTrouble_;
+  std::vector<std::string> report_;
 };
 
 }  // namespace kvr::cli

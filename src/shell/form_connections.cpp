@@ -3,26 +3,10 @@
 #include <stdexcept>
 #include <utility>
 
-#include "platform/text.h"
-#include "shell/batch_log.h"
+#include "engine/batch_log.h"
 #include "shell/main_form.h"
 
 namespace kvr::shell {
-namespace {
-
-const char* verdictWord(engine::Ending ending) {
-  switch (ending) {
-    case engine::Ending::Passed:
-      return "PASS";
-    case engine::Ending::PassedInPart:
-      return "PASS, PART LEFT OUT";
-    default:
-      return "FAIL";
-  }
-}
-
-}  // namespace
-
 void MainForm::connectEngine() {
   display.onPortStatus = [this](const std::string& why) { portLine.opened(why); };
   results.writeLog = [this](const download::RunRecord& record) { logRun(record); };
@@ -86,20 +70,9 @@ void MainForm::checkConnections() const {
 void MainForm::logRun(const download::RunRecord& record) {
   if (!main.cheBatchLog.value()) return;
   nameBatchLog();
-  const engine::Outcome& outcome = record.outcome;
-  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(outcome.sinceAnswer()).count();
   const auto written =
-      appendToBatchLog(world.files, main.txtBatchLog.trimmed(),
-                       {.time = record.time,
-                        .model = record.model,
-                        .verdict = verdictWord(outcome.ending),
-                        .failure = outcome.words,
-                        .codeSum = platform::hexText(static_cast<std::uint32_t>(outcome.codeSum), 7) + "H",
-                        .dataSum = platform::hexText(static_cast<std::uint32_t>(outcome.dataSum), 7) + "H",
-                        .firmware = outcome.chip ? outcome.chip->firmware : std::string(),
-                        .serial = record.serialNumber,
-                        .factoryId = outcome.chip ? outcome.chip->factoryId : std::string(),
-                        .seconds = static_cast<int>(seconds)});
+      engine::appendToBatchLog(world.files, main.txtBatchLog.trimmed(),
+                               engine::batchEntry(record.outcome, record.time, record.model, record.serialNumber));
   if (!written) main.textMsg.appendLine("The batch log could not be written: " + written.error);
 }
 

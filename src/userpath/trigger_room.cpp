@@ -1,7 +1,6 @@
 #include "userpath/trigger_room.h"
 
-#include "engine/run_context.h"
-#include "userpath/user_bytes.h"
+#include "userpath/trigger_run.h"
 
 namespace kvr::userpath {
 
@@ -30,28 +29,13 @@ bool TriggerRoom::sendCommand() {
   }
   room_.services.stop.clear();
   room_.results.begin();
-  const engine::Outcome outcome = send();
+  room_.lock.toBusy();
+  const engine::Outcome outcome =
+      sendTrigger(download::readJob(panels_, false), {settingsText(page_.userCodeLine()), page_.txtUserCode.text()},
+                  room_.services, room_.view);
+  room_.lock.toFree();
   room_.results.end(outcome, panels_.model.name(), {});
   return outcome.passed();
-}
-
-engine::Outcome TriggerRoom::send() {
-  const engine::Job job = download::readJob(panels_, false);
-  engine::TargetLink link(room_.services, room_.view, job.port, engine::sumFormOf(job.record()));
-  engine::RunContext c(job, link);
-  const auto ended = [&](bool good) { return c.outcome(engine::RunKind::Trigger, good, {}); };
-  if (link.open(settingsText(page_.userCodeLine()))) {
-    return ended(c.failPort(1));
-  }
-  link.clearQueues();
-  room_.lock.toBusy();
-  sendUserBytes(link, page_.txtUserCode.text());
-  // The firmware needs the silence to see the command's end; what it answers is dropped.
-  if (!link.stopped()) link.delay(engine::Millis(20));
-  room_.lock.toFree();
-  if (!c.stopped()) return ended(true);
-  link.close();
-  return ended(false);
 }
 
 }  // namespace kvr::userpath

@@ -17,7 +17,6 @@ class TriggerRoom {
 
  private:
   bool sendCommand();
-  engine::Outcome send();
   download::RunRoom room_;
   download::JobPanels panels_;
   download::DownloadRoom& download_;

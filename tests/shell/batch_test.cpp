@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "platform/text.h"
-#include "shell/batch_log.h"
+#include "engine/batch_log.h"
 #include "tests/support/engine_bench.h"
 #include "tests/support/form_bench.h"
 
@@ -135,7 +135,7 @@ TEST(Batch, LogThatCannotBeWrittenIsSaidAndTheChipIsGoodAllTheSame) {
   EXPECT_TRUE(bench.passed());
   EXPECT_NE(bench.pane().find("The batch log could not be written: "), std::string::npos) << bench.pane();
   EXPECT_EQ(bench.form.main.txtBatchLog.text(), "/program/KVR-ISP_batch.csv");
-  EXPECT_EQ(shell::csvLine({.time = "t", .model = "a,b", .failure = "say \"x\""}),
+  EXPECT_EQ(engine::csvLine({.time = "t", .model = "a,b", .failure = "say \"x\""}),
             "t,\"a,b\",,\"say \"\"x\"\"\",,,,,,0\r\n");
 }
 

@@ -4,9 +4,10 @@
 
 #include <string>
 
+#include "engine/outcome.h"
 #include "platform/file_system.h"
 
-namespace kvr::shell {
+namespace kvr::engine {
 
 struct BatchEntry {
   std::string time;  // local, "yyyy-mm-dd hh:mm:ss"
@@ -21,6 +22,9 @@ struct BatchEntry {
   int seconds = 0;
 };
 
+// `serial`: what the chip carries; empty without a counter.
+BatchEntry batchEntry(const Outcome& outcome, const std::string& time, const std::string& model,
+                      const std::string& serial);
 // The entry as one line with its line end; fields with commas, quotes or line breaks are quoted.
 std::string csvLine(const BatchEntry& entry);
 std::string csvHeader();
@@ -29,4 +33,4 @@ std::string csvHeader();
 [[nodiscard]] platform::FileResult appendToBatchLog(platform::FileSystem& files, const std::string& path,
                                                     const BatchEntry& entry);
 
-}  // namespace kvr::shell
+}  // namespace kvr::engine

@@ -1,0 +1,88 @@
+#include "cli/series.h"
+
+#include "cli/outcome_text.h"
+#include "engine/batch_log.h"
+
+namespace kvr::cli {
+namespace {
+
+constexpr double kLongestDelay = 86400;
+
+std::string folderOf(const std::string& path) {
+  const std::size_t slash = path.find_last_of('/');
+  return slash == std::string::npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
+}
+
+}  // namespace
+
+void SeriesArguments::declare(CLI::App& app) {
+  const std::string group = "Several chips";
+  auto* number = app.add_option("--count", count, "So many chips, one after the other")
+                     ->type_name("N")
+                     ->check(CLI::Range(1, 1000000))
+                     ->group(group);
+  app.add_flag("--forever", forever, "Chip after chip until Ctrl-C or a failure")->group(group)->excludes(number);
+  app.add_option("--delay", delaySeconds, "Seconds between two chips (4)")
+      ->type_name("S")
+      ->check(CLI::Range(0.0, kLongestDelay))
+      ->group(group);
+  app.add_option("--log", log, "Add a line for each chip to this CSV file")->type_name("FILE")->group(group);
+  serial.declare(app);
+}
+
+ExitCode Series::program(bool yes, const Run& run) {
+  std::vector<images::AutoIncrement> counters;
+  Problem problem = arguments_.serial.counters(source_, yes, counters);
+  if (!problem) problem = numbers_.start(source_, std::move(counters));
+  if (problem) return fail(desk_, problem.code, problem.why, problem.next);
+  if (!arguments_.log.empty() && !desk_.files.folderExists(folderOf(desk_.files.absolute(arguments_.log))))
+    return fail(desk_, ExitCode::File, "There is no folder for the log: " + arguments_.log);
+  ExitCode worst = ExitCode::Passed;
+  for (int left = arguments_.count.value_or(1);;) {
+    const ExitCode code = programOne(run);
+    if (code == ExitCode::PassedInPart) worst = code;
+    if (code != ExitCode::Passed && code != ExitCode::PassedInPart) return code;
+    if (!arguments_.forever && --left == 0) return worst;
+    if (const ExitCode cut = changeChip(); cut != ExitCode::Passed) return cut;
+  }
+}
+
+ExitCode Series::programOne(const Run& run) {
+  const engine::Outcome outcome = run(source_.job);
+  const ExitCode code = writeLog(outcome, tellOutcome(desk_, console_, source_.job, outcome, numbers_.inHand()));
+  if (!outcome.passed()) return code;
+  const Problem problem = numbers_.advance(source_);
+  tellNumber();
+  if (problem) return fail(desk_, problem.code, problem.why + " No further chip is programmed.", problem.next);
+  return code;
+}
+
+// What has become of a chip that nobody recorded is not known on the next day, so the line ends here.
+ExitCode Series::writeLog(const engine::Outcome& outcome, ExitCode code) {
+  if (arguments_.log.empty()) return code;
+  const auto entry = engine::batchEntry(outcome, desk_.clock.dateTime(), source_.job.model.name(), numbers_.inHand());
+  const auto written = engine::appendToBatchLog(desk_.files, arguments_.log, entry);
+  if (written) return code;
+  const std::string why = "The log could not be written: " + arguments_.log + ": " + written.error;
+  if (outcome.passed())
+    return fail(desk_, ExitCode::File, why, "The chip is good, and has no line in the log. Make room and add it.");
+  desk_.out.note(why);
+  return code;
+}
+
+void Series::tellNumber() {
+  const std::string next = numbers_.inHand();
+  if (!next.empty()) desk_.out.result("serial", {{"next", next}}, "Next serial number: " + next);
+}
+
+// Passed: on to the next one.
+ExitCode Series::changeChip() {
+  const auto pending = [this] { return desk_.stopper.pending() != Cut::None; };
+  if (!pending() && arguments_.delaySeconds > 0)
+    desk_.out.note("Change the chip. The next one begins in " + std::to_string(int(arguments_.delaySeconds)) + " s.");
+  const auto time = std::chrono::ceil<platform::Millis>(std::chrono::duration<double>(arguments_.delaySeconds));
+  if (!pending() && engine::pause(desk_.services(), time) && !pending()) return ExitCode::Passed;
+  return fail(desk_, exitCodeOf(desk_.stopper.pending()), "Stopped between two chips.");
+}
+
+}  // namespace kvr::cli
