@@ -93,7 +93,28 @@ void Chip::powerOff(Micros at) {
   schedule_.addPowerChange(at, [this](Micros when) { enter(ChipState::off, when, "power off"); });
 }
 
+bool Chip::supplied(Micros at) const {
+  return !cutAt_ || at < *cutAt_ + config_.supply.holdUp;
+}
+
+// A supply that comes back before the capacitors are empty has never been away for the chip.
+void Chip::linesMoved(Micros at, const ModemLines& lines) {
+  const bool feeds = config_.supply.feeds(lines);
+  if (feeds == !cutAt_) return;
+  const bool reset = !supplied(at);
+  if (feeds)
+    cutAt_.reset();
+  else
+    cutAt_ = at;
+  if (feeds && reset) powerOn(at);
+  if (!feeds)
+    schedule_.add(at + config_.supply.holdUp, [this](Micros when) {
+      if (!supplied(when)) powerOff(when);
+    });
+}
+
 void Chip::startBoot(Micros at) {
+  if (!supplied(at)) return;
   enter(ChipState::syncing, at, "power on");
   fixedLink_ = disturbed_ = fresh_ = pulsesAwaited_ = false;
   changed_ = erased_ = programming_ = finished_ = optionsTaken_ = false;
@@ -150,6 +171,7 @@ std::optional<Line> Chip::line() const {
 
 void Chip::hear(Micros end, const Heard& heard) {
   advanceTo(end);
+  judge(!cutAt_, end, "a byte while my supply is switched off, which feeds me through the data line");
   if (applicationRuns()) return application_->hear(end, heard.byte);
   if (state_ == ChipState::off || state_ == ChipState::application) return;
   if (heard.damage == Damage::wrongLine) return judgeWrongLine(end, heard);

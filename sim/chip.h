@@ -50,6 +50,7 @@ class Chip : public Device {
   std::optional<Micros> nextDue() const override;
   void advanceTo(Micros now) override;
   void disturbed(Micros at) override;
+  void linesMoved(Micros at, const ModemLines& lines) override;
 
   // --- What happens to it ---
   void powerOn(Micros at);  // from then on boot firmware listens; may lie in the future
@@ -91,6 +92,7 @@ class Chip : public Device {
   // chip.cpp: power, hearing, time
   bool applicationRuns() const { return state_ == ChipState::application && application_; }
   void startBoot(Micros at);
+  bool supplied(Micros at) const;
   void leaveBoot(Micros at, const std::string& why);
   void enter(ChipState state, Micros at, const std::string& why);
   void hearFrame(Micros at, const HostFrame& frame);
@@ -186,7 +188,8 @@ class Chip : public Device {
   std::unique_ptr<Application> application_;
 
   ChipState state_ = ChipState::off;
-  Line line_;  // in greeted and session
+  std::optional<Micros> cutAt_;  // its supply is switched off since
+  Line line_;                    // in greeted and session
   Line firstLine_;
   bool fixedLink_ = false;
   Micros busyUntil_ = -1;

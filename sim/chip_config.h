@@ -75,6 +75,16 @@ struct RcSetting {
   double noise = 0.00002;  // of one measurement, as a share
 };
 
+// A fixture that feeds the chip through one of the adapter's modem lines.
+struct SupplySwitch {
+  enum class By { hand, dtr, rts } by = By::hand;
+  bool onWhenSet = true;
+  Micros holdUp = 20 * kMillisecond;  // the fixture's capacitors feed the chip on for so long
+  bool feeds(const ModemLines& lines) const {
+    return by == By::hand || (by == By::dtr ? lines.dtr : lines.rts) == onWhenSet;
+  }
+};
+
 struct ChipConfig {
   const McuRecord* row = nullptr;
   char letter = 0;                     // stepping letter; 0: the usual one of the row
@@ -92,6 +102,7 @@ struct ChipConfig {
   bool reportsAltCode = false;         // the row's second code
   int extendedCode = 0;                // at 55, 56 of the status frame
   std::optional<OptionBytes> options;  // as the chip came; unset: the factory's
+  SupplySwitch supply;
   ChipTimes times;
   ChipFaults faults;
   RcSetting rc;

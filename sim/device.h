@@ -43,6 +43,13 @@ struct Heard {
   Line line;  // how the speaker is set (a listener that measures bits learns it from this)
 };
 
+// The adapter's outputs beside the data: true is set (asserted), whatever level the adapter makes of it.
+struct ModemLines {
+  bool dtr = false;
+  bool rts = false;
+  bool operator==(const ModemLines&) const = default;
+};
+
 class Device {
  public:
   virtual ~Device() = default;
@@ -62,6 +69,9 @@ class Device {
   // The wire tampers with the conversation in either direction, until `at`: what the host does until then and next may
   // look odd through nobody's mistake.
   virtual void disturbed(Micros /*at*/) {}
+
+  // The adapter's lines are like this from `at` on: at the connection to the wire, and at every change.
+  virtual void linesMoved(Micros /*at*/, const ModemLines& /*lines*/) {}
 
   // Set by the wire: the device starts to send these bytes at `start`, with these line settings. Returns when the last
   // bit will have left.

@@ -9,6 +9,7 @@ namespace sim {
 namespace {
 
 constexpr double kRateTolerance = 0.045;
+constexpr Micros kLongAgo = -3600 * kSecond;
 
 Micros whole(double micros) {
   return static_cast<Micros>(std::ceil(micros - 1e-6));
@@ -31,6 +32,7 @@ void Wire::connect(Device* device) {
   toHost_.bursts.clear();
   toHost_.freeAt = 0;
   if (!device_) return;
+  device_->linesMoved(kLongAgo, lines_);
   device_->say = [this](Micros start, const Line& as, std::span<const std::uint8_t> bytes) {
     return carry(Direction::deviceToHost, bytes, as, start);
   };
@@ -56,6 +58,14 @@ void Wire::hangUp(Micros now) {
   advanceTo(now);
   clearIn(now);
   open_ = false;
+}
+
+void Wire::setLines(const ModemLines& lines, Micros now) {
+  if (lines == lines_) return;
+  advanceTo(now);
+  lines_ = lines;
+  lineMoves_.push_back({now, lines});
+  if (device_) device_->linesMoved(now, lines);
 }
 
 void Wire::write(std::span<const std::uint8_t> bytes, Micros now) {

@@ -49,6 +49,10 @@ class Wire {
   bool isOpen() const { return open_; }
   const Line& hostLine() const { return hostLine_; }
 
+  // The modem lines; they stay as they are while the port is closed.
+  void setLines(const ModemLines& lines, Micros now);
+  const ModemLines& lines() const { return lines_; }
+
   // Queues bytes. One call is one unit for the log and for faults. Nothing happens when the port is closed.
   void write(std::span<const std::uint8_t> bytes, Micros now);
   int pendingOut(Micros now) const;  // bytes not yet sent in full
@@ -70,6 +74,11 @@ class Wire {
   void plug();
   bool plugged() const { return plugged_; }
   const std::vector<Unit>& log() const { return log_; }
+  struct LineMove {
+    Micros at = 0;
+    ModemLines lines;
+  };
+  const std::vector<LineMove>& lineMoves() const { return lineMoves_; }
   std::size_t unitsCarried() const { return static_cast<std::size_t>(toDevice_.units + toHost_.units); }
   int faultsDone() const { return faultsDone_; }
 
@@ -109,6 +118,8 @@ class Wire {
   bool open_ = false;
   bool plugged_ = true;
   Line hostLine_;
+  ModemLines lines_;
+  std::vector<LineMove> lineMoves_;
   Lane toDevice_;
   Lane toHost_;
   std::vector<std::uint8_t> held_;  // in the adapter

@@ -37,12 +37,18 @@ DownloadPanel::DownloadPanel() {
   optBeepYes.setCaption("Yes");
   optBeepNo.setCaption("No");
   optBeepYes.setValue(true);
+  cobPowerLine.setItems({"none", "DTR", "RTS"});
+  cobPowerLine.setListIndex(0);
+  cobPowerLevel.setItems({"active high", "active low"});
+  cobPowerLevel.setListIndex(0);
+  txtPowerOff.setText("500");
 }
 
 void DownloadPanel::addTo(platform::ControlRegistry& registry) {
   registry.add(comDownload);
   registry.addAll(comStop_Download, comReadChipLock, Command2, cheTL, cobBaudMin, cobBaudMax, txtWrite_OK_Count,
-                  comClear_OK_Count, comDalay_ReDownLoad, optBeepYes, optBeepNo);
+                  comClear_OK_Count, comDalay_ReDownLoad, optBeepYes, optBeepNo, cobPowerLine, cobPowerLevel,
+                  txtPowerOff);
 }
 
 }  // namespace kvr::download

@@ -37,6 +37,9 @@ struct DownloadPanel {
   platform::OptionButton optBeepYes{"optBeepYes"};
   platform::OptionButton optBeepNo{"optBeepNo"};
   platform::OptionGroup beepGroup;
+  platform::ComboBox cobPowerLine{"cobPowerLine"};    // what switches the target's supply: none, DTR, RTS
+  platform::ComboBox cobPowerLevel{"cobPowerLevel"};  // on while the line is: set, clear
+  platform::TextBox txtPowerOff{"txtPowerOff"};       // for so many milliseconds
   Verdict verdict;
 };
 

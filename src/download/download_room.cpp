@@ -12,7 +12,8 @@ DownloadRoom::DownloadRoom(RunRoom room, platform::Dialogs& dialogs, const JobPa
       panel_(panel),
       controls_(controls),
       images_(images),
-      options_(options) {
+      options_(options),
+      power_(panel, room_.services.lease, room_.lock) {
   panel_.comDownload[0].onClick = [this] { program(); };
   panel_.comDownload[1].onClick = [this] { programRepeatedly(); };
   panel_.comStop_Download.onClick = [this] { stop(); };

@@ -9,6 +9,7 @@
 #include "download/display_panel.h"
 #include "download/download_panel.h"
 #include "download/job_panel.h"
+#include "download/power_area.h"
 #include "download/results_room.h"
 #include "engine/chip_run.h"
 #include "images/image_room.h"
@@ -79,6 +80,7 @@ class DownloadRoom {
   MainControls controls_;
   images::ImageRoom& images_;
   options::OptionsRoom& options_;
+  PowerArea power_;
   platform::Signal::Token lockToken_;
 };
 

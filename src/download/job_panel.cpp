@@ -1,5 +1,6 @@
 #include "download/job_panel.h"
 
+#include "download/power_area.h"
 #include "platform/text.h"
 
 namespace kvr::download {
@@ -33,6 +34,7 @@ engine::Job readJob(const JobPanels& panels, bool fixedLink) {
   job.firstBaud = baudOf(panels.download.cobBaudMin);
   job.highestBaud = baudOf(panels.download.cobBaudMax);
   job.fixedLink = fixedLink;
+  job.power = readPower(panels.download);
   job.frameSize = engine::frameSizeOf(job.record(), fixedLink);
   return job;
 }

@@ -56,8 +56,7 @@ Learnt Handshake::runReadOnly() {
 
 // First contact, clock and identity.
 bool Handshake::meet(Learnt& learnt, bool readOnly) {
-  if (!openPort()) return false;
-  c_.enter(Stage::Wait);
+  if (!openUnpowered()) return false;
   const auto reply = firstContact();
   if (c_.stopped()) return false;
   if (!reply) return c_.fail(0, "Connection failed!");
@@ -74,6 +73,28 @@ bool Handshake::meet(Learnt& learnt, bool readOnly) {
   return true;
 }
 
+// The supply comes back at the end, and the call begins at once: boot firmware does not listen for long.
+bool Handshake::openUnpowered() {
+  const SupplyOff off(c_.link.port(), c_.job.power);
+  if (!openPort()) return false;
+  c_.enter(Stage::Wait);
+  return restUnpowered();
+}
+
+// Silent: a chip without a supply would be fed by the data line.
+bool Handshake::restUnpowered() {
+  const PowerSwitch& power = c_.job.power;
+  if (!power.line) return true;
+  if (!c_.link.port().lineKept()) {
+    c_.say("The port has no " + nameOf(*power.line) + " line to switch the power with.");
+    return true;
+  }
+  c_.say("Power is off by " + nameOf(*power.line) + " for " + std::to_string(power.off.count()) + " ms.");
+  if (c_.link.pause(power.off)) return true;
+  c_.tellStop();
+  return false;
+}
+
 bool Handshake::openPort() {
   TargetLink& link = c_.link;
   link.clearReceiveState();
@@ -82,13 +103,14 @@ bool Handshake::openPort() {
   if (link.setBaud(c_.job.firstBaud) || link.open()) return c_.failPort(3);
   link.clearQueues();
   c_.view().lamp(true);
-  hintTimer_.start(kHintAfter);
   return true;
 }
 
 // Nothing: stopped, or the chip broke off. Without an answer the loops never end.
 std::optional<Reply> Handshake::firstContact() {
   TargetLink& link = c_.link;
+  link.clearReceiveState();  // a supply that goes and comes leaves marks on the line
+  hintTimer_.start(kHintAfter);
   const bool fixed = c_.job.fixedLink;
   const auto reply = c_.traits().pulses() ? rc_.pulseSync() : fixed ? fixedLinkSync() : plainSync();
   hintTimer_.stop();

@@ -31,6 +31,8 @@ class Handshake {
 
  private:
   bool openPort();
+  bool openUnpowered();
+  bool restUnpowered();
   std::optional<Reply> firstContact();
   bool meet(Learnt& learnt, bool readOnly);
   std::optional<Reply> plainSync();

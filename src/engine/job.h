@@ -9,6 +9,7 @@
 
 #include "catalogue/address_range.h"
 #include "catalogue/selected_model.h"
+#include "engine/power_switch.h"
 #include "images/image_buffer.h"
 #include "options/compose_options.h"
 
@@ -46,6 +47,8 @@ struct Job {
   int highestBaud = 115200;  // as chosen; see `highestBaudOf`
   bool fixedLink = false;    // 115200 from the first byte, no negotiation
   int frameSize = 128;       // data bytes in one frame
+
+  PowerSwitch power;  // of the target's supply, switched before the first contact
 
   bool handOver = false;  // leaves the port open after a success, for the terminal
 

@@ -74,6 +74,7 @@ class TargetLink : public PortHolder {
   [[nodiscard]] bool changeSettings(const std::string& settings);
   void close();
   bool isOpen() const { return lease().link().isOpen(); }
+  platform::SerialLink& port() { return lease().link(); }
   void clearQueues();                    // of the port
   void clearReceiveState();              // both queues emptied, nothing received. Every sender calls it first.
   void clearReceived() { rx_.clear(); }  // nothing received; the queues stay

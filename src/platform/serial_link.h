@@ -22,6 +22,8 @@ struct PortError {
   explicit operator bool() const { return kind != Kind::None; }
 };
 
+enum class ModemLine { Dtr, Rts };
+
 class SerialLink {
  public:
   virtual ~SerialLink() = default;
@@ -57,6 +59,14 @@ class SerialLink {
   // the system allows; both are on after an open for which nothing was set.
   virtual void setDtr(bool on) = 0;
   virtual void setRts(bool on) = 0;
+
+  // For a line that switches something beside the conversation, such as the target's supply: it is put to this state at
+  // once, or with the next open, and from then on nothing but the next call moves it: no open, no close, no `setDtr`
+  // and no `setRts`. To that end a close keeps the device in hand. The first open of a device may move the line for a
+  // moment (systems raise both lines then), and so may the end of the program.
+  virtual void keepLine(ModemLine line, bool on) = 0;
+  virtual void freeLine() = 0;        // it goes with the others again; a device that was kept in hand is given back
+  virtual bool lineKept() const = 0;  // false also when the device that was opened has no such line
 
   // Raised from the event loop while at least one byte waits and it was not raised for that byte before. A handler that
   // leaves bytes unread is called again when more arrive. Closing takes an unhandled event back.

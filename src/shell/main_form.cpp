@@ -58,9 +58,17 @@ void MainForm::connectRooms() {
   settings.hooks.notSaved = [this](const std::string& why) {
     main.textMsg.appendLine("The settings could not be saved: " + why);
   };
+  download.cobPowerLine.changed.connect([this] { lockPowerLine(); });
   tokens_ = {lock.changed.watch([this] { applyLock(); }),
              images.state.CodeBuffer.changed.watch([this] { forgetVerdict(); }),
              images.state.EepromBuffer.changed.watch([this] { forgetVerdict(); })};
+}
+
+// The line that feeds the target is no toy of the terminal.
+void MainForm::lockPowerLine() {
+  const auto line = download::readPower(download).line;
+  tool.che_DTR.setEnabled(line != platform::ModemLine::Dtr);
+  tool.che_RTS.setEnabled(line != platform::ModemLine::Rts);
 }
 
 // What follows from a model that has just been applied, in every room.

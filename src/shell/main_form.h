@@ -116,6 +116,7 @@ class MainForm {
   void logRun(const download::RunRecord& record);
   void connectButtons();
   void applyLock();
+  void lockPowerLine();
   void showOptionNote();
   void applyModel();
   void checkConnections() const;

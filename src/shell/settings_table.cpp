@@ -40,6 +40,9 @@ void addMain(std::vector<SettingBinding>& table) {
   add("com_RC_frequency_4", Kind::Index, "3", "com_RC_frequency", 4);
   add("com_RC_frequency_5", Kind::Text, "11.059", "com_RC_frequency", 5);
   add("txt_RC_frequency", Kind::Number, "128", "txt_RC_frequency");
+  add("PowerSwitch", Kind::Index, "0", "cobPowerLine");
+  add("PowerSwitchLevel", Kind::Index, "0", "cobPowerLevel");
+  add("PowerSwitchOff", Kind::Number, "500", "txtPowerOff");
   add("BatchLog", Kind::Check, "0", "cheBatchLog");
   add("BatchLogFile", Kind::Text, "", "txtBatchLog");
 }

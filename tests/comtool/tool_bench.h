@@ -76,6 +76,9 @@ class PlayedLink : public support::NoLink {
   void clearIn() override { waiting.clear(); }
   void setDtr(bool on) override { dtr = on; }
   void setRts(bool on) override { rts = on; }
+  void keepLine(platform::ModemLine, bool) override {}
+  void freeLine() override {}
+  bool lineKept() const override { return false; }
 
   std::deque<std::uint8_t> waiting;
   Bytes sent;

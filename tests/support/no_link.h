@@ -22,6 +22,9 @@ class NoLink : public platform::SerialLink {
   void clearIn() override {}
   void setDtr(bool) override {}
   void setRts(bool) override {}
+  void keepLine(platform::ModemLine, bool) override {}
+  void freeLine() override {}
+  bool lineKept() const override { return false; }
 };
 
 }  // namespace kvr::support

@@ -56,8 +56,7 @@ void VirtualLink::holdDevice() {
 }
 
 PortError VirtualLink::open() {
-  dtr = std::exchange(nextDtr_, true);
-  rts = std::exchange(nextRts_, true);
+  const sim::ModemLines lines = std::exchange(next_, {true, true});
   if (isOpen()) return {PortError::Kind::Busy, device_ + ": busy"};
   if (refusesToOpen && opens >= refusesAfter) return refusesToOpen;
   if (held_.device().empty() && !devices.contains(number_))
@@ -67,10 +66,38 @@ PortError VirtualLink::open() {
   if (line.stopBits == 1.5 && line.dataBits != 5)
     return {PortError::Kind::BadSettings, device_ + ": 1.5 stop bits go with 5 data bits only"};
   if (!wire_.open(line, now())) return {PortError::Kind::NoSuchDevice, device_ + ": no such device"};
+  moveLines(lines);
   held_.opened(device_);
   ++opens;
   told_ = 0;
   return {};
+}
+
+// A kept line stays as it is kept.
+void VirtualLink::moveLines(sim::ModemLines lines) {
+  if (!hasModemLines) return;
+  if (kept_) (kept_->line == platform::ModemLine::Dtr ? lines.dtr : lines.rts) = kept_->on;
+  wire_.setLines(lines, now());
+}
+
+void VirtualLink::setDtr(bool on) {
+  if (isOpen())
+    moveLines({on, wire_.lines().rts});
+  else
+    next_.dtr = on;
+}
+
+void VirtualLink::setRts(bool on) {
+  if (isOpen())
+    moveLines({wire_.lines().dtr, on});
+  else
+    next_.rts = on;
+}
+
+// A port that was never open moves nothing; one that was is still in hand.
+void VirtualLink::keepLine(platform::ModemLine line, bool on) {
+  kept_ = {line, on};
+  if (opens > 0) moveLines(wire_.lines());
 }
 
 // What was written goes out first, for at most one second; the rest is thrown away.

@@ -23,8 +23,7 @@ class VirtualLink : public platform::SerialLink, public platform::VirtualSource 
   platform::PortError refusesToOpen;                      // set: every opening fails with it ...
   int refusesAfter = 0;                                   // ... from this many good ones on
   void unplug();                                          // the adapter is pulled out
-  bool dtr = true;                                        // the modem lines of the open port
-  bool rts = true;
+  bool hasModemLines = true;
   int opens = 0;
   int closes = 0;
 
@@ -49,8 +48,11 @@ class VirtualLink : public platform::SerialLink, public platform::VirtualSource 
   std::vector<std::uint8_t> readBytes(std::size_t maxCount) override;
   void clearOut() override { wire_.clearOut(now()); }
   void clearIn() override;
-  void setDtr(bool on) override { (isOpen() ? dtr : nextDtr_) = on; }
-  void setRts(bool on) override { (isOpen() ? rts : nextRts_) = on; }
+  void setDtr(bool on) override;
+  void setRts(bool on) override;
+  void keepLine(platform::ModemLine line, bool on) override;
+  void freeLine() override { kept_.reset(); }
+  bool lineKept() const override { return kept_ && hasModemLines; }
 
   // --- VirtualSource ---
   std::optional<platform::Instant> nextDue() const override;
@@ -68,8 +70,14 @@ class VirtualLink : public platform::SerialLink, public platform::VirtualSource 
   int number_ = 1;
   std::string device_;
   platform::HeldDevice held_;
-  bool nextDtr_ = true;
-  bool nextRts_ = true;
+  struct KeptLine {
+    platform::ModemLine line;
+    bool on;
+  };
+  bool keeps(platform::ModemLine line) const { return lineKept() && kept_->line == line; }
+  void moveLines(sim::ModemLines lines);
+  sim::ModemLines next_{true, true};  // at the next open
+  std::optional<KeptLine> kept_;
   int told_ = 0;  // waiting bytes for which the event was raised already
 };
 

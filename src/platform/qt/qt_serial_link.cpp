@@ -34,7 +34,12 @@ QtSerialLink::QtSerialLink(EventLoop& loop, std::function<std::string(int)> devi
                    if (vanished_) vanished_(error);
                  }),
       deviceOf_(std::move(deviceOf)) {
-  QObject::connect(&port_, &QSerialPort::readyRead, &port_, [this] { received_.raise(); });
+  QObject::connect(&port_, &QSerialPort::readyRead, &port_, [this] {
+    if (parked_)
+      port_.clear(QSerialPort::Input);
+    else
+      received_.raise();
+  });
   QObject::connect(&port_, &QSerialPort::errorOccurred, &port_,
                    [this](QSerialPort::SerialPortError error) { onPortError(error); });
 }
@@ -42,6 +47,7 @@ QtSerialLink::QtSerialLink(EventLoop& loop, std::function<std::string(int)> devi
 QtSerialLink::~QtSerialLink() {
   port_.disconnect();
   close();
+  dropPort();
 }
 
 void QtSerialLink::setPortNumber(int number) {
@@ -66,10 +72,11 @@ PortError QtSerialLink::setSettings(const std::string& text) {
 
 PortError QtSerialLink::open() {
   if (isOpen()) return {PortError::Kind::Busy, device_ + ": already open"};
-  dropPort();
   const std::string device = held_.device().empty() ? deviceOf_(number_) : held_.device();
   PortError error;
-  if (device.empty())
+  if (parked_ && device == device_ && !deviceGone(static_cast<std::intptr_t>(port_.handle())))
+    error = takeUp();
+  else if (dropPort(); device.empty())
     error = {PortError::Kind::NoSuchDevice, "COM" + std::to_string(number_) + ": no such device"};
   else
     error = openDevice(device);
@@ -81,7 +88,7 @@ PortError QtSerialLink::open() {
 PortError QtSerialLink::openDevice(const std::string& device) {
   DeviceGuard guard(device);
   if (guard.error()) return guard.error();
-  guard.prepare(lines_);
+  guard.prepare(wantedLines());
   device_ = device;
   gone_ = false;
   goneEvent_.withdraw();
@@ -99,7 +106,7 @@ PortError QtSerialLink::openDevice(const std::string& device) {
     dropPort();
     return error;
   }
-  setModemLines();
+  setModemLines(true);
   const PortError error = apply(line_);
   if (error)
     dropPort();
@@ -108,10 +115,43 @@ PortError QtSerialLink::openDevice(const std::string& device) {
   return error;
 }
 
-// Every open raises both lines.
-void QtSerialLink::setModemLines() {
-  if (!lines_.dtr) port_.setDataTerminalReady(false);
-  if (!lines_.rts) port_.setRequestToSend(false);
+// The port was never closed for the system.
+PortError QtSerialLink::takeUp() {
+  const PortError error = apply(line_);
+  if (error) return error;
+  port_.clear();
+  parked_ = false;
+  setModemLines(false);
+  return {};
+}
+
+ModemLines QtSerialLink::wantedLines() const {
+  ModemLines wanted = lines_;
+  if (kept_) (kept_->line == ModemLine::Dtr ? wanted.dtr : wanted.rts) = kept_->on;
+  return wanted;
+}
+
+// The system's open has raised both; in a port that was kept in hand they are as they were left.
+void QtSerialLink::setModemLines(bool bothUp) {
+  if (!keeps(ModemLine::Dtr) && (!bothUp || !lines_.dtr)) port_.setDataTerminalReady(lines_.dtr);
+  if (!keeps(ModemLine::Rts) && (!bothUp || !lines_.rts)) port_.setRequestToSend(lines_.rts);
+  moveKeptLine();
+}
+
+void QtSerialLink::moveKeptLine() {
+  if (!kept_ || !port_.isOpen()) return;
+  kept_->taken =
+      kept_->line == ModemLine::Dtr ? port_.setDataTerminalReady(kept_->on) : port_.setRequestToSend(kept_->on);
+}
+
+void QtSerialLink::keepLine(ModemLine line, bool on) {
+  kept_ = {line, on};
+  moveKeptLine();
+}
+
+void QtSerialLink::freeLine() {
+  kept_.reset();
+  if (parked_) dropPort();
 }
 
 PortError QtSerialLink::apply(const LineSettings& line) {
@@ -134,12 +174,16 @@ PortError QtSerialLink::refused(const std::string& what) const {
 }
 
 void QtSerialLink::close() {
+  if (parked_) return;
   if (isOpen()) drainOrDrop();
-  dropPort();
+  if (!lineKept() || !isOpen()) return dropPort();
+  received_.withdraw();
+  parked_ = true;
 }
 
 void QtSerialLink::dropPort() {
   received_.withdraw();
+  parked_ = false;
   if (port_.isOpen()) port_.close();
 }
 
@@ -196,14 +240,14 @@ void QtSerialLink::clearIn() {
 }
 
 void QtSerialLink::setDtr(bool on) {
-  if (isOpen())
+  if (isOpen() && !keeps(ModemLine::Dtr))
     port_.setDataTerminalReady(on);
   else
     lines_.dtr = on;
 }
 
 void QtSerialLink::setRts(bool on) {
-  if (isOpen())
+  if (isOpen() && !keeps(ModemLine::Rts))
     port_.setRequestToSend(on);
   else
     lines_.rts = on;
@@ -220,8 +264,9 @@ void QtSerialLink::onPortError(QSerialPort::SerialPortError error) {
       &port_,
       [this] {
         if (!gone_) return;
+        const bool inUse = !parked_;
         dropPort();
-        goneEvent_.raise();
+        if (inUse) goneEvent_.raise();
       },
       Qt::QueuedConnection);
 }

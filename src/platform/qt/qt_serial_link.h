@@ -3,6 +3,7 @@
 
 #include <QSerialPort>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "platform/device_hold.h"
@@ -28,7 +29,7 @@ class QtSerialLink : public SerialLink {
   std::string settings() const override { return settings_; }
   PortError open() override;
   void close() override;
-  bool isOpen() const override { return port_.isOpen() && !gone_; }
+  bool isOpen() const override { return port_.isOpen() && !gone_ && !parked_; }
   void write(std::span<const std::uint8_t> bytes) override;
   std::size_t outBytesPending() const override;
   std::size_t inBytesPending() const override;
@@ -37,14 +38,26 @@ class QtSerialLink : public SerialLink {
   void clearIn() override;
   void setDtr(bool on) override;
   void setRts(bool on) override;
+  void keepLine(ModemLine line, bool on) override;
+  void freeLine() override;
+  bool lineKept() const override { return kept_ && kept_->taken; }
 
  private:
+  struct KeptLine {
+    ModemLine line = ModemLine::Dtr;
+    bool on = true;
+    bool taken = true;  // by the device that was opened last
+  };
   PortError openDevice(const std::string& device);
   PortError apply(const LineSettings& line);
   PortError refused(const std::string& what) const;
   bool drained();
   void drainOrDrop();
-  void setModemLines();
+  PortError takeUp();
+  ModemLines wantedLines() const;
+  bool keeps(ModemLine line) const { return kept_ && kept_->line == line; }
+  void moveKeptLine();
+  void setModemLines(bool bothUp);
   void dropPort();
   void onPortError(QSerialPort::SerialPortError error);
   QSerialPort port_;
@@ -54,11 +67,13 @@ class QtSerialLink : public SerialLink {
   std::string device_;
   HeldDevice held_;
   ModemLines lines_;  // for the next open; then both are on again
+  std::optional<KeptLine> kept_;
   std::string settings_ = "9600,n,8,1";
   LineSettings line_;
   LineSettings applied_;
   int number_ = 1;
   bool gone_ = false;
+  bool parked_ = false;  // closed for the program; still in hand, so that no open and no close moves a line
 };
 
 }  // namespace kvr::platform

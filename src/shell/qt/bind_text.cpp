@@ -41,6 +41,7 @@ void appendTo(QPlainTextEdit& pane, const QString& text) {
 void showEnd(QPlainTextEdit& pane) {
   pane.moveCursor(QTextCursor::End);
   pane.ensureCursorVisible();
+  pane.verticalScrollBar()->setValue(pane.verticalScrollBar()->maximum());  // the last line may peep in before
 }
 
 // Whoever sees the end of the text sees it in a window of another size, too.

@@ -118,6 +118,25 @@ QGroupBox* stepFiles(const Maker& maker) {
   return step(maker, 1, grid);
 }
 
+// Shown with the box that it speaks of.
+QLabel* shownWith(platform::Control& control, const QString& text) {
+  auto* label = captionFor(text);
+  follow(label, control, [label, &control] { label->setVisible(control.visible()); });
+  return label;
+}
+
+QLayout* powerSwitch(const Maker& maker) {
+  auto& p = maker.form.download;
+  auto* line = maker.combo(p.cobPowerLine, QStringLiteral("Line that switches the target's power"));
+  line->setToolTip(QStringLiteral("The adapter's line that switches the target's power off and on for each chip"));
+  auto* level = maker.combo(p.cobPowerLevel, QStringLiteral("Level of the line that means power on"));
+  level->setToolTip(QStringLiteral("Power is on while the line is set (high) or clear (low)"));
+  auto* off = maker.line(p.txtPowerOff, QStringLiteral("Milliseconds without power, 50 to 5000"), 5);
+  return row({captionFor(QStringLiteral("Po&wer switch"), line), line, level,
+              shownWith(p.txtPowerOff, QStringLiteral("off")), off, shownWith(p.txtPowerOff, QStringLiteral("ms")),
+              nullptr});
+}
+
 QGroupBox* stepPort(const Maker& maker) {
   auto& form = maker.form;
   auto* column = new QVBoxLayout;
@@ -129,6 +148,7 @@ QGroupBox* stepPort(const Maker& maker) {
                                   QStringLiteral("The terminal holds the port; press to take it back")),
                          captionFor(QStringLiteral("&COM"), port), port, captionFor(QStringLiteral("Ma&x Baud:"), most),
                          most, captionFor(QStringLiteral("Mi&n Baud:"), least), least, nullptr}));
+  column->addLayout(powerSwitch(maker));
   auto* status = maker.label(form.main.portStatus);
   status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   status->setMinimumHeight(status->fontMetrics().height());
