@@ -69,7 +69,7 @@ void putFields(OptionBytes& bytes, const PanelValues& values, std::optional<RcTr
 PanelValues defaultValues(catalogue::Family family) {
   PanelValues values{.family = family};
   for (const auto& row : optionRows(catalogue::traitsOf(family).panelSlot)) {
-    if (row.place.known()) values.choices[std::string(row.key)] = row.text == "1" ? "True" : "False";
+    if (isChoice(row)) values.choices[std::string(row.key)] = row.text == "1" ? "True" : "False";
     if (row.key == "WDT_Prescalar") values.prescaler = row.text;
     if (row.key == "RC30K_Divder") values.wakeUpDelay = row.text;
     if (row.key == "Low_Voltage_detector") values.lowVoltageIndex = 0;

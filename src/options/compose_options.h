@@ -18,7 +18,7 @@ struct PanelValues {
   catalogue::Family family{};
   bool noOptions = false;  // the model's options cannot be changed: nothing else here has an effect
 
-  // "True" or "False" by key, for the keys that are bits. A key that is missing is a choice that was not made.
+  // "True" or "False" by key, for the keys of buttons. A key that is missing is a choice that was not made.
   std::map<std::string, std::string, std::less<>> choices;
 
   std::string prescaler;     // `WDT_Prescalar`: "2" .. "256"; any other text counts as "256"

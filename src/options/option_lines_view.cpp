@@ -7,8 +7,6 @@
 namespace kvr::options {
 namespace {
 
-constexpr int kClearUnusedLine = 4;
-
 PanelGroup line(int row, OptionPanel& panel) {
   return {.row = row, .label = &panel.LabOption[static_cast<std::size_t>(row)]};
 }
@@ -43,8 +41,7 @@ std::vector<PanelGroup> layOutPanel(const catalogue::McuRecord& record, OptionPa
   if (record.noOptions) return fixedLines(record, panel);
   const catalogue::FamilyTraits& traits = traitsOf(record);
   auto groups = linesOfTable(traits.panelSlot, panel);
-  if (record.apEnd < traits.unusedFrom)
-    std::erase_if(groups, [](const PanelGroup& group) { return group.row == kClearUnusedLine; });
+  std::erase_if(groups, [&](const PanelGroup& group) { return !hasLine(record, group.row); });
   // The wanted frequency of the internal oscillator is in the line of the clock.
   if (traits.oscillator != catalogue::Oscillator::External && !groups.empty())
     groups.front().list = &panel.com_RC_frequency[5];

@@ -93,6 +93,11 @@ std::string reportText(int slot, std::size_t index, char voltageClass) {
   return std::string(report) + " " + std::string(captionText(slot, index - 1, voltageClass));
 }
 
+bool hasLine(const catalogue::McuRecord& record, int line) {
+  constexpr int kClearUnusedLine = 4;
+  return line != kClearUnusedLine || record.apEnd >= traitsOf(record).unusedFrom;
+}
+
 std::span<const std::string_view> lowVoltageChoices(char voltageClass) {
   static constexpr std::array<std::string_view, 6> kHigh = {"4.05", "3.82", "3.61", "3.43", "3.28", "3.14"};
   static constexpr std::array<std::string_view, 6> kLow = {"2.61", "2.42", "2.26", "2.12", "2.00", "1.89"};

@@ -39,6 +39,11 @@ struct OptionRow {
   BitPlace place{};
 };
 
+// A button that is on or off, as opposed to a caption or a list.
+constexpr bool isChoice(const OptionRow& row) {
+  return row.key != kClew && row.property == "Value";
+}
+
 // Whether the bytes hold the choice; false for a place that is no bit.
 bool holds(const OptionBytes& bytes, const BitPlace& place);
 
@@ -58,6 +63,9 @@ const OptionRow* findRow(int slot, std::string_view key);
 // in the captions and reports of the two `LowU_Reset` choices. Any class but 'H' is the low-voltage one.
 std::string_view captionText(int slot, std::size_t index, char voltageClass);
 std::string reportText(int slot, std::size_t index, char voltageClass);
+
+// Whether the model's page has the line: small parts have no unused code area to choose about.
+bool hasLine(const catalogue::McuRecord& record, int line);
 
 // The entries of the list `Low_Voltage_detector`, volts, from the highest threshold down.
 std::span<const std::string_view> lowVoltageChoices(char voltageClass);

@@ -164,7 +164,7 @@ bool OptionsRoom::setControlValue(std::string_view key, const std::string& value
 PanelValues OptionsRoom::readPanel() const {
   PanelValues values{.family = model_.record.family, .noOptions = model_.record.noOptions, .choices = {}};
   for (const auto& row : optionRows(traits().panelSlot))
-    if (row.place.known())
+    if (isChoice(row))
       if (const auto* control = panel_.find(row.control, row.index))
         values.choices[std::string(row.key)] = control->property(row.property);
   values.prescaler = panel_.comWDT_Prescalar[0].trimmed();

@@ -33,7 +33,7 @@ void choose(options::PanelValues& choices, const HeaderLine& line, const options
     choices.wakeUpDelay = entryAt(options::kWakeUpDelays, line.value);
   } else if (row.key == options::kLowVoltageKey) {
     choices.lowVoltageIndex = platform::wholeOf(line.value);
-  } else if (row.place.known()) {
+  } else if (options::isChoice(row)) {
     choices.choices[std::string(row.key)] = isChosen(line.value) ? "True" : "False";
   }
 }
