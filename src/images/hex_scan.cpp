@@ -86,6 +86,7 @@ class Scanner {
       if (++scan_.badSums <= 3) scan_.badLines.push_back(printable(text));
     }
     const int type = record_.pair(3);
+    ++scan_.ofType[static_cast<std::size_t>(type)];
     if (type == 1) {
       scan_.endRecord = true;
       return false;
@@ -115,10 +116,18 @@ class Scanner {
     scan_.droppedBytes += count - kept;
     if (kept == 0) return;
     std::uint8_t* written = scan_.layer.written.data() + address;
-    if (std::memchr(written, kData, static_cast<std::size_t>(kept)) != nullptr)
-      scan_.overlappingBytes += std::count(written, written + kept, kData);
+    if (std::memchr(written, kData, static_cast<std::size_t>(kept)) != nullptr) noteOverlap(address, kept);
     std::memset(written, source, static_cast<std::size_t>(kept));
     std::memcpy(scan_.layer.bytes.data() + address, bytes, static_cast<std::size_t>(kept));
+  }
+
+  void noteOverlap(std::int32_t address, int count) {
+    scan_.overlaps.resize(scan_.layer.written.size());
+    for (auto i = static_cast<std::size_t>(address); i < static_cast<std::size_t>(address + count); ++i) {
+      if (scan_.layer.written[i] != kData) continue;
+      ++scan_.overlappingBytes;
+      scan_.overlaps[i] = 1;
+    }
   }
 
   HexScan scan_;

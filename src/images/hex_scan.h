@@ -5,6 +5,7 @@
 // loads the file asks the user.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -15,16 +16,18 @@
 namespace kvr::images {
 
 struct HexScan {
-  FileLayer layer;                    // as long as the image
-  std::int64_t sum = 0;               // of all data bytes, also of those above the limit
-  std::int32_t maxAddr = 0;           // highest address of a data byte, also above the limit
-  int records = 0;                    // lines that begin with ':'
-  int badSums = 0;                    // records whose check sum is wrong
-  std::vector<std::string> badLines;  // the first three of them, printable
-  bool endRecord = false;             // the file says where it ends; nothing after it was read
-  std::int64_t extendedRecords = 0;   // records of type 2 to 5
-  std::int64_t overlappingBytes = 0;  // data bytes that a later record wrote over
-  std::int64_t droppedBytes = 0;      // at or above the limit
+  FileLayer layer;                     // as long as the image
+  std::int64_t sum = 0;                // of all data bytes, also of those above the limit
+  std::int32_t maxAddr = 0;            // highest address of a data byte, also above the limit
+  int records = 0;                     // lines that begin with ':'
+  std::array<int, 256> ofType{};       // the same by record type
+  int badSums = 0;                     // records whose check sum is wrong
+  std::vector<std::string> badLines;   // the first three of them, printable
+  bool endRecord = false;              // the file says where it ends; nothing after it was read
+  std::int64_t extendedRecords = 0;    // records of type 2 to 5
+  std::int64_t overlappingBytes = 0;   // data bytes that a later record wrote over
+  std::vector<std::uint8_t> overlaps;  // not 0 where a later record wrote over a data byte; empty: nowhere
+  std::int64_t droppedBytes = 0;       // at or above the limit
 };
 
 // `startOffset` is added to every address; bytes at or above `limit` are dropped; `size` is the image's length.

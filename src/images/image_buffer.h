@@ -59,6 +59,8 @@ class ImageBuffer : public ImageBounds {
   // The last address at which a file, the user or a counter put something that is not 0, also beyond the range; -1:
   // there is none.
   std::int32_t lastHeld() const;
+  // The bytes with marks where a file, the user or a counter has put one.
+  FileLayer held() const { return {.bytes = bytes_, .written = marks_}; }
   // How many bytes of its files were blanked since the last fill, because the model has no place for them.
   std::int64_t blanked() const { return blanked_; }
 

@@ -11,12 +11,6 @@ using catalogue::McuRecord;
 namespace {
 
 constexpr std::string_view kCut = "The file is over the valid scope, and the exceeding part has been cleared.";
-constexpr std::int32_t kUsableData = 100;  // a Data Memory below this size is none
-
-std::string sumDigits(std::int64_t sum) {
-  const std::string digits = platform::hexText(static_cast<std::uint32_t>(sum), 7);
-  return digits.substr(digits.size() - 7);
-}
 
 // One file being judged. The verdict takes shape while the rules are applied.
 class Judge {
@@ -175,6 +169,11 @@ class Judge {
 };
 
 }  // namespace
+
+std::string sumDigits(std::int64_t sum) {
+  const std::string digits = platform::hexText(static_cast<std::uint32_t>(sum), 7);
+  return digits.substr(digits.size() - 7);
+}
 
 RangeVerdict judgeRange(const McuRecord& model, const catalogue::IspRange& range, const LoadedFile& file,
                         std::span<const std::uint8_t> bytes) {

@@ -17,6 +17,8 @@
 
 namespace kvr::images {
 
+inline constexpr std::int32_t kUsableData = 100;  // a Data Memory below this size is none
+
 struct LoadedFile {
   FileFormat format = FileFormat::Hex;
   ImageKind kind = ImageKind::Code;
@@ -36,6 +38,9 @@ struct RangeVerdict {
 // `bytes` is the whole image with the file laid over it.
 RangeVerdict judgeRange(const catalogue::McuRecord& model, const catalogue::IspRange& range, const LoadedFile& file,
                         std::span<const std::uint8_t> bytes);
+
+// A sum as the check sum boxes show it: its last seven hexadecimal digits.
+std::string sumDigits(std::int64_t sum);
 
 // The refusal of a start address, or empty: it may be loaded there.
 std::string checkStart(const catalogue::McuRecord& model, ImageKind kind, std::int64_t start);
