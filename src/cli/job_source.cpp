@@ -6,6 +6,8 @@
 
 #include "catalogue/mcu_record.h"
 #include "options/option_table.h"
+#include "options/option_words.h"
+#include "platform/nearest.h"
 #include "platform/text.h"
 #include "project/project_job.h"
 
@@ -55,7 +57,7 @@ Problem findModel(const std::string& name, const catalogue::McuRecord*& model) {
     }
     names.emplace_back(row.name);
   }
-  const std::string near = nearest(name, names);
+  const std::string near = platform::joinedByOr(platform::nearestNames(name, names));
   return wrongUse(
       "There is no model \"" + name + "\".",
       near.empty() ? "`kvr models` lists them." : "Did you mean " + near + "? `kvr models` lists them all.");
@@ -66,8 +68,7 @@ Problem JobMaker::make(JobSource& source) {
     return wrongUse("Name the chip with --model, or a project with --project.");
   Problem problem = arguments_.project.empty() ? fromFiles(source) : fromProject(source);
   if (problem) return problem;
-  for (const std::string& option : arguments_.options)
-    if (problem = setOption(option, source); problem) return problem;
+  if (problem = setOptions(source); problem) return problem;
   settle(source);
   return {};
 }
@@ -142,13 +143,16 @@ Problem JobMaker::loadFile(const std::string& path, const std::string& at, image
   return {};
 }
 
-Problem JobMaker::setOption(const std::string& text, JobSource& source) const {
-  const std::size_t equals = text.find('=');
-  if (equals == std::string::npos) return wrongUse("--option " + text + ": write it as KEY=VALUE.");
-  const std::string key = text.substr(0, equals);
-  const catalogue::FamilyTraits& traits = traitsOf(*catalogue::findByName(source.project.model));
-  if (!options::findRow(traits.panelSlot, key)) return wrongUse("--option " + text + ": there is no such option.");
-  source.project.options.push_back({key, text.substr(equals + 1)});
+// An option that the file has already is given its new value in its place.
+Problem JobMaker::setOptions(JobSource& source) const {
+  const catalogue::McuRecord& model = *catalogue::findByName(source.project.model);
+  const options::ReadWords read = options::readOptionWords(model, arguments_.options);
+  if (!read.fault.empty()) return wrongUse(read.fault, "`kvr options " + source.project.model + "` lists them.");
+  for (const options::OptionLine& line : read.lines) {
+    std::erase_if(source.project.options, [&](const project::HeaderLine& old) { return old.key == line.key; });
+    source.project.options.push_back({line.key, line.value});
+  }
+  source.remarks.insert(source.remarks.end(), read.notes.begin(), read.notes.end());
   return {};
 }
 

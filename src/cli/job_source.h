@@ -30,7 +30,7 @@ struct JobSource {
   project::ProjectFile project;
   images::ImageState images;         // of the files; a project fills them, too
   images::ImageFile code, data;      // as scanned; of a project: empty
-  std::vector<std::string> remarks;  // what --yes has passed over
+  std::vector<std::string> remarks;  // what --yes has passed over, and what an option brought along
 };
 
 class JobMaker {
@@ -45,7 +45,7 @@ class JobMaker {
   Problem loadFile(const std::string& path, const std::string& at, images::ImageBuffer& buffer, images::ImageFile& file,
                    JobSource& source);
   Problem question(std::string why, JobSource& source) const;
-  Problem setOption(const std::string& text, JobSource& source) const;
+  Problem setOptions(JobSource& source) const;
   void settle(JobSource& source) const;
   const JobArguments& arguments_;
   const platform::FileSystem& files_;
@@ -54,7 +54,5 @@ class JobMaker {
 
 // The model of that name, or the nearest names.
 [[nodiscard]] Problem findModel(const std::string& name, const catalogue::McuRecord*& model);
-// "a", "a or b", "a, b or c", with what is nearest to `wanted` of `names`; empty: nothing is near.
-std::string nearest(const std::string& wanted, const std::vector<std::string>& names);
 
 }  // namespace kvr::cli
