@@ -32,5 +32,8 @@ std::unique_ptr<Command> makeBoardCommand();
 std::unique_ptr<Command> makeDemoCommand();
 std::unique_ptr<Command> makePortsCommand();
 std::unique_ptr<Command> makeModelsCommand();
+std::unique_ptr<Command> makeOptionsCommand();
+std::unique_ptr<Command> makeImageCommand();
+std::unique_ptr<Command> makeJobCommand();
 
 }  // namespace kvr::cli

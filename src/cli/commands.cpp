@@ -4,8 +4,8 @@ namespace kvr::cli {
 
 std::vector<std::unique_ptr<Command>> allCommands() {
   std::vector<std::unique_ptr<Command>> all;
-  for (const auto make :
-       {makeProgramCommand, makeInfoCommand, makeBoardCommand, makeDemoCommand, makeModelsCommand, makePortsCommand})
+  for (const auto make : {makeProgramCommand, makeInfoCommand, makeBoardCommand, makeDemoCommand, makeJobCommand,
+                          makeImageCommand, makeModelsCommand, makeOptionsCommand, makePortsCommand})
     all.push_back(make());
   return all;
 }

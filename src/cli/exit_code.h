@@ -8,6 +8,7 @@ namespace kvr::cli {
 enum class ExitCode {
   Passed = 0,
   ChipFailed = 1,
+  Differ = 1,  // two images that were compared
   WrongUse = 2,
   Port = 3,
   NoChip = 4,

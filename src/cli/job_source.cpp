@@ -5,7 +5,6 @@
 #include <cmath>
 
 #include "catalogue/mcu_record.h"
-#include "options/option_table.h"
 #include "options/option_words.h"
 #include "platform/nearest.h"
 #include "platform/text.h"
@@ -19,15 +18,6 @@ constexpr const char* kYes = "Say --yes to go on all the same.";
 
 Problem wrongUse(std::string why, std::string next = {}) {
   return {ExitCode::WrongUse, std::move(why), std::move(next)};
-}
-
-// Both buttons of a pair know whether they are chosen, as in a file that the window has saved.
-void defaultOptions(const catalogue::McuRecord& model, project::Header& options) {
-  const catalogue::FamilyTraits& traits = traitsOf(model);
-  for (const std::string_view key : project::optionKeysOf(traits)) {
-    const options::OptionRow* row = options::findRow(traits.panelSlot, key);
-    if (row && row->place.known()) options.push_back({std::string(key), row->text == "1" ? "True" : "False"});
-  }
 }
 
 platform::Bytes keptOf(const images::ImageBuffer& buffer) {
@@ -103,7 +93,7 @@ Problem JobMaker::fromFiles(JobSource& source) {
   if (Problem problem = findModel(arguments_.model, model)) return problem;
   if (arguments_.code.empty()) return wrongUse("Name the code file.");
   source.project.model = model->name;
-  defaultOptions(*model, source.project.options);
+  source.project.options = project::freshOptions(*model);
   images::ImageState& state = source.images;
   if (Problem problem = loadFile(arguments_.code, arguments_.codeAt, state.CodeBuffer, source.code, source))
     return problem;
@@ -148,9 +138,13 @@ Problem JobMaker::setOptions(JobSource& source) const {
   const catalogue::McuRecord& model = *catalogue::findByName(source.project.model);
   const options::ReadWords read = options::readOptionWords(model, arguments_.options);
   if (!read.fault.empty()) return wrongUse(read.fault, "`kvr options " + source.project.model + "` lists them.");
+  project::Header& kept = source.project.options;
   for (const options::OptionLine& line : read.lines) {
-    std::erase_if(source.project.options, [&](const project::HeaderLine& old) { return old.key == line.key; });
-    source.project.options.push_back({line.key, line.value});
+    const auto old = std::find_if(kept.begin(), kept.end(), [&](const auto& each) { return each.key == line.key; });
+    if (old == kept.end())
+      kept.push_back({line.key, line.value});
+    else
+      old->value = line.value;
   }
   source.remarks.insert(source.remarks.end(), read.notes.begin(), read.notes.end());
   return {};

@@ -132,10 +132,6 @@ std::string textOf(const engine::Outcome& outcome, const engine::Job& job, const
   return look ? chipText(*outcome.chip, report) : outcomeText(outcome, job);
 }
 
-List listOf(const std::vector<std::string>& texts) {
-  return {texts.begin(), texts.end()};
-}
-
 }  // namespace
 
 ExitCode tellOutcome(const Desk& desk, RunConsole& console, const engine::Job& job, const engine::Outcome& outcome,

@@ -22,4 +22,8 @@ struct Field {
   Value value;
 };
 
+inline List listOf(const std::vector<std::string>& texts) {
+  return {texts.begin(), texts.end()};
+}
+
 }  // namespace kvr::cli

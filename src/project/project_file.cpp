@@ -1,9 +1,11 @@
 #include "project/project_file.h"
 
+#include <algorithm>
 #include <numeric>
 
 #include "images/image_buffer.h"
 #include "options/option_table.h"
+#include "options/option_words.h"
 #include "platform/text.h"
 #include "project/old_project.h"
 
@@ -94,6 +96,18 @@ std::vector<std::string_view> optionKeysOf(const catalogue::FamilyTraits& traits
     }
   }
   return keys;
+}
+
+Header freshOptions(const catalogue::McuRecord& model) {
+  std::vector<options::OptionLine> standard;
+  for (const options::OptionWord& word : options::optionWords(model))
+    for (options::OptionLine& line : options::linesOf(word, word.standard)) standard.push_back(std::move(line));
+  Header fresh;
+  for (const std::string_view key : optionKeysOf(traitsOf(model))) {
+    const auto line = std::find_if(standard.begin(), standard.end(), [&](const auto& each) { return each.key == key; });
+    fresh.push_back({std::string(key), line == standard.end() ? "False" : line->value});
+  }
+  return fresh;
 }
 
 platform::Bytes textOf(const ProjectFile& project) {

@@ -30,6 +30,9 @@ struct ProjectFile {
 // Which options a project of the family keeps, in the order of the file.
 std::vector<std::string_view> optionKeysOf(const catalogue::FamilyTraits& traits);
 
+// The options of a freshly selected model, as the window would save them.
+Header freshOptions(const catalogue::McuRecord& model);
+
 platform::Bytes textOf(const ProjectFile& project);
 
 // What became of a file that was read.
