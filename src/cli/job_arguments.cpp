@@ -22,6 +22,12 @@ void JobArguments::declare(CLI::App& app) {
       ->allow_extra_args(false)
       ->group(what);
   app.add_option("--frequency", megahertz, "Of the internal oscillator, 4.5 to 45")->type_name("MHZ")->group(what);
+  app.add_option("--trim", trim, "Of an oscillator trimmed by hand: band 0-3, step 0-63, fine 0-255 (1,3,128)")
+      ->type_name("BAND,STEP,FINE")
+      ->expected(3)
+      ->delimiter(',')
+      ->check(CLI::Range(0, 255))
+      ->group(what);
   app.add_flag("-y,--yes", yes, "Answer the questions about files and ranges with yes")->group(what);
   project_->excludes(model_, code_, data_);
 }

@@ -18,6 +18,7 @@ struct JobArguments {
   std::string codeAt = "0", dataAt = "0";  // hexadecimal
   std::vector<std::string> options;        // KEY=VALUE each
   std::optional<double> megahertz;
+  std::vector<int> trim = {1, 3, 128};  // by hand: band, step and fine trim, as a fresh window has them
   std::string firstBaud = "2400", highestBaud = "115200";
   bool fixedLink = false;
   bool yes = false;

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cmath>
+#include <sstream>
 
 #include "catalogue/mcu_record.h"
 #include "options/option_words.h"
@@ -32,6 +32,16 @@ void place(images::ImageBuffer& buffer, const platform::Bytes& bytes, std::int32
   buffer.rangeEnd = buffer.fileEnd = static_cast<std::int32_t>(bytes.size()) - 1;
   buffer.sum = sum;
   buffer.loaded = true;
+}
+
+// A box's text as one line, without the word that its button answers.
+std::string sentence(const std::string& text) {
+  std::istringstream words(text);
+  std::string line;
+  for (std::string word; words >> word;) line += (line.empty() ? "" : " ") + word;
+  constexpr std::string_view kButton = " Continue";
+  if (line.ends_with(kButton)) line.resize(line.size() - kButton.size());
+  return line;
 }
 
 }  // namespace
@@ -125,9 +135,9 @@ Problem JobMaker::loadFile(const std::string& path, const std::string& at, image
   if (!file.hex.badLines.empty())
     if (Problem asked = question(path + ": the checksum is incorrect:\n" + file.hex.badLines.front(), source))
       return asked;
-  const images::RangeVerdict verdict = images::layFile(buffer, file, source.images.imageValid, model);
+  const images::RangeVerdict verdict = images::layFile(buffer, file, false, model);
   for (const std::string& text : verdict.messages)
-    if (Problem asked = question(path + ": " + text, source)) return asked;
+    if (Problem asked = question(path + ": " + sentence(text), source)) return asked;
   buffer.mergeFile();
   source.images.imageValid = buffer.loaded = true;
   return {};
@@ -157,6 +167,9 @@ void JobMaker::settle(JobSource& source) const {
   job.code = engine::imageOf(source.images.CodeBuffer);
   job.data = engine::imageOf(source.images.EepromBuffer);
   arguments_.setLine(job);
+  job.choices.trimBand = std::min(arguments_.trim[0], 3);
+  job.choices.trimStep = std::min(arguments_.trim[1], 63);
+  job.choices.trimFine = arguments_.trim[2];
   const double hz = arguments_.megahertz.value_or(0) * 1e6;
   job.wantedFrequencyHz = static_cast<std::int32_t>(platform::roundEven(std::clamp(hz, 0.0, 2e9)));
 }

@@ -56,7 +56,7 @@ Fields chipFields(const engine::ChipSeen& chip) {
 }
 
 // What to do next, by how it ended.
-std::string advice(ExitCode code, const engine::Outcome& outcome) {
+std::string advice(ExitCode code, const engine::Outcome& outcome, const engine::Job& job) {
   switch (code) {
     case ExitCode::Port:
       return "`kvr ports` lists the ports. Close other programs that use it, and look at the cable.";
@@ -64,6 +64,8 @@ std::string advice(ExitCode code, const engine::Outcome& outcome) {
       return "Turn the chip's power off and on while kvr waits, and look at the lines RXD, TXD and GND.";
     case ExitCode::OtherModel:
       return "Name the model that is on the board with --model, or put the right chip in.";
+    case ExitCode::Refused:
+      return engine::measuresOscillator(job) ? "Say the frequency of the internal oscillator with --frequency." : "";
     case ExitCode::ChipFailed:
       return outcome.stage >= engine::Stage::Erase
                  ? "The chip may be empty now. Turn its power off and on and program it again, with a lower --max-baud."
@@ -144,7 +146,7 @@ ExitCode tellOutcome(const Desk& desk, RunConsole& console, const engine::Job& j
   std::string why = platform::trim(outcome.words);
   if (code == ExitCode::NoChip) why = "No chip has answered.";
   if (code == ExitCode::Port && !console.portTrouble().empty()) why += " " + console.portTrouble();
-  return fail(desk, code, why, advice(code, outcome));
+  return fail(desk, code, why, advice(code, outcome, job));
 }
 
 }  // namespace kvr::cli

@@ -90,6 +90,7 @@ bool DemoRun::readModel() {
   if (!reply || line_.stopped()) return fails(0, "Reading MCU Option failed. ");
   const auto number = static_cast<std::uint16_t>((*reply)[kModelAt] << 8 | (*reply)[kModelAt + 1]);
   if (demoModelOf(number).code == c_.record().code) return true;
+  wrongModel_ = true;
   return c_.fail(3, "MCU Type is incorrect. please select correct MCU type and open the file again.");
 }
 
@@ -105,6 +106,7 @@ bool DemoRun::erase() {
 engine::Outcome DemoRun::end(bool good) {
   if (line_.stopped() && c_.words().empty()) c_.tellStop();
   engine::Outcome outcome = c_.outcome(engine::RunKind::Demo, good, engine::leftOutOf(sends_, job_.job));
+  outcome.wrongModel = wrongModel_;
   line_.close();
   c_.view().lamp(false);
   return outcome;

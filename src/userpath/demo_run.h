@@ -46,6 +46,7 @@ class DemoRun {
   DemoLine line_;
   engine::RunContext c_;
   engine::SendPlan sends_;
+  bool wrongModel_ = false;
 };
 
 }  // namespace kvr::userpath

@@ -4,8 +4,8 @@
 #include <random>
 #include <sstream>
 
-#include "platform/text.h"
 #include "engine/batch_log.h"
+#include "platform/text.h"
 #include "tests/support/engine_bench.h"
 #include "tests/support/form_bench.h"
 
