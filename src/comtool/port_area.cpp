@@ -1,6 +1,7 @@
 #include "comtool/port_area.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "platform/text.h"
 
@@ -10,7 +11,7 @@ namespace {
 
 bool isBaud(const std::string& text) {
   const std::string digits = platform::trim(text);
-  if (digits.empty() || digits.size() > 7) return false;
+  if (digits.empty() || digits.size() > 8) return false;
   if (!std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; })) return false;
   const int baud = platform::wholeOf(digits);
   return baud >= PortArea::kLeastBaud && baud <= PortArea::kHighestBaud;
@@ -36,13 +37,20 @@ PortArea::PortArea(const ToolContext& context)
         if (isBaud(panel_.com_Debug_Baud.text())) reopen();
       }) {
   connectBaud();
-  panel_.che_DTR.onClick = [this] {
-    if (holds()) lease_.link().setDtr(panel_.che_DTR.value());
-  };
-  panel_.che_RTS.onClick = [this] {
-    if (holds()) lease_.link().setRts(panel_.che_RTS.value());
-  };
+  panel_.comb_Flow.onClick = [this] { changeFlow(); };
   lockToken_ = lock_.changed.watch([this] { applyLock(); });
+}
+
+// Used at once; what the adapter refuses is off again.
+void PortArea::changeFlow() {
+  applyLock();
+  if (!holds()) return;
+  if (const auto error = lease_.link().setFlowControl(flow())) {
+    panel_.comb_Flow.setListIndex(0);
+    applyLock();
+    return dialogs_.message(platform::kTitle, error.text, platform::BoxIcon::Warning);
+  }
+  if (flow() != platform::FlowControl::RtsCts) lease_.link().setRts(panel_.che_RTS.value());
 }
 
 // A rate of the list is used at once; one that is typed, when the typing rests or the box is left.
@@ -87,6 +95,7 @@ void PortArea::applyLock() {
     panel_.comOpenCOM[i].setEnabled(on);
     panel_.imgOpen[i].setEnabled(on);
   }
+  panel_.che_RTS.setEnabled(flow() != platform::FlowControl::RtsCts);  // then it is the driver's
 }
 
 void PortArea::takePort() {
@@ -96,11 +105,36 @@ void PortArea::takePort() {
     if (onPortError) onPortError();
     return refuseBaud();
   }
-  if (const auto error = openLink()) return fail(error);
+  if (const auto error = tryOpen()) fail(error);
+}
+
+platform::PortError PortArea::tryOpen() {
+  platform::PortError error = openLink();
+  if (!error) error = checkRate();
+  if (error) {
+    lease_.close();
+    return error;
+  }
   goodBaud_ = panel_.com_Debug_Baud.text();
   showState(true);
   applyModemLines();
   lease_.hold(*this);
+  if (onOpened) onOpened();
+  return {};
+}
+
+// A driver may take any number and make another rate of it; three percent off nobody reads any more.
+platform::PortError PortArea::checkRate() {
+  const int wanted = platform::wholeOf(panel_.com_Debug_Baud.text());
+  const int made = lease_.link().trueBaud();
+  if (made == 0 || std::abs(static_cast<double>(made) - wanted) <= wanted * 0.03) return {};
+  return {platform::PortError::Kind::BadSettings, panel_.com_Debug_COM.text() + ": the adapter cannot make " +
+                                                      std::to_string(wanted) + " baud; it would run at " +
+                                                      std::to_string(made)};
+}
+
+platform::FlowControl PortArea::flow() const {
+  return static_cast<platform::FlowControl>(std::clamp(panel_.comb_Flow.listIndex(), 0, 2));
 }
 
 // The port is closed before its number or its settings change: what another master has set must not leak into this use.
@@ -117,17 +151,18 @@ platform::PortError PortArea::openLink() {
     lease_.close();
     if (const auto error = link.setSettings(settings)) return error;
   }
-  if (link.isOpen()) return {};
+  if (link.isOpen()) return link.setFlowControl(flow());
   // Set before the open, so that a board that listens to a line is not reset by a pulse on it.
   link.setDtr(panel_.che_DTR.value());
   link.setRts(panel_.che_RTS.value());
+  if (const auto error = link.setFlowControl(flow())) return error;
   return link.open();
 }
 
 // A port that was handed over open has both lines up; only what the user switched off is to be told.
 void PortArea::applyModemLines() {
   if (!panel_.che_DTR.value()) lease_.link().setDtr(false);
-  if (!panel_.che_RTS.value()) lease_.link().setRts(false);
+  if (!panel_.che_RTS.value() && flow() != platform::FlowControl::RtsCts) lease_.link().setRts(false);
 }
 
 void PortArea::releasePort() {
@@ -138,6 +173,9 @@ void PortArea::releasePort() {
 
 void PortArea::giveUp() {
   const bool wasOpen = isOpen();
+  // What the other side holds back would never go out, and the window would wait for it.
+  const auto lines = flow() == platform::FlowControl::RtsCts ? lease_.link().inputLines() : std::nullopt;
+  if (lines && !lines->cts) lease_.link().clearOut();
   lease_.close();
   showState(false);
   if (wasOpen && onClosed) onClosed();
@@ -156,7 +194,7 @@ void PortArea::showState(bool open) {
 
 bool PortArea::makeReady() {
   if (holds()) return true;
-  if (activity_.busy() || lock_.busy()) return false;
+  if (!mayOpen()) return false;
   takePort();
   return holds();
 }
@@ -179,7 +217,9 @@ void PortArea::portVanished(const platform::PortError& error) {
   showState(false);
   lease_.release(*this);
   if (onClosed) onClosed();
-  fail(error);
+  if (!panel_.che_Reopen.value()) return fail(error);
+  if (onPortError) onPortError();
+  if (onAwaited) onAwaited(error);
 }
 
 }  // namespace kvr::comtool

@@ -9,6 +9,7 @@
 #include "comtool/tool_panel.h"
 #include "engine/port_lease.h"
 #include "platform/activity.h"
+#include "platform/text_codec.h"
 #include "platform/ui_lock.h"
 #include "platform/world.h"
 
@@ -32,14 +33,15 @@ struct ToolContext {
   platform::UiLock& lock;
   ToolPanel& panel;
   MainPort mainPort;
+  const platform::TextCodec& codec;
 };
 
 class PortArea : private engine::PortHolder {
  public:
-  static constexpr int kLeastBaud = 50;
-  static constexpr int kHighestBaud = 4'000'000;
+  static constexpr int kLeastBaud = 1;
+  static constexpr int kHighestBaud = 20'000'000;      // the fastest adapters make 12000000
   static constexpr platform::Millis kTypingRest{700};  // after the last key of a baud rate that is typed
-  static constexpr const char* kBadBaud = "The baud rate must be a whole number from 50 to 4000000.";
+  static constexpr const char* kBadBaud = "The baud rate must be a whole number from 1 to 20000000.";
   // Who sends without being asked skips a turn while more than this waits in the port: a line that is slower than what
   // is sent must not pile up bytes without end.
   static constexpr std::size_t kMaxQueued = 65536;
@@ -48,8 +50,10 @@ class PortArea : private engine::PortHolder {
 
   // An error at the port, or its loss: automatic sends must end. Called before the user is told.
   std::function<void()> onPortError;
-  std::function<void()> onClosed;   // whenever the terminal let the port go
-  std::function<void()> onReceive;  // at least one byte waits
+  std::function<void()> onOpened;
+  std::function<void()> onClosed;                             // whenever the terminal let the port go
+  std::function<void(const platform::PortError&)> onAwaited;  // it went, and the user wants it back when it can be had
+  std::function<void()> onReceive;                            // at least one byte waits
 
   // "Close COM" is what the buttons read while it is open.
   bool isOpen() const { return panel_.comOpenCOM[0].caption() != kOpenCaption; }
@@ -60,6 +64,11 @@ class PortArea : private engine::PortHolder {
   // Opens the port with the page's settings; nothing when it is open. A port error is told in a message box and leaves
   // the port closed.
   void takePort();
+  // The same without a message box and without an end of what waits for the port; the error, if there is one.
+  [[nodiscard]] platform::PortError tryOpen();
+  // Nobody else is at work, so that the port may be opened.
+  bool mayOpen() const { return !activity_.busy() && !lock_.busy(); }
+  platform::SerialLink& link() { return lease_.link(); }
   // Closes the port and gives it back.
   void releasePort();
 
@@ -70,7 +79,10 @@ class PortArea : private engine::PortHolder {
 
  private:
   platform::PortError openLink();
+  platform::PortError checkRate();
+  platform::FlowControl flow() const;
   void connectBaud();
+  void changeFlow();
   void reopen();
   void baudLeft();
   void refuseBaud();

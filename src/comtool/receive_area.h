@@ -1,12 +1,15 @@
-// The receive side of the terminal: from bytes at the port to text in the pane. Reception only counts and copies into
-// the ring; 35 ms later one tick turns what lies there into text. Neither ever runs the event loop in between, and the
-// work of a tick is bounded by the ring.
+// The receive side of the terminal: from bytes at the port to text in the pane and in the log. Reception only counts,
+// logs and copies into the ring; 35 ms later one tick turns what lies there into text. Neither ever runs the event loop
+// in between, and the work of a tick is bounded by the ring.
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <span>
 #include <string>
 
+#include "comtool/escape_filter.h"
+#include "comtool/log_area.h"
 #include "comtool/rx_ring.h"
 #include "comtool/text_decoder.h"
 #include "comtool/time_stamps.h"
@@ -23,7 +26,7 @@ class ReceiveArea {
   static constexpr platform::Millis kBurstGap{100};  // silence before a new burst
   static constexpr const char* kTooLong = "The display text is too long, please click the Clear Receive button.";
 
-  ReceiveArea(platform::World world, ToolPanel& panel);
+  ReceiveArea(platform::World world, ToolPanel& panel, const platform::TextCodec& codec, LogArea& log);
 
   // The pane is full and may not drop its oldest text: the port is to be closed and all that sends or runs to be
   // stopped.
@@ -32,10 +35,14 @@ class ReceiveArea {
   // Bytes from the port, in order.
   void receive(std::span<const std::uint8_t> bytes);
   void showReceived();
+  // What was sent, as the pane would show it had it come in.
+  void echo(std::span<const std::uint8_t> bytes);
+  // A line of the terminal's own, with the time.
+  void say(const std::string& words);
   // The pane's Clear button; the counters stay.
   void clearPane();
   void replaceText(std::string_view text);  // ended lines, in place of what the pane shows
-  void clearRing() { ring_.clear(); }
+  void clearRing();
   // Nothing more will come for now: what is held back shows.
   void portClosed();
 
@@ -43,7 +50,22 @@ class ReceiveArea {
   void clearCount();
 
  private:
-  std::string takeText();
+  // Bytes of the ring that came together.
+  struct Chunk {
+    std::size_t bytes = 0;
+    std::string stamp;  // when they were read; empty when no stamps are wanted
+    bool newBurst = false;
+    bool newLine = false;  // in hexadecimal: the line was silent before them
+  };
+
+  Chunk chunkNow();
+  void keepChunk(Chunk chunk, std::size_t bytes);
+  void convert();
+  std::string textOf(std::span<const std::uint8_t> bytes, const Chunk& chunk);
+  std::string textOf(TextDecoder& decoder, EscapeFilter& filter, std::span<const std::uint8_t> bytes);
+  StampMode stampMode() const;
+  void take(const std::string& text);
+  void showWaiting();
   void show(const std::string& text);
   void showCutTo(std::size_t room, const std::string& text);
   void showHeld();
@@ -52,12 +74,16 @@ class ReceiveArea {
 
   platform::World world_;
   ToolPanel& panel_;
+  LogArea& log_;
   RxRing ring_;
+  std::deque<Chunk> chunks_;  // what the ring holds, in order
   TextDecoder decoder_;
+  EscapeFilter filter_;
+  TextDecoder echoDecoder_;
+  EscapeFilter echoFilter_;
   TimeStamps stamps_;
+  std::string waiting_;  // converted and not shown yet
   std::uint32_t rxTotal_ = 0;
-  std::string arrivedAt_;  // when the first byte of the coming tick was read
-  bool newBurst_ = true;
   platform::Instant lastArrival_{0};
   platform::Timer timerDebugDisplay_;
   platform::Timer holdTimer_;

@@ -32,11 +32,19 @@ class ReceivePane : public platform::Control {
   void show(PaneText::Range range);
 
   bool userKey(char32_t key) { return enabled() && onKeyPress && onKeyPress(key); }  // true: it was sent
-  std::string property(std::string_view name) const override;                        // "Text"
+  // Keys that send bytes as they are, such as the arrows; true: they were sent.
+  bool userKeyBytes(std::string_view bytes) { return enabled() && onKeyBytes && onKeyBytes(bytes); }
+  bool userPaste(const std::string& text) { return enabled() && onPaste && onPaste(text); }  // true: it goes out
+  bool takesKeys() const { return enabled() && sendsKeys && sendsKeys(); }                   // keys typed now are sent
+  std::string property(std::string_view name) const override;                                // "Text"
   void setProperty(std::string_view name, const std::string& value) override;
 
   platform::Signal appended;
   std::function<bool(char32_t)> onKeyPress;
+  std::function<bool(std::string_view)> onKeyBytes;
+  std::function<bool(const std::string&)> onPaste;
+  std::function<bool()> sendsKeys;
+  std::function<void()> pasteRequest;           // set by the view: paste what the clipboard holds
   std::function<void(Position)> revealRequest;  // set by the view
 
  private:

@@ -9,12 +9,19 @@
 
 namespace kvr::comtool {
 
+using platform::Encoding;
+
 namespace {
 
 constexpr double kLongestInterval = 24.0 * 3600 * 1000;
 constexpr std::array<std::string_view, 4> kLineEnds{"", "\r", "\n", "\r\n"};
 
 }  // namespace
+
+std::string_view lineEndOf(const ToolPanel& panel) {
+  const int line = std::clamp(panel.comb_LineEnd.listIndex(), 0, static_cast<int>(kLineEnds.size()) - 1);
+  return kLineEnds[static_cast<std::size_t>(line)];
+}
 
 SendArea::SendArea(const ToolContext& context, PortArea& port)
     : dialogs_(context.world.dialogs),
@@ -29,19 +36,24 @@ SendArea::SendArea(const ToolContext& context, PortArea& port)
           },
           platform::Timer::Kind::Periodic),
       roundTimer_(
-          context.world.loop, [this] { sendNextString(); }, platform::Timer::Kind::Periodic) {
+          context.world.loop, [this] { sendNextString(); }, platform::Timer::Kind::Periodic),
+      codec_(context.codec) {
   connectButtons();
   lockToken_ = lock_.changed.watch([this] { applyLock(); });
 }
 
 void SendArea::connectButtons() {
-  panel_.comDebugSend.onClick = [this] { sendSingle(); };
+  panel_.comDebugSend.onClick = [this] { sendLine(); };
+  panel_.comSendOlder.onClick = [this] { recall(history_.older(panel_.texSend.text())); };
+  panel_.comSendNewer.onClick = [this] { recall(history_.newer()); };
   panel_.comClearSend.onClick = [this] { panel_.texSend.clear(); };
   panel_.comAutoSend.onClick = [this] { toggleRepeat(); };
   panel_.comSpreadAutoSend.onClick = [this] { toggleRound(); };
   for (std::size_t i = 0; i < ToolPanel::kStrings; ++i)
     panel_.comSpreadSendCom[i].onClick = [this, i] { sendString(i); };
-  panel_.texReceive.onKeyPress = [this](char32_t key) { return sendKey(key); };
+  panel_.texReceive.onKeyPress = [this](char32_t key) { return sendKey(encoded(utf8Of(key))); };
+  panel_.texReceive.onKeyBytes = [this](std::string_view bytes) { return sendKey(bytes); };
+  panel_.texReceive.sendsKeys = [this] { return port_.holds(); };
 }
 
 // A repeat or a round that runs can be stopped also where none may be started.
@@ -55,8 +67,13 @@ void SendArea::applyLock() {
 void SendArea::sendText(const std::string& text, bool asHex) {
   if (!port_.makeReady()) return;
   if (asHex) return sendHex(text);
-  const int lineEnd = std::clamp(panel_.comb_LineEnd.listIndex(), 0, static_cast<int>(kLineEnds.size()) - 1);
-  write(platform::bytesOf(text + std::string(kLineEnds[static_cast<std::size_t>(lineEnd)])));
+  write(encoded(text + std::string(lineEndOf(panel_))));
+}
+
+std::string SendArea::encoded(std::string_view text) const {
+  const auto encoding = encodingOf(panel_);
+  const bool utf8 = encoding == Encoding::Utf8 || (encoding == Encoding::System && codec_.systemIsUtf8());
+  return utf8 ? std::string(text) : codec_.encode(text, encoding);
 }
 
 void SendArea::sendHex(const std::string& text) {
@@ -81,6 +98,16 @@ void SendArea::write(std::span<const std::uint8_t> bytes) {
   sent_ += static_cast<std::uint32_t>(bytes.size());
   showCount();
   port_.write(bytes);
+  if (onSent) onSent(bytes);
+}
+
+void SendArea::sendLine() {
+  history_.add(panel_.texSend.text());
+  sendSingle();
+}
+
+void SendArea::recall(const std::optional<std::string>& text) {
+  if (text) panel_.texSend.setText(*text);
 }
 
 void SendArea::sendSingle() {
@@ -92,9 +119,9 @@ void SendArea::sendString(std::size_t index) {
   nextString_ = (index + 1) % ToolPanel::kStrings;
 }
 
-bool SendArea::sendKey(char32_t key) {
-  if (!port_.holds()) return false;
-  write(platform::bytesOf(utf8Of(key)));
+bool SendArea::sendKey(std::string_view bytes) {
+  if (!port_.holds() || port_.overfull()) return false;
+  write(platform::bytesOf(bytes));
   return true;
 }
 

@@ -2,15 +2,21 @@
 // receive pane. All of them open the port if need be, except for the keys, and count what went out.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
 
 #include "comtool/port_area.h"
+#include "comtool/send_history.h"
 #include "comtool/tool_panel.h"
+#include "platform/text.h"
 #include "platform/world.h"
 
 namespace kvr::comtool {
+
+// What the page adds to every text that is sent: "", CR, LF or CR LF.
+std::string_view lineEndOf(const ToolPanel& panel);
 
 class SendArea {
  public:
@@ -20,7 +26,13 @@ class SendArea {
 
   SendArea(const ToolContext& context, PortArea& port);
 
+  std::function<void(std::span<const std::uint8_t>)> onSent;  // by any of the ways but the monitor's answers
+
   void sendBytes(std::span<const std::uint8_t> bytes);  // opens the port, writes, counts; nothing when it stays closed
+  void write(std::span<const std::uint8_t> bytes);      // to the open port, and counts
+  void write(const std::string& bytes) { write(platform::bytesOf(bytes)); }
+  // UTF-8 text as the bytes that the page's encoding makes of it.
+  std::string encoded(std::string_view text) const;
 
   bool repeats() const { return panel_.comAutoSend.caption() == kStopRepeatCaption; }
   bool goesRound() const { return panel_.comSpreadAutoSend.caption() == kStopRoundCaption; }
@@ -33,11 +45,12 @@ class SendArea {
   void sendSingle();
   void sendString(std::size_t index);
   void sendNextString();
-  bool sendKey(char32_t key);  // true: the key went out
+  void sendLine();
+  void recall(const std::optional<std::string>& text);
+  bool sendKey(std::string_view bytes);  // true: the key went out
   void toggleRepeat();
   void toggleRound();
   void sendHex(const std::string& text);
-  void write(std::span<const std::uint8_t> bytes);
   void refuse(const char* words);
   void start(platform::Button& button, platform::Timer& timer, const platform::TextBox& interval,
              const char* stopCaption, const char* tooSmall);
@@ -55,6 +68,8 @@ class SendArea {
   platform::Timer repeatTimer_;
   platform::Timer roundTimer_;
   std::size_t nextString_ = 0;
+  SendHistory history_;
+  const platform::TextCodec& codec_;
   std::uint32_t sent_ = 0;
   platform::Signal::Token lockToken_;
 };

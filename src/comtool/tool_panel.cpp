@@ -35,6 +35,15 @@ void nameButtons(ToolPanel& p) {
   p.che_AutoOpenPort.setCaption("Open COM after the download");
   p.che_DTR.setCaption("DTR");
   p.che_RTS.setCaption("RTS");
+  p.comb_Flow.setItems({"No flow control", "RTS/CTS", "XON/XOFF"});
+  p.comb_Flow.setListIndex(0);
+  p.comBreak.setCaption("Break");
+  p.comBreak.setToolTip("Holds the line low for a quarter of a second");
+  p.che_Reopen.setCaption("Open again when the adapter comes back");
+  p.che_DTR.setToolTip("Also before the port is opened");
+  p.che_RTS.setToolTip("Also before the port is opened; with RTS/CTS the driver sets it");
+  const char* lines[] = {"CTS", "DSR", "DCD", "RI"};
+  for (std::size_t i = 0; i < p.labLine.size(); ++i) p.labLine[i].setCaption(lines[i]);
   p.che_DTR.setValue(true);
   p.che_RTS.setValue(true);
 }
@@ -55,6 +64,39 @@ void setReceiveArea(ToolPanel& p) {
   p.comSaveReceive.setCaption("Save text");
   p.comFindNext.setCaption("Find next");
   p.comFindPrevious.setCaption("Find previous");
+  p.comb_Encoding.setItems({"System's own encoding", "UTF-8", "Latin-1", "GBK"});
+  p.comb_Encoding.setListIndex(0);
+  p.comb_Encoding.setToolTip("Of the text that comes and of the text that is sent");
+  p.che_Escapes.setCaption("Hide escape sequences");
+  p.che_Escapes.setToolTip("Passes over what firmware sends for colours and cursor moves");
+  p.che_HexLines.setCaption("HEX: new line after");
+  p.txtHexSilence.setText("100");
+  p.labHexSilence.setCaption("ms of silence");
+}
+
+void setLog(ToolPanel& p) {
+  p.che_Log.setCaption("Log to file");
+  p.che_Log.setToolTip("Writes all that comes to a file with the date in its name, also while the pane is cleared");
+  p.comb_LogForm.setItems({"Bytes as received", "Text as shown"});
+  p.comb_LogForm.setListIndex(0);
+  p.comLogFile.setCaption("Browse...");
+  p.txtLogSize.setText("10");
+  p.txtLogFiles.setText("10");
+  p.txtLogFiles.setToolTip("When there are more, the oldest one is deleted");
+  const char* captions[] = {"File", "MB in a file", "Files kept"};
+  for (std::size_t i = 0; i < p.labLogBox.size(); ++i) p.labLogBox[i].setCaption(captions[i]);
+}
+
+void setPaste(ToolPanel& p) {
+  p.comPaste.setCaption("Paste");
+  p.comPaste.setToolTip("Sends the text of the clipboard (Ctrl+Shift+V or Shift+Insert in the pane)");
+  p.comPasteStop.setCaption("Cancel paste");
+  p.txtPasteChar.setText("0");
+  p.txtPasteLine.setText("0");
+  p.labPasteBox[0].setCaption("Pause after a character");
+  p.labPasteBox[1].setCaption("Pause after a line");
+  p.che_LocalEcho.setCaption("Local echo");
+  p.che_LocalEcho.setToolTip("Shows what is sent among what comes");
 }
 
 void nameInterval(platform::ControlArray<platform::Label, 2>& labels) {
@@ -70,6 +112,7 @@ void setSendAreas(ToolPanel& p) {
   p.comb_LineEnd.setListIndex(0);
   p.comb_LineEnd.setToolTip("What is added to every text that is sent");
   p.texSend.setText(kSampleSendText);
+  p.texSend.setToolTip("Enter sends; the up and down keys bring back what was sent before");
   p.comDebugSend.setCaption("Send");
   p.comClearSend.setCaption("Clear");
   p.comAutoSend.setCaption(kRepeatCaption);
@@ -97,17 +140,23 @@ ToolPanel::ToolPanel() {
   fillPortBoxes(*this);
   nameButtons(*this);
   setReceiveArea(*this);
+  setLog(*this);
+  setPaste(*this);
   setSendAreas(*this);
 }
 
 void ToolPanel::addTo(platform::ControlRegistry& registry) {
   registry.addAll(fraDebug, frmCOM_Setings, com_Debug_COM, com_Debug_Baud, com_Debug_DataBits, com_Debug_ParityCheck,
-                  com_Debug_StopBits, labDebugPort, che_DTR, che_RTS);
+                  com_Debug_StopBits, labDebugPort, che_DTR, che_RTS, comb_Flow, comBreak, imgLine, labLine, che_Reopen,
+                  labPort);
   registry.addAll(frmOpenCloseCOM, comOpenCOM, imgOpen, comDebugClear, comDebugHelp, che_AutoOpenPort);
   registry.addAll(frmReceive, texReceive, optReceiveHex, labReceiveCount, labSendCount, comClearCount, comb_TimeStamp,
-                  che_AutoScroll, che_KeepNewest, comSaveReceive, texFind, comFindNext, comFindPrevious, labFind);
-  registry.addAll(frmSend, texSend, optHexSend, comb_LineEnd, comDebugSend, comClearSend, comAutoSend, texSendCycle,
-                  labSendCycle);
+                  che_AutoScroll, che_KeepNewest, comSaveReceive, texFind, comFindNext, comFindPrevious, labFind,
+                  comb_Encoding, che_Escapes, che_HexLines, txtHexSilence, labHexSilence);
+  registry.addAll(che_Log, comb_LogForm, txtLogFile, comLogFile, txtLogSize, txtLogFiles, labLogBox, labLog);
+  registry.addAll(comPaste, comPasteStop, barPaste, labPaste, txtPasteChar, txtPasteLine, labPasteBox, che_LocalEcho);
+  registry.addAll(frmSend, texSend, optHexSend, comb_LineEnd, comDebugSend, comSendOlder, comSendNewer, comClearSend,
+                  comAutoSend, texSendCycle, labSendCycle);
   registry.addAll(Frame24, texSpreadSend, comSpreadSendCom, cheSpreadHex, comSpreadAutoSend, texSpreadSendCycle,
                   labSpreadSendCycle);
 }

@@ -6,6 +6,7 @@
 
 #include "comtool/receive_pane.h"
 #include "platform/controls.h"
+#include "platform/text_codec.h"
 
 namespace kvr::comtool {
 
@@ -37,6 +38,12 @@ struct ToolPanel {
   platform::ControlArray<platform::Label, 5> labDebugPort{"labDebugPort"};  // before the five boxes, in their order
   platform::CheckBox che_DTR{"che_DTR"};                                    // modem lines of the open port
   platform::CheckBox che_RTS{"che_RTS"};
+  platform::ComboBox comb_Flow{"comb_Flow"};                     // none, RTS/CTS, XON/XOFF
+  platform::Button comBreak{"comBreak"};                         // holds the line low for a moment
+  platform::ControlArray<platform::Lamp, 4> imgLine{"imgLine"};  // CTS, DSR, DCD, RI
+  platform::ControlArray<platform::Label, 4> labLine{"labLine"};
+  platform::CheckBox che_Reopen{"che_Reopen"};  // opens again when its adapter comes back
+  platform::Label labPort{"labPort"};           // what the terminal waits for
 
   // Open and close; one element on each page, changed together. A lamp is on while the port is open.
   platform::Frame frmOpenCloseCOM{"frmOpenCloseCOM"};
@@ -60,7 +67,32 @@ struct ToolPanel {
   platform::TextBox texFind{"texFind"};
   platform::Button comFindNext{"comFindNext"};
   platform::Button comFindPrevious{"comFindPrevious"};
-  platform::Label labFind{"labFind"};  // "Not found" and the like
+  platform::Label labFind{"labFind"};                 // "Not found" and the like
+  platform::ComboBox comb_Encoding{"comb_Encoding"};  // in the order of platform::Encoding
+  platform::CheckBox che_Escapes{"che_Escapes"};      // escape sequences are passed over
+  platform::CheckBox che_HexLines{"che_HexLines"};    // in hexadecimal: a new line after a silence of ...
+  platform::TextBox txtHexSilence{"txtHexSilence"};   // ... so many milliseconds
+  platform::Label labHexSilence{"labHexSilence"};
+
+  // Log of what comes.
+  platform::CheckBox che_Log{"che_Log"};
+  platform::ComboBox comb_LogForm{"comb_LogForm"};  // as received, as shown
+  platform::TextBox txtLogFile{"txtLogFile"};       // names get the date, see rolling_log.h
+  platform::Button comLogFile{"comLogFile"};
+  platform::TextBox txtLogSize{"txtLogSize"};                         // of one file, MB
+  platform::TextBox txtLogFiles{"txtLogFiles"};                       // that are kept
+  platform::ControlArray<platform::Label, 3> labLogBox{"labLogBox"};  // before the three boxes
+  platform::Label labLog{"labLog"};                                   // where it goes and how much it is
+
+  // Paste.
+  platform::Button comPaste{"comPaste"};
+  platform::Button comPasteStop{"comPasteStop"};
+  platform::ProgressBar barPaste{"barPaste"};
+  platform::Label labPaste{"labPaste"};            // how the last one ended
+  platform::TextBox txtPasteChar{"txtPasteChar"};  // pause after each character, milliseconds
+  platform::TextBox txtPasteLine{"txtPasteLine"};  // pause after each line, milliseconds
+  platform::ControlArray<platform::Label, 2> labPasteBox{"labPasteBox"};
+  platform::CheckBox che_LocalEcho{"che_LocalEcho"};  // what is sent shows, too
 
   // Single string.
   platform::Frame frmSend{"frmSend"};
@@ -68,6 +100,8 @@ struct ToolPanel {
   platform::ControlArray<platform::OptionButton, 2> optHexSend{"optHexSend"};  // 0: text, 1: hexadecimal
   platform::ComboBox comb_LineEnd{"comb_LineEnd"};                             // added to every text that is sent
   platform::Button comDebugSend{"comDebugSend"};
+  platform::Button comSendOlder{"comSendOlder"};  // keys of the send line: what was sent before
+  platform::Button comSendNewer{"comSendNewer"};
   platform::Button comClearSend{"comClearSend"};
   platform::Button comAutoSend{"comAutoSend"};
   platform::TextBox texSendCycle{"texSendCycle"};                           // milliseconds
@@ -86,5 +120,11 @@ struct ToolPanel {
   platform::OptionGroup receiveForm_;
   platform::OptionGroup sendForm_;
 };
+
+// Of what comes and of what is sent.
+inline platform::Encoding encodingOf(const ToolPanel& panel) {
+  const int index = panel.comb_Encoding.listIndex();
+  return index < 0 || index > 3 ? platform::Encoding::System : static_cast<platform::Encoding>(index);
+}
 
 }  // namespace kvr::comtool

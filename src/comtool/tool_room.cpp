@@ -13,7 +13,8 @@ ToolContext withDialogs(const ToolContext& from, platform::Dialogs& dialogs) {
           .activity = from.activity,
           .lock = from.lock,
           .panel = from.panel,
-          .mainPort = from.mainPort};
+          .mainPort = from.mainPort,
+          .codec = from.codec};
 }
 
 }  // namespace
@@ -23,18 +24,42 @@ ToolRoom::ToolRoom(const ToolContext& context)
       context_(withDialogs(context, dialogs_)),
       panel_(context.panel),
       port_(context_),
-      receive_(context_.world, panel_),
+      lines_(context_.world, panel_, port_),
+      reopen_(context_.world, panel_, port_),
+      log_(context_.world, panel_, context_.lock),
+      receive_(context_.world, panel_, context_.codec, log_),
       send_(context_, port_),
+      paste_(context_.world, panel_, port_, send_),
       pane_(context_.world, panel_, context_.lock) {
+  connectAreas();
+  connectButtons();
+  lockToken_ = context_.lock.changed.watch([this] { applyLock(); });
+}
+
+void ToolRoom::connectAreas() {
   port_.onPortError = [this] { send_.stopAutoSends(); };
+  port_.onOpened = [this] {
+    reopen_.end();
+    lines_.portOpened();
+  };
   port_.onClosed = [this] {
+    paste_.portClosed();
+    lines_.portClosed();
     receive_.portClosed();
     if (portClosed) portClosed();
   };
-  receive_.onOverflow = [this] { paneFull(); };
+  port_.onAwaited = [this](const platform::PortError& error) { reopen_.portVanished(error); };
   port_.onReceive = [this] { takeBytes(); };
-  lockToken_ = context_.lock.changed.watch([this] { applyLock(); });
-  connectButtons();
+  reopen_.say = [this](const std::string& words) { receive_.say(words); };
+  receive_.onOverflow = [this] { paneFull(); };
+  send_.onSent = [this](std::span<const std::uint8_t> bytes) {
+    if (panel_.che_LocalEcho.value()) receive_.echo(bytes);
+  };
+}
+
+void ToolRoom::releasePort() {
+  reopen_.end();
+  port_.releasePort();
 }
 
 void ToolRoom::connectButtons() {
@@ -84,6 +109,7 @@ void ToolRoom::paneFull() {
 
 // Closing by hand ends the automatic sends first; they would open the port again.
 void ToolRoom::openOrClose() {
+  reopen_.end();
   if (!port_.isOpen()) return port_.takePort();
   send_.stopAutoSends();
   port_.releasePort();

@@ -5,9 +5,13 @@
 #include <functional>
 #include <span>
 
+#include "comtool/line_area.h"
+#include "comtool/log_area.h"
 #include "comtool/pane_area.h"
+#include "comtool/paste_area.h"
 #include "comtool/port_area.h"
 #include "comtool/receive_area.h"
+#include "comtool/reopen_area.h"
 #include "comtool/send_area.h"
 #include "comtool/tool_panel.h"
 #include "platform/guarded_dialogs.h"
@@ -24,7 +28,7 @@ class ToolRoom {
   std::function<void()> clearMonitor;                                // empties the monitor's lists
 
   // Every run calls this before it takes the port. Nothing of what is shown or counted changes.
-  void releasePort() { port_.releasePort(); }
+  void releasePort();
   // At the end of a download when `che_AutoOpenPort` is checked.
   void takePort() { port_.takePort(); }
 
@@ -38,6 +42,7 @@ class ToolRoom {
   const RxRing& rxRing() const { return receive_.rxRing(); }
 
  private:
+  void connectAreas();
   void connectButtons();
   void takeBytes();
   void paneFull();
@@ -51,8 +56,12 @@ class ToolRoom {
   ToolContext context_;
   ToolPanel& panel_;
   PortArea port_;
+  LineArea lines_;
+  ReopenArea reopen_;
+  LogArea log_;
   ReceiveArea receive_;
   SendArea send_;
+  PasteArea paste_;
   PaneArea pane_;
   platform::Signal::Token lockToken_;
 };

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -19,6 +20,15 @@ struct FileResult {
   explicit operator bool() const { return ok; }
 };
 
+// A file that only grows, such as a log. Destroying it brings what was written to the disk, in two seconds at most.
+class GrowingFile {
+ public:
+  virtual ~GrowingFile() = default;
+  // Takes the bytes at once and never waits for the disk, where they are a second later. An error, of this or an
+  // earlier write, ends the file: nothing more is written.
+  [[nodiscard]] virtual FileResult write(std::span<const std::uint8_t> bytes) = 0;
+};
+
 class FileSystem {
  public:
   virtual ~FileSystem() = default;
@@ -30,6 +40,9 @@ class FileSystem {
   // header first, and a last line without its end gets that first. `line` and `header` end with their line end.
   [[nodiscard]] virtual FileResult appendLine(const std::string& path, std::string_view line,
                                               std::string_view header) = 0;
+  // A new file, or the end of one that is there. Nothing: it cannot be opened, and `why` tells the reason.
+  virtual std::unique_ptr<GrowingFile> grow(const std::string& path, FileResult& why) = 0;
+  [[nodiscard]] virtual FileResult remove(const std::string& path) = 0;
   virtual bool fileExists(const std::string& path) const = 0;
   virtual bool folderExists(const std::string& path) const = 0;
   [[nodiscard]] virtual FileResult makeFolder(const std::string& path) = 0;

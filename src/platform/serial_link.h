@@ -1,13 +1,15 @@
 // What the program needs of a serial port. One port object serves several holders in turn (see engine/port_lease.h).
 //
-// Port mode, in every implementation: binary, NUL bytes kept, no end-of-file handling, no flow control, receive event
-// at one waiting byte, no transmit event. `close` and a change of settings first let go out what was written, since a
-// chip must get whole frames: for one second at most; what is left then is thrown away, never sent at another rate.
+// Port mode, in every implementation: binary, NUL bytes kept, no end-of-file handling, no flow control unless asked
+// for, receive event at one waiting byte, no transmit event. `close` and a change of settings first let go out what was
+// written, since a chip must get whole frames: for one second at most; what is left then is thrown away, never sent at
+// another rate.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -23,6 +25,18 @@ struct PortError {
 };
 
 enum class ModemLine { Dtr, Rts };
+
+// Who holds the sender back when the receiver has no room.
+enum class FlowControl { None, RtsCts, XonXoff };
+
+// The modem lines that the other side sets.
+struct InputLines {
+  bool cts = false;
+  bool dsr = false;
+  bool dcd = false;
+  bool ri = false;
+  bool operator==(const InputLines&) const = default;
+};
 
 class SerialLink {
  public:
@@ -59,6 +73,15 @@ class SerialLink {
   // the system allows; both are on after an open for which nothing was set.
   virtual void setDtr(bool on) = 0;
   virtual void setRts(bool on) = 0;
+  // Flow control. Set while the port is closed it is for the next open, set while open it is used at once; an open for
+  // which nothing was set has none. An error: the open port refuses it. With RtsCts the line RTS is the driver's.
+  virtual PortError setFlowControl(FlowControl) { return {}; }
+  // Holds the line in the break state while on; nothing on a closed port.
+  virtual void setBreak(bool) {}
+  // The lines as they are now; nothing when the port is closed or has none (a pseudo-terminal).
+  virtual std::optional<InputLines> inputLines() const { return std::nullopt; }
+  // The rate that the open port really runs at, baud; 0 when the system does not tell.
+  virtual int trueBaud() const { return 0; }
 
   // For a line that switches something beside the conversation, such as the target's supply: it is put to this state at
   // once, or with the next open, and from then on nothing but the next call moves it: no open, no close, no `setDtr`

@@ -20,7 +20,7 @@ MainForm::MainForm(platform::World services, const platform::TextCodec& codec)
       downloads(runs, world.dialogs, jobPanels, download, controls, images, optionsRoom),
       project({world, codec, registry, model, images, optionsRoom, lock, activity}),
       offlineRoom(runs, world.dialogs, jobPanels, images, main.txtDevice, offline),
-      comTool({world, lease, activity, lock, tool, {main.combCommPort, main.imgOpen_sys}}),
+      comTool({world, lease, activity, lock, tool, {main.combCommPort, main.imgOpen_sys}, codec}),
       sfrMonitor(world.loop, monitor, model, lock),
       demo(runs, jobPanels, images, main.textMsg, userpath),
       trigger(runs, jobPanels, downloads, userpath),

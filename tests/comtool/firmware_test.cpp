@@ -41,6 +41,39 @@ TEST(TalkingFirmware, ChatterAtFullLineRateAppearsWholeAndInOrder) {
   EXPECT_EQ(b.form.tool.labReceiveCount.caption(), "Receive counter:" + std::to_string(shown.size()));
 }
 
+// Reads at the line's own rate and answers nothing.
+struct Listener : sim::Device {
+  std::optional<sim::Line> line() const override { return sim::Line{9600, 'n'}; }
+  void hear(sim::Micros, const sim::Heard& what) override {
+    ++heard;
+    strange += what.byte != 'p';
+  }
+  std::optional<sim::Micros> nextDue() const override { return std::nullopt; }
+  void advanceTo(sim::Micros) override {}
+  int heard = 0;
+  int strange = 0;
+};
+
+TEST(TalkingFirmware, APasteOfAMegabyteKeepsTheLineBusyPilesUpNothingAndEndsAtOnceWhenCancelled) {
+  support::FormBench b;
+  Listener slow;
+  b.wire.connect(&slow);
+  b.form.tool.com_Debug_Baud.setText("9600");
+  ASSERT_TRUE(b.form.tool.texReceive.userPaste(std::string(1'000'000, 'p')));
+  for (int i = 0; i < 300; ++i) {
+    b.loop.runFor(Millis(100));
+    ASSERT_LE(b.link.outBytesPending(), 64U);
+  }
+  EXPECT_GT(slow.heard, 27'000) << "of 28,800 in 30 seconds";
+  b.form.tool.comPasteStop.press();
+  const int before = slow.heard;
+  b.loop.runFor(Millis(5000));
+  EXPECT_LE(slow.heard, before + 2);
+  EXPECT_EQ(slow.strange, 0);
+  b.form.tool.comOpenCOM[0].press();
+  b.wire.connect(nullptr);
+}
+
 TEST(TalkingFirmware, BadRecordsAreAskedForAgainAndAllFourListsFill) {
   using sim::BadFrame;
   TalkingBench b;

@@ -87,7 +87,7 @@ TEST(PortArea, ABaudTypedByHandIsUsedOnceTheTypingRestsAndABadOneIsRefusedInWord
     b.loop.runFor(Millis(1000));
     EXPECT_EQ(b.panel.com_Debug_Baud.text(), bad) << "still being typed";
     b.panel.com_Debug_Baud.userLeave();
-    EXPECT_EQ(b.lastMessage(), "The baud rate must be a whole number from 50 to 4000000.") << bad;
+    EXPECT_EQ(b.lastMessage(), "The baud rate must be a whole number from 1 to 20000000.") << bad;
     EXPECT_EQ(b.panel.com_Debug_Baud.text(), "250000");
     b.dialogs.shown.clear();
   }
@@ -100,7 +100,7 @@ TEST(PortArea, ABaudTypedByHandIsUsedOnceTheTypingRestsAndABadOneIsRefusedInWord
   b.panel.com_Debug_Baud.userType("slow");
   b.open();
   EXPECT_FALSE(b.link.opened);
-  EXPECT_EQ(b.lastMessage(), "The baud rate must be a whole number from 50 to 4000000.");
+  EXPECT_EQ(b.lastMessage(), "The baud rate must be a whole number from 1 to 20000000.");
 }
 
 TEST(PortArea, TheModemLinesFollowTheirBoxesAtTheOpenAndAfterIt) {

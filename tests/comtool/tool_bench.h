@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "comtool/tool_room.h"
+#include "platform/virtual/plain_codec.h"
 #include "tests/support/memory_services.h"
 #include "tests/support/no_link.h"
 
@@ -79,6 +80,13 @@ class PlayedLink : public support::NoLink {
   void keepLine(platform::ModemLine, bool) override {}
   void freeLine() override {}
   bool lineKept() const override { return false; }
+  platform::PortError setFlowControl(platform::FlowControl to) override {
+    if (!flowError) flow = to;
+    return flowError;
+  }
+  void setBreak(bool on) override { breaking = on; }
+  std::optional<platform::InputLines> inputLines() const override { return input; }
+  int trueBaud() const override { return made; }
 
   std::deque<std::uint8_t> waiting;
   Bytes sent;
@@ -87,7 +95,11 @@ class PlayedLink : public support::NoLink {
   int opens = 0;
   bool opened = false, dtr = false, rts = false;
   std::size_t pendingOut = 0;
-  platform::PortError openError, settingsError;
+  platform::PortError openError, settingsError, flowError;
+  platform::FlowControl flow = platform::FlowControl::None;
+  bool breaking = false;
+  std::optional<platform::InputLines> input = platform::InputLines{};
+  int made = 0;  // the rate that the port really runs at
 
  private:
   platform::PortEvent event_;
@@ -103,7 +115,8 @@ struct ToolBench : support::MemoryServices<> {
   platform::ComboBox combCommPort{"combCommPort"};
   platform::Lamp imgOpen_sys{"imgOpen_sys"};
   bool holdsPort() const { return tool.holdsPort(); }
-  ToolRoom tool{{world, lease, activity, lock, panel, {combCommPort, imgOpen_sys}}};
+  platform::PlainCodec codec;
+  ToolRoom tool{{world, lease, activity, lock, panel, {combCommPort, imgOpen_sys}, codec}};
 
   ToolBench() {
     combCommPort.setItems({"COM1", "COM2", "COM3"});

@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "platform/qt/file_handle.h"
+#include "platform/qt/growing_file.h"
 #include "platform/text.h"
 
 namespace kvr::platform {
@@ -137,6 +138,14 @@ bool QtFiles::fileExists(const std::string& path) const {
 bool QtFiles::folderExists(const std::string& path) const {
   const auto state = stateOf(path);
   return state && S_ISDIR(state->st_mode);
+}
+
+std::unique_ptr<GrowingFile> QtFiles::grow(const std::string& path, FileResult& why) {
+  return growFile(path, why);
+}
+
+FileResult QtFiles::remove(const std::string& path) {
+  return ::unlink(path.c_str()) == 0 ? FileResult() : failureOf(errno);
 }
 
 FileResult QtFiles::makeFolder(const std::string& path) {

@@ -17,6 +17,8 @@ class QtFiles : public FileSystem {
   std::optional<Bytes> read(const std::string& path, std::size_t limit = 0) const override;
   [[nodiscard]] FileResult replace(const std::string& path, std::span<const std::uint8_t> bytes) override;
   [[nodiscard]] FileResult appendLine(const std::string& path, std::string_view line, std::string_view header) override;
+  std::unique_ptr<GrowingFile> grow(const std::string& path, FileResult& why) override;
+  [[nodiscard]] FileResult remove(const std::string& path) override;
   bool fileExists(const std::string& path) const override;
   bool folderExists(const std::string& path) const override;
   [[nodiscard]] FileResult makeFolder(const std::string& path) override;

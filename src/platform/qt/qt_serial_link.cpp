@@ -81,6 +81,7 @@ PortError QtSerialLink::open() {
   else
     error = openDevice(device);
   lines_ = {};
+  flow_ = FlowControl::None;
   if (!error) held_.opened(device);
   return error;
 }
@@ -107,7 +108,8 @@ PortError QtSerialLink::openDevice(const std::string& device) {
     return error;
   }
   setModemLines(true);
-  const PortError error = apply(line_);
+  PortError error = apply(line_);
+  if (!error) error = applyFlow(flow_);
   if (error)
     dropPort();
   else
@@ -166,6 +168,18 @@ PortError QtSerialLink::apply(const LineSettings& line) {
   if (deviceGone(handle)) return {};  // told as a port that has vanished
   if (!rateTaken) return refused(std::to_string(line.baud) + " baud");
   return refused(isPseudoTerminal(handle) ? "" : refusedPart(line, lineBitsOf(handle)));
+}
+
+PortError QtSerialLink::applyFlow(FlowControl flow) {
+  const bool hardware = flow == FlowControl::RtsCts;
+  if (hardware && kept_ && kept_->line == ModemLine::Rts)
+    return {PortError::Kind::BadSettings, device_ + ": no RTS/CTS flow control while RTS is a switch"};
+  const bool taken = port_.setFlowControl(hardware                       ? QSerialPort::HardwareControl
+                                          : flow == FlowControl::XonXoff ? QSerialPort::SoftwareControl
+                                                                         : QSerialPort::NoFlowControl);
+  const auto handle = static_cast<std::intptr_t>(port_.handle());
+  if (deviceGone(handle)) return {};  // told as a port that has vanished
+  return refused(taken && flowControlOf(handle).value_or(flow) == flow ? "" : "flow control");
 }
 
 PortError QtSerialLink::refused(const std::string& what) const {
@@ -251,6 +265,24 @@ void QtSerialLink::setRts(bool on) {
     port_.setRequestToSend(on);
   else
     lines_.rts = on;
+}
+
+PortError QtSerialLink::setFlowControl(FlowControl flow) {
+  if (isOpen()) return applyFlow(flow);
+  flow_ = flow;
+  return {};
+}
+
+void QtSerialLink::setBreak(bool on) {
+  if (isOpen()) port_.setBreakEnabled(on);
+}
+
+std::optional<InputLines> QtSerialLink::inputLines() const {
+  return isOpen() ? inputLinesOf(static_cast<std::intptr_t>(port_.handle())) : std::nullopt;
+}
+
+int QtSerialLink::trueBaud() const {
+  return isOpen() ? trueBaudOf(static_cast<std::intptr_t>(port_.handle())) : 0;
 }
 
 // Called inside Qt's own slots: only notes. A device that is gone would report without end while its port stays open,

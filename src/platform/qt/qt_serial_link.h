@@ -41,6 +41,10 @@ class QtSerialLink : public SerialLink {
   void keepLine(ModemLine line, bool on) override;
   void freeLine() override;
   bool lineKept() const override { return kept_ && kept_->taken; }
+  PortError setFlowControl(FlowControl flow) override;
+  void setBreak(bool on) override;
+  std::optional<InputLines> inputLines() const override;
+  int trueBaud() const override;
 
  private:
   struct KeptLine {
@@ -50,6 +54,7 @@ class QtSerialLink : public SerialLink {
   };
   PortError openDevice(const std::string& device);
   PortError apply(const LineSettings& line);
+  PortError applyFlow(FlowControl flow);
   PortError refused(const std::string& what) const;
   bool drained();
   void drainOrDrop();
@@ -66,7 +71,8 @@ class QtSerialLink : public SerialLink {
   std::function<std::string(int)> deviceOf_;
   std::string device_;
   HeldDevice held_;
-  ModemLines lines_;  // for the next open; then both are on again
+  ModemLines lines_;                      // for the next open; then both are on again
+  FlowControl flow_ = FlowControl::None;  // for the next open; then there is none again
   std::optional<KeptLine> kept_;
   std::string settings_ = "9600,n,8,1";
   LineSettings line_;

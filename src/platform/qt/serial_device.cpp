@@ -92,6 +92,20 @@ std::optional<LineBits> lineBitsOf(std::intptr_t handle) {
   const int bits = size == CS5 ? 5 : size == CS6 ? 6 : size == CS7 ? 7 : 8;
   return LineBits{(state.c_cflag & PARENB) != 0, (state.c_cflag & PARODD) != 0, bits, (state.c_cflag & CSTOPB) != 0};
 }
+
+std::optional<FlowControl> flowControlOf(std::intptr_t handle) {
+  termios state{};
+  if (::tcgetattr(static_cast<int>(handle), &state) != 0) return std::nullopt;
+  if ((state.c_cflag & CRTSCTS) != 0) return FlowControl::RtsCts;
+  return (state.c_iflag & (IXON | IXOFF)) != 0 ? FlowControl::XonXoff : FlowControl::None;
+}
+
+std::optional<InputLines> inputLinesOf(std::intptr_t handle) {
+  int lines = 0;
+  if (::ioctl(static_cast<int>(handle), TIOCMGET, &lines) != 0) return std::nullopt;
+  const auto up = [lines](int line) { return (lines & line) != 0; };
+  return InputLines{up(TIOCM_CTS), up(TIOCM_DSR), up(TIOCM_CAR), up(TIOCM_RNG)};
+}
 #else
 DeviceGuard::DeviceGuard(const std::string&) {}
 DeviceGuard::~DeviceGuard() = default;
@@ -107,6 +121,12 @@ bool isPseudoTerminal(std::intptr_t) {
   return false;
 }
 std::optional<LineBits> lineBitsOf(std::intptr_t) {
+  return std::nullopt;
+}
+std::optional<FlowControl> flowControlOf(std::intptr_t) {
+  return std::nullopt;
+}
+std::optional<InputLines> inputLinesOf(std::intptr_t) {
   return std::nullopt;
 }
 #endif

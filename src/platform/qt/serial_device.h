@@ -55,6 +55,10 @@ struct LineBits {
 std::optional<LineBits> lineBitsOf(std::intptr_t handle);
 // What a device did not take of the settings that it was given: "parity", "7 data bits", ...; empty: it took all.
 std::string refusedPart(const LineSettings& wanted, const std::optional<LineBits>& held);
+// Nothing when the system does not say.
+std::optional<FlowControl> flowControlOf(std::intptr_t handle);
+std::optional<InputLines> inputLinesOf(std::intptr_t handle);
+int trueBaudOf(std::intptr_t handle);  // 0 when the system does not say
 // The adapter passes received bytes on at once instead of collecting them for some 16 ms.
 void requestLowLatency(std::intptr_t handle);
 

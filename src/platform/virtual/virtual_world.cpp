@@ -70,6 +70,29 @@ FileResult MemoryFiles::appendLine(const std::string& path, std::string_view lin
   return {};
 }
 
+std::unique_ptr<GrowingFile> MemoryFiles::grow(const std::string& path, FileResult& why) {
+  struct Growing : GrowingFile {
+    Growing(MemoryFiles& to, std::string name) : files(to), path(std::move(name)) {}
+    FileResult write(std::span<const std::uint8_t> bytes) override {
+      if (files.diskFull) return {false, "disk full"};
+      Bytes& all = files.files[path].bytes;
+      all.insert(all.end(), bytes.begin(), bytes.end());
+      return {};
+    }
+    MemoryFiles& files;
+    std::string path;
+  };
+  why = diskFull ? FileResult{false, "disk full"} : FileResult{};
+  if (!why) return nullptr;
+  files[path].version = ++versions_;
+  return std::make_unique<Growing>(*this, path);
+}
+
+FileResult MemoryFiles::remove(const std::string& path) {
+  if (files.erase(path) == 0) return {false, "no such file"};
+  return {};
+}
+
 FileResult MemoryFiles::makeFolder(const std::string& path) {
   if (diskFull) return {false, "disk full"};
   folders.insert(path);

@@ -6,7 +6,9 @@
 #include <QScrollBar>
 #include <algorithm>
 #include <cctype>
+#include <map>
 
+#include "comtool/key_bytes.h"
 #include "comtool/text_cells.h"
 #include "shell/qt/terminal_view.h"
 
@@ -17,16 +19,66 @@ void TerminalView::typed(const QString& text) {
   for (const char32_t key : text.toUcs4()) loop_.post([&pane = pane_, key] { pane.userKey(key); });
 }
 
-// Copying goes first while something is selected; otherwise Ctrl+C is a key that is sent like any other.
+void TerminalView::send(std::string_view bytes) {
+  loop_.post([&pane = pane_, keys = std::string(bytes)] { pane.userKeyBytes(keys); });
+}
+
+// A key that is typed here is meant for the device: no letter with Alt, and no shortcut of the window, takes it away.
+bool TerminalView::event(QEvent* event) {
+  if (event->type() == QEvent::ShortcutOverride) event->accept();
+  return TextArea::event(event);
+}
+
+// Tab is a key like any other while keys are sent; Shift+Tab and Ctrl+Tab always lead out of the pane.
+bool TerminalView::focusNextPrevChild(bool next) {
+  return !(next && pane_.takesKeys()) && TextArea::focusNextPrevChild(next);
+}
+
 void TerminalView::keyPressEvent(QKeyEvent* event) {
-  const bool shifted = event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier);
-  const bool copies =
-      (event->matches(QKeySequence::Copy) && !pane_.selection().empty()) || (shifted && event->key() == Qt::Key_C);
-  if (copies) return copy();
-  if (shifted && event->key() == Qt::Key_A) return selectAll();
+  if (event->key() == Qt::Key_Tab && (event->modifiers() & Qt::ControlModifier)) {
+    TextArea::focusNextPrevChild(true);
+    return;
+  }
+  if (editedByKey(*event)) return;
+  if (pane_.takesKeys() && sentByKey(*event)) return;
   if (scrolledByKey(*event)) return;
   if (event->text().isEmpty() || (event->modifiers() & Qt::AltModifier)) return event->ignore();
   typed(event->text());
+}
+
+// Copying goes first while something is selected; otherwise Ctrl+C is a key that is sent like any other.
+bool TerminalView::editedByKey(QKeyEvent& event) {
+  const bool shifted = event.modifiers() == (Qt::ControlModifier | Qt::ShiftModifier);
+  const bool inserts = event.key() == Qt::Key_Insert && event.modifiers() == Qt::ShiftModifier;
+  if ((event.matches(QKeySequence::Copy) && !pane_.selection().empty()) || (shifted && event.key() == Qt::Key_C))
+    copy();
+  else if (shifted && event.key() == Qt::Key_A)
+    selectAll();
+  else if (inserts || (shifted && event.key() == Qt::Key_V))
+    paste();
+  else
+    return false;
+  return true;
+}
+
+// With Shift or Ctrl the arrow keys and their like scroll, as the page keys always do.
+bool TerminalView::sentByKey(QKeyEvent& event) {
+  using comtool::Key;
+  static const std::map<int, Key> kKeys{{Qt::Key_Tab, Key::Tab},       {Qt::Key_Escape, Key::Escape},
+                                        {Qt::Key_Up, Key::Up},         {Qt::Key_Down, Key::Down},
+                                        {Qt::Key_Left, Key::Left},     {Qt::Key_Right, Key::Right},
+                                        {Qt::Key_Home, Key::Home},     {Qt::Key_End, Key::End},
+                                        {Qt::Key_Insert, Key::Insert}, {Qt::Key_Delete, Key::Delete}};
+  const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
+  const auto found = kKeys.find(event.key());
+  if (found != kKeys.end() && modifiers == Qt::NoModifier) return send(comtool::bytesOf(found->second)), true;
+  const bool control = (modifiers & ~Qt::ShiftModifier) == Qt::ControlModifier;
+  const int character = control ? comtool::controlCharacter(static_cast<char32_t>(event.key())) : -1;
+  if (character >= 0) return send(std::string(1, static_cast<char>(character))), true;
+  if (modifiers != Qt::AltModifier || event.text().isEmpty()) return false;
+  send(comtool::bytesOf(Key::Escape));  // the way in which a terminal sends Alt with a key
+  typed(event.text());
+  return true;
 }
 
 bool TerminalView::scrolledByKey(QKeyEvent& event) {
@@ -118,6 +170,8 @@ void TerminalView::contextMenuEvent(QContextMenuEvent* event) {
   auto* copies = menu->addAction(QStringLiteral("&Copy"));
   copies->setEnabled(!pane_.selection().empty());
   connect(copies, &QAction::triggered, this, [this] { copy(); });
+  auto* pastes = menu->addAction(QStringLiteral("&Paste"));
+  connect(pastes, &QAction::triggered, this, [this] { paste(); });
   connect(menu->addAction(QStringLiteral("Select &all")), &QAction::triggered, this, [this] { selectAll(); });
   menu->popup(event->globalPos());
 }

@@ -38,6 +38,7 @@ TerminalView::TerminalView(platform::EventLoop& loop, comtool::ReceivePane& pane
     textChanged();
   });
   pane.revealRequest = [this](Position position) { reveal(position); };
+  pane.pasteRequest = [this] { paste(); };
 }
 
 void TerminalView::measureFont() {
@@ -162,6 +163,10 @@ QString TerminalView::visibleText() const {
 
 void TerminalView::copy() const {
   if (!pane_.selection().empty()) QGuiApplication::clipboard()->setText(selectedText());
+}
+
+void TerminalView::paste() {
+  loop_.post([&pane = pane_, text = QGuiApplication::clipboard()->text().toStdString()] { pane.userPaste(text); });
 }
 
 void TerminalView::selectAll() {

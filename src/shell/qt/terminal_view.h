@@ -14,9 +14,13 @@ class TerminalView : public TextArea {
  public:
   using Position = comtool::PaneText::Position;
   TerminalView(platform::EventLoop& loop, comtool::ReceivePane& pane, platform::CheckBox& autoScroll);
-  ~TerminalView() override { pane_.revealRequest = {}; }
+  ~TerminalView() override {
+    pane_.revealRequest = {};
+    pane_.pasteRequest = {};
+  }
 
   void copy() const;  // the selected text, to the clipboard
+  void paste();       // what the clipboard holds goes out
   void selectAll();
   QString selectedText() const;
   // Rows that fit into the viewport, and the first one that shows.
@@ -36,6 +40,8 @@ class TerminalView : public TextArea {
   void measureFont() override;
   void fit() override;
   void scrollContentsBy(int dx, int dy) override;
+  bool event(QEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
   void keyPressEvent(QKeyEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
@@ -51,7 +57,10 @@ class TerminalView : public TextArea {
   void scrolledByPerson();
   void keepTop();
   void typed(const QString& text);
+  bool editedByKey(QKeyEvent& event);
   bool scrolledByKey(QKeyEvent& event);
+  bool sentByKey(QKeyEvent& event);
+  void send(std::string_view bytes);
   void selectTo(Position position);
 
   platform::EventLoop& loop_;
