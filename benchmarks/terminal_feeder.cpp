@@ -27,6 +27,8 @@ double now() {
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
+}  // namespace
+
 std::string numberedLines() {
   std::string text;
   for (std::size_t i = 0; i < kLines; ++i) {
@@ -36,8 +38,6 @@ std::string numberedLines() {
   }
   return text;
 }
-
-}  // namespace
 
 Feeder::Feeder() : master_(posix_openpt(O_RDWR | O_NOCTTY)) {
   grantpt(master_);

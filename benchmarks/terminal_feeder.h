@@ -8,6 +8,8 @@
 
 namespace bench {
 
+std::string numberedLines();  // what is written, over and over
+
 class Feeder {
  public:
   Feeder();  // opens the pseudo-terminal

@@ -39,6 +39,12 @@ bool take(Shared& shared, Bytes& batch) {
   return !batch.empty();
 }
 
+// Bytes wait that came during the last write; a look at the disk would only add to them.
+bool behind(Shared& shared) {
+  const std::scoped_lock lock(shared.mutex);
+  return !shared.queue.empty();
+}
+
 void fail(Shared& shared, int error) {
   const std::scoped_lock lock(shared.mutex);
   shared.result = failureOf(error);
@@ -50,7 +56,7 @@ void writeAll(Shared& shared) {
   int error = 0;
   while (error == 0 && take(shared, batch)) {
     error = shared.file.write(batch);
-    if (error != 0 || Clock::now() - synced < kSyncEvery) continue;
+    if (error != 0 || Clock::now() - synced < kSyncEvery || behind(shared)) continue;
     error = shared.file.bringToDisk();
     synced = Clock::now();
   }
