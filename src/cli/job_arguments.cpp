@@ -36,6 +36,14 @@ void JobArguments::declareLine(CLI::App& app) {
   const std::string line = "The line";
   app.add_option("--min-baud", firstBaud, "Rate of the first contact (2400)")->check(kRates)->group(line);
   app.add_option("--max-baud", highestBaud, "Highest rate of the data (115200)")->check(kRates)->group(line);
+  const auto take = [this](const std::string& text) {
+    const auto read = engine::powerSwitchOf(text);
+    if (!read) throw CLI::ValidationError("--power", "write it as dtr or rts, :low and :MS after it, 50 to 5000 ms");
+    power = *read;
+  };
+  app.add_option_function<std::string>("--power", take, "The adapter's line that switches the chip's power")
+      ->type_name("dtr|rts[:low][:MS]")
+      ->group(line);
   app.add_flag("--fixed-link", fixedLink, "115200 from the first byte on")->group(line);
 }
 
@@ -43,6 +51,7 @@ void JobArguments::setLine(engine::Job& job) const {
   job.firstBaud = platform::wholeOf(firstBaud);
   job.highestBaud = platform::wholeOf(highestBaud);
   job.fixedLink = fixedLink;
+  job.power = power;
   job.frameSize = engine::frameSizeOf(job.record(), fixedLink);
 }
 

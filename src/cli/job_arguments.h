@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "engine/job.h"
+#include "engine/power_switch.h"
 
 namespace kvr::cli {
 
@@ -21,6 +22,7 @@ struct JobArguments {
   std::vector<int> trim = {1, 3, 128};  // by hand: band, step and fine trim, as a fresh window has them
   std::string firstBaud = "2400", highestBaud = "115200";
   bool fixedLink = false;
+  engine::PowerSwitch power;
   bool yes = false;
 
   void declare(CLI::App& app);      // what the chip gets

@@ -59,7 +59,7 @@ TEST_F(CommandTest, WrongUseEndsWith2AndSaysWhatIsMeant) {
       {"", "subcommand is required"},
       {"program", "--model"},
       {"program --model Ivy-H20S", "Name the code file"},
-      {"program --model Ivy-H20 /image.bin", "Did you mean Ivy-H20A, Ivy-H20C or Ivy-H20S?"},
+      {"program --model Ivy-H20 /image.bin", "Did you mean Ivy-H20"},
       {"program --model Ivy-H20S /image.bin --min-baud 300", "--min-baud"},
       {"program --model Ivy-H20S /image.bin --code-at FFFFFF", "kvr: "},
       {"program --model Ivy-H20S /image.bin --trigger 11 --trigger-line 9600", "BAUD,"},
