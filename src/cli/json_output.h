@@ -1,4 +1,4 @@
-// Reports for a program: one object a line on standard output (docs/kvr-events.schema.json). Failures go to standard
+// Reports for a program: one object a line on standard output (kvr-events.schema.json of docs). Failures go to standard
 // error, too, for whoever looks at the program's log.
 #pragma once
 
