@@ -3,8 +3,8 @@
 #include <QLabel>
 #include <QMainWindow>
 
-#include "shell/qt/first_paint.h"
 #include "shell/qt/window_place.h"
+#include "tests/driver/first_paint.h"
 
 int main(int argc, char** argv) {
   QApplication app(argc, argv);

@@ -24,7 +24,7 @@ Application::~Application() {
 
 void Application::show(const std::string& file) {
   form.load();
-  window = std::make_unique<MainWindow>(form, portWatch, dialogs, [this] {
+  window = std::make_unique<MainWindow>(form, portWatch, dialogs, handbook, [this] {
     loop.whenIdle([this] {
       if (onGone) onGone();
     });

@@ -13,6 +13,7 @@
 #include "platform/qt/qt_store.h"
 #include "shell/qt/main_window.h"
 #include "shell/qt/qt_dialogs.h"
+#include "shell/qt/qt_handbook.h"
 
 namespace kvr::window {
 
@@ -31,6 +32,7 @@ class Application {
   platform::Ports ports;
   platform::QtSerialLink link;
   QtDialogs dialogs;
+  QtHandbook handbook;
   platform::QtFiles files;
   platform::QtClock clock;
   platform::IconvCodec codec;

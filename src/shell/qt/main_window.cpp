@@ -5,8 +5,11 @@
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QMimeData>
+#include <QShortcut>
+#include <QToolButton>
 
 #include "platform/qt/raw_names.h"
+#include "shell/handbook_chapters.h"
 #include "shell/qt/left_column.h"
 #include "shell/qt/pages/pages.h"
 #include "shell/qt/run_strip.h"
@@ -21,16 +24,16 @@ QAccessibleInterface* accessibleWindow(const QString&, QObject* object) {
   return window ? new QAccessibleWidget(window, QAccessible::Window) : nullptr;
 }
 
-// A tab strip with its pages below it; `corner`: a button at the end of the tabs.
+// A tab strip with its pages below it; `corner`: buttons at the end of the tabs.
 QVBoxLayout* tabbed(const Maker& maker, platform::TabStrip& strip, std::map<std::string, PageStack::Builder> pages,
-                    const QString& name, QWidget* corner = nullptr) {
+                    const QString& name, std::initializer_list<QWidget*> corner = {}) {
   auto* column = new QVBoxLayout;
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
   auto* tabs = makeTabs(maker.loop(), strip, name);
   auto* head = row({tabs});
   head->setStretch(0, 1);
-  if (corner) head->addWidget(corner);
+  for (QWidget* button : corner) head->addWidget(button);
   column->addLayout(head);
   column->addWidget(new PageStack(strip, std::move(pages)), 1);
   return column;
@@ -38,8 +41,9 @@ QVBoxLayout* tabbed(const Maker& maker, platform::TabStrip& strip, std::map<std:
 
 }  // namespace
 
-MainWindow::MainWindow(shell::MainForm& form, PortWatch& ports, QtDialogs& dialogs, std::function<void()> gone)
-    : maker_{form, ports}, dialogs_(dialogs), gone_(std::move(gone)) {
+MainWindow::MainWindow(shell::MainForm& form, PortWatch& ports, QtDialogs& dialogs, platform::Handbook& handbook,
+                       std::function<void()> gone)
+    : maker_{form, ports}, dialogs_(dialogs), handbook_(handbook), gone_(std::move(gone)) {
   [[maybe_unused]] static const bool known = (QAccessible::installFactory(accessibleWindow), true);
   setObjectName(QStringLiteral("mainWindow"));
   setWindowTitle(QString::fromLatin1(shell::MainForm::kCaption));
@@ -56,6 +60,8 @@ MainWindow::MainWindow(shell::MainForm& form, PortWatch& ports, QtDialogs& dialo
   halves_->setStretchFactor(1, 1);
   layout->addWidget(halves_);
   dialogs_.setParent(this);
+  dialogs_.openHandbook = [this] { openHandbook(); };
+  connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, this, &MainWindow::openHandbook);
   form.onUnload = [this] { finish(); };
   tokens_.push_back(form.shrinkChanged.watch([this] { followShrink(); }));
   tokens_.push_back(ports.changed.watch([this] { maker_.form.portLine.follow(); }));
@@ -65,12 +71,38 @@ MainWindow::~MainWindow() {
   maker_.form.onUnload = {};
 }
 
+// The chapter of the page that the user is at.
+void MainWindow::openHandbook() {
+  const auto& panel = maker_.form.main;
+  const QWidget* focus = focusWidget();
+  const bool below = focus && lower_->isAncestorOf(focus);
+  const auto& tabs = below ? panel.TabStrip1 : panel.TabStrip2;
+  const bool onPage = focus && right_->isAncestorOf(focus);
+  const auto chapter = shell::chapterOf(onPage ? tabs.selectedKey() : std::string());
+  if (!handbook_.open(chapter))
+    dialogs_.help("Handbook", "The handbook cannot be opened. Its first page is\n\n" + handbook_.firstPage() +
+                                  "\n\nIs it there, and is there a program for web pages?");
+}
+
+QWidget* MainWindow::handbookButton() {
+  auto* button = new QToolButton;
+  button->setObjectName(QStringLiteral("handbook"));
+  button->setText(QStringLiteral("?"));
+  button->setAccessibleName(QStringLiteral("Handbook"));
+  button->setToolTip(QStringLiteral("Open the handbook; F1 opens the chapter of the page that you are at"));
+  button->setFocusPolicy(Qt::NoFocus);  // where the user is says which chapter is meant
+  connect(button, &QToolButton::clicked, this, &MainWindow::openHandbook);
+  return button;
+}
+
 QWidget* MainWindow::rightSide() {
   auto& panel = maker_.form.main;
   auto* upper = new QWidget;
   upper->setLayout(tabbed(maker_, panel.TabStrip2, upperPages(maker_),
-                          QStringLiteral("Buffers, terminal, project, registers"), maker_.button(panel.comMastWindow)));
+                          QStringLiteral("Buffers, terminal, project, registers"),
+                          {maker_.button(panel.comMastWindow), handbookButton()}));
   auto* lower = makeFrame(maker_.loop(), panel.FrameX[3]);
+  lower_ = lower;
   lower->setLayout(
       tabbed(maker_, panel.TabStrip1, lowerPages(maker_), QStringLiteral("Options and other ways to program")));
   lower->layout()->setContentsMargins(4, 2, 4, 4);

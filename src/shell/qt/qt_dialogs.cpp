@@ -129,7 +129,9 @@ void QtDialogs::help(const std::string& title, const std::string& text) {
   pane->setReadOnly(true);
   pane->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   layout->addWidget(pane);
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, window);
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close | QDialogButtonBox::Help, window);
+  buttons->button(QDialogButtonBox::Help)->setText(QStringLiteral("&Handbook"));
+  QObject::connect(buttons, &QDialogButtonBox::helpRequested, window, openHandbook);
   QObject::connect(buttons, &QDialogButtonBox::rejected, window, &QDialog::reject);
   layout->addWidget(buttons);
   // As wide as the longest line, whose break was put there by hand.

@@ -5,6 +5,7 @@
 #include <QDialog>
 #include <QPointer>
 #include <QWidget>
+#include <functional>
 #include <vector>
 
 #include "platform/dialogs.h"
@@ -19,6 +20,7 @@ class QtDialogs : public platform::Dialogs {
   void setParent(QWidget* window) { window_ = window; }
   // Ends every open question; the window is going to close.
   void closeAll();
+  std::function<void()> openHandbook;  // the button below a help text
   // The same for good: questions that come later are answered No at once.
   void refuse();
 

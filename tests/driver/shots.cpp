@@ -1,4 +1,4 @@
-#include "shell/qt/shots.h"
+#include "tests/driver/shots.h"
 
 #include <QApplication>
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "shell/qt/first_paint.h"
+#include "tests/driver/first_paint.h"
 
 #include <QCoreApplication>
 #include <QEvent>

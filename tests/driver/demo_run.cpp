@@ -1,4 +1,4 @@
-#include "shell/qt/demo_run.h"
+#include "tests/driver/demo_run.h"
 
 #include <QPushButton>
 #include <cstdio>
