@@ -39,16 +39,22 @@ DownloadPanel::DownloadPanel() {
   optBeepYes.setValue(true);
   cobPowerLine.setItems({"none", "DTR", "RTS"});
   cobPowerLine.setListIndex(0);
-  cobPowerLevel.setItems({"active high", "active low"});
+  cobPowerLevel.setItems({"high", "low"});
   cobPowerLevel.setListIndex(0);
   txtPowerOff.setText("500");
+  comLastRun.setCaption("Last run");
+  comLastRun.setEnabled(false);
+  comSelectSeen.setCaption("Select");
+  comSelectSeen.setVisible(false);
+  comLowerBaud.setCaption("Lower Max Baud and try again");
+  comLowerBaud.setVisible(false);
 }
 
 void DownloadPanel::addTo(platform::ControlRegistry& registry) {
   registry.add(comDownload);
   registry.addAll(comStop_Download, comReadChipLock, Command2, cheTL, cobBaudMin, cobBaudMax, txtWrite_OK_Count,
                   comClear_OK_Count, comDalay_ReDownLoad, optBeepYes, optBeepNo, cobPowerLine, cobPowerLevel,
-                  txtPowerOff);
+                  txtPowerOff, comLastRun, comSelectSeen, comLowerBaud);
 }
 
 }  // namespace kvr::download

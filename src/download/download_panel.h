@@ -40,6 +40,9 @@ struct DownloadPanel {
   platform::ComboBox cobPowerLine{"cobPowerLine"};    // what switches the target's supply: none, DTR, RTS
   platform::ComboBox cobPowerLevel{"cobPowerLevel"};  // on while the line is: set, clear
   platform::TextBox txtPowerOff{"txtPowerOff"};       // for so many milliseconds
+  platform::Button comLastRun{"comLastRun"};          // shows the picture of the last run
+  platform::Button comSelectSeen{"comSelectSeen"};    // offered after a failure; see remedy.h
+  platform::Button comLowerBaud{"comLowerBaud"};
   Verdict verdict;
 };
 

@@ -1,5 +1,7 @@
 #include "download/download_room.h"
 
+#include <algorithm>
+
 #include "platform/text.h"
 
 namespace kvr::download {
@@ -18,6 +20,7 @@ DownloadRoom::DownloadRoom(RunRoom room, platform::Dialogs& dialogs, const JobPa
   panel_.comDownload[1].onClick = [this] { programRepeatedly(); };
   panel_.comStop_Download.onClick = [this] { stop(); };
   panel_.comReadChipLock.onClick = [this] { checkChip(); };
+  panel_.comLowerBaud.onClick = [this] { tryLowerBaud(); };
   panel_.Command2.onClick = [this] { programOnFixedLink(); };
   lockToken_ = room_.lock.changed.watch([this] { applyLock(); });
   applyLock();
@@ -31,6 +34,8 @@ void DownloadRoom::applyLock() {
            &panel_.cobBaudMin, &panel_.cobBaudMax, &controls_.combCommPort})
     control->setEnabled(mayStart);
   panel_.comStop_Download.setEnabled(!mayStart);
+  panel_.comSelectSeen.setEnabled(room_.lock.free());
+  panel_.comLowerBaud.setEnabled(room_.lock.free());
 }
 
 void DownloadRoom::program() {
@@ -47,9 +52,19 @@ void DownloadRoom::programOnFixedLink() {
   panel_.cheTL.setValue(false);
 }
 
+void DownloadRoom::tryLowerBaud() {
+  const int baud = room_.results.remedy().baud;
+  if (baud == 0 || room_.activity.busy()) return;
+  const auto& rates = panel_.cobBaudMax.items();
+  const auto place = std::find(rates.begin(), rates.end(), std::to_string(baud));
+  panel_.cobBaudMax.userPick(static_cast<int>(place - rates.begin()));
+  run(lastMode_);
+}
+
 void DownloadRoom::run(Mode mode) {
   const auto running = room_.activity.begin();
   if (!running) return;
+  lastMode_ = mode;
   room_.services.stop.clear();
   bool handedOver = false;
   const PortTaken port(room_.services.lease);

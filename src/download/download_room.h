@@ -58,6 +58,8 @@ class DownloadRoom {
   void checkChip();  // tells what a chip is and holds, without touching it
   // Stop: the run ends where it waits and lets go of the lock itself.
   void stop();
+  // Lowers Max Baud to what the last failure suggests, and does again what failed.
+  void tryLowerBaud();
 
   // The terminal wants the port after a good run. Must be connected, with `takePort`.
   std::function<bool()> wantsPort;
@@ -77,6 +79,7 @@ class DownloadRoom {
   platform::Dialogs& dialogs_;
   JobPanels panels_;
   DownloadPanel& panel_;
+  Mode lastMode_ = Mode::Once;
   MainControls controls_;
   images::ImageRoom& images_;
   options::OptionsRoom& options_;

@@ -24,6 +24,12 @@ bool isLogged(const engine::Outcome& outcome) {
   return outcome.kind != engine::RunKind::Trigger || !outcome.passed();
 }
 
+std::vector<int> ratesOf(const platform::ComboBox& box) {
+  std::vector<int> rates;
+  for (const std::string& item : box.items()) rates.push_back(platform::wholeOf(item));
+  return rates;
+}
+
 bool counts(const engine::Outcome& outcome) {
   return outcome.passed() && outcome.kind == engine::RunKind::Chip;
 }
@@ -33,17 +39,26 @@ bool counts(const engine::Outcome& outcome) {
 ResultsRoom::ResultsRoom(platform::World& world, DownloadPanel& panel, platform::TextBox& textMsg)
     : world_(world), panel_(panel), textMsg_(textMsg) {
   panel_.comClear_OK_Count.onClick = [this] { clearCount(); };
+  // An offer to lower what has been changed meanwhile might raise it.
+  baudToken_ = panel_.cobBaudMax.changed.watch([this] {
+    if (remedy_.baud > 0 && platform::wholeOf(panel_.cobBaudMax.text()) != offeredAt_) offer({});
+  });
 }
 
 void ResultsRoom::begin() {
+  offer({});
   panel_.verdict.set(VerdictKind::Waiting);
 }
 
 // The log line is on the disk before anybody reads the verdict.
 void ResultsRoom::end(const engine::Outcome& outcome, const std::string& model, const std::string& serialNumber) {
+  const RunRecord record{outcome, world_.clock.dateTime(), model, serialNumber};
   if (counts(outcome)) count();
-  if (isLogged(outcome)) writeLog({outcome, world_.clock.dateTime(), model, serialNumber});
+  if (isLogged(outcome)) writeLog(record);
+  history_.add(record);
+  panel_.comLastRun.setEnabled(history_.last() != nullptr);
   panel_.verdict.set(verdictOf(outcome));
+  offer(remedyOf(outcome, model, ratesOf(panel_.cobBaudMax)));
   const bool programmed = outcome.kind == engine::RunKind::Chip || outcome.kind == engine::RunKind::Demo;
   if (outcome.passed() && programmed && panel_.optBeepYes.value()) world_.dialogs.beep();
   if (!outcome.box.empty()) world_.dialogs.message(platform::kTitle, outcome.box, platform::BoxIcon::Information);
@@ -55,7 +70,17 @@ void ResultsRoom::refuse(engine::RunKind kind, const std::string& why, const std
 }
 
 void ResultsRoom::forget() {
+  offer({});
   if (panel_.verdict.value() > VerdictKind::Working) panel_.verdict.set(VerdictKind::Idle);
+}
+
+void ResultsRoom::offer(const Remedy& remedy) {
+  remedy_ = remedy;
+  offeredAt_ = platform::wholeOf(panel_.cobBaudMax.text());
+  panel_.comSelectSeen.setVisible(!remedy.model.empty());
+  panel_.comLowerBaud.setVisible(remedy.baud > 0);
+  if (!remedy.model.empty()) panel_.comSelectSeen.setCaption(selectText(remedy));
+  if (remedy.baud > 0) panel_.comLowerBaud.setCaption(lowerBaudText(remedy));
 }
 
 void ResultsRoom::count() {

@@ -6,18 +6,12 @@
 #include <string>
 
 #include "download/download_panel.h"
+#include "download/remedy.h"
+#include "download/run_history.h"
 #include "engine/outcome.h"
 #include "platform/world.h"
 
 namespace kvr::download {
-
-// One end of a run (of each round, when it repeats), for the batch log.
-struct RunRecord {
-  engine::Outcome outcome;
-  std::string time;          // "yyyy-mm-dd hh:mm:ss"
-  std::string model;         // selected
-  std::string serialNumber;  // what the chip carries; empty without a counter
-};
 
 class ResultsRoom {
  public:
@@ -30,20 +24,29 @@ class ResultsRoom {
   void end(const engine::Outcome& outcome, const std::string& model, const std::string& serialNumber);
   // One that could not start, for a reason that a box tells first. The record has it without the blanks around it.
   void refuse(engine::RunKind kind, const std::string& why, const std::string& model);
-  // What the sign says belongs to another model, image or project.
+  // What the sign says, and what was offered beside it, belongs to another model, image or project.
   void forget();
 
   void clearCount();
+  // What the buttons beside the sign offer; empty when they are not shown.
+  const Remedy& remedy() const { return remedy_; }
 
   // Writes the batch log, when one is wanted. Must be connected.
   std::function<void(const RunRecord&)> writeLog;
 
+  const RunHistory& history() const { return history_; }
+
  private:
+  void offer(const Remedy& remedy);
   void count();
   void storeCount(const std::string& count);
   platform::World& world_;
   DownloadPanel& panel_;
   platform::TextBox& textMsg_;
+  Remedy remedy_;
+  int offeredAt_ = 0;  // Max Baud then
+  RunHistory history_;
+  platform::Signal::Token baudToken_;
 };
 
 }  // namespace kvr::download

@@ -59,9 +59,11 @@ std::optional<BaudChoice> BaudNegotiation::findCandidate(const TargetInfo& chip)
 
 bool BaudNegotiation::testThreeTimes(const TargetInfo& chip, const BaudChoice& choice) {
   const BaudParameters parameters = baudParameters(c_.traits(), choice);
+  c_.triesRate(choice.baud);
   for (int i = 0; i < kTries && !c_.link.stopped(); ++i) {
     c_.link.delay(Millis(50));
     if (test(chip, choice.baud, parameters)) return true;
+    c_.note(Setback::RateRefused);
   }
   return false;
 }

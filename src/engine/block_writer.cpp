@@ -17,6 +17,7 @@ bool BlockWriter::programRange(const SendRange& range) {
   for (const AddressRange& block : blocksOf(range.first, end, blockSize)) {
     bool done = false;
     for (int attempt = 0; attempt < kAttempts && !done; ++attempt) {
+      if (attempt > 0) c_.note(Setback::BlockAgain);
       done = programBlock(block, range.split, attempt > 0);
       if (c_.link.stopped()) return false;
     }

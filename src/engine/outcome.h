@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "options/option_set.h"
 #include "platform/event_loop.h"
@@ -38,6 +39,19 @@ struct ChipSeen {
   std::optional<options::RcTrim> trim;   // measured registers of the internal oscillator
 };
 
+// What went wrong on the way and was mended, or ended the run.
+enum class Setback {
+  BlockAgain,   // a block of data went unanswered or was answered wrongly, and was sent again
+  RateRefused,  // a test of a rate went unanswered
+  EraseAgain,
+  PortLost,
+};
+struct SetbackAt {
+  Setback what = Setback::BlockAgain;
+  platform::Micros at{0};  // since the run began
+  bool operator==(const SetbackAt&) const = default;
+};
+
 struct Outcome {
   RunKind kind = RunKind::Chip;
   Ending ending = Ending::Failed;
@@ -48,11 +62,14 @@ struct Outcome {
   bool portLost = false;         // the port did not open, or went away: the chip is not to blame
   std::optional<ChipSeen> chip;  // a chip (or board) has answered
   int baud = 0;                  // bit/s of the data; 0: it never came to that
+  int firstBaud = 0;             // bit/s of the first contact, as the job had it
+  int triedBaud = 0;             // the last rate that the chip was asked to take for the data; 0: none
   std::int32_t codeSum = 0, dataSum = 0;
   std::int64_t bytesSent = 0;                     // of the images, retries not counted
   std::int64_t bytesLeftOut = 0;                  // of the images, that differ from the fill
   std::int32_t leftOutFrom = 0;                   // address of the first of them
   std::array<platform::Micros, kStages> spent{};  // time in each stage
+  std::vector<SetbackAt> setbacks;                // in order
 
   bool passed() const { return ending == Ending::Passed || ending == Ending::PassedInPart; }
   platform::Micros sinceAnswer() const;  // from the chip's first answer to the end

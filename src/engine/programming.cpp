@@ -46,6 +46,7 @@ bool Programming::eraseFirstGeneration(const Bytes& frame) {
   if (!link.reopen()) return false;
   bool erased = false;
   for (int i = 0; i < 3 && !erased && !link.stopped(); ++i) {
+    if (i > 0) c_.note(Setback::EraseAgain);
     link.sendWithRoom(frame);
     erased = link.awaitFrame(kFirstGenerationErase, mayAnswerErase).has_value();
   }

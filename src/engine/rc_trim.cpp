@@ -105,6 +105,7 @@ bool RcMeasuring::measure(Contact& contact, int scanCount) {
 bool RcMeasuring::goToFixedRate(Contact& contact) {
   TargetLink& link = c_.link;
   const int baud = highestBaudOf(c_.job);
+  c_.triesRate(baud);
   const double base = c_.job.baseFrequencyHz;
   contact.chip.statusTail = baseSettings(lines_.base, base, baud);
   link.delay(Millis(30));

@@ -61,6 +61,7 @@ const std::array<platform::Micros, kStages>& RunContext::spent() {
 
 Outcome RunContext::outcome(RunKind kind, bool good, const LeftOut& leftOut) {
   const bool byUser = link.stopped() && link.lostPort().empty();
+  if (!link.lostPort().empty()) note(Setback::PortLost);
   return {.kind = kind,
           .ending = good     ? leftOut.bytes > 0 ? Ending::PassedInPart : Ending::Passed
                     : byUser ? Ending::Stopped
@@ -68,11 +69,14 @@ Outcome RunContext::outcome(RunKind kind, bool good, const LeftOut& leftOut) {
           .stage = stage_,
           .words = good ? std::string() : words_,
           .portLost = !good && (portFailed_ || !link.lostPort().empty()),
+          .firstBaud = job.firstBaud,
+          .triedBaud = triedBaud_,
           .codeSum = job.code.sum,
           .dataSum = job.data.sum,
           .bytesLeftOut = leftOut.bytes,
           .leftOutFrom = leftOut.from,
-          .spent = spent()};
+          .spent = spent(),
+          .setbacks = setbacks_};
 }
 
 std::string RunContext::elapsedText() const {

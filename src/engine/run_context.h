@@ -40,6 +40,8 @@ class RunContext {
   void enter(Stage stage);
   Stage stage() const { return stage_; }
   const std::array<platform::Micros, kStages>& spent();
+  void note(Setback what) { setbacks_.push_back({what, link.loop().now() - runBegan_}); }
+  void triesRate(int baud) { triedBaud_ = baud; }
 
   // The one place that says how a run ended. Good: everything went through but what was left out.
   [[nodiscard]] Outcome outcome(RunKind kind, bool good, const LeftOut& leftOut);
@@ -54,6 +56,9 @@ class RunContext {
   bool portFailed_ = false;
   Stage stage_ = Stage::Prepare;
   platform::Instant stageBegan_ = link.loop().now();
+  platform::Instant runBegan_ = stageBegan_;
+  std::vector<SetbackAt> setbacks_;
+  int triedBaud_ = 0;
   platform::Instant startMark_{0};
   std::array<platform::Micros, kStages> spent_{};
 };

@@ -93,9 +93,20 @@ void MainForm::forgetVerdict() {
 
 void MainForm::connectButtons() {
   main.comMastWindow.onClick = [this] { shrinkOrResume(); };
+  download.comLastRun.onClick = [this] { lastRunAsked.emit(); };
+  download.comSelectSeen.onClick = [this] { selectSeenModel(); };
   main.cheBatchLog.onClick = [this] { nameBatchLog(); };
   main.comHelp[0].onClick = [this] { world.dialogs.help(userpath::kTriggerHelpTitle, userpath::triggerHelpText()); };
   main.comHelp[1].onClick = [this] { world.dialogs.help(userpath::kHardwareHelpTitle, userpath::hardwareHelpText()); };
+}
+
+// As from the tree. A chip that is out of production has no node there.
+void MainForm::selectSeenModel() {
+  const std::string name = results.remedy().model;
+  main.TreeViewDevice.userPick(name);
+  if (model.name() == name) return;
+  images.loader.clearBuffers();
+  if (!picker.tryApply(name)) main.txtDevice.setFocus();
 }
 
 // A log that is asked for without a name gets one, for the user to change.

@@ -105,6 +105,7 @@ class MainForm {
   void shrinkOrResume();
   bool shrunk() const { return main.comMastWindow.caption() == "Resume"; }
   platform::Signal shrinkChanged;
+  platform::Signal lastRunAsked;  // the user wants to see the picture of the last run
 
  private:
   void registerControls();
@@ -113,6 +114,7 @@ class MainForm {
   void connectFiles();
   void connectTerminal();
   void nameBatchLog();
+  void selectSeenModel();
   void logRun(const download::RunRecord& record);
   void connectButtons();
   void applyLock();

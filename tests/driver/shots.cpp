@@ -43,6 +43,31 @@ class Photographer {
       shoot(QStringLiteral("verdict-") + QString::fromLatin1(name));
     }
   }
+  // What follows a run: the offers beside the sign, and the picture of two runs.
+  void aftermath() {
+    using namespace std::chrono_literals;
+    engine::Outcome good{.kind = engine::RunKind::Demo, .ending = engine::Ending::Passed, .baud = 115200};
+    good.bytesSent = 34232;
+    good.spent = {0us, 2300000us, 60000us, 620000us, 410000us, 4321000us, 20000us, 1310000us, 12000us};
+    program_.form.results.end(good, "Ivy-HF0S", {});
+    engine::Outcome bad{.stage = engine::Stage::Program, .words = "Programing failed. (End: 12:00:00)"};
+    bad.firstBaud = 2400;
+    bad.baud = bad.triedBaud = 115200;
+    bad.spent = {0us, 1100000us, 60000us, 940000us, 420000us, 3120000us, 0us, 0us, 0us};
+    for (const auto at : {1500000us, 2900000us, 3000000us, 5300000us, 5400000us})
+      bad.setbacks.push_back({at < 2000000us ? engine::Setback::RateRefused : engine::Setback::BlockAgain, at});
+    program_.form.results.end(bad, "Ivy-HF0S", {});
+    shoot(QStringLiteral("lower-baud"));
+    program_.form.download.comLastRun.press();
+    platform::delay(program_.loop, platform::Millis(60));
+    auto* picture = program_.window->findChild<QWidget*>(QStringLiteral("lastRunWindow"));
+    picture->grab().save(start_ + QStringLiteral("last-run.png"));
+    picture->close();
+    engine::Outcome other{.wrongModel = true, .chip = engine::ChipSeen{.model = "Rowan-H20"}};
+    program_.form.results.end(other, "Ivy-HF0S", {});
+    shoot(QStringLiteral("select-model"));
+    program_.form.results.forget();
+  }
   void popups() {
     program_.form.main.Command3.press();
     shoot(QStringLiteral("models"));
@@ -70,6 +95,7 @@ void takeShots(Application& program, const QString& folder, const QString& prefi
     camera.tabs(program.form.main.TabStrip2, QStringLiteral("upper-"));
     camera.tabs(program.form.main.TabStrip1, QStringLiteral("lower-"));
     camera.verdicts();
+    camera.aftermath();
     camera.popups();
     camera.families();
     ended();

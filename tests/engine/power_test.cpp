@@ -116,7 +116,6 @@ TEST(Power, ThatDoesNotComeToTheChipLeavesTheRunWaiting) {
 
 TEST(Power, IsNotMovedByTheTerminalNorByAnotherSwitchOfTheLine) {
   support::FormBench bench;
-  bench.form.load();
   bench.form.download.cobPowerLine.userPick(1);
   bench.form.download.cobPowerLevel.userPick(1);
   const auto moves = [&bench] {

@@ -63,6 +63,9 @@ TEST_F(Pages, EveryInputOfEveryPageHasANameForAScreenReader) {
 
 TEST_F(Pages, AltLettersAreUniqueWhicheverPagesAreShown) {
   openWithEveryPage();
+  program->form.download.comSelectSeen.setVisible(true);
+  program->form.download.comLowerBaud.setVisible(true);
+  settle();
   int letters = 0;
   onEachPage("TabStrip1", [&] {
     onEachPage("TabStrip2", [&] {

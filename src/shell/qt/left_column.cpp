@@ -4,6 +4,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 
+#include "shell/qt/flow_row.h"
 #include "shell/qt/model_box.h"
 #include "shell/qt/verdict_view.h"
 
@@ -125,7 +126,7 @@ QLabel* shownWith(platform::Control& control, const QString& text) {
   return label;
 }
 
-QLayout* powerSwitch(const Maker& maker) {
+QHBoxLayout* powerSwitch(const Maker& maker) {
   auto& p = maker.form.download;
   auto* line = maker.combo(p.cobPowerLine, QStringLiteral("Line that switches the target's power"));
   line->setToolTip(QStringLiteral("The adapter's line that switches the target's power off and on for each chip"));
@@ -133,8 +134,7 @@ QLayout* powerSwitch(const Maker& maker) {
   level->setToolTip(QStringLiteral("Power is on while the line is set (high) or clear (low)"));
   auto* off = maker.line(p.txtPowerOff, QStringLiteral("Milliseconds without power, 50 to 5000"), 5);
   return row({captionFor(QStringLiteral("Po&wer switch"), line), line, level,
-              shownWith(p.txtPowerOff, QStringLiteral("off")), off, shownWith(p.txtPowerOff, QStringLiteral("ms")),
-              nullptr});
+              shownWith(p.txtPowerOff, QStringLiteral("off")), off, shownWith(p.txtPowerOff, QStringLiteral("ms"))});
 }
 
 QGroupBox* stepPort(const Maker& maker) {
@@ -148,11 +148,13 @@ QGroupBox* stepPort(const Maker& maker) {
                                   QStringLiteral("The terminal holds the port; press to take it back")),
                          captionFor(QStringLiteral("&COM"), port), port, captionFor(QStringLiteral("Ma&x Baud:"), most),
                          most, captionFor(QStringLiteral("Mi&n Baud:"), least), least, nullptr}));
-  column->addLayout(powerSwitch(maker));
   auto* status = maker.label(form.main.portStatus);
   status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   status->setMinimumHeight(status->fontMetrics().height());
-  column->addWidget(status);
+  status->setWordWrap(true);
+  auto* power = powerSwitch(maker);
+  power->addWidget(status, 1);
+  column->addLayout(power);
   return step(maker, 2, column);
 }
 
@@ -191,6 +193,12 @@ QLayout* runChoices(const Maker& maker) {
   return column;
 }
 
+// What the result of a run leads to.
+QLayout* followUps(const Maker& maker) {
+  auto& p = maker.form.download;
+  return flow({maker.button(p.comLastRun, 'u'), maker.button(p.comSelectSeen, 't'), maker.button(p.comLowerBaud, 'y')});
+}
+
 QGroupBox* stepProgram(const Maker& maker) {
   auto& form = maker.form;
   auto* column = new QVBoxLayout;
@@ -203,9 +211,10 @@ QGroupBox* stepProgram(const Maker& maker) {
   column->addLayout(row({progress, kilobytes}));
   auto* pane = makePane(maker.loop(), form.main.textMsg, QStringLiteral("Messages of the run"));
   pane->setMinimumHeight(pane->fontMetrics().height() * 7);
-  auto* result = row({new VerdictView(form.download.verdict), pane});
+  auto* result = row({new VerdictView(maker.loop(), form.download.verdict, form.download.comLastRun), pane});
   result->setStretch(1, 1);
   column->addLayout(result, 1);
+  column->addLayout(followUps(maker));
   column->addLayout(runChoices(maker));
   return step(maker, 4, column);
 }

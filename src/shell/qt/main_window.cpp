@@ -10,6 +10,7 @@
 
 #include "platform/qt/raw_names.h"
 #include "shell/handbook_chapters.h"
+#include "shell/qt/last_run_window.h"
 #include "shell/qt/left_column.h"
 #include "shell/qt/pages/pages.h"
 #include "shell/qt/run_strip.h"
@@ -64,6 +65,7 @@ MainWindow::MainWindow(shell::MainForm& form, PortWatch& ports, QtDialogs& dialo
   connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, this, &MainWindow::openHandbook);
   form.onUnload = [this] { finish(); };
   tokens_.push_back(form.shrinkChanged.watch([this] { followShrink(); }));
+  tokens_.push_back(form.lastRunAsked.watch([this] { showLastRun(maker_.form, *this); }));
   tokens_.push_back(ports.changed.watch([this] { maker_.form.portLine.follow(); }));
 }
 

@@ -13,7 +13,7 @@ Widget* renamed(Widget* widget) {
 
 // The sign, smaller than in the column, but still as a word, a shape and a colour.
 QWidget* sign(const Maker& maker) {
-  auto* view = renamed(new VerdictView(maker.form.download.verdict));
+  auto* view = renamed(new VerdictView(maker.loop(), maker.form.download.verdict, maker.form.download.comLastRun));
   const int line = view->fontMetrics().height();
   view->setFixedSize(line * 8, line * 4);
   return view;

@@ -1,6 +1,7 @@
 #include "shell/qt/verdict_view.h"
 
 #include <QAccessible>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -81,7 +82,8 @@ void drawShape(QPainter& painter, VerdictKind kind, const QRectF& box) {
 
 }  // namespace
 
-VerdictView::VerdictView(download::Verdict& verdict) : verdict_(verdict) {
+VerdictView::VerdictView(platform::EventLoop& loop, download::Verdict& verdict, platform::Button& lastRun)
+    : loop_(loop), verdict_(verdict), lastRun_(lastRun) {
   setObjectName(QStringLiteral("verdict"));
   setAccessibleName(QStringLiteral("Verdict"));
   setAccessibleDescription(word());
@@ -92,6 +94,19 @@ VerdictView::VerdictView(download::Verdict& verdict) : verdict_(verdict) {
     QAccessible::updateAccessibility(&event);
     update();
   });
+  buttonToken_ = lastRun_.changed.watch([this] { followButton(); });
+  followButton();
+}
+
+void VerdictView::followButton() {
+  const bool on = lastRun_.enabled();
+  setCursor(on ? Qt::PointingHandCursor : Qt::ArrowCursor);
+  setToolTip(on ? QStringLiteral("Shows the last run as a picture") : QString());
+}
+
+void VerdictView::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton || !rect().contains(event->pos())) return;
+  loop_.post([&button = lastRun_] { button.press(); });
 }
 
 QString VerdictView::word() const {
