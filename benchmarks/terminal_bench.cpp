@@ -54,6 +54,15 @@ double residentMb() {
   return resident * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
 }
 
+// "log-2030-01-31-123456.txt" is the first part, "log-2030-01-31-123456-2.txt" the second one.
+QString partOfLog(const QString& folder, std::uint64_t part) {
+  for (const QString& name : QDir(folder).entryList({QStringLiteral("log-*.txt")}, QDir::Files)) {
+    const QString number = name.section(QLatin1Char('-'), 5).section(QLatin1Char('.'), 0, 0);
+    if ((number.isEmpty() ? 1 : number.toULongLong()) == part) return folder + QLatin1Char('/') + name;
+  }
+  return {};
+}
+
 // Whether the log that has just ended holds what was sent, in the files that are kept. Those of text as shown have a
 // stamp in front of each line, which counts for nothing here.
 bool logIsWhole(kvr::window::Application& program, const QString& folder, std::uint64_t written) {
@@ -64,11 +73,7 @@ bool logIsWhole(kvr::window::Application& program, const QString& folder, std::u
   const auto last = asShown ? 1 : (written + fileBytes - 1) / fileBytes;  // the number of the last file
   std::uint64_t bytes = 0;
   for (auto part = last > 3 ? last - 2 : 1; part <= last; ++part) {
-    const QString pattern = part == 1 ? QStringLiteral("log-????-??-??-??????.txt")
-                                      : QStringLiteral("log-????-??-??-??????-%1.txt").arg(part);
-    const auto names = QDir(folder).entryList({pattern}, QDir::Files);
-    if (names.size() != 1) return false;
-    QFile file(folder + QLatin1Char('/') + names[0]);
+    QFile file(partOfLog(folder, part));
     if (!file.open(QIODevice::ReadOnly)) return false;
     std::uint64_t at = (part - 1) * fileBytes;
     while (!file.atEnd()) {

@@ -86,18 +86,19 @@ void LogArea::tick() {
   keep(log_.flush());
   showState();
   if (failure_.empty()) return;
-  const std::string words = "The log ends: " + log_.path() + ": " + std::exchange(failure_, {});
+  const std::string why = std::exchange(failure_, {});
   timer_.stop();
   panel_.che_Log.setValue(false);
   showState();
-  panel_.labLog.setCaption(words);
-  world_.dialogs.message(platform::kTitle, words, platform::BoxIcon::Warning);
+  panel_.labLog.setCaption("The log has ended: " + why);
+  world_.dialogs.message(platform::kTitle, "The log ends: " + log_.path() + ": " + why, platform::BoxIcon::Warning);
 }
 
 void LogArea::showState() {
   const bool on = log_.on();
-  panel_.labLog.setCaption(log_.path().empty() ? ""
-                                               : (on ? "" : "Written: ") + log_.path() + ", " + sizeText(log_.bytes()));
+  const std::string name = log_.path().substr(log_.path().find_last_of('/') + 1);
+  panel_.labLog.setCaption(name.empty() ? "" : (on ? "Log: " : "Logged: ") + name + ", " + sizeText(log_.bytes()));
+  panel_.labLog.setToolTip(log_.path());
   for (platform::Control* control : std::initializer_list<platform::Control*>{
            &panel_.comb_LogForm, &panel_.txtLogFile, &panel_.comLogFile, &panel_.txtLogSize, &panel_.txtLogFiles})
     control->setEnabled(!on);

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFrame>
 
 #include "shell/qt/clear_marks.h"
 
@@ -72,6 +73,12 @@ class Photographer {
     program_.form.main.Command3.press();
     shoot(QStringLiteral("models"));
     program_.form.picker.hideDeviceTree();
+    int number = 0;
+    for (auto* frame : program_.window->findChildren<QFrame*>(QStringLiteral("settingsPopup"))) {
+      frame->show();
+      frame->grab().save(start_ + QStringLiteral("settings-%1.png").arg(++number));
+      frame->hide();
+    }
     program_.form.main.comMastWindow.press();
     shoot(QStringLiteral("shrunk"));
     program_.form.main.comMastWindow.press();

@@ -26,6 +26,7 @@ QPushButton* popupButton(const QString& caption, const QString& name, QLayout* c
   button->setAccessibleName(name);
   button->setToolTip(name);
   auto* popup = new QFrame(button, Qt::Popup);
+  popup->setObjectName(QStringLiteral("settingsPopup"));
   popup->setFrameShape(QFrame::StyledPanel);
   popup->setAccessibleName(name);
   content->setContentsMargins(8, 8, 8, 8);

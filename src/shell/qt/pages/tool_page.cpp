@@ -132,8 +132,8 @@ void addDisplay(const Maker& maker, QGridLayout& grid) {
   addWide(grid, maker.check(p.che_Escapes));
   addWide(grid, maker.check(p.che_LocalEcho));
   addLine(grid, maker.check(p.che_HexLines),
-          maker.line(p.txtHexSilence, QStringLiteral("Silence before a new line, milliseconds"), 6),
-          maker.label(p.labHexSilence));
+          together(maker.line(p.txtHexSilence, QStringLiteral("Silence before a new line, milliseconds"), 6),
+                   maker.label(p.labHexSilence)));
 }
 
 void addLog(const Maker& maker, QGridLayout& grid) {
@@ -150,11 +150,11 @@ void addPaste(const Maker& maker, QGridLayout& grid) {
   auto& p = maker.form.tool;
   addWide(grid, heading("Paste"));
   addLine(grid, maker.label(p.labPasteBox[0]),
-          maker.line(p.txtPasteChar, QStringLiteral("Pause after each pasted character, milliseconds"), 6),
-          captionFor(QStringLiteral("ms")));
+          together(maker.line(p.txtPasteChar, QStringLiteral("Pause after each pasted character, milliseconds"), 6),
+                   captionFor(QStringLiteral("ms"))));
   addLine(grid, maker.label(p.labPasteBox[1]),
-          maker.line(p.txtPasteLine, QStringLiteral("Pause after each pasted line, milliseconds"), 6),
-          captionFor(QStringLiteral("ms")));
+          together(maker.line(p.txtPasteLine, QStringLiteral("Pause after each pasted line, milliseconds"), 6),
+                   captionFor(QStringLiteral("ms"))));
 }
 
 QPushButton* paneSettings(const Maker& maker) {
@@ -172,8 +172,8 @@ QLayout* statusRow(const Maker& maker) {
   auto& p = maker.form.tool;
   auto* bar = makeProgress(maker.loop(), p.barPaste, QStringLiteral("Progress of the paste"));
   bar->setMaximumWidth(160);
-  return flow(
-      {bar, maker.button(p.comPasteStop), maker.label(p.labPort), maker.label(p.labPaste), maker.label(p.labLog)});
+  return flow({bar, maker.button(p.comPasteStop), maker.label(p.labFind), maker.label(p.labPort),
+               maker.label(p.labPaste), maker.label(p.labLog)});
 }
 
 QGroupBox* receivePane(const Maker& maker) {
@@ -184,17 +184,17 @@ QGroupBox* receivePane(const Maker& maker) {
   column->addLayout(flow({maker.option(p.optReceiveHex[0], QStringLiteral("Show what comes in as text")),
                           maker.option(p.optReceiveHex[1], QStringLiteral("Show what comes in in hexadecimal")),
                           maker.combo(p.comb_TimeStamp, QStringLiteral("Time stamp")), maker.check(p.che_AutoScroll),
-                          paneSettings(maker), maker.button(p.comDebugClear[0])}));
+                          paneSettings(maker)}));
   auto* view = makeTerminalView(maker.loop(), p);
   view->setMinimumHeight(view->fontMetrics().height() * 6);
   column->addWidget(view, 1);
   column->addLayout(statusRow(maker));
   column->addLayout(
-      flow({counter(maker, p.labReceiveCount), counter(maker, p.labSendCount), maker.button(p.comClearCount)}));
+      flow({counter(maker, p.labReceiveCount), counter(maker, p.labSendCount), maker.button(p.comDebugClear[0])}));
   auto* find = maker.line(p.texFind, QStringLiteral("Text to find in the receive pane"));
   find->setPlaceholderText(QStringLiteral("Find"));
-  column->addLayout(row({find, maker.button(p.comFindNext), maker.button(p.comFindPrevious), maker.label(p.labFind),
-                         maker.button(p.comSaveReceive)}));
+  column->addLayout(row({find, maker.button(p.comFindNext), maker.button(p.comFindPrevious),
+                         maker.button(p.comSaveReceive), maker.button(p.comClearCount)}));
   auto* frame = makeFrame(maker.loop(), p.frmReceive);
   frame->setLayout(column);
   return frame;
