@@ -52,6 +52,9 @@ TEST_F(LiveTerminal, EveryKeyTypedIntoThePaneGoesToTheDeviceAndNoneToTheWindow) 
   EXPECT_EQ(heard(9), "\t\x1B\x03\x1B[A\x1Bp\r");
   EXPECT_EQ(downloads, 0);
   EXPECT_TRUE(pane.hasFocus());
+  QKeyEvent help(QEvent::ShortcutOverride, Qt::Key_F1, Qt::NoModifier);
+  QApplication::sendEvent(&pane, &help);
+  EXPECT_FALSE(help.isAccepted()) << "the window's own";
   QTest::keyClick(&pane, Qt::Key_Backtab, Qt::ShiftModifier);
   EXPECT_FALSE(pane.hasFocus()) << "a way out";
   auto& line = widget("texSend");

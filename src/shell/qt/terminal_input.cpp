@@ -24,9 +24,12 @@ void TerminalView::send(std::string_view bytes) {
 }
 
 // A key that is typed here is meant for the device: no letter with Alt, and no shortcut of the window, takes it away.
+// Function keys are not sent and stay the window's own, such as F1 for the handbook.
 bool TerminalView::event(QEvent* event) {
-  if (event->type() == QEvent::ShortcutOverride) event->accept();
-  return TextArea::event(event);
+  if (event->type() != QEvent::ShortcutOverride) return TextArea::event(event);
+  const int key = static_cast<QKeyEvent*>(event)->key();
+  event->setAccepted(key < Qt::Key_F1 || key > Qt::Key_F35);
+  return true;
 }
 
 // Tab is a key like any other while keys are sent; Shift+Tab and Ctrl+Tab always lead out of the pane.
