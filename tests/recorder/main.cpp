@@ -1,6 +1,7 @@
 // Records what the whole program does in a few thousand runs, so that two builds can be compared.
 //
 //   record_runs [FILTER]            one line a run: name, hash of all, hashes of line, pane and memory, sign
+//   record_runs --no-times          the same without the times on the line and in the pane
 //   record_runs --dump NAME         the whole record of one run
 //   record_runs --check FILE        plays what the file names; tells and fails when it differs
 //   record_runs --renew FILE        the same, and writes what they are now
@@ -12,11 +13,13 @@
 
 namespace {
 
+using kvr::recorder::Record;
 using kvr::recorder::Run;
 
-std::string play(const Run& run) {
+std::string play(const Run& run, bool times = true) {
   try {
-    return run.name + '\t' + run.play(run.name).hashes();
+    const Record record = run.play(run.name);
+    return run.name + '\t' + (times ? record : record.withoutTimes()).hashes();
   } catch (const std::exception& fault) {
     return run.name + "\tended by: " + fault.what();
   }
@@ -29,11 +32,11 @@ int dump(const std::string& name) {
   return 1;
 }
 
-int list(const std::string& filter) {
+int list(const std::string& filter, bool times = true) {
   bool any = false;
   for (const Run& run : kvr::recorder::allRuns()) {
     if (run.name.find(filter) == std::string::npos) continue;
-    std::cout << play(run) << std::endl;
+    std::cout << play(run, times) << std::endl;
     any = true;
   }
   return any ? 0 : 1;
@@ -72,9 +75,10 @@ int main(int count, char** arguments) {
   const std::vector<std::string> words(arguments + 1, arguments + count);
   if (words.empty()) return list("");
   if (words.size() == 1 && !words[0].starts_with("--")) return list(words[0]);
+  if (words.size() == 1 && words[0] == "--no-times") return list("", false);
   if (words.size() == 2 && words[0] == "--dump") return dump(words[1]);
   if (words.size() == 2 && words[0] == "--check") return compare(words[1], false);
   if (words.size() == 2 && words[0] == "--renew") return compare(words[1], true);
-  std::cerr << "record_runs [FILTER | --dump NAME | --check FILE | --renew FILE]\n";
+  std::cerr << "record_runs [FILTER | --no-times | --dump NAME | --check FILE | --renew FILE]\n";
   return 2;
 }

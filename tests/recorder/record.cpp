@@ -1,6 +1,8 @@
 #include "tests/recorder/record.h"
 
 #include <cstdio>
+#include <regex>
+#include <sstream>
 
 namespace kvr::recorder {
 
@@ -58,6 +60,16 @@ std::string Record::hashes() const {
   std::string all = hex(hashOf(line_ + pane_ + memory_ + sign_), 16);
   for (const std::string* part : {&line_, &pane_, &memory_}) all += '\t' + hex(hashOf(*part) >> 32, 8);
   return all + '\t' + sign_;
+}
+
+Record Record::withoutTimes() const {
+  static const std::regex timeOfDay(R"(\d\d:\d\d(:\d\d)?)");
+  Record untimed = *this;
+  untimed.pane_ = std::regex_replace(pane_, timeOfDay, "--:--");
+  untimed.line_.clear();
+  std::istringstream units(line_);
+  for (std::string unit; std::getline(units, unit);) untimed.line_ += unit.substr(unit.find(' ') + 1) + '\n';
+  return untimed;
 }
 
 std::string Record::text() const {

@@ -27,6 +27,8 @@ class Record {
   // Hashes of the whole, of the line, of the pane with the boxes, and of the memory, then the sign; tabs between them.
   std::string hashes() const;
   std::string text() const;
+  // The same run as seen by somebody without a clock, for a change that is about time alone.
+  Record withoutTimes() const;
 
  private:
   sim::Micros begin_ = 0;
