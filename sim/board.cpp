@@ -94,12 +94,17 @@ void Board::hear(Micros end, const Heard& heard) {
   advanceTo(end);
   if (!on_ || end < busyUntil_) return;
   if (heard.damage == Damage::wrongLine) return;
+  if (deafness_.swallows(end, heard.line)) {
+    disturbed_ = true;  // the host cannot know how long
+    return;
+  }
   const HostFrame* frame = reader_.take(end, heard);
   if (!frame) return;
   if (!frame->endGood || !frame->sumGood) {
     if (!frame->damaged) judge(false, end, "frame with a bad length, CRC or end");
     return;
   }
+  judge(frame->begun - deafness_.answerEnd() >= kMillisecond, end, "a frame within 1 ms of my last byte");
   if (heard.line.baud != 115200) return judge(false, end, "spoken to at " + std::to_string(heard.line.baud));
   const int before = disturbances_;
   dispatch(end, *frame, heard.line);
@@ -254,7 +259,10 @@ void Board::answer(Micros at, int request, int reply, const Bytes& payload) {
   const int said = countDown(config_.wrongReplyTo, request) ? reply ^ 0x11 : reply;
   Bytes wire = buildCrcReply(static_cast<std::uint8_t>(said), payload);
   if (countDown(config_.badCrcTo, request)) wire[wire.size() - 2] ^= 0x40;
-  if (say) busyUntil_ = std::max(busyUntil_, say(at, Line{115200, 'n'}, wire));
+  if (!say) return;
+  const Micros end = say(at, Line{115200, 'n'}, wire);
+  busyUntil_ = std::max(busyUntil_, end);
+  deafness_.answered(end, config_.deaf);
 }
 
 }  // namespace sim

@@ -10,6 +10,7 @@
 
 #include "sim/board_job.h"
 #include "sim/chip_frames.h"
+#include "sim/deafness.h"
 #include "sim/device.h"
 #include "sim/journal.h"
 #include "sim/schedule.h"
@@ -32,6 +33,7 @@ struct BoardConfig {
   Micros eraseTail = 250 * kMillisecond;
   Micros writeByte = 10;
   Micros frameGap = 30 * kMillisecond;
+  Micros deaf = 0;                  // after each answer
   std::map<int, int> silentTo;      // the host's command, how many times
   std::map<int, int> wrongReplyTo;  // answers with another command than it should
   std::map<int, int> badCrcTo;      // answers with a CRC that is wrong
@@ -99,6 +101,7 @@ class Board : public Device {
   bool disturbed_ = false;
   int disturbances_ = 0;
   Micros busyUntil_ = 0;
+  Deafness deafness_;
   int stage_ = 0;
   int polls_ = 0, wakes_ = 0, loads_ = 0;
   int pages_[2] = {0, 0};

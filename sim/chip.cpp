@@ -176,10 +176,17 @@ void Chip::hear(Micros end, const Heard& heard) {
   if (state_ == ChipState::off || state_ == ChipState::application) return;
   if (heard.damage == Damage::wrongLine) return judgeWrongLine(end, heard);
   if (measureRound_ > 0 && heard.byte == 0x7F && !reader_.begun()) return hearMeasurePulse(end);
-  if (end < busyUntil_) return;
+  if (end < busyUntil_ || missesByte(end, heard)) return;
   if (state_ != ChipState::session) return hearSync(end, heard);
   if (!reader_.begun() && heard.byte == 0x7F && fresh_ && !pulseFamily()) return hearSync(end, heard);
   if (const HostFrame* frame = reader_.take(end, heard)) hearFrame(end, *frame);
+}
+
+// A host that has waited its turn-round cannot know that this chip needs longer: what it does next is excused.
+bool Chip::missesByte(Micros end, const Heard& heard) {
+  if (!deafness_.swallows(end, heard.line)) return false;
+  if (state_ == ChipState::session && heard.byte != 0x7F) disturbed_ = true;
+  return true;
 }
 
 void Chip::judgeWrongLine(Micros at, const Heard& heard) {
@@ -202,6 +209,7 @@ void Chip::hearFrame(Micros at, const HostFrame& frame) {
     return;
   }
   wrongLineRun_.clear();
+  judgeFair(frame.begun - deafness_.answerEnd() >= kMillisecond, at, "a frame within 1 ms of my last byte");
   const int before = disturbances_;
   dispatch(at, frame);
   if (disturbances_ == before && at > disturbedUntil_) disturbed_ = false;  // not when the answer was tampered with
@@ -224,6 +232,7 @@ Micros Chip::reply(Micros at, std::uint8_t command, std::span<const std::uint8_t
   if (config_.bareReplies && (config_.shortStatus || !asksForStartPair())) wire.erase(wire.begin(), wire.begin() + 2);
   const Micros end = say ? say(at, line_, wire) : at;
   busyUntil_ = std::max(busyUntil_, end);
+  deafness_.answered(end, config_.times.deaf);
   return end;
 }
 

@@ -14,6 +14,7 @@
 #include "sim/application.h"
 #include "sim/chip_config.h"
 #include "sim/chip_frames.h"
+#include "sim/deafness.h"
 #include "sim/device.h"
 #include "sim/flash_memory.h"
 #include "sim/journal.h"
@@ -100,6 +101,7 @@ class Chip : public Device {
   void judgeWrongLine(Micros at, const Heard& heard);
   void judge(bool good, Micros at, const std::string& text);      // a violation unless good
   void judgeFair(bool good, Micros at, const std::string& text);  // the same, but not after a disturbance
+  bool missesByte(Micros end, const Heard& heard);
   Micros reply(Micros at, std::uint8_t command, std::span<const std::uint8_t> payload);  // when its last bit has left
   void busy(Micros from, Micros to, const std::string& what);
 
@@ -193,6 +195,7 @@ class Chip : public Device {
   Line firstLine_;
   bool fixedLink_ = false;
   Micros busyUntil_ = -1;
+  Deafness deafness_;
   bool disturbed_ = false;
   int disturbances_ = 0;
   Micros disturbedUntil_ = -1;

@@ -27,6 +27,7 @@ struct ChipTimes {
   Micros firstGenerationReply = 40 * kMillisecond;  // the same two for family 1, which is quicker
   Micros rcChangeReply = 30 * kMillisecond;         // families 15 and 16
   Micros frameGap = 30 * kMillisecond;              // a silence this long inside a frame makes the chip drop it
+  Micros deaf = 0;                                  // after each answer
   Micros listen = 0;     // boot firmware gives up and starts the application; 0: waits without end
   Micros rcMeasure = 0;  // settling time of the oscillator at each measured point
 };

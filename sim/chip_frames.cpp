@@ -37,6 +37,7 @@ const HostFrame* FrameReader::take(Micros at, const Heard& heard) {
   bytes_.push_back(heard.byte);
   damaged_ = damaged_ || heard.damage != Damage::none;
   if (bytes_.size() <= 3) keepStart();
+  if (bytes_.size() <= 1) begun_ = at;
   if (bytes_.size() < 5) return nullptr;
   const std::size_t length = bytes_[3] * 256U + bytes_[4];
   const bool senseless = length < kShortest || length > 255;
@@ -49,6 +50,7 @@ const HostFrame* FrameReader::take(Micros at, const Heard& heard) {
 void FrameReader::finish() {
   frame_.wire = std::move(bytes_);
   frame_.damaged = damaged_;
+  frame_.begun = begun_;
   reset();
   const Bytes& wire = frame_.wire;
   const std::size_t size = wire.size();

@@ -13,7 +13,8 @@ namespace sim {
 using Bytes = std::vector<std::uint8_t>;
 
 struct HostFrame {
-  Bytes wire;  // from 46 through 16
+  Bytes wire;        // from 46 through 16
+  Micros begun = 0;  // its first byte had arrived
   bool sumGood = false;
   bool endGood = false;
   bool damaged = false;  // a byte of it was tampered with on the way
@@ -41,6 +42,7 @@ class FrameReader {
   FrameCheck check_;
   Micros gap_;
   Micros lastAt_ = 0;
+  Micros begun_ = 0;
   bool damaged_ = false;
   Bytes bytes_;
   HostFrame frame_;

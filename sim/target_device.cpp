@@ -185,6 +185,7 @@ std::unique_ptr<TargetDevice> makeChip(const TargetOptions& options, const McuRe
   config.firmware = options.firmware;
   // The host closes and opens its port on the way to another rate, on a machine that may have more to do.
   config.times = patientTimes();
+  config.times.deaf = options.deafMicros;
   if (!applyFaults(options, config, setChipFault, error)) return nullptr;
   auto target = std::make_unique<ChipTarget>(config);
   if (!options.application.empty()) target->chip().setApplication(makeApplication(options));
@@ -193,6 +194,7 @@ std::unique_ptr<TargetDevice> makeChip(const TargetOptions& options, const McuRe
 
 std::unique_ptr<TargetDevice> makeBoard(const TargetOptions& options, const McuRecord& row, std::string& error) {
   BoardConfig config;
+  config.deaf = options.deafMicros;
   if (!applyFaults(options, config, setBoardFault, error)) return nullptr;
   return std::make_unique<BoardTarget>(config, row, options.chips);
 }

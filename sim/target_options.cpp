@@ -63,6 +63,7 @@ std::map<std::string, Setter, std::less<>> settersOf(TargetOptions& o) {
            }},
           {"--clock", real(o.clockHz)},
           {"--seed", [&o](const std::string& v) { return o.seed = std::strtoull(v.c_str(), nullptr, 10), !v.empty(); }},
+          {"--deaf-us", [&o](const std::string& v) { return toInt(v, o.deafMicros) && o.deafMicros >= 0; }},
           {"--power-on", real(o.powerOnSeconds)},
           {"--power-cycle-after", real(o.powerCycleSeconds)},
           {"--chips", [&o](const std::string& v) { return toInt(v, o.chips) && o.chips > 0; }},
@@ -112,6 +113,7 @@ std::string targetUsage() {
          "  --letter X --firmware 6.3      stepping letter and boot firmware version (those usual for the model)\n"
          "  --clock HZ --seed N\n"
          "  --paced                        bytes take their true time on the wire, a wrong rate garbles\n"
+         "  --deaf-us N                    it hears nothing for so long after each answer (500)\n"
          "  --power-on SECONDS             power comes this long after the start and after each power cycle\n"
          "  --power-cycle-after SECONDS    power goes this long after a chip was released or fell silent\n"
          "  --chips N                      N chips, a fresh one at each power cycle\n"

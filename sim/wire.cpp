@@ -108,6 +108,11 @@ std::vector<std::uint8_t> Wire::take(Micros now, std::size_t limit) {
   return takeArrived(limit);
 }
 
+std::vector<std::uint8_t> Wire::peek(Micros now) {
+  advanceTo(now);
+  return {inbox_.begin(), inbox_.end()};
+}
+
 std::vector<std::uint8_t> Wire::takeArrived(std::size_t limit) {
   const std::size_t count = limit == 0 ? inbox_.size() : std::min(limit, inbox_.size());
   const auto stop = inbox_.begin() + static_cast<std::ptrdiff_t>(count);

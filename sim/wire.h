@@ -62,6 +62,7 @@ class Wire {
   int available(Micros now);                                          // bytes that have arrived and were not taken
   std::vector<std::uint8_t> take(Micros now, std::size_t limit = 0);  // 0: all of them
   std::vector<std::uint8_t> takeArrived(std::size_t limit = 0);       // by the last advance
+  std::vector<std::uint8_t> peek(Micros now);                         // all of them, and leaves them
   void clearIn(Micros now);
 
   // When something happens next: a byte reaches the host, a unit reaches the device, the device acts.

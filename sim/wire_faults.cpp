@@ -17,7 +17,7 @@ Micros roundedUp(double micros) {
 
 std::string describe(const Fault& fault) {
   static constexpr const char* kNames[] = {"lose",  "flip byte", "drop byte",   "send twice",
-                                           "delay", "split at",  "noise before"};
+                                           "delay", "split at",  "noise before", "noise after"};
   std::string text = fault.direction == Direction::hostToDevice ? "host->device" : "device->host";
   text += " unit " + std::to_string(fault.unit) + ": " + kNames[static_cast<int>(fault.kind)];
   if (fault.kind == FaultKind::flip) text += " " + std::to_string(fault.byte) + " by " + std::to_string(fault.mask);
@@ -87,6 +87,8 @@ Wire::Burst Wire::layOut(std::span<const std::uint8_t> bytes, const Line& line, 
     }
     if (is(FaultKind::twice)) damage = Damage::byWire;
   }
+  if (is(FaultKind::noiseAfter))
+    for (int i = 0; i < fault->byte; ++i) put(static_cast<std::uint8_t>(rng_()), 0, Damage::byWire);
   return burst;
 }
 

@@ -21,6 +21,7 @@ enum class FaultKind {
   delay,        // the unit comes `micros` later
   split,        // a gap of `micros` in front of byte `byte`
   noiseBefore,  // `byte` random bytes in front of the unit
+  noiseAfter,   // the same after it
 };
 
 struct Fault {

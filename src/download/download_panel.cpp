@@ -18,6 +18,8 @@ DownloadPanel::DownloadPanel() {
   cobBaudMin.setListIndex(8);
   cobBaudMax.setItems(rates);
   cobBaudMax.setListIndex(0);
+  cheSlowAnswers.setCaption("Slow answers");
+  cheSlowAnswers.setToolTip("Leaves the chip 10 ms after each of its answers, for chips that are slow to listen again");
   std::vector<std::string> seconds;
   for (int i = 0; i <= 20; ++i) seconds.push_back(std::to_string(i));
   for (const char* longer : {"30", "45", "60", "90", "120"}) seconds.emplace_back(longer);
@@ -52,9 +54,9 @@ DownloadPanel::DownloadPanel() {
 
 void DownloadPanel::addTo(platform::ControlRegistry& registry) {
   registry.add(comDownload);
-  registry.addAll(comStop_Download, comReadChipLock, Command2, cheTL, cobBaudMin, cobBaudMax, txtWrite_OK_Count,
-                  comClear_OK_Count, comDalay_ReDownLoad, optBeepYes, optBeepNo, cobPowerLine, cobPowerLevel,
-                  txtPowerOff, comLastRun, comSelectSeen, comLowerBaud);
+  registry.addAll(comStop_Download, comReadChipLock, Command2, cheTL, cobBaudMin, cobBaudMax, cheSlowAnswers,
+                  txtWrite_OK_Count, comClear_OK_Count, comDalay_ReDownLoad, optBeepYes, optBeepNo, cobPowerLine,
+                  cobPowerLevel, txtPowerOff, comLastRun, comSelectSeen, comLowerBaud);
 }
 
 }  // namespace kvr::download

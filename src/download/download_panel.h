@@ -31,6 +31,7 @@ struct DownloadPanel {
   platform::CheckBox cheTL{"cheTL"};  // fixed link; only Command2 ticks it
   platform::ComboBox cobBaudMin{"cobBaudMin"};
   platform::ComboBox cobBaudMax{"cobBaudMax"};
+  platform::CheckBox cheSlowAnswers{"cheSlowAnswers"};  // every chip is left 10 ms before each frame
   platform::TextBox txtWrite_OK_Count{"txtWrite_OK_Count"};
   platform::Button comClear_OK_Count{"comClear_OK_Count"};
   platform::ComboBox comDalay_ReDownLoad{"comDalay_ReDownLoad"};  // seconds between two rounds; takes free text

@@ -31,7 +31,7 @@ void DownloadRoom::applyLock() {
   const bool mayStart = !room_.lock.busy();
   for (platform::Control* control : std::initializer_list<platform::Control*>{
            &panel_.comDownload[0], &panel_.comDownload[1], &panel_.comReadChipLock, &panel_.Command2,
-           &panel_.cobBaudMin, &panel_.cobBaudMax, &controls_.combCommPort})
+           &panel_.cobBaudMin, &panel_.cobBaudMax, &panel_.cheSlowAnswers, &controls_.combCommPort})
     control->setEnabled(mayStart);
   panel_.comStop_Download.setEnabled(!mayStart);
   panel_.comSelectSeen.setEnabled(room_.lock.free());
@@ -117,8 +117,11 @@ std::string DownloadRoom::refusal() {
 engine::Outcome DownloadRoom::round(Mode mode) {
   engine::Job job = readJob(panels_, mode == Mode::FixedLink);
   job.handOver = mode != Mode::Repeat && wantsPort();
+  room_.results.turnRounds.applyTo(job);
   room_.results.begin();
-  return engine::ChipRun(job, room_.services, room_.view).program();
+  const engine::Outcome outcome = engine::ChipRun(job, room_.services, room_.view).program();
+  room_.results.turnRounds.note(job, outcome);
+  return outcome;
 }
 
 // True: the chip is good, and the images carry the next number.

@@ -33,6 +33,7 @@ engine::Job readJob(const JobPanels& panels, bool fixedLink) {
   job.port = panels.combCommPort.listIndex() + 1;
   job.firstBaud = baudOf(panels.download.cobBaudMin);
   job.highestBaud = baudOf(panels.download.cobBaudMax);
+  job.turnRound = panels.download.cheSlowAnswers.value() ? engine::kFullTurnRound : engine::kShortTurnRound;
   job.fixedLink = fixedLink;
   job.power = readPower(panels.download);
   job.frameSize = engine::frameSizeOf(job.record(), fixedLink);

@@ -8,6 +8,7 @@
 #include "download/download_panel.h"
 #include "download/remedy.h"
 #include "download/run_history.h"
+#include "download/turn_rounds.h"
 #include "engine/outcome.h"
 #include "platform/world.h"
 
@@ -30,6 +31,9 @@ class ResultsRoom {
   void clearCount();
   // What the buttons beside the sign offer; empty when they are not shown.
   const Remedy& remedy() const { return remedy_; }
+
+  // What the runs of this session have learnt of each model.
+  TurnRounds turnRounds;
 
   // Writes the batch log, when one is wanted. Must be connected.
   std::function<void(const RunRecord&)> writeLog;

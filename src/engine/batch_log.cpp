@@ -1,6 +1,7 @@
 #include "engine/batch_log.h"
 
-#include <initializer_list>
+#include <algorithm>
+#include <vector>
 
 #include "platform/text.h"
 
@@ -17,11 +18,20 @@ std::string quoted(const std::string& field) {
   return result + '"';
 }
 
-std::string joined(std::initializer_list<std::string> fields) {
+std::string joined(std::vector<std::string> fields, LogForm form) {
+  if (form == LogForm::WithoutTurnRound) fields.pop_back();
   std::string line;
   for (const auto& field : fields) line += quoted(field) + ',';
   line.pop_back();
   return line + "\r\n";
+}
+
+// Older logs have the older header, and are read for no more than that.
+LogForm formOf(const platform::FileSystem& files, const std::string& path) {
+  const std::string older = csvHeader(LogForm::WithoutTurnRound);
+  const auto begin = files.read(path, older.size());
+  const bool same = begin && std::equal(begin->begin(), begin->end(), older.begin(), older.end());
+  return same ? LogForm::WithoutTurnRound : LogForm::Whole;
 }
 
 const char* verdictWord(Ending ending) {
@@ -53,21 +63,25 @@ BatchEntry batchEntry(const Outcome& outcome, const std::string& time, const std
           .firmware = outcome.chip ? outcome.chip->firmware : std::string(),
           .serial = serial,
           .factoryId = outcome.chip ? outcome.chip->factoryId : std::string(),
-          .seconds = static_cast<int>(seconds)};
+          .seconds = static_cast<int>(seconds),
+          .turnRoundMs = static_cast<int>(outcome.turnRound.count())};
 }
 
-std::string csvLine(const BatchEntry& e) {
+std::string csvLine(const BatchEntry& e, LogForm form) {
   return joined({e.time, e.model, e.verdict, e.failure, e.codeSum, e.dataSum, e.firmware, e.serial, e.factoryId,
-                 std::to_string(e.seconds)});
+                 std::to_string(e.seconds), e.turnRoundMs > 0 ? std::to_string(e.turnRoundMs) : ""},
+                form);
 }
 
-std::string csvHeader() {
-  return joined(
-      {"time", "model", "verdict", "failure", "code sum", "data sum", "firmware", "serial", "factory id", "seconds"});
+std::string csvHeader(LogForm form) {
+  return joined({"time", "model", "verdict", "failure", "code sum", "data sum", "firmware", "serial", "factory id",
+                 "seconds", "turn-round ms"},
+                form);
 }
 
 platform::FileResult appendToBatchLog(platform::FileSystem& files, const std::string& path, const BatchEntry& entry) {
-  return files.appendLine(path, csvLine(entry), csvHeader());
+  const LogForm form = formOf(files, path);
+  return files.appendLine(path, csvLine(entry, form), csvHeader(form));
 }
 
 }  // namespace kvr::engine

@@ -9,6 +9,10 @@
 
 namespace kvr::engine {
 
+// What a log's lines hold. One that was begun before there was a turn-round goes on without it: a line with more fields
+// than the header names is an error to many readers.
+enum class LogForm { WithoutTurnRound, Whole };
+
 struct BatchEntry {
   std::string time;  // local, "yyyy-mm-dd hh:mm:ss"
   std::string model;
@@ -20,16 +24,19 @@ struct BatchEntry {
   std::string serial;     // the number that went into this chip; empty without auto-increment
   std::string factoryId;  // 14 hexadecimal digits, when the chip told it
   int seconds = 0;
+  int turnRoundMs = 0;  // that the run ended with; 0: it sent nothing
 };
 
 // `serial`: what the chip carries; empty without a counter.
 BatchEntry batchEntry(const Outcome& outcome, const std::string& time, const std::string& model,
                       const std::string& serial);
-// The entry as one line with its line end; fields with commas, quotes or line breaks are quoted.
-std::string csvLine(const BatchEntry& entry);
-std::string csvHeader();
 
-// Appends the entry, after a header line when the file is new or empty. An error leaves the file as it was.
+// The entry as one line with its line end; fields with commas, quotes or line breaks are quoted.
+std::string csvLine(const BatchEntry& entry, LogForm form = LogForm::Whole);
+std::string csvHeader(LogForm form = LogForm::Whole);
+
+// Appends the entry, after a header line when the file is new or empty, in the form that its header has. An error
+// leaves the file as it was.
 [[nodiscard]] platform::FileResult appendToBatchLog(platform::FileSystem& files, const std::string& path,
                                                     const BatchEntry& entry);
 

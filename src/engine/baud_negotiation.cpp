@@ -101,7 +101,7 @@ bool BaudNegotiation::test(const TargetInfo& chip, int baud, BaudParameters para
   if (!link.reopenIfClosed()) return false;
   link.delay(Millis(5));
   link.clearReceived();
-  link.write(baudFrame(chip, BaudFrame::Test, baud, parameters));
+  link.writeFrame(baudFrame(chip, BaudFrame::Test, baud, parameters));
   link.delay(Millis(switchDelayMs(c_.traits().pace, c_.job.firstBaud, BaudFrame::Test)));
   const Millis limit(answerLimitMs(BaudFrame::Test, baud));
   if (!switchesSpeed() || c_.job.fixedLink) return link.awaitFrame(limit).has_value();
@@ -113,7 +113,7 @@ bool BaudNegotiation::test(const TargetInfo& chip, int baud, BaudParameters para
 bool BaudNegotiation::change(const TargetInfo& chip, int baud, BaudParameters parameters) {
   TargetLink& link = c_.link;
   link.clearReceived();
-  link.write(baudFrame(chip, BaudFrame::Change, baud, parameters));
+  link.writeFrame(baudFrame(chip, BaudFrame::Change, baud, parameters));
   link.delay(Millis(switchDelayMs(c_.traits().pace, c_.job.firstBaud, BaudFrame::Change)));
   if (switchesSpeed() && !goTo(baud)) return false;
   return link.awaitFrame(Millis(answerLimitMs(BaudFrame::Change, baud))).has_value();
@@ -127,7 +127,7 @@ bool BaudNegotiation::announceWatchdog() {
   for (int i = 0; i < kTries && !link.stopped(); ++i) {
     link.clearReceiveState();
     link.delay(Millis(5));
-    link.write(buildFrame(0x86, payload, c_.form()));
+    link.writeFrame(buildFrame(0x86, payload, c_.form()));
     link.delay(Millis(3));
     if (link.awaitFrame(Millis(500))) return true;
   }

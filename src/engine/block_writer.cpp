@@ -51,7 +51,9 @@ bool BlockWriter::sendDataFrame(FrameSpan span, bool retried) {
   Bytes data(static_cast<std::size_t>(span.count));
   for (std::int32_t i = 0; i < span.count; ++i) data[static_cast<std::size_t>(i)] = plan_.at(span.first + i);
   const DataFrame frame = format_.build(span.first, data, retried);
-  return format_.send(frame, Millis(dataFrameLimitMs(clockHz_, c_.link.currentBaud())));
+  const bool arrived = format_.send(frame, Millis(dataFrameLimitMs(clockHz_, c_.link.currentBaud())));
+  if (!arrived) c_.link.slowDown();
+  return arrived;
 }
 
 }  // namespace kvr::engine

@@ -16,7 +16,9 @@ ChipRun::ChipRun(const Job& job, const RunServices& services, RunView& view)
       c_(job_, link_),
       optionWrite_(c_),
       handshake_(c_, optionWrite_),
-      programming_(c_) {}
+      programming_(c_) {
+  link_.setTurnRound(job.turnRound);
+}
 
 void ChipRun::begin() {
   c_.view().clearText();

@@ -42,7 +42,7 @@ DataFrame ChipDataFrames::build(std::int32_t first, std::span<const std::uint8_t
 // A chip that got one block twice, because its first answer was late, must not have the second answer taken for that of
 // the next block: where the sums are alike, as in blank areas, nothing else tells them apart.
 bool ChipDataFrames::send(const DataFrame& frame, Millis limit) {
-  link_.clearReceiveState();
+  link_.beginFrame(link_.turnRound());
   link_.write(frame.wire);
   const auto reply = link_.awaitAnswer(limit);
   return reply && accepts(*reply, frame.dataSum);

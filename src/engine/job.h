@@ -10,6 +10,7 @@
 #include "catalogue/address_range.h"
 #include "catalogue/selected_model.h"
 #include "engine/power_switch.h"
+#include "engine/turn_round.h"
 #include "images/image_buffer.h"
 #include "options/compose_options.h"
 
@@ -47,6 +48,7 @@ struct Job {
   int highestBaud = 115200;  // as chosen; see `highestBaudOf`
   bool fixedLink = false;    // 115200 from the first byte, no negotiation
   int frameSize = 128;       // data bytes in one frame
+  platform::Millis turnRound = kShortTurnRound;  // before a data frame, until the chip shows that it needs more
 
   PowerSwitch power;  // of the target's supply, switched before the first contact
 

@@ -64,6 +64,7 @@ struct Outcome {
   int baud = 0;                  // bit/s of the data; 0: it never came to that
   int firstBaud = 0;             // bit/s of the first contact, as the job had it
   int triedBaud = 0;             // the last rate that the chip was asked to take for the data; 0: none
+  platform::Millis turnRound{};  // that the run ended with, between an answer and a data frame; 0: nothing was sent
   std::int32_t codeSum = 0, dataSum = 0;
   std::int64_t bytesSent = 0;                     // of the images, retries not counted
   std::int64_t bytesLeftOut = 0;                  // of the images, that differ from the fill

@@ -35,6 +35,13 @@ void PortLease::clearIn() {
 void PortLease::bytesCame() {
   lastByteAt_ = loop_.now();
   if (!gather_.isActive() && !delivering_) gather_.start();
+  look();
+}
+
+void PortLease::look() {
+  if (!gather_.isActive() || !holder_ || !holder_->answerIsWhole()) return;
+  gather_.stop();
+  deliver();
 }
 
 // A receiver that runs turns of its own may see more bytes come; they wait for the one-shot after this call.

@@ -3,6 +3,8 @@
 //
 // The head of the receive event lives here: the first waiting byte starts a one-shot of 10 ms, which gathers a small
 // frame into one event; when it fires, the receiver of whoever holds the port *then* handles all that waits, in order.
+// A holder that awaits an answer may end the gathering as soon as the answer is whole: it looks at what waits each time
+// that bytes come.
 // A receiver is never re-entered: bytes that come while it runs start the next one-shot.
 #pragma once
 
@@ -16,6 +18,8 @@ class PortHolder {
   virtual ~PortHolder() = default;
   // At least one byte waits at the port.
   virtual void bytesWait() = 0;
+  // Whether the bytes that wait complete the answer that it waits for. They are looked at only, not taken.
+  virtual bool answerIsWhole() { return false; }
   // The open port went away (an adapter pulled out). It is closed already.
   virtual void portVanished(const platform::PortError& error) = 0;
   // Somebody else takes the port, open or closed.
@@ -41,6 +45,8 @@ class PortLease {
   void close();
   // Empties the receive queue and takes back a receive event that has not been handled yet.
   void clearIn();
+  // Ends the gathering when the holder has all that it waits for; for one that begins to wait.
+  void look();
   // Takes back the receive event only; bytes that wait stay and are handled with the next ones that come.
   void withdraw() { gather_.stop(); }
 
@@ -56,7 +62,7 @@ class PortLease {
   platform::SerialLink& link_;
   PortHolder* holder_ = nullptr;
   platform::Timer gather_;
-  platform::Instant lastByteAt_{0};
+  platform::Instant lastByteAt_{-std::chrono::hours(1)};  // none yet
   bool delivering_ = false;
 };
 

@@ -60,7 +60,7 @@ bool Programming::eraseExtended(const Bytes& frame, const Contact& contact) {
   TargetLink& link = c_.link;
   const auto& last = link.lastReply();
   if (!contact.chip.fixedBaudLink && !(last && last->command() == 0x84)) return false;
-  link.clearReceiveState();
+  link.beginFrame();
   link.write(frame);
   const auto reply = link.awaitFrame(kExtendedErase);
   if (!reply || reply->command() != 0x00) return false;

@@ -38,7 +38,7 @@ std::optional<Reply> RcMeasuring::pulseSync() {
 
 std::optional<Reply> RcMeasuring::sendMeasureFrame(const Bytes& frame, int pulseCount, Millis limit) {
   TargetLink& link = c_.link;
-  link.clearReceiveState();
+  link.beginFrame();
   link.write(frame);
   link.delay(Millis(20));
   sendPulses(pulseCount);
@@ -112,7 +112,7 @@ bool RcMeasuring::goToFixedRate(Contact& contact) {
   Bytes payload(contact.chip.statusTail.begin(), contact.chip.statusTail.end());
   payload.push_back(static_cast<std::uint8_t>(waitClass(c_.traits(), base, contact.chip.doubleSpeed)));
   payload.insert(payload.end(), {12, 0xFF, 0});
-  link.write(buildFrame(0x8E, payload, SumForm::TwoBytes));
+  link.writeFrame(buildFrame(0x8E, payload, SumForm::TwoBytes));
   link.delay(Millis(20));
   if (c_.job.firstBaud != baud) {
     link.setParity(c_.record().parityUsed);

@@ -62,6 +62,12 @@ void Receiver::judge() {
   seenStart1_ = seenStart2_ = false;
 }
 
+bool Receiver::completedBy(std::span<const std::uint8_t> bytes) const {
+  Receiver ahead = *this;
+  ahead.take(bytes);
+  return ahead.frameOk;
+}
+
 Reply Receiver::reply() const {
   Reply reply;
   std::copy_n(buffer.begin(), length(), reply.bytes.begin());

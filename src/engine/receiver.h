@@ -37,6 +37,8 @@ struct Receiver {
   // All that waited at the port, in order.
   void take(std::span<const std::uint8_t> bytes);
   Reply reply() const;  // the frame, once `frameOk`
+  // Whether it would hold a whole good frame after `take(bytes)`.
+  bool completedBy(std::span<const std::uint8_t> bytes) const;
   // Part of a frame is in and its end is not.
   bool midFrame() const { return !frameOk && (count > 0 || seenStart1_); }
 

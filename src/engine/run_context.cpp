@@ -71,6 +71,7 @@ Outcome RunContext::outcome(RunKind kind, bool good, const LeftOut& leftOut) {
           .portLost = !good && (portFailed_ || !link.lostPort().empty()),
           .firstBaud = job.firstBaud,
           .triedBaud = triedBaud_,
+          .turnRound = link.turnRound(),
           .codeSum = job.code.sum,
           .dataSum = job.data.sum,
           .bytesLeftOut = leftOut.bytes,

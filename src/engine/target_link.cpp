@@ -9,6 +9,7 @@ namespace {
 
 constexpr Millis kSilence{50};  // a frame that stops arriving for this long has ended
 constexpr Millis kLongestDrain{1000};
+constexpr Millis kLongestTurnRound{50};  // on a line that does not fall silent
 constexpr int kLongestFrame = 257;  // with its start pair
 constexpr int kBitsPerByte = 12;    // at most, on the wire
 
@@ -42,6 +43,10 @@ void TargetLink::bytesWait() {
   if (rx_.frameOk) lastReply_ = rx_.reply();
   badFrame_ = badFrame_ || rx_.frameBad;
   rx_.frameBad = false;
+}
+
+bool TargetLink::answerIsWhole() {
+  return awaiting_ && rx_.completedBy(lease().link().peekBytes());
 }
 
 void TargetLink::portVanished(const platform::PortError& error) {
@@ -136,14 +141,36 @@ void TargetLink::writeSync(std::span<const std::uint8_t> bytes) {
   if (lease().link().outBytesPending() <= bytes.size()) write(bytes);
 }
 
-void TargetLink::send(std::span<const std::uint8_t> frame, Millis limit) {
+// Bytes that still come push the frame away, so that none of them is taken for its answer.
+void TargetLink::leave(Millis turnRound) {
+  const platform::Instant longest = loop().now() + kLongestTurnRound;
+  const auto left = [&] { return std::min<platform::Instant>(lease().lastByteAt() + turnRound, longest) - loop().now(); };
+  while (isOpen() && left() > platform::Instant(0)) {
+    platform::Timer timer(loop());
+    timer.start(std::chrono::ceil<Millis>(left()));
+    loop().runOnce();
+  }
+}
+
+void TargetLink::beginFrame(Millis turnRound) {
+  leave(turnRound);
   clearReceiveState();
+}
+
+void TargetLink::writeFrame(std::span<const std::uint8_t> frame) {
+  leave(kFullTurnRound);
+  write(frame);
+}
+
+void TargetLink::send(std::span<const std::uint8_t> frame, Millis limit, Millis turnRound) {
+  beginFrame(turnRound);
   badFrame_ = false;
   replyTimer_.start(limit);
   write(frame);
 }
 
 std::optional<Reply> TargetLink::awaitReply() {
+  const Awaiting awaiting(*this);
   while (!rx_.frameOk && !badFrame_ && !stopped() && replyTimer_.isActive()) loop().runOnce();
   if (!replyTimer_.isActive() && !badFrame_) awaitRestOfFrame();
   replyTimer_.stop();
@@ -158,14 +185,14 @@ std::optional<Reply> TargetLink::exchange(std::span<const std::uint8_t> frame, M
 void TargetLink::sendWithRoom(std::span<const std::uint8_t> frame, Millis lead) {
   clearReceiveState();
   delay(lead);
-  write(frame);
+  writeFrame(frame);
   drain();
   delay(Millis(3));
 }
 
 void TargetLink::sendFixedLinkFrame(std::uint8_t command) {
   if (!isOpen() && open()) return;
-  clearReceiveState();
+  beginFrame();
   write(buildFixedLinkFrame(command, form_));
 }
 
@@ -199,6 +226,7 @@ std::optional<Reply> TargetLink::awaitFrameCut(Millis limit) {
 }
 
 std::optional<Reply> TargetLink::awaitFrame(Millis limit) {
+  const Awaiting awaiting(*this);
   if (!awaitFrameCut(limit)) awaitRestOfFrame();
   return take();
 }

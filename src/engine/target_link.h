@@ -8,6 +8,10 @@
 // Every wait runs the event loop. A time limit never cuts a frame in two: when it runs out while a frame is arriving,
 // the wait goes on to the frame's end, until 50 ms pass without a byte, or for the wire time of 257 bytes at most.
 //
+// Turn-rounds. After its last byte a chip needs a moment before it listens: at least 1 ms passes until a data frame
+// begins, and 10 ms once a chip has shown that it needs them. All other frames leave it 10 ms in every run: they are few,
+// and some of them are sent only once.
+//
 // A port that cannot be opened again in the middle of a run has gone: the user is told once, with the port's own
 // message, and Stop is requested, which every wait looks at.
 #pragma once
@@ -25,6 +29,7 @@
 #include "engine/receiver.h"
 #include "engine/run_stop.h"
 #include "engine/run_view.h"
+#include "engine/turn_round.h"
 #include "platform/wall_clock.h"
 
 namespace kvr::engine {
@@ -84,10 +89,22 @@ class TargetLink : public PortHolder {
   // One beat of a sync loop: forgets a frame that stopped arriving, and writes unless the last beats still fill the
   // line (below 2400 baud two bytes take longer than a beat).
   void writeSync(std::span<const std::uint8_t> bytes);
+  // The same for a frame: the chip is left its turn-round first.
+  void writeFrame(std::span<const std::uint8_t> frame);
+  // Ahead of a frame: the chip is left its turn-round, and what came in until then is dropped.
+  void beginFrame(Millis turnRound = kFullTurnRound);
+  // How long a chip is left before a data frame.
+  Millis turnRound() const { return turnRound_; }
+  void setTurnRound(Millis turnRound) { turnRound_ = turnRound; }
+  // A data frame went unanswered, or was answered wrongly: perhaps the chip was not listening yet. After a Stop it means
+  // nothing.
+  void slowDown() {
+    if (!stopped()) turnRound_ = kFullTurnRound;
+  }
   // Clears the receive state, writes, and waits for a frame, good or bad, for the limit or for Stop.
   [[nodiscard]] std::optional<Reply> exchange(std::span<const std::uint8_t> frame, Millis limit);
   // The same, to be waited for later with `awaitReply`: what is sent between them goes out after the frame.
-  void send(std::span<const std::uint8_t> frame, Millis limit);
+  void send(std::span<const std::uint8_t> frame, Millis limit, Millis turnRound = kFullTurnRound);
   [[nodiscard]] std::optional<Reply> awaitReply();
   // For a chip that needs room around a frame: clears the receive state, keeps silent for `lead`, writes, and returns
   // 3 ms after the last bit.
@@ -125,6 +142,7 @@ class TargetLink : public PortHolder {
   const platform::WallClock& clock() const { return services_.clock; }
 
   void bytesWait() override;
+  bool answerIsWhole() override;
   void portVanished(const platform::PortError& error) override;
 
  protected:
@@ -133,10 +151,25 @@ class TargetLink : public PortHolder {
   const RunServices& services() const { return services_; }
 
  private:
+  // While it lives, a whole good frame ends the gathering of the receive event.
+  class Awaiting {
+   public:
+    explicit Awaiting(TargetLink& link) : link_(link) {
+      link_.awaiting_ = true;
+      link_.lease().look();
+    }
+    ~Awaiting() { link_.awaiting_ = false; }
+    Awaiting(const Awaiting&) = delete;
+    Awaiting& operator=(const Awaiting&) = delete;
+
+   private:
+    TargetLink& link_;
+  };
   bool opened(const platform::PortError& error);
   std::optional<Reply> take();
   bool frameArriving() const;
   Millis drainTime() const;
+  void leave(Millis turnRound);
   void awaitRestOfFrame();
 
   RunServices services_;
@@ -146,6 +179,8 @@ class TargetLink : public PortHolder {
   Receiver rx_;
   std::optional<Reply> lastReply_;
   bool parityOn_ = false, parityEven_ = false;
+  bool awaiting_ = false;       // a wait for an answer is under way: no sync loop, and nothing else is to be sent
+  Millis turnRound_ = kFullTurnRound;
   bool badFrame_ = false;       // since the last `send`
   platform::Timer replyTimer_;  // of the last `send`
   std::string lostPort_;

@@ -22,7 +22,9 @@ BoardRun::BoardRun(const BoardJob& job, const engine::RunServices& services, eng
       c_(job_.job, link_),
       image_(image),
       facts_(facts),
-      file_(prepareFileBuffer(job.job.record(), viewOf(job.job.code), viewOf(job.job.data))) {}
+      file_(prepareFileBuffer(job.job.record(), viewOf(job.job.code), viewOf(job.job.data))) {
+  link_.setTurnRound(job.job.turnRound);
+}
 
 engine::Outcome BoardRun::write() {
   image_.clear();

@@ -120,10 +120,12 @@ bool BoardWriter::sentBeforeAnyAnswer() {
 }
 
 bool BoardWriter::sendBoardWriteFrame(std::span<const std::uint8_t> data, int address, bool retried) {
-  link_.send(buildBoardWriteFrame(data, address, retried), kReplyLimit);
+  link_.send(buildBoardWriteFrame(data, address, retried), kReplyLimit, link_.turnRound());
   const bool clean = sentBeforeAnyAnswer();
   const auto reply = link_.awaitReply();
-  return reply && clean && reply->command() == kWritten;
+  const bool written = reply && clean && reply->command() == kWritten;
+  if (!written) link_.slowDown();
+  return written;
 }
 
 }  // namespace kvr::offline

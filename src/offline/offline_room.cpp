@@ -49,6 +49,7 @@ void OfflineRoom::prepareBoard() {
   room_.results.begin();
   BoardRun run(*job, room_.services, room_.view, image_, facts_);
   const engine::Outcome outcome = run.write();
+  room_.results.turnRounds.note(job->job, outcome);
   room_.results.end(outcome, panels_.model.name(), {});
   const bool written = outcome.stage >= engine::Stage::Erase;
   if (written && job->inputs.codeIncrement.enabled) keepInCodeBuffer(run.file());
@@ -58,6 +59,7 @@ void OfflineRoom::prepareBoard() {
 // Nothing: it cannot be done, and the user has been told.
 std::optional<BoardJob> OfflineRoom::readBoardJob() {
   engine::Job job = download::readJob(panels_, false);
+  room_.results.turnRounds.applyTo(job);
   if (!images_.state.codeLoaded()) {
     refuse("Please open code file.");
     return std::nullopt;

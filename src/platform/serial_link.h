@@ -66,6 +66,7 @@ class SerialLink {
   virtual std::size_t outBytesPending() const = 0;              // written and not yet gone out
   virtual std::size_t inBytesPending() const = 0;
   virtual std::vector<std::uint8_t> readBytes(std::size_t maxCount) = 0;  // 0: all that wait
+  virtual std::vector<std::uint8_t> peekBytes() = 0;                      // all that wait; they go on waiting
   virtual void clearOut() = 0;
   virtual void clearIn() = 0;  // also takes back a receive event that has not been handled yet
 

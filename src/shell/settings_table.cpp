@@ -23,6 +23,7 @@ void addMain(std::vector<SettingBinding>& table) {
   };
   add("COM_port", Kind::Index, "0", "combCommPort");
   writeOnly("BaudMin", "cobBaudMin", kSingle);
+  add("SlowAnswers", Kind::Check, "0", "cheSlowAnswers");
   table.push_back({"BeepYesNo", Kind::YesNo, Group::Main, "True", "optBeepYes", kSingle, "optBeepNo", kSingle});
   add("Dalay_ReDownLoad", Kind::Index, "4", "comDalay_ReDownLoad");
   add("Dalay_ReDownLoad_Text", Kind::Typed, "", "comDalay_ReDownLoad");

@@ -74,6 +74,7 @@ class PlayedLink : public support::NoLink {
     waiting.erase(waiting.begin(), waiting.begin() + count);
     return bytes;
   }
+  std::vector<std::uint8_t> peekBytes() override { return {waiting.begin(), waiting.end()}; }
   void clearIn() override { waiting.clear(); }
   void setDtr(bool on) override { dtr = on; }
   void setRts(bool on) override { rts = on; }

@@ -136,7 +136,22 @@ TEST(Batch, LogThatCannotBeWrittenIsSaidAndTheChipIsGoodAllTheSame) {
   EXPECT_NE(bench.pane().find("The batch log could not be written: "), std::string::npos) << bench.pane();
   EXPECT_EQ(bench.form.main.txtBatchLog.text(), "/program/KVR-ISP_batch.csv");
   EXPECT_EQ(engine::csvLine({.time = "t", .model = "a,b", .failure = "say \"x\""}),
-            "t,\"a,b\",,\"say \"\"x\"\"\",,,,,,0\r\n");
+            "t,\"a,b\",,\"say \"\"x\"\"\",,,,,,0,\r\n");
+}
+
+TEST(BatchLog, TellsTheTurnRoundUnlessItBeganWithoutOne) {
+  const auto logged = [](std::string begun) {
+    platform::MemoryFiles files;
+    EXPECT_TRUE(files.replace("/log.csv", platform::Bytes(begun.begin(), begun.end())));
+    EXPECT_TRUE(engine::appendToBatchLog(files, "/log.csv", {.time = "t", .seconds = 5, .turnRoundMs = 10}));
+    const auto& bytes = files.files["/log.csv"].bytes;
+    return std::string(bytes.begin(), bytes.end()).substr(begun.size());
+  };
+  constexpr const char* kOlder =
+      "time,model,verdict,failure,code sum,data sum,firmware,serial,factory id,seconds\r\n";
+  EXPECT_EQ(logged(kOlder), "t,,,,,,,,,5\r\n");
+  EXPECT_EQ(logged(""), std::string(kOlder).insert(std::string(kOlder).size() - 2, ",turn-round ms") + "t,,,,,,,,,5,10\r\n");
+  EXPECT_EQ(logged("a log of another kind\r\n"), "t,,,,,,,,,5,10\r\n");
 }
 
 }  // namespace

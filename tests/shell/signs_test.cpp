@@ -51,7 +51,7 @@ TEST_F(Signs, APassDoesNotOutliveABoardThatFails) {
   bench.connectBoard({}, Millis(2000));
   bool seen = false;
   bench.loop.after(Millis(1500), [&] { seen = sign() == VerdictKind::Waiting; });
-  bench.loop.after(Millis(9000), [&] { bench.link.unplug(); });
+  bench.loop.after(Millis(5000), [&] { bench.link.unplug(); });
   ASSERT_TRUE(bench.press(form.offline.comTJXZ));
   EXPECT_TRUE(seen);
   expectFailure("The COM port has been lost");

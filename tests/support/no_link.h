@@ -18,6 +18,7 @@ class NoLink : public platform::SerialLink {
   std::size_t outBytesPending() const override { return 0; }
   std::size_t inBytesPending() const override { return 0; }
   std::vector<std::uint8_t> readBytes(std::size_t) override { return {}; }
+  std::vector<std::uint8_t> peekBytes() override { return {}; }
   void clearOut() override {}
   void clearIn() override {}
   void setDtr(bool) override {}

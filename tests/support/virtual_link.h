@@ -46,6 +46,7 @@ class VirtualLink : public platform::SerialLink, public platform::VirtualSource 
     return isOpen() ? static_cast<std::size_t>(wire_.available(now())) : 0;
   }
   std::vector<std::uint8_t> readBytes(std::size_t maxCount) override;
+  std::vector<std::uint8_t> peekBytes() override { return wire_.peek(now()); }
   void clearOut() override { wire_.clearOut(now()); }
   void clearIn() override;
   void setDtr(bool on) override;

@@ -244,6 +244,12 @@ std::vector<std::uint8_t> QtSerialLink::readBytes(std::size_t maxCount) {
   return {bytes.begin(), bytes.end()};
 }
 
+std::vector<std::uint8_t> QtSerialLink::peekBytes() {
+  if (!isOpen()) return {};
+  const QByteArray bytes = port_.peek(port_.bytesAvailable());
+  return {bytes.begin(), bytes.end()};
+}
+
 void QtSerialLink::clearOut() {
   if (isOpen()) port_.clear(QSerialPort::Output);
 }

@@ -34,6 +34,7 @@ class QtSerialLink : public SerialLink {
   std::size_t outBytesPending() const override;
   std::size_t inBytesPending() const override;
   std::vector<std::uint8_t> readBytes(std::size_t maxCount) override;
+  std::vector<std::uint8_t> peekBytes() override;
   void clearOut() override;
   void clearIn() override;
   void setDtr(bool on) override;

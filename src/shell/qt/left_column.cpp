@@ -147,7 +147,8 @@ QGroupBox* stepPort(const Maker& maker) {
   column->addLayout(row({makeLamp(maker.loop(), form.main.imgOpen_sys,
                                   QStringLiteral("The terminal holds the port; press to take it back")),
                          captionFor(QStringLiteral("&COM"), port), port, captionFor(QStringLiteral("Ma&x Baud:"), most),
-                         most, captionFor(QStringLiteral("Mi&n Baud:"), least), least, nullptr}));
+                         most, captionFor(QStringLiteral("Mi&n Baud:"), least), least,
+                         maker.check(form.download.cheSlowAnswers), nullptr}));
   auto* status = maker.label(form.main.portStatus);
   status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   status->setMinimumHeight(status->fontMetrics().height());
