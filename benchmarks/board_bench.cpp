@@ -1,5 +1,5 @@
 // The off-line board: how long its memory image takes to build, and how close writing it comes to what the wire, the
-// board and the gathering of replies take by themselves.
+// board and the turn-rounds take by themselves.
 #include <chrono>
 
 #include "benchmarks/figure.h"
@@ -31,29 +31,36 @@ double buildOnce(const kvr::catalogue::McuRecord& record, const Bytes& code) {
   return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
 }
 
+// What the board is left between an answer and the frame after it.
+sim::Micros turnRound(const sim::Unit& frame) {
+  const bool data = frame.bytes.size() > 5 && (frame.bytes[5] == 0x00 || frame.bytes[5] == 0x30);
+  return (data ? 1 : 10) * sim::kMillisecond;
+}
+
 // From the board's first answer to the last bit on the wire, over the time that nobody could save: every byte of both
-// sides, the board's own work, and the 10 ms from its first byte on that gather each reply.
+// sides, the board's own work, and the turn-rounds.
 double floorRatio() {
   sim::BoardConfig config;
   config.version = 0x17;
   config.secondBank = true;
+  config.deaf = 500;
   OfflineBench bench(config);
   bench.loadNoise(kCodeSize);
   bench.run(Millis(0));
   if (!bench.saidOk()) return -1;
-  constexpr sim::Micros kGather = 10 * sim::kMillisecond;
   sim::Micros first = -1, last = 0, floor = 0;
+  bool answered = false;
   for (const sim::Unit& unit : bench.wire.log()) {
     const bool reply = unit.direction == sim::Direction::deviceToHost;
     if (first < 0 && !reply) continue;
     if (first < 0) first = unit.start;
     last = std::max(last, unit.end);
-    const sim::Micros wire = unit.end - unit.start;
-    const sim::Micros firstByte = wire / static_cast<sim::Micros>(unit.bytes.size());
-    floor += reply ? std::max(wire, firstByte + kGather) : wire;
+    floor += unit.end - unit.start;
+    if (answered && !reply) floor += turnRound(unit);
+    answered = reply;
   }
   for (const sim::StatedTime& work : bench.board.journal().statedTimes()) floor += work.to - work.from;
-  return static_cast<double>(last - first) / static_cast<double>(floor - kGather);  // nothing follows the last reply
+  return static_cast<double>(last - first) / static_cast<double>(floor);
 }
 
 }  // namespace

@@ -6,25 +6,14 @@
 namespace bench {
 namespace {
 
-// The receive event gathers for so long from the first waiting byte on, and again from the next byte after it.
-constexpr sim::Micros kGather = 10 * sim::kMillisecond;
+constexpr double kFullTurnRoundMs = 10;  // before all frames but data
 
-// What is left of the gathering when the answer's last byte has arrived.
-double gatherMs(const sim::Unit& answer) {
-  const auto count = static_cast<double>(answer.bytes.size());
-  const double byte = static_cast<double>(answer.end - answer.start) / count;
-  double arrived = 1;
-  double handled = 0;
-  while (arrived <= count) {
-    handled = arrived * byte + static_cast<double>(kGather);
-    arrived = static_cast<double>(static_cast<int>(handled / byte)) + 1;
-  }
-  return (handled - count * byte) / 1000;
-}
-
-// What the protocol prescribes besides, ahead of a frame with this command.
-double pauseMs(int command) {
+// From an answer's last byte to a frame with this command.
+double pauseMs(int command, double turnRoundMs) {
   switch (command) {
+    case 0x00:
+    case 0x30:
+      return turnRoundMs;
     case 0x8F:
       return 50 + 5;  // before a test of the new rate
     case 0x8E:
@@ -32,7 +21,7 @@ double pauseMs(int command) {
     case 0x8D:
       return 1000 + 5;  // before the options, when the rate has changed
     default:
-      return 0;
+      return kFullTurnRoundMs;
   }
 }
 
@@ -50,9 +39,13 @@ bool isFrame(const sim::Unit& unit) {
   return unit.bytes.size() > 5 && (unit.bytes[0] == 0x46 || unit.bytes[0] == 0xFE);
 }
 
+bool isDataFrame(const sim::Unit& unit) {
+  return isFrame(unit) && unit.bytes.size() > 12 && (unit.bytes[5] == 0x00 || unit.bytes[5] == 0x30);
+}
+
 }  // namespace
 
-Floor floorOf(const sim::Wire& wire, const sim::Chip& chip) {
+Floor floorOf(const sim::Wire& wire, const sim::Chip& chip, double turnRoundMs) {
   Floor floor;
   const double turnaroundMs = static_cast<double>(sim::ChipTimes{}.turnaround) / 1000;
   const sim::Unit* before = nullptr;
@@ -66,11 +59,29 @@ Floor floorOf(const sim::Wire& wire, const sim::Chip& chip) {
     else if (answer)
       floor.chipMs += overlapMs(chip, before->end, unit.start) + turnaroundMs;
     else
-      floor.hostMs += gatherMs(*before) + pauseMs(unit.bytes[5]);
+      floor.hostMs += pauseMs(unit.bytes[5], turnRoundMs);
     before = &unit;
   }
   if (before) floor.takenMs += static_cast<double>(before->end) / 1000;
   return floor;
+}
+
+DataTime dataTimeOf(const sim::Wire& wire) {
+  DataTime data;
+  const sim::Unit* first = nullptr;
+  bool asked = false;
+  for (const auto& unit : wire.log()) {
+    const bool answer = unit.direction == sim::Direction::deviceToHost;
+    if (answer ? !asked : !isDataFrame(unit)) {
+      asked = false;
+      continue;
+    }
+    if (!first) first = &unit;
+    asked = !answer;
+    data.wireMs += static_cast<double>(unit.end - unit.start) / 1000;
+    data.takenMs = static_cast<double>(unit.end - first->start) / 1000;
+  }
+  return data;
 }
 
 }  // namespace bench

@@ -186,6 +186,7 @@ std::unique_ptr<TargetDevice> makeChip(const TargetOptions& options, const McuRe
   // The host closes and opens its port on the way to another rate, on a machine that may have more to do.
   config.times = patientTimes();
   config.times.deaf = options.deafMicros;
+  config.times.programByte = options.programMicros;
   if (!applyFaults(options, config, setChipFault, error)) return nullptr;
   auto target = std::make_unique<ChipTarget>(config);
   if (!options.application.empty()) target->chip().setApplication(makeApplication(options));

@@ -64,6 +64,7 @@ std::map<std::string, Setter, std::less<>> settersOf(TargetOptions& o) {
           {"--clock", real(o.clockHz)},
           {"--seed", [&o](const std::string& v) { return o.seed = std::strtoull(v.c_str(), nullptr, 10), !v.empty(); }},
           {"--deaf-us", [&o](const std::string& v) { return toInt(v, o.deafMicros) && o.deafMicros >= 0; }},
+          {"--program-us", [&o](const std::string& v) { return toInt(v, o.programMicros) && o.programMicros >= 0; }},
           {"--power-on", real(o.powerOnSeconds)},
           {"--power-cycle-after", real(o.powerCycleSeconds)},
           {"--chips", [&o](const std::string& v) { return toInt(v, o.chips) && o.chips > 0; }},
@@ -114,6 +115,7 @@ std::string targetUsage() {
          "  --clock HZ --seed N\n"
          "  --paced                        bytes take their true time on the wire, a wrong rate garbles\n"
          "  --deaf-us N                    it hears nothing for so long after each answer (500)\n"
+         "  --program-us N                 its flash takes so long for a byte (55)\n"
          "  --power-on SECONDS             power comes this long after the start and after each power cycle\n"
          "  --power-cycle-after SECONDS    power goes this long after a chip was released or fell silent\n"
          "  --chips N                      N chips, a fresh one at each power cycle\n"

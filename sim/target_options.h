@@ -19,6 +19,7 @@ struct TargetOptions {
   std::uint64_t seed = 1;
   bool paced = false;
   int deafMicros = 500;           // after each answer of a chip or a board
+  int programMicros = 55;         // that a chip's flash takes for a byte
   double powerOnSeconds = 0;      // after the start and after each power cycle
   double powerCycleSeconds = -1;  // so long after a chip was released or fell silent; below 0: never
   int chips = 1;                  // a fresh one at each power cycle

@@ -16,7 +16,7 @@ Micros roundedUp(double micros) {
 }  // namespace
 
 std::string describe(const Fault& fault) {
-  static constexpr const char* kNames[] = {"lose",  "flip byte", "drop byte",   "send twice",
+  static constexpr const char* kNames[] = {"lose",  "flip byte", "drop byte",    "send twice",
                                            "delay", "split at",  "noise before", "noise after"};
   std::string text = fault.direction == Direction::hostToDevice ? "host->device" : "device->host";
   text += " unit " + std::to_string(fault.unit) + ": " + kNames[static_cast<int>(fault.kind)];

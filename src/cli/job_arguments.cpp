@@ -45,6 +45,7 @@ void JobArguments::declareLine(CLI::App& app) {
       ->type_name("dtr|rts[:low][:MS]")
       ->group(line);
   app.add_flag("--fixed-link", fixedLink, "115200 from the first byte on")->group(line);
+  app.add_flag("--slow-answers", slowAnswers, "Leave the chip 10 ms after each of its answers")->group(line);
 }
 
 void JobArguments::setLine(engine::Job& job) const {
@@ -52,6 +53,7 @@ void JobArguments::setLine(engine::Job& job) const {
   job.highestBaud = platform::wholeOf(highestBaud);
   job.fixedLink = fixedLink;
   job.power = power;
+  job.turnRound = slowAnswers ? engine::kFullTurnRound : engine::kShortTurnRound;
   job.frameSize = engine::frameSizeOf(job.record(), fixedLink);
 }
 

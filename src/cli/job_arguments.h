@@ -23,6 +23,7 @@ struct JobArguments {
   std::string firstBaud = "2400", highestBaud = "115200";
   bool fixedLink = false;
   engine::PowerSwitch power;
+  bool slowAnswers = false;
   bool yes = false;
 
   void declare(CLI::App& app);      // what the chip gets

@@ -3,6 +3,7 @@
 #include "cli/device_run.h"
 #include "cli/series.h"
 #include "engine/chip_run.h"
+#include "engine/turn_rounds.h"
 #include "userpath/trigger_run.h"
 
 namespace kvr::cli {
@@ -40,18 +41,22 @@ class ProgramCommand : public Command {
   }
 
  private:
-  engine::Outcome programOne(const Desk& desk, RunConsole& console, const engine::Job& job) const {
+  engine::Outcome programOne(const Desk& desk, RunConsole& console, engine::Job job) {
     if (!trigger_.empty()) {
       const userpath::UserCommand command{triggerLine_, commandBytes(trigger_)};
       const engine::Outcome sent = userpath::sendTrigger(job, command, desk.services(), console);
       if (!sent.passed()) return sent;
     }
-    return engine::ChipRun(job, desk.services(), console).program();
+    turnRounds_.applyTo(job);
+    const engine::Outcome outcome = engine::ChipRun(job, desk.services(), console).program();
+    turnRounds_.note(job, outcome);
+    return outcome;
   }
 
   JobArguments job_;
   LineArguments line_;
   SeriesArguments series_;
+  engine::TurnRounds turnRounds_;
   std::string trigger_;
   std::string triggerLine_ = "9600,n,8,1";
 };

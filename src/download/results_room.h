@@ -8,8 +8,8 @@
 #include "download/download_panel.h"
 #include "download/remedy.h"
 #include "download/run_history.h"
-#include "download/turn_rounds.h"
 #include "engine/outcome.h"
+#include "engine/turn_rounds.h"
 #include "platform/world.h"
 
 namespace kvr::download {
@@ -33,7 +33,7 @@ class ResultsRoom {
   const Remedy& remedy() const { return remedy_; }
 
   // What the runs of this session have learnt of each model.
-  TurnRounds turnRounds;
+  engine::TurnRounds turnRounds;
 
   // Writes the batch log, when one is wanted. Must be connected.
   std::function<void(const RunRecord&)> writeLog;

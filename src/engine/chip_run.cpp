@@ -54,7 +54,7 @@ bool ChipRun::programChip() {
   c_.enter(Stage::Program);
   ChipDataFrames frames(link_, job_.record());
   if (!programming_.program(frames, sends_, contact.chip.targetClockHz)) return false;
-  link_.delay(Millis(highestBaudOf(job_) != job_.firstBaud ? 1000 : 100));
+  link_.delay(Millis(highestBaudOf(job_) != job_.firstBaud ? 1000 : 100), "the chip gets ready for options");
   c_.view().progressDone();
   c_.enter(Stage::Options);
   if (!job_.record().topBlockFree && c_.traits().layout != catalogue::OptionLayout::None &&
@@ -145,6 +145,8 @@ ChipSeen ChipRun::seen() const {
 
 Outcome ChipRun::end(RunKind kind, bool good) {
   c_.view().progressDone();
+  link_.clearQueues();
+  if (good && kind == RunKind::Chip && !link_.stopped()) link_.endSession();
   Outcome outcome = c_.outcome(kind, good, leftOut_);
   outcome.wrongModel = handshake_.modelRefused();
   outcome.box = outcome.wrongModel ? c_.words() + "\n" : box_;
@@ -154,8 +156,6 @@ Outcome ChipRun::end(RunKind kind, bool good) {
     outcome.baud = contact_->baud;
   }
   if (good && kind == RunKind::Chip) outcome.bytesSent = sends_.bytesSent(job_.model.blockSize);
-  link_.clearQueues();
-  if (good && kind == RunKind::Chip && !link_.stopped()) link_.endSession();
   if (good && job_.handOver) return outcome;
   link_.close();
   c_.view().lamp(false);

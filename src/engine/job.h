@@ -43,11 +43,11 @@ struct Job {
   std::int32_t baseFrequencyHz = 12000000;  // what the boot firmware runs at while it programs: 24000000 or 12000000
   std::optional<std::uint8_t> watchdogPin;  // port + 16 * bit
 
-  int port = 1;              // COM port, 1..16
-  int firstBaud = 2400;      // of the first contact
-  int highestBaud = 115200;  // as chosen; see `highestBaudOf`
-  bool fixedLink = false;    // 115200 from the first byte, no negotiation
-  int frameSize = 128;       // data bytes in one frame
+  int port = 1;                                  // COM port, 1..16
+  int firstBaud = 2400;                          // of the first contact
+  int highestBaud = 115200;                      // as chosen; see `highestBaudOf`
+  bool fixedLink = false;                        // 115200 from the first byte, no negotiation
+  int frameSize = 128;                           // data bytes in one frame
   platform::Millis turnRound = kShortTurnRound;  // before a data frame, until the chip shows that it needs more
 
   PowerSwitch power;  // of the target's supply, switched before the first contact

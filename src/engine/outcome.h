@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "options/option_set.h"
@@ -25,6 +26,16 @@ enum class Ending {
   Stopped,       // by the user
   Passed,        // everything went through
   PassedInPart,  // everything that fits went through; bytes of the image were left out
+};
+
+using StageTimes = std::array<platform::Micros, kStages>;
+
+// A rest that the protocol prescribes, worth telling: longer than 50 ms.
+struct Rest {
+  static constexpr platform::Millis kTold{50};
+  Stage stage = Stage::Prepare;
+  platform::Micros length{};
+  std::string_view why;  // of a text that lasts
 };
 
 // What the chip told of itself. Empty texts: it did not.
@@ -66,11 +77,15 @@ struct Outcome {
   int triedBaud = 0;             // the last rate that the chip was asked to take for the data; 0: none
   platform::Millis turnRound{};  // that the run ended with, between an answer and a data frame; 0: nothing was sent
   std::int32_t codeSum = 0, dataSum = 0;
-  std::int64_t bytesSent = 0;                     // of the images, retries not counted
-  std::int64_t bytesLeftOut = 0;                  // of the images, that differ from the fill
-  std::int32_t leftOutFrom = 0;                   // address of the first of them
-  std::array<platform::Micros, kStages> spent{};  // time in each stage
-  std::vector<SetbackAt> setbacks;                // in order
+  std::int64_t bytesSent = 0;       // of the images, retries not counted
+  std::int64_t bytesLeftOut = 0;    // of the images, that differ from the fill
+  std::int32_t leftOutFrom = 0;     // address of the first of them
+  StageTimes spent{};               // time in each stage
+  StageTimes turned{};              // of it: what the chip was left before frames
+  StageTimes rested{};              // of it: rests that the protocol prescribes
+  platform::Micros contact{};       // of the wait: from the chip's first byte on
+  std::vector<Rest> longRests;      // in their order
+  std::vector<SetbackAt> setbacks;  // in order
 
   bool passed() const { return ending == Ending::Passed || ending == Ending::PassedInPart; }
   platform::Micros sinceAnswer() const;  // from the chip's first answer to the end

@@ -34,8 +34,13 @@ void PortLease::clearIn() {
 
 void PortLease::bytesCame() {
   lastByteAt_ = loop_.now();
-  if (!gather_.isActive() && !delivering_) gather_.start();
+  if (!gather_.isActive() && !delivering_) gather();
   look();
+}
+
+void PortLease::gather() {
+  gatherBegan_ = loop_.now();
+  gather_.start();
 }
 
 void PortLease::look() {
@@ -50,7 +55,7 @@ void PortLease::deliver() {
   delivering_ = true;
   if (holder_) holder_->bytesWait();
   delivering_ = false;
-  if (link_.isOpen() && link_.inBytesPending() > 0) gather_.start();
+  if (link_.isOpen() && link_.inBytesPending() > 0) gather();
 }
 
 }  // namespace kvr::engine

@@ -52,17 +52,21 @@ class PortLease {
 
   // When bytes last came in; for waits that must not cut a frame in two.
   platform::Instant lastByteAt() const { return lastByteAt_; }
+  // When the first of the bytes came that are gathered, or were last.
+  platform::Instant gatherBegan() const { return gatherBegan_; }
   // True from the first waiting byte until the receiver has been called.
   bool gathering() const { return gather_.isActive(); }
 
  private:
   void bytesCame();
+  void gather();
   void deliver();
   platform::EventLoop& loop_;
   platform::SerialLink& link_;
   PortHolder* holder_ = nullptr;
   platform::Timer gather_;
   platform::Instant lastByteAt_{-std::chrono::hours(1)};  // none yet
+  platform::Instant gatherBegan_{0};
   bool delivering_ = false;
 };
 

@@ -44,17 +44,26 @@ bool RunContext::stopped() {
 
 void RunContext::bookTime() {
   const platform::Instant now = link.loop().now();
-  spent_[static_cast<std::size_t>(stage_)] += now - stageBegan_;
+  const auto stage = static_cast<std::size_t>(stage_);
+  spent_[stage] += now - stageBegan_;
+  const Pauses pauses = link.takePauses();
+  turned_[stage] += pauses.turned;
+  rested_[stage] += pauses.rested;
+  for (Rest rest : pauses.longOnes) {
+    rest.stage = stage_;
+    longRests_.push_back(rest);
+  }
   stageBegan_ = now;
 }
 
 void RunContext::enter(Stage stage) {
   bookTime();
+  if (stage == Stage::Identify && link.firstAnswerAt()) contact_ = stageBegan_ - *link.firstAnswerAt();
   stage_ = stage;
   view().enter(stage);
 }
 
-const std::array<platform::Micros, kStages>& RunContext::spent() {
+const StageTimes& RunContext::spent() {
   bookTime();
   return spent_;
 }
@@ -77,6 +86,10 @@ Outcome RunContext::outcome(RunKind kind, bool good, const LeftOut& leftOut) {
           .bytesLeftOut = leftOut.bytes,
           .leftOutFrom = leftOut.from,
           .spent = spent(),
+          .turned = turned_,
+          .rested = rested_,
+          .contact = contact_,
+          .longRests = longRests_,
           .setbacks = setbacks_};
 }
 

@@ -39,7 +39,7 @@ class RunContext {
   // The stage that the run is in, and what each took so far.
   void enter(Stage stage);
   Stage stage() const { return stage_; }
-  const std::array<platform::Micros, kStages>& spent();
+  const StageTimes& spent();
   void note(Setback what) { setbacks_.push_back({what, link.loop().now() - runBegan_}); }
   void triesRate(int baud) { triedBaud_ = baud; }
 
@@ -60,7 +60,9 @@ class RunContext {
   std::vector<SetbackAt> setbacks_;
   int triedBaud_ = 0;
   platform::Instant startMark_{0};
-  std::array<platform::Micros, kStages> spent_{};
+  StageTimes spent_{}, turned_{}, rested_{};
+  platform::Micros contact_{0};
+  std::vector<Rest> longRests_;
 };
 
 }  // namespace kvr::engine

@@ -10,8 +10,8 @@ namespace {
 constexpr Millis kSilence{50};  // a frame that stops arriving for this long has ended
 constexpr Millis kLongestDrain{1000};
 constexpr Millis kLongestTurnRound{50};  // on a line that does not fall silent
-constexpr int kLongestFrame = 257;  // with its start pair
-constexpr int kBitsPerByte = 12;    // at most, on the wire
+constexpr int kLongestFrame = 257;       // with its start pair
+constexpr int kBitsPerByte = 12;         // at most, on the wire
 
 }  // namespace
 
@@ -39,8 +39,10 @@ TargetLink::~TargetLink() {
 }
 
 void TargetLink::bytesWait() {
+  if (!rx_.midFrame()) frameBegan_ = lease().gatherBegan();
   rx_.take(lease().link().readBytes(0));
   if (rx_.frameOk) lastReply_ = rx_.reply();
+  if (rx_.frameOk && !firstAnswerAt_) firstAnswerAt_ = frameBegan_;
   badFrame_ = badFrame_ || rx_.frameBad;
   rx_.frameBad = false;
 }
@@ -143,13 +145,17 @@ void TargetLink::writeSync(std::span<const std::uint8_t> bytes) {
 
 // Bytes that still come push the frame away, so that none of them is taken for its answer.
 void TargetLink::leave(Millis turnRound) {
-  const platform::Instant longest = loop().now() + kLongestTurnRound;
-  const auto left = [&] { return std::min<platform::Instant>(lease().lastByteAt() + turnRound, longest) - loop().now(); };
+  const platform::Instant began = loop().now();
+  const platform::Instant longest = began + kLongestTurnRound;
+  const auto left = [&] {
+    return std::min<platform::Instant>(lease().lastByteAt() + turnRound, longest) - loop().now();
+  };
   while (isOpen() && left() > platform::Instant(0)) {
     platform::Timer timer(loop());
     timer.start(std::chrono::ceil<Millis>(left()));
     loop().runOnce();
   }
+  pauses_.turned += loop().now() - began;
 }
 
 void TargetLink::beginFrame(Millis turnRound) {
@@ -184,7 +190,7 @@ std::optional<Reply> TargetLink::exchange(std::span<const std::uint8_t> frame, M
 
 void TargetLink::sendWithRoom(std::span<const std::uint8_t> frame, Millis lead) {
   clearReceiveState();
-  delay(lead);
+  delay(lead, "the chip has not answered");
   writeFrame(frame);
   drain();
   delay(Millis(3));
@@ -198,20 +204,35 @@ void TargetLink::sendFixedLinkFrame(std::uint8_t command) {
 
 void TargetLink::endSession() {
   sendFixedLinkFrame(0x82);
-  if (isOpen()) delay(Millis(100));
+  if (isOpen()) delay(Millis(100), "the chip leaves its boot firmware");
 }
 
 // --- Waiting. ---
 
-void TargetLink::delay(Millis time) {
+void TargetLink::noteRest(platform::Instant began, std::string_view why) {
+  const platform::Micros length = loop().now() - began;
+  pauses_.rested += length;
+  if (length > Rest::kTold) pauses_.longOnes.push_back({.length = length, .why = why});
+}
+
+void TargetLink::delay(Millis time, std::string_view why) {
+  const platform::Instant began = loop().now();
+  letPass(time);
+  noteRest(began, why);
+}
+
+void TargetLink::letPass(Millis time) {
   if (time.count() <= 0) return;
   platform::Timer timer(loop());
   timer.start(time);
   while (timer.isActive() && lostPort_.empty()) loop().runOnce();
 }
 
-bool TargetLink::pause(Millis time) {
-  return engine::pause(services_, time);
+bool TargetLink::pause(Millis time, std::string_view why) {
+  const platform::Instant began = loop().now();
+  const bool goesOn = engine::pause(services_, time);
+  noteRest(began, why);
+  return goesOn;
 }
 
 std::optional<Reply> TargetLink::take() {
@@ -279,7 +300,7 @@ Millis TargetLink::drainTime() const {
 
 void TargetLink::drain() {
   const platform::Instant end = loop().now() + kLongestDrain;
-  while (!stopped() && isOpen() && lease().link().outBytesPending() > 0 && loop().now() < end) delay(drainTime());
+  while (!stopped() && isOpen() && lease().link().outBytesPending() > 0 && loop().now() < end) letPass(drainTime());
 }
 
 }  // namespace kvr::engine

@@ -9,8 +9,8 @@
 // the wait goes on to the frame's end, until 50 ms pass without a byte, or for the wire time of 257 bytes at most.
 //
 // Turn-rounds. After its last byte a chip needs a moment before it listens: at least 1 ms passes until a data frame
-// begins, and 10 ms once a chip has shown that it needs them. All other frames leave it 10 ms in every run: they are few,
-// and some of them are sent only once.
+// begins, and 10 ms once a chip has shown that it needs them. All other frames leave it 10 ms in every run: they are
+// few, and some of them are sent only once.
 //
 // A port that cannot be opened again in the middle of a run has gone: the user is told once, with the port's own
 // message, and Stop is requested, which every wait looks at.
@@ -23,6 +23,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "engine/frames.h"
 #include "engine/port_lease.h"
@@ -42,6 +43,12 @@ struct RunServices {
   const platform::WallClock& clock;
   PortLease& lease;
   RunStop& stop;
+};
+
+// What a run did not do: the turn-rounds and the prescribed rests since this was last asked for.
+struct Pauses {
+  platform::Micros turned{}, rested{};
+  std::vector<Rest> longOnes;  // their stage is not known here
 };
 
 inline constexpr const char* kPortFailed = "Open COM port failed!";
@@ -96,8 +103,8 @@ class TargetLink : public PortHolder {
   // How long a chip is left before a data frame.
   Millis turnRound() const { return turnRound_; }
   void setTurnRound(Millis turnRound) { turnRound_ = turnRound; }
-  // A data frame went unanswered, or was answered wrongly: perhaps the chip was not listening yet. After a Stop it means
-  // nothing.
+  // A data frame went unanswered, or was answered wrongly: perhaps the chip was not listening yet. After a Stop it
+  // means nothing.
   void slowDown() {
     if (!stopped()) turnRound_ = kFullTurnRound;
   }
@@ -114,8 +121,11 @@ class TargetLink : public PortHolder {
   void endSession();  // 82, then 100 ms
 
   // --- Waiting. ---
-  void delay(Millis time);  // ends early only when the port has gone
-  bool pause(Millis time);  // the same, ends at Stop; false: stopped
+  // A rest that the protocol prescribes; ends early only when the port has gone. `why`: of one that is told.
+  void delay(Millis time, std::string_view why = {});
+  bool pause(Millis time, std::string_view why = {});  // the same, ends at Stop; false: stopped
+  void letPass(Millis time);                           // the same as `delay`, for what the wire itself takes
+  Pauses takePauses() { return std::exchange(pauses_, {}); }
   // Until a good frame, Stop or the limit.
   [[nodiscard]] std::optional<Reply> awaitFrame(Millis limit);
   // The same without waiting for the rest of a frame that is arriving when the limit runs out: for loops that send
@@ -132,6 +142,8 @@ class TargetLink : public PortHolder {
 
   // Whether frames must begin with the start pair 46 B9.
   void requireStartPair(bool on) { rx_.requireStartPair = on; }
+  // When the first byte came of the first good frame; nothing: there was none.
+  const std::optional<platform::Instant>& firstAnswerAt() const { return firstAnswerAt_; }
   // The last good frame, whoever waited for it.
   const std::optional<Reply>& lastReply() const { return lastReply_; }
 
@@ -170,6 +182,7 @@ class TargetLink : public PortHolder {
   bool frameArriving() const;
   Millis drainTime() const;
   void leave(Millis turnRound);
+  void noteRest(platform::Instant began, std::string_view why);
   void awaitRestOfFrame();
 
   RunServices services_;
@@ -178,8 +191,11 @@ class TargetLink : public PortHolder {
   SumForm form_;
   Receiver rx_;
   std::optional<Reply> lastReply_;
+  platform::Instant frameBegan_{0};
+  std::optional<platform::Instant> firstAnswerAt_;
+  Pauses pauses_;
   bool parityOn_ = false, parityEven_ = false;
-  bool awaiting_ = false;       // a wait for an answer is under way: no sync loop, and nothing else is to be sent
+  bool awaiting_ = false;  // a wait for an answer is under way: no sync loop, and nothing else is to be sent
   Millis turnRound_ = kFullTurnRound;
   bool badFrame_ = false;       // since the last `send`
   platform::Timer replyTimer_;  // of the last `send`

@@ -97,7 +97,7 @@ bool BoardWriter::writePage(std::span<const std::uint8_t> image, int first, int 
 // An acknowledgement carries no address: one that comes late would pass for that of the next frame, and what the board
 // then misses would never be sent again.
 void BoardWriter::letStragglersIn() {
-  if (!link_.stopped()) link_.delay(kGap);
+  if (!link_.stopped()) link_.delay(kGap, "an answer may come late");
 }
 
 bool BoardWriter::writeBoardChunks(std::span<const std::uint8_t> image, int first, int last, bool retried) {
@@ -115,7 +115,7 @@ bool BoardWriter::sentBeforeAnyAnswer() {
   const auto left = [this] {
     return Millis(static_cast<std::int64_t>(link_.outBytesPending()) * kBitsPerByte * 1000 / kBoardBaud);
   };
-  while (!link_.stopped() && link_.isOpen() && left() > Millis(0)) link_.delay(left());
+  while (!link_.stopped() && link_.isOpen() && left() > Millis(0)) link_.letPass(left());
   return link_.quiet();
 }
 

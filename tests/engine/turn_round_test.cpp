@@ -157,7 +157,7 @@ TEST(GatheringWait, IsNotEndedByGoodSumsInsideALongerAnswer) {
     auto& chip = station.insertChip(config);
     std::size_t answers = 0;
     chip.say = [&, wide = config.row->frame2, say = chip.say](sim::Micros at, const sim::Line& line,
-                                                               std::span<const std::uint8_t> frame) {
+                                                              std::span<const std::uint8_t> frame) {
       if (chip.state() != sim::ChipState::session || chip.dataFrames() == 0 || frame.size() > 10 || frame.size() < 9)
         return say(at, line, frame);
       const sim::Bytes longer = withGoodSumsInside(frame[5], frame[6], wide);

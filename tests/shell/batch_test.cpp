@@ -147,10 +147,10 @@ TEST(BatchLog, TellsTheTurnRoundUnlessItBeganWithoutOne) {
     const auto& bytes = files.files["/log.csv"].bytes;
     return std::string(bytes.begin(), bytes.end()).substr(begun.size());
   };
-  constexpr const char* kOlder =
-      "time,model,verdict,failure,code sum,data sum,firmware,serial,factory id,seconds\r\n";
+  constexpr const char* kOlder = "time,model,verdict,failure,code sum,data sum,firmware,serial,factory id,seconds\r\n";
   EXPECT_EQ(logged(kOlder), "t,,,,,,,,,5\r\n");
-  EXPECT_EQ(logged(""), std::string(kOlder).insert(std::string(kOlder).size() - 2, ",turn-round ms") + "t,,,,,,,,,5,10\r\n");
+  EXPECT_EQ(logged(""),
+            std::string(kOlder).insert(std::string(kOlder).size() - 2, ",turn-round ms") + "t,,,,,,,,,5,10\r\n");
   EXPECT_EQ(logged("a log of another kind\r\n"), "t,,,,,,,,,5,10\r\n");
 }
 
