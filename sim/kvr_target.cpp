@@ -16,6 +16,8 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -149,6 +151,12 @@ bool writeReport(const std::string& path, const std::string& text) {
   return (std::fclose(file) == 0) && whole && std::rename(beside.c_str(), path.c_str()) == 0;
 }
 
+bool readText(const std::string& path, std::string& text) {
+  std::ifstream file(path, std::ios::binary);
+  text.assign(std::istreambuf_iterator<char>(file), {});
+  return file.is_open();
+}
+
 void followHost(Terminal& terminal, sim::Target& target, sim::Micros now) {
   const bool wasOpen = target.wire().isOpen();
   const int closings = terminal.closings();
@@ -216,10 +224,12 @@ int fail(const std::string& why) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const sim::ParsedOptions parsed = sim::parseTargetOptions({argv + 1, argv + argc});
+  sim::ParsedOptions parsed = sim::parseTargetOptions({argv + 1, argv + argc});
   if (parsed.options.help) return std::fputs(sim::targetUsage().c_str(), stdout), 0;
   if (!parsed.error.empty()) return fail(parsed.error);
-  const sim::TargetOptions& options = parsed.options;
+  sim::TargetOptions& options = parsed.options;
+  if (!options.replayPath.empty() && !readText(options.replayPath, options.replayText))
+    return fail("cannot read " + options.replayPath);
   sim::Target target(options, clockNow());
   if (!target.error().empty()) return fail(target.error());
   Terminal terminal;

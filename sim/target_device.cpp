@@ -8,6 +8,7 @@
 #include "sim/demo_firmware.h"
 #include "sim/json.h"
 #include "sim/monitor_firmware.h"
+#include "sim/replay_device.h"
 
 namespace sim {
 
@@ -146,6 +147,29 @@ class DemoTarget : public TargetDevice {
   DemoFirmware demo_;
 };
 
+class ReplayTarget : public TargetDevice {
+ public:
+  explicit ReplayTarget(TraceScript script) : replay_(std::move(script)) {}
+  Device& device() override { return replay_; }
+  void powerOn(Micros at) override { replay_.powerOn(at); }
+  void powerOff(Micros at) override { replay_.powerOff(at); }
+  int releases() const override { return replay_.plays(); }
+  bool inSession() const override { return replay_.begun(); }
+  char parityOf(int, std::span<const std::uint8_t>) const override { return 'n'; }  // a trace has whole bytes
+
+  std::string report() const override {
+    return JsonObject()
+        .text("device", "replay")
+        .text("model", replay_.model())
+        .number("plays", replay_.plays())
+        .text("difference", replay_.difference())
+        .str();
+  }
+
+ private:
+  ReplayDevice replay_;
+};
+
 Bytes hexBytes(const std::string& text) {
   Bytes bytes;
   std::string digits;
@@ -212,9 +236,20 @@ std::unique_ptr<TargetDevice> makeDemo(const TargetOptions& options, const McuRe
   return std::make_unique<DemoTarget>(config);
 }
 
+std::unique_ptr<TargetDevice> makeReplay(const TargetOptions& options, std::string& error) {
+  TraceScript script = readTraceScript(options.replayText);
+  if (script.error.empty() && script.steps.empty()) script.error = "nothing went over the line";
+  if (!script.error.empty()) {
+    error = options.replayPath + ": " + script.error;
+    return nullptr;
+  }
+  return std::make_unique<ReplayTarget>(std::move(script));
+}
+
 }  // namespace
 
 std::unique_ptr<TargetDevice> makeTargetDevice(const TargetOptions& options, int index, std::string& error) {
+  if (options.device == "replay") return makeReplay(options, error);
   const McuRecord* row = kvr::catalogue::findByName(options.model);
   if (!row) {
     error = "no model " + options.model;

@@ -77,6 +77,7 @@ std::map<std::string, Setter, std::less<>> settersOf(TargetOptions& o) {
           {"--command", text(o.command)},
           {"--line", [&o](const std::string& v) { return toLine(v, o.applicationLine); }},
           {"--command-line", [&o](const std::string& v) { return toLine(v, o.commandLine); }},
+          {"--replay", [&o](const std::string& v) { return o.device = "replay", o.replayPath = v, !v.empty(); }},
           {"--json", text(o.jsonPath)},
           {"--link", text(o.linkPath)}};
 }
@@ -125,6 +126,7 @@ std::string targetUsage() {
          "  --command \"11 22 33\"           what makes a trigger firmware reset, or the demo routine start\n"
          "  --line 115200,n,8,1            the settings at which what it runs listens and talks\n"
          "  --command-line 9600,n,8,1      the settings of the command of a demo routine\n"
+         "  --replay FILE                  plays the device's side of a trace that the tool has kept\n"
          "  --json FILE                    what it holds, written at each release and at the end\n"
          "  --link PATH                    a symbolic link to the terminal\n"
          "SIGTERM and SIGINT end it, SIGUSR1 cycles its power.\n";

@@ -29,6 +29,8 @@ struct TargetOptions {
   std::string command;      // hexadecimal bytes that make a trigger firmware reset, or the demo routine start
   Line applicationLine{115200, 'n'};
   Line commandLine{9600, 'n'};
+  std::string replayPath;  // of a trace whose device side is played
+  std::string replayText;  // what it holds, for whoever has read it
   std::string jsonPath;
   std::string linkPath;
   bool help = false;

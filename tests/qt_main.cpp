@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QTemporaryDir>
 #include <QTemporaryFile>
 
 namespace {
@@ -20,6 +21,8 @@ int main(int argc, char** argv) {
     screen.flush();
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + screen.fileName().toLocal8Bit());
   }
+  const QTemporaryDir state;  // no trace of a test's run belongs into the user's folder
+  qputenv("XDG_STATE_HOME", state.path().toLocal8Bit());
   ::testing::InitGoogleTest(&argc, argv);
   QApplication application(argc, argv);
   return RUN_ALL_TESTS();

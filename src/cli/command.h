@@ -35,5 +35,6 @@ std::unique_ptr<Command> makeModelsCommand();
 std::unique_ptr<Command> makeOptionsCommand();
 std::unique_ptr<Command> makeImageCommand();
 std::unique_ptr<Command> makeJobCommand();
+std::unique_ptr<Command> makeTraceCommand();
 
 }  // namespace kvr::cli

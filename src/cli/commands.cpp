@@ -5,7 +5,7 @@ namespace kvr::cli {
 std::vector<std::unique_ptr<Command>> allCommands() {
   std::vector<std::unique_ptr<Command>> all;
   for (const auto make : {makeProgramCommand, makeInfoCommand, makeBoardCommand, makeDemoCommand, makeJobCommand,
-                          makeImageCommand, makeModelsCommand, makeOptionsCommand, makePortsCommand})
+                          makeImageCommand, makeModelsCommand, makeOptionsCommand, makePortsCommand, makeTraceCommand})
     all.push_back(make());
   return all;
 }

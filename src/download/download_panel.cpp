@@ -50,13 +50,17 @@ DownloadPanel::DownloadPanel() {
   comSelectSeen.setVisible(false);
   comLowerBaud.setCaption("Lower Max Baud and try again");
   comLowerBaud.setVisible(false);
+  comSaveTrace.setCaption("Save trace");
+  cheTrace.setCaption("Keep a trace of each run (may hold the firmware)");
+  cheTrace.setToolTip("What goes over the line is kept for \"Save trace\", and written to a file when a run fails");
+  cheTrace.setValue(true);
 }
 
 void DownloadPanel::addTo(platform::ControlRegistry& registry) {
   registry.add(comDownload);
   registry.addAll(comStop_Download, comReadChipLock, Command2, cheTL, cobBaudMin, cobBaudMax, cheSlowAnswers,
                   txtWrite_OK_Count, comClear_OK_Count, comDalay_ReDownLoad, optBeepYes, optBeepNo, cobPowerLine,
-                  cobPowerLevel, txtPowerOff, comLastRun, comSelectSeen, comLowerBaud);
+                  cobPowerLevel, txtPowerOff, comLastRun, comSelectSeen, comLowerBaud, comSaveTrace, cheTrace);
 }
 
 }  // namespace kvr::download

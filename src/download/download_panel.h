@@ -44,6 +44,8 @@ struct DownloadPanel {
   platform::Button comLastRun{"comLastRun"};          // shows the picture of the last run
   platform::Button comSelectSeen{"comSelectSeen"};    // offered after a failure; see remedy.h
   platform::Button comLowerBaud{"comLowerBaud"};
+  platform::Button comSaveTrace{"comSaveTrace"};
+  platform::CheckBox cheTrace{"cheTrace"};  // a trace is kept of each run
   Verdict verdict;
 };
 

@@ -118,7 +118,7 @@ engine::Outcome DownloadRoom::round(Mode mode) {
   engine::Job job = readJob(panels_, mode == Mode::FixedLink);
   job.handOver = mode != Mode::Repeat && wantsPort();
   room_.results.turnRounds.applyTo(job);
-  room_.results.begin();
+  room_.results.begin(engine::RunKind::Chip, job);
   const engine::Outcome outcome = engine::ChipRun(job, room_.services, room_.view).program();
   room_.results.turnRounds.note(job, outcome);
   return outcome;
@@ -147,8 +147,8 @@ void DownloadRoom::checkChip() {
   const PortTaken port(room_.services.lease);
   room_.lock.toBusy();
   room_.services.stop.clear();
-  room_.results.begin();
   const engine::Job job = readJob(panels_, false);
+  room_.results.begin(engine::RunKind::Check, job);
   const auto outcome = engine::ChipRun(job, room_.services, room_.view).check();
   room_.results.end(outcome, panels_.model.name(), {});
   room_.lock.toFree();

@@ -36,8 +36,8 @@ bool counts(const engine::Outcome& outcome) {
 
 }  // namespace
 
-ResultsRoom::ResultsRoom(platform::World& world, DownloadPanel& panel, platform::TextBox& textMsg)
-    : world_(world), panel_(panel), textMsg_(textMsg) {
+ResultsRoom::ResultsRoom(platform::World& world, DownloadPanel& panel, platform::TextBox& textMsg, TraceRoom& traces)
+    : world_(world), panel_(panel), textMsg_(textMsg), traces_(traces) {
   panel_.comClear_OK_Count.onClick = [this] { clearCount(); };
   // An offer to lower what has been changed meanwhile might raise it.
   baudToken_ = panel_.cobBaudMax.changed.watch([this] {
@@ -45,7 +45,8 @@ ResultsRoom::ResultsRoom(platform::World& world, DownloadPanel& panel, platform:
   });
 }
 
-void ResultsRoom::begin() {
+void ResultsRoom::begin(engine::RunKind kind, const engine::Job& job, const engine::TraceFields& more) {
+  traces_.begin(kind, job, more);
   offer({});
   panel_.verdict.set(VerdictKind::Waiting);
 }
@@ -58,6 +59,7 @@ void ResultsRoom::end(const engine::Outcome& outcome, const std::string& model, 
   history_.add(record);
   panel_.comLastRun.setEnabled(history_.last() != nullptr);
   panel_.verdict.set(verdictOf(outcome));
+  traces_.end(outcome);
   offer(remedyOf(outcome, model, ratesOf(panel_.cobBaudMax)));
   const bool programmed = outcome.kind == engine::RunKind::Chip || outcome.kind == engine::RunKind::Demo;
   if (outcome.passed() && programmed && panel_.optBeepYes.value()) world_.dialogs.beep();

@@ -8,6 +8,7 @@
 #include "download/download_panel.h"
 #include "download/remedy.h"
 #include "download/run_history.h"
+#include "download/trace_room.h"
 #include "engine/outcome.h"
 #include "engine/turn_rounds.h"
 #include "platform/world.h"
@@ -16,10 +17,11 @@ namespace kvr::download {
 
 class ResultsRoom {
  public:
-  ResultsRoom(platform::World& world, DownloadPanel& panel, platform::TextBox& textMsg);
+  ResultsRoom(platform::World& world, DownloadPanel& panel, platform::TextBox& textMsg, TraceRoom& traces);
 
-  // A run of any kind waits for its chip or board; for each round, when it repeats.
-  void begin();
+  // A run of any kind waits for its chip or board; for each round, when it repeats. `more`: for its trace, what its job
+  // has besides a chip's.
+  void begin(engine::RunKind kind, const engine::Job& job, const engine::TraceFields& more = {});
   // It has ended. Counts a success, writes the log, and only then shows the verdict; the beep is the last. A box that
   // the outcome brings is shown after all that.
   void end(const engine::Outcome& outcome, const std::string& model, const std::string& serialNumber);
@@ -51,6 +53,7 @@ class ResultsRoom {
   int offeredAt_ = 0;  // Max Baud then
   RunHistory history_;
   platform::Signal::Token baudToken_;
+  TraceRoom& traces_;
 };
 
 }  // namespace kvr::download

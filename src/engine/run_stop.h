@@ -2,13 +2,20 @@
 // port that has gone; every wait looks at it.
 #pragma once
 
+#include <functional>
+
 namespace kvr::engine {
 
 class RunStop {
  public:
   bool requested() const { return requested_; }
-  void request() { requested_ = true; }
+  void request() {
+    if (!requested_ && onRequest) onRequest();
+    requested_ = true;
+  }
   void clear() { requested_ = false; }  // a run starts
+
+  std::function<void()> onRequest;  // for the trace; may stay empty
 
  private:
   bool requested_ = false;

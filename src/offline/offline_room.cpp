@@ -22,6 +22,12 @@ IncrementField fieldOf(const platform::CheckBox& box, const platform::ControlArr
   return field;
 }
 
+engine::TraceFields traceFieldsOf(const BoardJob& job) {
+  return {{"pins", std::to_string(job.inputs.pins)},
+          {"limit", std::to_string(job.inputs.limit)},
+          {"wake", job.wake ? "yes" : "no"}};
+}
+
 }  // namespace
 
 OfflineRoom::OfflineRoom(download::RunRoom room, platform::Dialogs& dialogs, const download::JobPanels& panels,
@@ -46,7 +52,7 @@ void OfflineRoom::prepareBoard() {
   if (!job) return;
   room_.lock.toBusy();
   room_.services.stop.clear();
-  room_.results.begin();
+  room_.results.begin(engine::RunKind::Board, job->job, traceFieldsOf(*job));
   BoardRun run(*job, room_.services, room_.view, image_, facts_);
   const engine::Outcome outcome = run.write();
   room_.results.turnRounds.note(job->job, outcome);

@@ -46,6 +46,8 @@ class FileSystem {
   virtual bool fileExists(const std::string& path) const = 0;
   virtual bool folderExists(const std::string& path) const = 0;
   [[nodiscard]] virtual FileResult makeFolder(const std::string& path) = 0;
+  // The names of the ordinary files in a folder, in any order; none when there is no such folder.
+  virtual std::vector<std::string> filesIn(const std::string& folder) const = 0;
   // A text that changes whenever the file's content may have changed (time of last change, size, identity); nothing
   // when the file is absent.
   virtual std::optional<std::string> stamp(const std::string& path) const = 0;
@@ -55,6 +57,8 @@ class FileSystem {
   virtual std::string absolute(const std::string& path) const = 0;
   // The folder for what the program keeps beside itself: its own when it can be written, else the user's documents.
   virtual std::string programFolder() const = 0;
+  // The folder for what the program notes for later and the user may lose: $XDG_STATE_HOME/KVR-ISP.
+  virtual std::string stateFolder() const = 0;
 };
 
 }  // namespace kvr::platform

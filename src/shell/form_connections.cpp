@@ -8,6 +8,7 @@
 
 namespace kvr::shell {
 void MainForm::connectEngine() {
+  stop.onRequest = [this] { tracer.stopAsked(); };
   display.onPortStatus = [this](const std::string& why) { portLine.opened(why); };
   results.writeLog = [this](const download::RunRecord& record) { logRun(record); };
   downloads.wantsPort = [this] { return comTool.autoOpens(); };

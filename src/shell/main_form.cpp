@@ -7,15 +7,18 @@
 namespace kvr::shell {
 
 MainForm::MainForm(platform::World services, const platform::TextCodec& codec)
-    : dialogs(services.dialogs, activity),
-      world{services.loop, services.link, dialogs, services.store, services.files, services.clock},
+    : tracer(services.loop, services.clock, services.link),
+      dialogs(services.dialogs, activity),
+      world{services.loop, tracer.link(), dialogs, services.store, services.files, services.clock},
       images(world, model, activity, lock, main.textMsg),
       optionsRoom(world.dialogs, options, model, lock, main.textMsg, main.FrameX[3]),
       lease(world.loop, world.link),
       controls{main.textMsg, main.combCommPort, main.imgOpen_sys, main.ProgressBar1, main.labKbyte},
       display(world.loop, world.dialogs, controls, optionsRoom, download.verdict),
-      results(world, download, main.textMsg),
-      runs{{world.loop, world.clock, lease, stop}, display, results, activity, lock},
+      tracedView(display, tracer.recorder()),
+      traces(world, tracer, lock, download, main.textMsg),
+      results(world, download, main.textMsg, traces),
+      runs{{world.loop, world.clock, lease, stop}, tracedView, results, activity, lock},
       jobPanels{model, download, main.combCommPort, optionsRoom, images},
       downloads(runs, world.dialogs, jobPanels, download, controls, images, optionsRoom),
       project({world, codec, registry, model, images, optionsRoom, lock, activity}),

@@ -13,6 +13,8 @@
 #include "download/download_room.h"
 #include "download/results_room.h"
 #include "engine/port_lease.h"
+#include "engine/run_tracer.h"
+#include "engine/tracing_view.h"
 #include "images/image_room.h"
 #include "monitor/monitor_room.h"
 #include "offline/offline_panel.h"
@@ -65,6 +67,7 @@ class MainForm {
   void saveWindowPlace(const WindowPlace& place);
 
   // --- State, in the order in which it is built. ---
+  engine::RunTracer tracer;  // the port of everything below is the one of the tracer
   platform::Activity activity;
   platform::GuardedDialogs dialogs;  // every box of the window is under the guard
   platform::World world;
@@ -87,6 +90,8 @@ class MainForm {
   engine::PortLease lease;
   download::MainControls controls;
   download::DisplayPanel display;
+  engine::TracingView tracedView;
+  download::TraceRoom traces;
   download::ResultsRoom results;
   download::RunRoom runs;
   download::JobPanels jobPanels;

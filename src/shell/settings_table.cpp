@@ -46,6 +46,7 @@ void addMain(std::vector<SettingBinding>& table) {
   add("PowerSwitchOff", Kind::Number, "500", "txtPowerOff");
   add("BatchLog", Kind::Check, "0", "cheBatchLog");
   add("BatchLogFile", Kind::Text, "", "txtBatchLog");
+  add("KeepTrace", Kind::Check, "1", "cheTrace");
 }
 
 void addTool(std::vector<SettingBinding>& table) {

@@ -3,6 +3,17 @@
 #include "platform/text.h"
 
 namespace kvr::userpath {
+namespace {
+
+engine::TraceFields traceFieldsOf(const DemoJob& job) {
+  engine::TraceFields fields = {{"line", job.settings}};
+  if (!job.command) return fields;
+  fields.push_back({"command line", job.command->settings});
+  fields.push_back({"command", job.command->bytes});
+  return fields;
+}
+
+}  // namespace
 
 DemoRoom::DemoRoom(download::RunRoom room, const download::JobPanels& panels, images::ImageRoom& images,
                    platform::TextBox& textMsg, UserPathPanel& page)
@@ -54,7 +65,7 @@ void DemoRoom::program(bool repeat) {
 
 // True: the chip is good and the images carry the next number.
 bool DemoRoom::round(DemoJob& job) {
-  room_.results.begin();
+  room_.results.begin(engine::RunKind::Demo, job.job, traceFieldsOf(job));
   const engine::Outcome outcome = DemoRun(job, room_.services, room_.view).program();
   room_.results.end(outcome, panels_.model.name(), images_.counters.numberInHand());
   return outcome.passed() && images_.counters.advanceAfterSuccess();

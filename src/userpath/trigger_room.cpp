@@ -28,11 +28,11 @@ bool TriggerRoom::sendCommand() {
     return false;
   }
   room_.services.stop.clear();
-  room_.results.begin();
+  const engine::Job job = download::readJob(panels_, false);
+  const UserCommand command{settingsText(page_.userCodeLine()), page_.txtUserCode.text()};
+  room_.results.begin(engine::RunKind::Trigger, job, {{"line", command.settings}, {"command", command.bytes}});
   room_.lock.toBusy();
-  const engine::Outcome outcome =
-      sendTrigger(download::readJob(panels_, false), {settingsText(page_.userCodeLine()), page_.txtUserCode.text()},
-                  room_.services, room_.view);
+  const engine::Outcome outcome = sendTrigger(job, command, room_.services, room_.view);
   room_.lock.toFree();
   room_.results.end(outcome, panels_.model.name(), {});
   return outcome.passed();

@@ -12,6 +12,7 @@
 #include <csignal>
 #include <functional>
 
+#include "engine/trace_files.h"
 #include "platform/qt/iconv_codec.h"
 #include "platform/qt/qt_files.h"
 #include "platform/qt/qt_store.h"
@@ -116,34 +117,63 @@ TEST_P(SafeReplace, LeavesTheSettingsOldOrNewAtEveryWrite) {
       });
 }
 
-// A disk of a few pages, which only this process sees; where the system does not give one, there is no such test.
-TEST(FullDisk, IsCalledSoAlsoWhenThePartThatFitsWasWritten) {
+// What `act` says on a disk of a few pages, which only its process sees; nothing where the system does not give one.
+std::string onSmallDisk(const std::function<std::string(const std::string& disk)>& act) {
   QTemporaryDir folder;
   const std::string disk = folder.path().toStdString();
   int told[2];
-  ASSERT_EQ(::pipe(told), 0);
+  if (::pipe(told) != 0) return {};
   const pid_t child = ::fork();
   if (child == 0) {
-    std::string text = "no disk";
+    std::string text;
     const bool own = ::unshare(CLONE_NEWNS) == 0 || ::unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0;
     if (own && ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-        ::mount("none", disk.c_str(), "tmpfs", 0, "size=16k") == 0) {
-      QtFiles files;
-      QtStore store(disk + "/s.ini");
-      store.set("Settings", "texSendText", std::string(30'000, 'x'));
-      text = files.replace(disk + "/a", Bytes(30'000, 1)).error + "|" +
-             files.appendLine(disk + "/b", std::string(30'000, 'x'), "h\n").error + "|" + store.flush().error + "|" +
-             (files.fileExists(disk + "/b") ? "left" : "none");
-    }
-    ::_exit(::write(told[1], text.data(), text.size()) > 0 ? 0 : 1);
+        ::mount("none", disk.c_str(), "tmpfs", 0, "size=16k") == 0)
+      text = act(disk);
+    ::_exit(::write(told[1], text.data(), text.size()) >= 0 ? 0 : 1);
   }
-  std::array<char, 200> text{};
+  ::close(told[1]);
+  std::array<char, 400> text{};
   const auto size = ::read(told[0], text.data(), text.size());
+  ::close(told[0]);
   ::waitpid(child, nullptr, 0);
-  ASSERT_GT(size, 0);
-  const std::string got(text.data(), static_cast<std::size_t>(size));
-  if (got == "no disk") GTEST_SKIP() << "no disk of its own";
+  return {text.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0))};
+}
+
+TEST(FullDisk, IsCalledSoAlsoWhenThePartThatFitsWasWritten) {
+  const std::string got = onSmallDisk([](const std::string& disk) {
+    QtFiles files;
+    QtStore store(disk + "/s.ini");
+    store.set("Settings", "texSendText", std::string(30'000, 'x'));
+    return files.replace(disk + "/a", Bytes(30'000, 1)).error + "|" +
+           files.appendLine(disk + "/b", std::string(30'000, 'x'), "h\n").error + "|" + store.flush().error + "|" +
+           (files.fileExists(disk + "/b") ? "left" : "none");
+  });
+  if (got.empty()) GTEST_SKIP() << "no disk of its own";
   EXPECT_EQ(got, "disk full|disk full|disk full|none");
+}
+
+// The folder is made when it is missing. What fails leaves nothing behind.
+TEST(TraceFiles, TellWhyATraceIsNotWritten) {
+  const std::string got = onSmallDisk([](const std::string& disk) {
+    ::setenv("XDG_STATE_HOME", disk.c_str(), 1);
+    QtFiles files;
+    engine::TraceFiles traces(files);
+    engine::Trace trace{.head = {{"began", "2030-01-01 12:00:00"}, {"model", "Ivy-HF0S"}, {"ending", "failed"}},
+                        .events = {}};
+    std::string told = traces.keep(trace).error;
+    told += "|" + std::to_string(files.filesIn(traces.folder()).size());
+    trace.events.push_back({.bytes = Bytes(10'000, 1)});
+    told += "|" + traces.keep(trace).error;
+    told += "|" + std::to_string(files.filesIn(traces.folder()).size());
+    trace.events.clear();
+    ::mount("none", disk.c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, "size=16k");
+    told += "|" + traces.keep(trace).error;
+    ::setenv("XDG_STATE_HOME", (disk + "/KVR-ISP/traces/" + engine::TraceFiles::nameOf(trace)).c_str(), 1);
+    return told + "|" + traces.keep(trace).error;
+  });
+  if (got.empty()) GTEST_SKIP() << "no disk of its own";
+  EXPECT_EQ(got, "|1|disk full|1|the disk is write-protected|no such folder");
 }
 
 INSTANTIATE_TEST_SUITE_P(Ends, SafeReplace, ::testing::Values(End::Fails, End::Killed),

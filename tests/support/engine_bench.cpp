@@ -20,15 +20,16 @@ EngineBench::EngineBench(sim::WireConfig wireConfig)
     : VirtualWorld(std::move(wireConfig)),
       options(dialogs, optionPanel, model, lock, textMsg, stepFrame),
       imageRoom(world, model, activity, lock, textMsg),
-      lease(loop, link),
+      lease(loop, tracer.link()),
       display(loop, dialogs, controls, options, panel.verdict),
-      results(world, panel, textMsg),
-      runs{{loop, clock, lease, stop}, display, results, activity, lock},
+      results(world, panel, textMsg, traces),
+      runs{{loop, clock, lease, stop}, tracedView, results, activity, lock},
       downloads(runs, dialogs, jobPanels, panel, controls, imageRoom, options) {
   combCommPort.setItems({"COM1", "COM2", "COM3"});
   combCommPort.setListIndex(0);
   ProgressBar1.setVisible(false);
   results.writeLog = [this](const download::RunRecord& record) { records.push_back(record); };
+  stop.onRequest = [this] { tracer.stopAsked(); };
   downloads.wantsPort = [this] { return terminalWantsPort; };
   downloads.takePort = [this] {
     if (takePort) takePort();

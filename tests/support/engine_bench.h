@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "download/download_room.h"
+#include "engine/tracing_view.h"
 #include "images/image_room.h"
 #include "options/options_room.h"
 #include "tests/support/virtual_world.h"
@@ -67,9 +68,12 @@ class EngineBench : public VirtualWorld {
   images::ImageRoom imageRoom;
   images::ImageState& images = imageRoom.state;
   engine::RunStop stop;
-  engine::PortLease lease;
   download::MainControls controls{textMsg, combCommPort, imgOpen_sys, ProgressBar1, labKbyte};
+  engine::RunTracer tracer{loop, clock, link};
+  engine::PortLease lease;
   download::DisplayPanel display;
+  engine::TracingView tracedView{display, tracer.recorder()};
+  download::TraceRoom traces{world, tracer, lock, panel, textMsg};
   download::ResultsRoom results;
   download::RunRoom runs;
   download::JobPanels jobPanels{model, panel, combCommPort, options, imageRoom};

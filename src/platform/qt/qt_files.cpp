@@ -154,6 +154,14 @@ FileResult QtFiles::makeFolder(const std::string& path) {
   return error ? failureOf(error.value()) : FileResult();
 }
 
+std::vector<std::string> QtFiles::filesIn(const std::string& folder) const {
+  std::vector<std::string> names;
+  std::error_code error;
+  for (std::filesystem::directory_iterator at(folder, error), end; !error && at != end; at.increment(error))
+    if (std::error_code unknown; at->is_regular_file(unknown)) names.push_back(at->path().filename().string());
+  return names;
+}
+
 // A file that was replaced by another of the same size within a clock tick has another number, or another time to the
 // nanosecond.
 std::optional<std::string> QtFiles::stamp(const std::string& path) const {
@@ -180,6 +188,12 @@ std::string QtFiles::absolute(const std::string& path) const {
   std::error_code error;
   const auto whole = std::filesystem::absolute(path, error);
   return error ? path : whole.string();
+}
+
+std::string QtFiles::stateFolder() const {
+  const QByteArray given = qgetenv("XDG_STATE_HOME");  // one that is not absolute does not count
+  const QByteArray base = given.startsWith('/') ? given : qgetenv("HOME") + "/.local/state";
+  return base.toStdString() + "/KVR-ISP";
 }
 
 std::string QtFiles::programFolder() const {

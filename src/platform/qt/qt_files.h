@@ -26,6 +26,8 @@ class QtFiles : public FileSystem {
   std::string changedAt(const std::string& path) const override;
   std::string absolute(const std::string& path) const override;
   std::string programFolder() const override;
+  std::string stateFolder() const override;
+  std::vector<std::string> filesIn(const std::string& folder) const override;
 
  private:
   std::optional<struct stat> stateOf(const std::string& path) const;

@@ -99,6 +99,14 @@ FileResult MemoryFiles::makeFolder(const std::string& path) {
   return {};
 }
 
+std::vector<std::string> MemoryFiles::filesIn(const std::string& folder) const {
+  std::vector<std::string> names;
+  for (const auto& [path, file] : files)
+    if (const std::size_t slash = path.rfind('/'); path.substr(0, slash) == folder)
+      names.push_back(path.substr(slash + 1));
+  return names;
+}
+
 std::optional<std::string> MemoryFiles::stamp(const std::string& path) const {
   const auto found = files.find(path);
   if (found == files.end()) return std::nullopt;

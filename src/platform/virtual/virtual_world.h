@@ -68,6 +68,8 @@ class MemoryFiles : public FileSystem {
     return path.empty() || path.front() == '/' ? path : "/current/" + path;
   }
   std::string programFolder() const override { return "/program"; }
+  std::string stateFolder() const override { return "/state"; }
+  std::vector<std::string> filesIn(const std::string& folder) const override;
 
   void put(const std::string& path, const Bytes& bytes);
   void put(const std::string& path, const std::string& text) { put(path, Bytes(text.begin(), text.end())); }
