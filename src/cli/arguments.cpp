@@ -22,7 +22,6 @@ Arguments::Arguments() : app_(kAbout, "kvr"), commands_(allCommands()) {
   app_.footer(kEnd);
   app_.add_flag("--json", manner_.json, "Report as JSON, one object a line, on standard output");
   app_.add_flag("-q,--quiet", manner_.quiet, "No messages but failures");
-  app_.add_flag("-v,--verbose", manner_.frames, "Show every frame on the line, too");
   app_.add_flag("--no-color", manner_.noColor, "No colours and no progress line");
   for (const auto& command : commands_) declare(*command);
 }

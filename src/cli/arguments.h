@@ -12,7 +12,6 @@ namespace kvr::cli {
 struct Manner {
   bool json = false;
   bool quiet = false;
-  bool frames = false;  // -v
   bool noColor = false;
 };
 

@@ -15,7 +15,7 @@ class InfoCommand : public Command {
   std::string example() const override { return "kvr info --model Ivy-HF0S --timeout 20"; }
 
   void declare(CLI::App& app) override {
-    app.add_option("--model", model_, "A model of the chip's family (Ivy-HF0S)");
+    app.add_option("--model", model_, "A model of the chip's family (Ivy-HF0S)")->type_name("NAME");
     job_.declareLine(app);
     line_.declare(app);
   }

@@ -1,20 +1,25 @@
 #include "cli/job_arguments.h"
 
+#include "cli/checks.h"
 #include "platform/text.h"
 
 namespace kvr::cli {
 namespace {
 
-const CLI::IsMember kRates({"1200", "2400", "4800", "9600", "14400", "19200", "28800", "38400", "57600", "115200"});
+CLI::Validator rates() {
+  return quiet(CLI::IsMember({"1200", "2400", "4800", "9600", "14400", "19200", "28800", "38400", "57600", "115200"}));
+}
 
 }  // namespace
 
 void JobArguments::declare(CLI::App& app) {
   const std::string what = "What the chip gets";
-  auto* model_ = app.add_option("--model", model, "Model of the chip; kvr models lists them")->group(what);
-  auto* project_ = app.add_option("--project", project, "Project file: model, options and images")->group(what);
+  auto* model_ =
+      app.add_option("--model", model, "Model of the chip; kvr models lists them")->type_name("NAME")->group(what);
+  auto* project_ =
+      app.add_option("--project", project, "Project file: model, options and images")->type_name("FILE")->group(what);
   auto* code_ = app.add_option("code", code, "Code file, Intel HEX or binary")->type_name("CODE");
-  auto* data_ = app.add_option("--data", data, "File for the Data Memory")->group(what);
+  auto* data_ = app.add_option("--data", data, "File for the Data Memory")->type_name("FILE")->group(what);
   app.add_option("--code-at", codeAt, "Address of the code file's first byte")->type_name("HEX")->group(what);
   app.add_option("--data-at", dataAt, "Address of the data file's first byte")->type_name("HEX")->group(what);
   app.add_option("--option", options, "An option of the chip; kvr options MODEL lists them")
@@ -26,7 +31,7 @@ void JobArguments::declare(CLI::App& app) {
       ->type_name("BAND,STEP,FINE")
       ->expected(3)
       ->delimiter(',')
-      ->check(CLI::Range(0, 255))
+      ->check(quiet(CLI::Range(0, 255)))
       ->group(what);
   app.add_flag("-y,--yes", yes, "Answer the questions about files and ranges with yes")->group(what);
   project_->excludes(model_, code_, data_);
@@ -34,8 +39,14 @@ void JobArguments::declare(CLI::App& app) {
 
 void JobArguments::declareLine(CLI::App& app) {
   const std::string line = "The line";
-  app.add_option("--min-baud", firstBaud, "Rate of the first contact (2400)")->check(kRates)->group(line);
-  app.add_option("--max-baud", highestBaud, "Highest rate of the data (115200)")->check(kRates)->group(line);
+  app.add_option("--min-baud", firstBaud, "Rate of the first contact (2400)")
+      ->type_name("N")
+      ->check(rates())
+      ->group(line);
+  app.add_option("--max-baud", highestBaud, "Highest rate of the data (115200)")
+      ->type_name("N")
+      ->check(rates())
+      ->group(line);
   const auto take = [this](const std::string& text) {
     const auto read = engine::powerSwitchOf(text);
     if (!read) throw CLI::ValidationError("--power", "write it as dtr or rts, :low and :MS after it, 50 to 5000 ms");

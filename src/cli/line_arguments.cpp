@@ -1,5 +1,7 @@
 #include "cli/line_arguments.h"
 
+#include "cli/checks.h"
+
 namespace kvr::cli {
 namespace {
 
@@ -10,10 +12,11 @@ constexpr double kLongestWait = 1e6;  // seconds
 void LineArguments::declare(CLI::App& app) {
   app.add_option("-p,--port", port_,
                  "COM3, a path, a name of /dev/serial/by-id or usb:VID:PID[:SERIAL]; "
-                 "without it the only adapter there is");
+                 "without it the only adapter there is")
+      ->type_name("PORT");
   app.add_option("--timeout", timeoutSeconds_, "Seconds to wait for a chip; 0: for ever (0)")
       ->type_name("S")
-      ->check(CLI::Range(0.0, kLongestWait));
+      ->check(quiet(CLI::Range(0.0, kLongestWait)));
 }
 
 ExitCode LineArguments::take(const Desk& desk) const {

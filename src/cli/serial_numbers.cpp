@@ -1,5 +1,7 @@
 #include "cli/serial_numbers.h"
 
+#include "cli/checks.h"
+
 #include <algorithm>
 
 #include "engine/job.h"
@@ -50,7 +52,7 @@ void SerialArguments::declare(CLI::App& app) {
   auto* step = app.add_option("--serial-step", step_, "Added after each good chip (1)")->type_name("N");
   auto* width = app.add_option("--serial-width", width_, "Bytes that the number takes (4)")->type_name("N");
   auto* radix = app.add_option("--serial-radix", radix_, "How it is written (hex)")
-                    ->check(CLI::IsMember({"hex", "bcd", "ascii"}))
+                    ->check(quiet(CLI::IsMember({"hex", "bcd", "ascii"})))
                     ->type_name("hex|bcd|ascii");
   for (CLI::Option* option : {at, next, step, width, radix}) option->group(group);
 }

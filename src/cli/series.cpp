@@ -1,5 +1,7 @@
 #include "cli/series.h"
 
+#include "cli/checks.h"
+
 #include "cli/outcome_text.h"
 #include "engine/batch_log.h"
 
@@ -19,12 +21,12 @@ void SeriesArguments::declare(CLI::App& app) {
   const std::string group = "Several chips";
   auto* number = app.add_option("--count", count, "So many chips, one after the other")
                      ->type_name("N")
-                     ->check(CLI::Range(1, 1000000))
+                     ->check(quiet(CLI::Range(1, 1000000)))
                      ->group(group);
   app.add_flag("--forever", forever, "Chip after chip until Ctrl-C or a failure")->group(group)->excludes(number);
   app.add_option("--delay", delaySeconds, "Seconds between two chips (4)")
       ->type_name("S")
-      ->check(CLI::Range(0.0, kLongestDelay))
+      ->check(quiet(CLI::Range(0.0, kLongestDelay)))
       ->group(group);
   app.add_option("--log", log, "Add a line for each chip to this CSV file")->type_name("FILE")->group(group);
   serial.declare(app);

@@ -4,6 +4,7 @@ import json
 import os
 import pathlib
 import pty
+import re
 import signal
 import subprocess
 import sys
@@ -162,6 +163,19 @@ class Process(unittest.TestCase):
             for line in done.stdout.splitlines():
                 SCHEMA.validate(json.loads(line))
         self.assertGreaterEqual(codes, {0, 1, 2}, codes)
+
+    def test_the_manual_names_every_option_and_code(self):
+        manual = (ROOT / "packaging" / "man" / "kvr.1").read_text().replace("\\-", "-")
+        subcommands = re.findall(r"^  (\w+) +[A-Z]", kvr("--help").stdout.split("Subcommands:")[1], re.M)
+        self.assertGreaterEqual(len(subcommands), 9)
+        for words in [[], *([name] for name in subcommands)]:
+            said = kvr(*words, "--help").stdout
+            self.assertIn("Example:" if words else "Ends with", said)
+            listed = said.split("Options:")[1].split("Example:")[0]
+            for option in set(re.findall(r"(?:^| |,)(--?[a-z][a-z-]*)", listed, re.M)):
+                self.assertTrue(re.search(rf"(?m){option}(\W|$)", manual), f"{words} {option}")
+        for code in SCHEMA.schema["$defs"]["exitCode"]["enum"]:
+            self.assertRegex(manual, rf"\b{code}\b")
 
     def test_the_sample_prints_a_table_of_ten(self):
         env = os.environ | {"PATH": f"{KVR.parent}:{os.environ['PATH']}"}
