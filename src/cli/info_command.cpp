@@ -22,8 +22,12 @@ class InfoCommand : public Command {
 
   ExitCode run(const Desk& desk) override {
     const catalogue::McuRecord* model = nullptr;
-    if (const Problem problem = findModel(model_, model)) return fail(desk, problem.code, problem.why, problem.next);
+    if (const Problem problem = findModel(model_.empty() ? kUsual : model_, model))
+      return fail(desk, problem.code, problem.why, problem.next);
     if (const ExitCode code = line_.take(desk); code != ExitCode::Passed) return code;
+    if (model_.empty())
+      desk.out.note("The chip is called as an " + std::string(kUsual) +
+                    " is. Some families answer only when --model names one of theirs.");
     engine::Job job{.model = catalogue::describeModel(*model), .choices = options::defaultValues(model->family)};
     job_.setLine(job);
     RunConsole console(desk.loop, desk.out);
@@ -32,7 +36,8 @@ class InfoCommand : public Command {
   }
 
  private:
-  std::string model_ = "Ivy-HF0S";
+  static constexpr const char* kUsual = "Ivy-HF0S";
+  std::string model_;
   JobArguments job_;
   LineArguments line_;
 };

@@ -15,6 +15,8 @@ using Bytes = std::vector<std::uint8_t>;
 
 std::string faultOfBoardFrames(const Bytes& input);
 std::string faultOfChipFrames(const Bytes& input);
+std::string faultOfCommandImage(const Bytes& input);
+std::string faultOfCommandLine(const Bytes& input);
 std::string faultOfDemoFrames(const Bytes& input);
 std::string faultOfHex(const Bytes& input);
 std::string faultOfMonitor(const Bytes& input);
@@ -29,11 +31,11 @@ struct Target {
   std::string (*faultOf)(const Bytes& input);
 };
 
-inline constexpr Target kTargets[] = {{"board_frames", faultOfBoardFrames}, {"chip_frames", faultOfChipFrames},
-                                      {"demo_frames", faultOfDemoFrames},   {"hex", faultOfHex},
-                                      {"monitor", faultOfMonitor},          {"number", faultOfNumber},
-                                      {"port_map", faultOfPortMap},         {"project", faultOfProject},
-                                      {"settings", faultOfSettings},        {"terminal", faultOfTerminal}};
+inline constexpr Target kTargets[] = {
+    {"board_frames", faultOfBoardFrames}, {"chip_frames", faultOfChipFrames}, {"command_image", faultOfCommandImage},
+    {"command_line", faultOfCommandLine}, {"demo_frames", faultOfDemoFrames}, {"hex", faultOfHex},
+    {"monitor", faultOfMonitor},          {"number", faultOfNumber},          {"port_map", faultOfPortMap},
+    {"project", faultOfProject},          {"settings", faultOfSettings},      {"terminal", faultOfTerminal}};
 
 inline std::string textOf(const Bytes& bytes) {
   return {bytes.begin(), bytes.end()};
