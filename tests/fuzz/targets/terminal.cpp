@@ -3,6 +3,7 @@
 #include "comtool/text_cells.h"
 #include "comtool/text_decoder.h"
 #include "platform/text_codec.h"
+#include "platform/virtual/plain_codec.h"
 #include "tests/comtool/tool_bench.h"
 #include "tests/fuzz/targets.h"
 #include "userpath/user_bytes.h"
@@ -45,7 +46,8 @@ std::string hexFaultOf(const std::string& text) {
 
 // Received in two reads, cut at up to a hundred places: the same text, in the same rows.
 std::string cutFaultOf(const Bytes& bytes) {
-  TextDecoder whole;
+  const platform::PlainCodec codec;
+  TextDecoder whole(codec);
   std::string expected = whole.decode(bytes);
   expected += whole.finish();
   const bool valid = platform::isUtf8({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
@@ -56,7 +58,7 @@ std::string cutFaultOf(const Bytes& bytes) {
   pane.append(expected);
   if (pane.all() != expected || pane.chars() != countChars(expected)) return "the pane holds another text";
   for (std::size_t cut = 0; cut <= bytes.size(); cut += 1 + bytes.size() / 100) {
-    TextDecoder decoder;
+    TextDecoder decoder(codec);
     PaneText rows;
     rows.setWidth(20);
     rows.append(decoder.decode(std::span(bytes).first(cut)));
