@@ -10,17 +10,7 @@
 namespace kvr::cli {
 namespace {
 
-std::string planText(const std::vector<engine::PlanLine>& lines) {
-  constexpr std::size_t kColumn = 15;
-  std::string text, last;
-  for (const engine::PlanLine& line : lines) {
-    std::string head = line.about == last ? "" : line.about + ":";
-    head.resize(kColumn, ' ');
-    text += (text.empty() ? "" : "\n") + head + line.text;
-    last = line.about;
-  }
-  return text;
-}
+constexpr std::size_t kColumn = 15;
 
 List sendsOf(const engine::JobPlan& plan) {
   List list;
@@ -90,7 +80,8 @@ class JobCommand : public Command {
     if (const Problem problem = make(desk, source, counters))
       return fail(desk, problem.code, problem.why, problem.next);
     const engine::JobPlan plan = engine::planJob(source.job);
-    desk.out.result("plan", planFields(source.job, plan), planText(engine::planLines(source.job, plan)));
+    desk.out.result("plan", planFields(source.job, plan),
+                    engine::planText(engine::planLines(source.job, plan), kColumn));
     if (!output_.empty())
       if (const Problem problem = save(desk, source, counters))
         return fail(desk, problem.code, problem.why, problem.next);

@@ -31,6 +31,7 @@ DownloadPanel::DownloadPanel() {
   comStop_Download.setCaption("Stop");
   comStop_Download.setEnabled(false);
   comReadChipLock.setCaption("Check MCU Option");
+  comPlan.setCaption("What will happen");
   Command2.setCaption("TL");
   comClear_OK_Count.setCaption("Clear");
   txtWrite_OK_Count.setText("0");
@@ -58,7 +59,7 @@ DownloadPanel::DownloadPanel() {
 
 void DownloadPanel::addTo(platform::ControlRegistry& registry) {
   registry.add(comDownload);
-  registry.addAll(comStop_Download, comReadChipLock, Command2, cheTL, cobBaudMin, cobBaudMax, cheSlowAnswers,
+  registry.addAll(comStop_Download, comReadChipLock, comPlan, Command2, cheTL, cobBaudMin, cobBaudMax, cheSlowAnswers,
                   txtWrite_OK_Count, comClear_OK_Count, comDalay_ReDownLoad, optBeepYes, optBeepNo, cobPowerLine,
                   cobPowerLevel, txtPowerOff, comLastRun, comSelectSeen, comLowerBaud, comSaveTrace, cheTrace);
 }

@@ -27,6 +27,7 @@ struct DownloadPanel {
   platform::ControlArray<platform::Button, 2> comDownload{"comDownload"};  // 0: once; 1: repeats
   platform::Button comStop_Download{"comStop_Download"};
   platform::Button comReadChipLock{"comReadChipLock"};
+  platform::Button comPlan{"comPlan"};  // tells what a run would do
   platform::Button Command2{"Command2"};
   platform::CheckBox cheTL{"cheTL"};  // fixed link; only Command2 ticks it
   platform::ComboBox cobBaudMin{"cobBaudMin"};

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "engine/job_plan.h"
 #include "platform/text.h"
 
 namespace kvr::download {
@@ -21,6 +22,7 @@ DownloadRoom::DownloadRoom(RunRoom room, platform::Dialogs& dialogs, const JobPa
   panel_.comStop_Download.onClick = [this] { stop(); };
   panel_.comReadChipLock.onClick = [this] { checkChip(); };
   panel_.comLowerBaud.onClick = [this] { tryLowerBaud(); };
+  panel_.comPlan.onClick = [this] { showPlan(); };
   panel_.Command2.onClick = [this] { programOnFixedLink(); };
   lockToken_ = room_.lock.changed.watch([this] { applyLock(); });
   applyLock();
@@ -30,12 +32,23 @@ DownloadRoom::DownloadRoom(RunRoom room, platform::Dialogs& dialogs, const JobPa
 void DownloadRoom::applyLock() {
   const bool mayStart = !room_.lock.busy();
   for (platform::Control* control : std::initializer_list<platform::Control*>{
-           &panel_.comDownload[0], &panel_.comDownload[1], &panel_.comReadChipLock, &panel_.Command2,
+           &panel_.comDownload[0], &panel_.comDownload[1], &panel_.comReadChipLock, &panel_.comPlan, &panel_.Command2,
            &panel_.cobBaudMin, &panel_.cobBaudMax, &panel_.cheSlowAnswers, &controls_.combCommPort})
     control->setEnabled(mayStart);
   panel_.comStop_Download.setEnabled(!mayStart);
   panel_.comSelectSeen.setEnabled(room_.lock.free());
   panel_.comLowerBaud.setEnabled(room_.lock.free());
+}
+
+void DownloadRoom::showPlan() {
+  const engine::Job job = readJob(panels_, false);
+  std::string text = engine::planText(engine::planLines(job, engine::planJob(job)), 0);
+  for (const images::ImageSlot* slot : images_.slots.both()) {
+    if (slot->facts.caption().empty()) continue;
+    text += "\n\n" + slot->frame.caption() + "\n" + slot->facts.caption();
+    if (!slot->warnings.caption().empty()) text += "\n" + slot->warnings.caption();
+  }
+  dialogs_.help(panel_.comPlan.caption(), text);
 }
 
 void DownloadRoom::program() {

@@ -56,6 +56,7 @@ class DownloadRoom {
   void programRepeatedly();  // one after the other, until a failure or Stop
   void programOnFixedLink();
   void checkChip();  // tells what a chip is and holds, without touching it
+  void showPlan();   // tells what a run would do with these choices
   // Stop: the run ends where it waits and lets go of the lock itself.
   void stop();
   // Lowers Max Baud to what the last failure suggests, and does again what failed.

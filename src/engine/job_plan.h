@@ -62,6 +62,8 @@ struct PlanLine {
   bool operator==(const PlanLine&) const = default;
 };
 std::vector<PlanLine> planLines(const Job& job, const JobPlan& plan);
+// A text of them. `column`: where what the run does begins; 0: after a blank, for a font whose letters differ in width.
+std::string planText(const std::vector<PlanLine>& lines, std::size_t column);
 
 // "8 s", "1 min 20 s": an estimate, never less than a second.
 std::string durationText(double seconds);

@@ -85,4 +85,15 @@ std::vector<PlanLine> planLines(const Job& job, const JobPlan& plan) {
   return lines;
 }
 
+std::string planText(const std::vector<PlanLine>& lines, std::size_t column) {
+  std::string text, last;
+  for (const PlanLine& line : lines) {
+    std::string head = column > 0 && line.about == last ? "" : line.about + ":";
+    head.resize(std::max(column, head.size() + 1), ' ');
+    text += (text.empty() ? "" : "\n") + head + line.text;
+    last = line.about;
+  }
+  return text;
+}
+
 }  // namespace kvr::engine

@@ -137,8 +137,9 @@ std::vector<std::string> oddities(const ImageFacts& facts, ImageKind kind) {
 
 std::string beyondText(const AreaFit& fit, const catalogue::SelectedModel& model) {
   if (fit.beyond == 0) return {};
-  return "Larger than " + model.name() + ": " + sizeText(fit.beyond) + " from " + addressText(fit.beyondFrom) + " on " +
-         (fit.beyond == 1 ? "has" : "have") + " no place.";
+  const std::string from = fit.beyondFrom > 0 ? " from " + addressText(fit.beyondFrom) + " on" : "";
+  return "Larger than " + model.name() + ": " + sizeText(fit.beyond) + from + (fit.beyond == 1 ? " has" : " have") +
+         " no place.";
 }
 
 }  // namespace kvr::images

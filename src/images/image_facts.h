@@ -44,11 +44,11 @@ std::vector<AddressRange> markedRanges(std::span<const std::uint8_t> marks);
 
 // How an image lies in the memory of a model, in bytes.
 struct AreaFit {
-  std::int64_t area = 0;    // size of the memory that the image is for
-  std::int64_t filled = 0;  // of it
-  std::int64_t inData = 0;  // of a code image: what lies in the Data Memory that follows the code in the same file
-  std::int64_t beyond = 0;  // what has no place
-  std::int32_t beyondFrom = 0;
+  std::int64_t area = 0;        // size of the memory that the image is for
+  std::int64_t filled = 0;      // of it
+  std::int64_t inData = 0;      // of a code image: what lies in the Data Memory that follows the code in the same file
+  std::int64_t beyond = 0;      // what has no place
+  std::int32_t beyondFrom = 0;  // the first such address; 0: unknown
 };
 AreaFit fitOf(const ImageFacts& facts, const catalogue::SelectedModel& model, ImageKind kind);
 

@@ -46,7 +46,7 @@ ImagePanel::ImagePanel() {
 void ImagePanel::addTo(platform::ControlRegistry& registry) {
   registry.addAll(comLoadFile, comLoadDataFile, txtAP_FileStart, txtDataFileStart, txtFileCheckSum, txtDataFileCheckSum,
                   cheClearAP_Buffer, cheClearDataBuffer, Frame7, frmDataFlash, Label7, LabISP_reange, labFileInfo,
-                  labDataFileInfo);
+                  labDataFileInfo, labFileFacts, labFileWarnings, labDataFileFacts, labDataFileWarnings);
   registry.addAll(txtBuffer2, tetDataFlash2, vscFile);
   registry.addAll(cheAuto_Increase, texAuto_Increase, optAuto_Increase, cheData_Auto_Increase, texData_Auto_Increase,
                   optData_Auto_Increase);

@@ -25,6 +25,10 @@ struct ImagePanel {
   platform::ControlArray<platform::Label, 2> LabISP_reange{"LabISP_reange"};  // address range of the application
   platform::Label labFileInfo{"labFileInfo"};  // size, CRC-32, time and notes of the code file
   platform::Label labDataFileInfo{"labDataFileInfo"};
+  platform::Label labFileFacts{"labFileFacts"};        // what the code image is, in a line
+  platform::Label labFileWarnings{"labFileWarnings"};  // what looks wrong about it, a line each
+  platform::Label labDataFileFacts{"labDataFileFacts"};
+  platform::Label labDataFileWarnings{"labDataFileWarnings"};
 
   // Views: 0 code, 1 data. A scroll value counts lines of 16 bytes from the start of the range.
   HexPane txtBuffer2{"txtBuffer2"};

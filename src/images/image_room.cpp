@@ -7,6 +7,7 @@ namespace kvr::images {
 ImageRoom::ImageRoom(platform::World& world, const catalogue::SelectedModel& selected, platform::Activity& activity,
                      platform::UiLock& lock, platform::TextBox& textMsg)
     : slots(panel, state),
+      facts(selected, slots),
       views(world, activity, lock, panel, slots, state),
       counters(world, activity, selected, slots, views),
       loader(world, selected, slots, state, views, counters),
@@ -26,6 +27,7 @@ void ImageRoom::showModel() {
   };
   panel.LabISP_reange[0].setCaption(digits(selected_.range.apStart));
   panel.LabISP_reange[1].setCaption(digits(selected_.range.top));
+  facts.show();
 }
 
 void ImageRoom::setDataFileControls(bool enable) {

@@ -1,6 +1,7 @@
 // The images' room put together: buffers, files, views, serial numbers, store, compare, reload.
 #pragma once
 
+#include "images/facts_view.h"
 #include "images/file_watcher_room.h"
 #include "images/opener_room.h"
 #include "images/store_compare_room.h"
@@ -16,6 +17,7 @@ class ImageRoom {
   ImagePanel panel;
   ImageState state;
   ImageSlots slots;
+  FactsView facts;
   BufferViews views;
   SerialCounters counters;
   Loader loader;
@@ -24,7 +26,8 @@ class ImageRoom {
   FileWatcher watcher;
   StoreCompare storeCompare;
 
-  // The two labels of the range that the application may use; after a model was applied.
+  // What follows from the model, such as the two labels of the range that the application may use; after one was
+  // applied.
   void showModel();
   // The data file's controls are offered or not (what the model takes and the lock allow).
   void setDataFileControls(bool enable);

@@ -24,6 +24,8 @@ struct ImageSlot {
   platform::Frame& frame;
   platform::Label& length;
   platform::Label& info;
+  platform::Label& facts;     // what the image is
+  platform::Label& warnings;  // what to look at before it is sent, a line each
 
   // The view.
   HexPane& pane;

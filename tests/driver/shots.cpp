@@ -1,6 +1,7 @@
 #include "tests/driver/shots.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QDir>
 #include <QFrame>
 
@@ -82,6 +83,12 @@ class Photographer {
     program_.form.main.comMastWindow.press();
     shoot(QStringLiteral("shrunk"));
     program_.form.main.comMastWindow.press();
+    program_.form.download.comPlan.press();
+    if (auto* plan = program_.window->findChild<QDialog*>(QStringLiteral("helpWindow"))) {
+      platform::delay(program_.loop, platform::Millis(60));
+      plan->grab().save(start_ + QStringLiteral("plan.png"));
+      plan->close();
+    }
   }
 
  private:

@@ -55,23 +55,19 @@ QString oneLine(QString text) {
   return text;
 }
 
-// What the file frames tell, in short: the name, with the whole path and the sums as a tool tip.
-class FileNote : public QLabel {
+// A line that is cut at the column's width; the whole of it is a tool tip.
+class Note : public QLabel {
  public:
-  FileNote(platform::Label& caption, platform::Label& info) {
+  explicit Note(const QString& name) {
+    setObjectName(name);
     setTextFormat(Qt::PlainText);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    const auto show = [this, &caption, &info] {
-      const QString path = qtText(caption.caption()).section(QLatin1Char(':'), 1).trimmed();
-      const QString details = qtText(info.caption()).simplified();
-      const QString name = path.isEmpty() ? QStringLiteral("no file") : QFileInfo(path).fileName();
-      words_ = oneLine(details.isEmpty() ? name : name + QLatin1String("   ") + details);
-      setAccessibleName(words_);
-      fit();
-      setPlainTip(*this, oneLine(path) + (details.isEmpty() ? QString() : QLatin1Char('\n') + qtText(info.caption())));
-    };
-    tokens_ = {caption.changed.watch(show), info.changed.watch(show)};
-    show();
+  }
+  void showNote(const QString& words, const QString& tip) {
+    words_ = oneLine(words);
+    setAccessibleName(words_);
+    fit();
+    setPlainTip(*this, tip);
   }
 
  protected:
@@ -83,6 +79,57 @@ class FileNote : public QLabel {
  private:
   void fit() { setText(fontMetrics().elidedText(words_, Qt::ElideRight, width())); }
   QString words_;
+};
+
+constexpr QChar kWarning(0x26A0);
+
+// What file an image is from and what it is. A single line has to do for an image that few models take: there the
+// warnings go before the facts.
+class FileNote : public Note {
+ public:
+  enum class Shows { Facts, WarningsFirst };
+  FileNote(const QString& name, const images::ImageSlot& slot, Shows shows) : Note(name) {
+    const auto show = [this, &slot, shows] {
+      const QString path = qtText(slot.frame.caption()).section(QLatin1Char(':'), 1).trimmed();
+      const QString warnings = qtText(slot.warnings.caption());
+      const bool warns = shows == Shows::WarningsFirst && !warnings.isEmpty();
+      const QString details = warns ? kWarning + QLatin1Char(' ') + warnings : qtText(slot.facts.caption());
+      const QString file = path.isEmpty() ? QStringLiteral("no file") : QFileInfo(path).fileName();
+      QString tip = oneLine(path);
+      for (const platform::Label* label : {&slot.facts, &slot.info, &slot.warnings})
+        if (!label->caption().empty()) tip += QLatin1Char('\n') + qtText(label->caption());
+      showNote(details.isEmpty() ? file : file + QLatin1String("   ") + details, tip);
+    };
+    tokens_ = {slot.frame.changed.watch(show), slot.info.changed.watch(show), slot.facts.changed.watch(show),
+               slot.warnings.changed.watch(show)};
+    show();
+  }
+
+ private:
+  std::vector<platform::Signal::Token> tokens_;
+};
+
+// The line below it: what looks wrong about the image, else what the file is.
+class FileDetail : public Note {
+ public:
+  FileDetail(const QString& name, const images::ImageSlot& slot) : Note(name) {
+    const auto show = [this, &slot] {
+      const QString warnings = qtText(slot.warnings.caption());
+      QFont weight = font();
+      weight.setBold(!warnings.isEmpty());
+      setFont(weight);
+      const QString info = qtText(slot.info.caption());
+      if (warnings.isEmpty())
+        showNote(info.simplified(), info);
+      else
+        showNote(kWarning + QLatin1Char(' ') + QString(warnings).replace(QLatin1Char('\n'), QLatin1Char(' ')),
+                 warnings);
+    };
+    tokens_ = {slot.info.changed.watch(show), slot.warnings.changed.watch(show)};
+    show();
+  }
+
+ private:
   std::vector<platform::Signal::Token> tokens_;
 };
 
@@ -101,20 +148,20 @@ QGroupBox* stepFiles(const Maker& maker) {
   grid->addWidget(maker.line(p.txtFileCheckSum, QStringLiteral("Check sum of the code file"), 8), 0, 4);
   grid->addWidget(maker.check(p.cheClearAP_Buffer, 0, QStringLiteral("Clear the code buffer before a file is opened")),
                   0, 5);
-  auto* codeNote = new FileNote(p.Frame7, p.labFileInfo);
-  codeNote->setObjectName(QStringLiteral("codeFileNote"));
+  auto& slots = maker.form.images.slots;
+  auto* codeNote = new FileNote(QStringLiteral("codeFileNote"), slots.code, FileNote::Shows::Facts);
   grid->addWidget(codeNote, 1, 0, 1, 6);
-  grid->addWidget(maker.button(p.comLoadDataFile, 'E'), 2, 0);
-  grid->addWidget(captionFor(start), 2, 1);
-  grid->addWidget(maker.line(p.txtDataFileStart, QStringLiteral("Start address of the EEPROM file, hexadecimal"), 4), 2,
+  grid->addWidget(new FileDetail(QStringLiteral("codeFileDetail"), slots.code), 2, 0, 1, 6);
+  grid->addWidget(maker.button(p.comLoadDataFile, 'E'), 3, 0);
+  grid->addWidget(captionFor(start), 3, 1);
+  grid->addWidget(maker.line(p.txtDataFileStart, QStringLiteral("Start address of the EEPROM file, hexadecimal"), 4), 3,
                   2);
-  grid->addWidget(captionFor(sum), 2, 3);
-  grid->addWidget(maker.line(p.txtDataFileCheckSum, QStringLiteral("Check sum of the EEPROM file"), 8), 2, 4);
+  grid->addWidget(captionFor(sum), 3, 3);
+  grid->addWidget(maker.line(p.txtDataFileCheckSum, QStringLiteral("Check sum of the EEPROM file"), 8), 3, 4);
   grid->addWidget(
-      maker.check(p.cheClearDataBuffer, 0, QStringLiteral("Clear the EEPROM buffer before a file is opened")), 2, 5);
-  auto* dataNote = new FileNote(p.frmDataFlash, p.labDataFileInfo);
-  dataNote->setObjectName(QStringLiteral("dataFileNote"));
-  grid->addWidget(dataNote, 3, 0, 1, 6);
+      maker.check(p.cheClearDataBuffer, 0, QStringLiteral("Clear the EEPROM buffer before a file is opened")), 3, 5);
+  auto* dataNote = new FileNote(QStringLiteral("dataFileNote"), slots.data, FileNote::Shows::WarningsFirst);
+  grid->addWidget(dataNote, 4, 0, 1, 6);
   grid->setColumnStretch(5, 1);
   return step(maker, 1, grid);
 }
@@ -187,6 +234,7 @@ QLayout* runChoices(const Maker& maker) {
            captionFor(QStringLiteral("Repeat de&lay"), delay), delay, captionFor(QStringLiteral("s"))}));
   column->addLayout(row({captionFor(QStringLiteral("Beep")), maker.option(p.optBeepYes, QStringLiteral("Beep: yes")),
                          maker.option(p.optBeepNo, QStringLiteral("Beep: no")), nullptr,
+                         maker.button(p.comPlan, 'H', QStringLiteral("What will happen when Program is pressed")),
                          maker.button(p.Command2, 0, QStringLiteral("TL: program over the fixed link"))}));
   column->addLayout(row({maker.check(maker.form.images.panel.cekReloadFile), nullptr}));
   column->addLayout(row({maker.check(maker.form.main.cheBatchLog),
