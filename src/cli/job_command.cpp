@@ -99,7 +99,7 @@ class JobCommand : public Command {
   Problem save(const Desk& desk, const JobSource& source, const std::vector<images::AutoIncrement>& counters) const {
     if (!force_ && desk.files.fileExists(output_))
       return {ExitCode::File, output_ + " is there already.", "Say --force to write over it."};
-    const auto written = desk.files.replace(output_, project::textOf(projectOf(source, job_, counters)));
+    const auto written = desk.files.replace(output_, project::textOf(projectOf(source, job_, counters, desk.files)));
     if (!written) return {ExitCode::File, output_ + " cannot be written: " + written.error, {}};
     desk.out.result("written", {{"file", output_}}, "Saved:         " + output_);
     return {};

@@ -9,6 +9,19 @@
 namespace kvr::cli {
 namespace {
 
+// What a fresh window has in the boxes of its counters.
+constexpr std::pair<std::string_view, std::string_view> kFreshCounter[] = {
+    {"_Enable", "0"}, {"_Address", "FFFF"}, {"_Bytes", "8"}, {"_Next", "0000"}, {"", "1"}, {"_BCD", "True"}};
+
+std::string freshValue(const options::OptionRow& row) {
+  for (const std::string_view head : {"Auto_Increase", "Data_Increase"})
+    for (const auto& [tail, value] : kFreshCounter)
+      if (row.key == std::string(head) + std::string(tail)) return std::string(value);
+  if (row.key == "File_Name") return "Program File: ";
+  if (row.key == "Dtat_File_Name") return "Data File: ";
+  return row.property == "Value" ? "False" : "";
+}
+
 // The keys of the window's general lines, in its order, with a value for those that have one.
 class General {
  public:
@@ -16,7 +29,7 @@ class General {
     for (const options::OptionRow& row : options::optionRows(options::kCommonSlot)) {
       if (row.key == project::kModelKey) continue;
       const project::HeaderLine* line = project::findLine(known, row.key);
-      lines_.push_back({std::string(row.key), line != nullptr ? line->value : row.property == "Value" ? "False" : ""});
+      lines_.push_back({std::string(row.key), line != nullptr ? line->value : freshValue(row)});
     }
   }
   void set(const std::string& key, const std::string& value) {
@@ -49,13 +62,14 @@ void setCounter(General& general, const images::AutoIncrement& counter) {
 }  // namespace
 
 project::ProjectFile projectOf(const JobSource& source, const JobArguments& arguments,
-                               const std::vector<images::AutoIncrement>& counters) {
+                               const std::vector<images::AutoIncrement>& counters, const platform::FileSystem& files) {
   project::ProjectFile project = source.project;
   General general(project.general);
   if (!arguments.code.empty())
-    setFile(general, "File_Name", "File_Check_Sum", "Program File: " + arguments.code, source.images.CodeBuffer.sum);
+    setFile(general, "File_Name", "File_Check_Sum", "Program File: " + files.absolute(arguments.code),
+            source.images.CodeBuffer.sum);
   if (!arguments.data.empty())
-    setFile(general, "Dtat_File_Name", "Dtat_File_CheckSum", "Data File: " + arguments.data,
+    setFile(general, "Dtat_File_Name", "Dtat_File_CheckSum", "Data File: " + files.absolute(arguments.data),
             source.images.EepromBuffer.sum);
   for (const images::AutoIncrement& counter : counters) setCounter(general, counter);
   project.general = general.take();

@@ -10,6 +10,6 @@ namespace kvr::cli {
 
 // Of a job made from a project: that project, with what the arguments have changed.
 project::ProjectFile projectOf(const JobSource& source, const JobArguments& arguments,
-                               const std::vector<images::AutoIncrement>& counters);
+                               const std::vector<images::AutoIncrement>& counters, const platform::FileSystem& files);
 
 }  // namespace kvr::cli

@@ -97,6 +97,19 @@ TEST(JobPlan, TellsInWordsWhatWillHappen) {
   EXPECT_EQ(lineAbout(planLines(job, planJob(job)), "Cannot start"), "Please open code file.");
 }
 
+TEST(JobPlan, IsShownByItsButtonWithWhatTheFilesAre) {
+  EngineBench bench;
+  bench.select("Ivy-HF0S");
+  bench.loadCode(7, 3000);
+  bench.panel.comPlan.press();
+  ASSERT_EQ(bench.dialogs.shown.size(), 1u);
+  const auto& shown = bench.dialogs.shown.back();
+  EXPECT_EQ(shown.kind + " " + shown.title, "help What will happen");
+  EXPECT_NE(shown.text.find("Sends code: 0000H - 0BB7H, 3072 bytes"), std::string::npos) << shown.text;
+  EXPECT_NE(shown.text.find("2.9 KB of 60 KB"), std::string::npos) << shown.text;
+  EXPECT_EQ(bench.records.size(), 0u);
+}
+
 TEST(JobPlan, WarnsOfWhatDoesNotReachTheChip) {
   EngineBench bench;
   bench.select("Ivy-HF0S");

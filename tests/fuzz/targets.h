@@ -19,6 +19,7 @@ std::string faultOfCommandImage(const Bytes& input);
 std::string faultOfCommandLine(const Bytes& input);
 std::string faultOfDemoFrames(const Bytes& input);
 std::string faultOfHex(const Bytes& input);
+std::string faultOfImage(const Bytes& input);
 std::string faultOfMonitor(const Bytes& input);
 std::string faultOfNumber(const Bytes& input);
 std::string faultOfPortMap(const Bytes& input);
@@ -31,11 +32,19 @@ struct Target {
   std::string (*faultOf)(const Bytes& input);
 };
 
-inline constexpr Target kTargets[] = {
-    {"board_frames", faultOfBoardFrames}, {"chip_frames", faultOfChipFrames}, {"command_image", faultOfCommandImage},
-    {"command_line", faultOfCommandLine}, {"demo_frames", faultOfDemoFrames}, {"hex", faultOfHex},
-    {"monitor", faultOfMonitor},          {"number", faultOfNumber},          {"port_map", faultOfPortMap},
-    {"project", faultOfProject},          {"settings", faultOfSettings},      {"terminal", faultOfTerminal}};
+inline constexpr Target kTargets[] = {{"board_frames", faultOfBoardFrames},
+                                      {"chip_frames", faultOfChipFrames},
+                                      {"command_image", faultOfCommandImage},
+                                      {"command_line", faultOfCommandLine},
+                                      {"demo_frames", faultOfDemoFrames},
+                                      {"hex", faultOfHex},
+                                      {"image", faultOfImage},
+                                      {"monitor", faultOfMonitor},
+                                      {"number", faultOfNumber},
+                                      {"port_map", faultOfPortMap},
+                                      {"project", faultOfProject},
+                                      {"settings", faultOfSettings},
+                                      {"terminal", faultOfTerminal}};
 
 inline std::string textOf(const Bytes& bytes) {
   return {bytes.begin(), bytes.end()};

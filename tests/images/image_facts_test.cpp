@@ -5,6 +5,7 @@
 
 #include "images/file_facts.h"
 #include "platform/text.h"
+#include "tests/images/images_bench.h"
 
 namespace kvr::images {
 namespace {
@@ -156,6 +157,25 @@ TEST(ImageFacts, DifferencesAreRangesOfTheirKind) {
   EXPECT_EQ(found, expected);
   EXPECT_EQ(differenceText(found[0], a.layer, b.layer), "0001H  1 byte differs: 02 | FF");
   EXPECT_EQ(differenceText(found[3], a.layer, b.layer), "0100H - 0101H  2 bytes only in the first: 11 22");
+}
+
+TEST(ImageFacts, AreShownBesideTheFileAsLongAsItIsLoaded) {
+  ImagesBench bench{"Ivy-HF0S"};
+  ImagePanel& panel = bench.room.panel;
+  EXPECT_EQ(panel.labFileFacts.caption() + panel.labFileWarnings.caption(), "");
+  platform::Bytes bytes(1024, 0x75);
+  bytes[0] = 0x80;
+  bench.openCode("/good.bin", bytes);
+  EXPECT_EQ(panel.labFileFacts.caption(), "1 KB of 60 KB · vector 0077H · last 03FFH");
+  EXPECT_EQ(panel.labFileWarnings.caption(), "");
+  bytes.assign(0xF010, 0xFF);
+  bench.openCode("/large.bin", bytes);
+  EXPECT_EQ(panel.labFileWarnings.caption(),
+            "Begins with FF, as empty memory does.\nLarger than Ivy-HF0S: 16 bytes from F000H on have no place.");
+  bench.openCode("/cut.hex", std::string(":0100000075AA\n"));
+  EXPECT_NE(panel.labFileWarnings.caption().find("has no end record"), std::string::npos);
+  bench.room.loader.clearBuffers();
+  EXPECT_EQ(panel.labFileFacts.caption() + panel.labFileWarnings.caption(), "");
 }
 
 }  // namespace

@@ -41,5 +41,24 @@ TEST(ProjectJob, OfASavedWindowIsTheJobThatTheWindowWouldStart) {
   EXPECT_GE(seen.size(), 16u);
 }
 
+TEST(ProjectJob, FreshOptionsAreThoseThatTheWindowSavesOfAFreshModel) {
+  std::set<catalogue::Family> families;
+  for (const auto& row : catalogue::allRows()) {
+    if (row.name.empty() || row.noOptions || !families.insert(row.family).second) continue;
+    ProjectBench bench;
+    ASSERT_TRUE(bench.select(std::string(row.name)));
+    std::mt19937 random(1);
+    bench.fill(random, 600);
+    bench.dialogs.paths.push_back("/p.KVR");
+    bench.room.panel.comSaveBatchFile.press();
+    const auto file = bench.files.read("/p.KVR", 10'000'000);
+    ASSERT_TRUE(file);
+    const Header saved = readProject(*file, bench.codec).project.options;
+    Header fresh = freshOptions(row);
+    std::erase_if(fresh, [&](const HeaderLine& line) { return !options::findRow(traitsOf(row).panelSlot, line.key); });
+    EXPECT_EQ(fresh, saved) << row.name;
+  }
+}
+
 }  // namespace
 }  // namespace kvr::project
