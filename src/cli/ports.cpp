@@ -126,7 +126,8 @@ std::vector<ListedPort> listPorts(const PortsSeen& seen) {
   std::vector<ListedPort> ports;
   for (const PortInfo& info : seen.found) ports.push_back({info, {}});
   for (const auto& [number, device] : seen.named) {
-    auto port = std::find_if(ports.begin(), ports.end(), [&device = device](const auto& p) { return p.info.device == device; });
+    auto port =
+        std::find_if(ports.begin(), ports.end(), [&device = device](const auto& p) { return p.info.device == device; });
     if (port == ports.end()) port = ports.insert(ports.end(), {.info = {.device = device}, .numbers = {}});
     port->numbers.push_back(number);
   }

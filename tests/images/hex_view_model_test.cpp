@@ -1,4 +1,5 @@
 #include "images/hex_view_model.h"
+#include "images/copy_text.h"
 
 #include <gtest/gtest.h>
 
@@ -144,6 +145,14 @@ TEST_F(ViewTest, NothingIsChangedInARunOrWithoutAnImage) {
   pane.userType(U'5');
   EXPECT_EQ(bench.boxes().back(), " Please open code file.");
   EXPECT_EQ(code.at(0), 0);
+}
+
+TEST(CopyText, GivesCArraysThatCompileAndTextWithoutControlCharacters) {
+  const std::vector<std::uint8_t> bytes = {1, 'A', '\n', 0xFF};
+  EXPECT_EQ(copyText(bytes, CopyForm::CArray), "const unsigned char data[4] = {\n  0x01, 0x41, 0x0A, 0xFF};\n");
+  EXPECT_EQ(copyText(bytes, CopyForm::Text), ".A\n.");
+  const std::string two = copyText(std::vector<std::uint8_t>(13, 7), CopyForm::CArray);
+  EXPECT_NE(two.find("0x07,\n  0x07};"), std::string::npos) << two;
 }
 
 }  // namespace

@@ -71,6 +71,16 @@ void HexView::copySelection() const {
   QApplication::clipboard()->setText(qtText(model().copyHex()));
 }
 
+void HexView::copyAs(images::CopyForm form) const {
+  if (model().buffer() == nullptr) return;
+  const std::int32_t caret = model().caret().address;
+  const catalogue::AddressRange selected = model().selection();
+  const catalogue::AddressRange span = selected.empty() ? catalogue::AddressRange{caret, caret} : selected;
+  std::vector<std::uint8_t> bytes;
+  for (std::int32_t at = span.first; at <= span.last; ++at) bytes.push_back(model().buffer()->at(at));
+  QApplication::clipboard()->setText(qtText(images::copyText(bytes, form)));
+}
+
 void HexView::moveBy(std::function<void(images::HexViewModel&)> change) {
   binding_->post([this, change = std::move(change)] {
     change(pane_.model);
@@ -168,6 +178,8 @@ void HexView::contextMenuEvent(QContextMenuEvent* event) {
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   menu->addAction(QStringLiteral("Copy as hexadecimal"), this, [this] { copySelection(); });
+  menu->addAction(QStringLiteral("Copy as C array"), this, [this] { copyAs(images::CopyForm::CArray); });
+  menu->addAction(QStringLiteral("Copy as text"), this, [this] { copyAs(images::CopyForm::Text); });
   menu->addAction(QStringLiteral("Find..."), this, [this] { Q_EMIT findWanted(); });
   menu->addAction(QStringLiteral("Go to address..."), this, [this] { Q_EMIT goToWanted(); });
   menu->popup(event->globalPos());

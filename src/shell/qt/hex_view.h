@@ -6,6 +6,7 @@
 // byte, Ctrl+A, Ctrl+C (the selection as hexadecimal text), Ctrl+F, Ctrl+G, F3 and Shift+F3.
 #pragma once
 
+#include "images/copy_text.h"
 #include "images/hex_pane_view.h"
 #include "platform/controls.h"
 #include "platform/event_loop.h"
@@ -27,6 +28,7 @@ class HexView : public TextArea {
   QRect cellRect(images::HexSpot spot) const;  // on the viewport; also outside of it
   images::HexSpot spotAt(const QPoint& point) const;
   void copySelection() const;
+  void copyAs(images::CopyForm form) const;
   QAccessibleInterface* makeAccessible() override { return accessibleHexView(*this); }
   // Moves the caret by `change` (find, go to) and scrolls it into view. `change` runs from the event loop.
   void moveBy(std::function<void(images::HexViewModel&)> change);
