@@ -67,6 +67,12 @@ std::vector<std::uint8_t> TracingLink::readBytes(std::size_t maxCount) {
   return bytes;
 }
 
+std::vector<std::uint8_t> TracingLink::peekBytes() {
+  if (!recorder_.on() && inbox_.empty()) return below_.peekBytes();
+  takeIn();
+  return {inbox_.begin(), inbox_.end()};
+}
+
 void TracingLink::clearIn() {
   drop();
   below_.clearIn();

@@ -32,10 +32,15 @@ class TracingLink : public platform::SerialLink {
   std::size_t outBytesPending() const override { return below_.outBytesPending(); }
   std::size_t inBytesPending() const override { return inbox_.size() + below_.inBytesPending(); }
   std::vector<std::uint8_t> readBytes(std::size_t maxCount) override;
+  std::vector<std::uint8_t> peekBytes() override;
   void clearOut() override { below_.clearOut(); }
   void clearIn() override;
   void setDtr(bool on) override;
   void setRts(bool on) override;
+  platform::PortError setFlowControl(platform::FlowControl control) override { return below_.setFlowControl(control); }
+  void setBreak(bool on) override { below_.setBreak(on); }
+  std::optional<platform::InputLines> inputLines() const override { return below_.inputLines(); }
+  int trueBaud() const override { return below_.trueBaud(); }
   void keepLine(platform::ModemLine line, bool on) override;
   void freeLine() override { below_.freeLine(); }
   bool lineKept() const override { return below_.lineKept(); }

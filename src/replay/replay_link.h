@@ -41,6 +41,7 @@ class ReplayLink : public platform::SerialLink, public platform::VirtualSource {
   std::size_t outBytesPending() const override;
   std::size_t inBytesPending() const override { return inbox_.size(); }
   std::vector<std::uint8_t> readBytes(std::size_t maxCount) override;
+  std::vector<std::uint8_t> peekBytes() override { return {inbox_.begin(), inbox_.end()}; }
   void clearOut() override;
   void clearIn() override;
   void setDtr(bool) override {}
