@@ -102,8 +102,7 @@ bool BaudNegotiation::test(const TargetInfo& chip, int baud, BaudParameters para
   link.delay(Millis(5));
   link.clearReceived();
   link.writeFrame(baudFrame(chip, BaudFrame::Test, baud, parameters));
-  link.delay(Millis(switchDelayMs(c_.traits().pace, c_.job.firstBaud, BaudFrame::Test)),
-             "the chip turns to the rate under test");
+  link.delay(Millis(switchDelayMs(c_.traits().pace, c_.job.firstBaud, BaudFrame::Test)), why::kRateUnderTest);
   const Millis limit(answerLimitMs(BaudFrame::Test, baud));
   if (!switchesSpeed() || c_.job.fixedLink) return link.awaitFrame(limit).has_value();
   const std::string firstContact = link.settings();
@@ -115,8 +114,7 @@ bool BaudNegotiation::change(const TargetInfo& chip, int baud, BaudParameters pa
   TargetLink& link = c_.link;
   link.clearReceived();
   link.writeFrame(baudFrame(chip, BaudFrame::Change, baud, parameters));
-  link.delay(Millis(switchDelayMs(c_.traits().pace, c_.job.firstBaud, BaudFrame::Change)),
-             "the chip turns to the new rate");
+  link.delay(Millis(switchDelayMs(c_.traits().pace, c_.job.firstBaud, BaudFrame::Change)), why::kNewRate);
   if (switchesSpeed() && !goTo(baud)) return false;
   return link.awaitFrame(Millis(answerLimitMs(BaudFrame::Change, baud))).has_value();
 }

@@ -54,7 +54,7 @@ bool ChipRun::programChip() {
   c_.enter(Stage::Program);
   ChipDataFrames frames(link_, job_.record());
   if (!programming_.program(frames, sends_, contact.chip.targetClockHz)) return false;
-  link_.delay(Millis(highestBaudOf(job_) != job_.firstBaud ? 1000 : 100), "the chip gets ready for options");
+  link_.delay(Millis(highestBaudOf(job_) != job_.firstBaud ? 1000 : 100), why::kBeforeOptions);
   c_.view().progressDone();
   c_.enter(Stage::Options);
   if (!job_.record().topBlockFree && c_.traits().layout != catalogue::OptionLayout::None &&

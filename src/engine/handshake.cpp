@@ -90,7 +90,7 @@ bool Handshake::restUnpowered() {
     return true;
   }
   c_.say("Power is off by " + nameOf(*power.line) + " for " + std::to_string(power.off.count()) + " ms.");
-  if (c_.link.pause(power.off, "the target's supply is off")) return true;
+  if (c_.link.pause(power.off, why::kSupplyOff)) return true;
   c_.tellStop();
   return false;
 }
@@ -239,7 +239,7 @@ bool Handshake::testFixedLink(const TargetInfo& chip) {
 bool Handshake::askStatusAgain() {
   std::optional<Reply> reply;
   for (int i = 0; i < 3 && !reply && !c_.link.stopped(); ++i) {
-    if (i > 0) c_.link.delay(Millis(200), "the chip has not answered");
+    if (i > 0) c_.link.delay(Millis(200), why::kNoAnswer);
     reply = c_.link.exchange(buildGenericFrame(c_.record(), 0x50, 0, c_.reportedCode, c_.form()), Millis(300));
   }
   if (c_.stopped()) return false;

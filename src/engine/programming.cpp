@@ -51,7 +51,7 @@ bool Programming::eraseFirstGeneration(const Bytes& frame) {
     erased = link.awaitFrame(kFirstGenerationErase, mayAnswerErase).has_value();
   }
   if (erased) c_.view().append(" ( " + c_.elapsedText() + " )");
-  link.delay(Millis(100), "the chip gets ready for data");
+  link.delay(Millis(100), why::kBeforeData);
   return erased;
 }
 

@@ -190,7 +190,7 @@ std::optional<Reply> TargetLink::exchange(std::span<const std::uint8_t> frame, M
 
 void TargetLink::sendWithRoom(std::span<const std::uint8_t> frame, Millis lead) {
   clearReceiveState();
-  delay(lead, "the chip has not answered");
+  delay(lead, why::kNoAnswer);
   writeFrame(frame);
   drain();
   delay(Millis(3));
@@ -204,7 +204,7 @@ void TargetLink::sendFixedLinkFrame(std::uint8_t command) {
 
 void TargetLink::endSession() {
   sendFixedLinkFrame(0x82);
-  if (isOpen()) delay(Millis(100), "the chip leaves its boot firmware");
+  if (isOpen()) delay(Millis(100), why::kGoodbye);
 }
 
 // --- Waiting. ---

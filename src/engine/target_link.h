@@ -28,6 +28,7 @@
 #include "engine/frames.h"
 #include "engine/port_lease.h"
 #include "engine/receiver.h"
+#include "engine/rest_reasons.h"
 #include "engine/run_stop.h"
 #include "engine/run_view.h"
 #include "engine/turn_round.h"

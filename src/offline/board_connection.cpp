@@ -41,7 +41,7 @@ bool BoardConnection::openQuietly() {
 bool BoardConnection::wakeBoard() {
   link_.clearReceiveState();
   link_.write(kWakeFrame);
-  const bool running = link_.pause(Millis(1000), "the board wakes up");
+  const bool running = link_.pause(Millis(1000), engine::why::kBoardWakes);
   link_.clearQueues();
   link_.close();
   link_.setParity(false);
@@ -55,7 +55,7 @@ bool BoardConnection::openPort(bool wake) {
   if (!wake) return true;
   if (!wakeBoard()) return false;
   if (!openQuietly()) return c_.failPort(0);
-  return link_.pause(Millis(200), "the board sees the line at rest");
+  return link_.pause(Millis(200), engine::why::kLineAtRest);
 }
 
 bool BoardConnection::connectBoard(bool wake) {

@@ -97,7 +97,7 @@ bool BoardWriter::writePage(std::span<const std::uint8_t> image, int first, int 
 // An acknowledgement carries no address: one that comes late would pass for that of the next frame, and what the board
 // then misses would never be sent again.
 void BoardWriter::letStragglersIn() {
-  if (!link_.stopped()) link_.delay(kGap, "an answer may come late");
+  if (!link_.stopped()) link_.delay(kGap, engine::why::kLateAnswer);
 }
 
 bool BoardWriter::writeBoardChunks(std::span<const std::uint8_t> image, int first, int last, bool retried) {

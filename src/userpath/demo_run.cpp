@@ -44,7 +44,7 @@ bool DemoRun::sendCommand() {
 
 bool DemoRun::download() {
   const platform::Instant began = line_.loop().now();
-  if (!connect() || !readModel() || !erase() || !line_.pause(Millis(100), "the chip gets ready for data")) return false;
+  if (!connect() || !readModel() || !erase() || !line_.pause(Millis(100), engine::why::kBeforeData)) return false;
   c_.enter(engine::Stage::Program);
   sends_ =
       engine::planSends(c_.record(), {}, job_.job.model.blockSize, job_.job.frameSize, job_.job.code, job_.job.data);
