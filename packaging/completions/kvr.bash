@@ -1,7 +1,7 @@
 # Completion of kvr for bash. What can be chosen comes from kvr itself.
 _kvr() {
   local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} kvr=${COMP_WORDS[0]} subcommand="" model="" word i
-  local subcommands="program info board demo job image models options ports"
+  local subcommands="program info board demo job image models options ports trace"
   COMPREPLY=()
   for ((i = 1; i < COMP_CWORD; ++i)); do
     word=${COMP_WORDS[i]}
