@@ -86,6 +86,12 @@ std::int32_t sumOf(const ProjectFile& project, std::string_view key, const platf
   return std::accumulate(bytes.begin(), bytes.end(), 0);
 }
 
+// Of a choice that the model does not show: it has one all the same, and a saved project names it.
+std::string hiddenStandard(const catalogue::FamilyTraits& traits, std::string_view key) {
+  const options::OptionRow* row = options::findRow(traits.panelSlot, key);
+  return row != nullptr && options::isChoice(*row) ? std::string(row->text) : "False";
+}
+
 }  // namespace
 
 std::vector<std::string_view> optionKeysOf(const catalogue::FamilyTraits& traits) {
@@ -105,7 +111,7 @@ Header freshOptions(const catalogue::McuRecord& model) {
   Header fresh;
   for (const std::string_view key : optionKeysOf(traitsOf(model))) {
     const auto line = std::find_if(standard.begin(), standard.end(), [&](const auto& each) { return each.key == key; });
-    fresh.push_back({std::string(key), line == standard.end() ? "False" : line->value});
+    fresh.push_back({std::string(key), line == standard.end() ? hiddenStandard(traitsOf(model), key) : line->value});
   }
   return fresh;
 }
