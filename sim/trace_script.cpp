@@ -1,5 +1,6 @@
 #include "sim/trace_script.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <sstream>
 
@@ -10,7 +11,7 @@ namespace sim {
 namespace {
 
 Micros microsOf(const std::string& seconds) {
-  return static_cast<Micros>(std::strtod(seconds.c_str(), nullptr) * kSecond + 0.5);
+  return std::llround(std::strtod(seconds.c_str(), nullptr) * kSecond);
 }
 
 // "9600,e,8,1"

@@ -77,7 +77,7 @@ void LogArea::textCame(std::string_view text) {
   if (takesText()) keep(log_.write(platform::bytesOf(text)));
 }
 
-void LogArea::keep(platform::FileResult result) {
+void LogArea::keep(const platform::FileResult& result) {
   if (!result) failure_ = result.error;
 }
 

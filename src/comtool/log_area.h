@@ -33,7 +33,7 @@ class LogArea {
   void start();
   void chooseFile();
   void tick();
-  void keep(platform::FileResult result);
+  void keep(const platform::FileResult& result);
   void showState();
   void applyLock(const platform::UiLock& lock);
 

@@ -89,7 +89,7 @@ std::int32_t sumOf(const ProjectFile& project, std::string_view key, const platf
 // Of a choice that the model does not show: it has one all the same, and a saved project names it.
 std::string hiddenStandard(const catalogue::FamilyTraits& traits, std::string_view key) {
   const options::OptionRow* row = options::findRow(traits.panelSlot, key);
-  return row != nullptr && options::isChoice(*row) ? std::string(row->text) : "False";
+  return row != nullptr && options::isChoice(*row) && row->text == "1" ? "True" : "False";
 }
 
 }  // namespace
