@@ -5,6 +5,7 @@
 #include <stdlib.h>
 #include <sys/inotify.h>
 #include <sys/ioctl.h>
+#include <sys/prctl.h>
 #include <sys/select.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
@@ -234,6 +235,7 @@ int main(int argc, char** argv) {
   if (!target.error().empty()) return fail(target.error());
   Terminal terminal;
   if (!terminal.open()) return fail(std::string("no pseudo-terminal: ") + std::strerror(errno));
+  prctl(PR_SET_TIMERSLACK, 1);  // the system would add 50 us to each wait, and a chip is on time
   const Signals signals;
   if (!options.linkPath.empty()) {
     unlink(options.linkPath.c_str());

@@ -52,8 +52,10 @@ DownloadPanel::DownloadPanel() {
   comLowerBaud.setCaption("Lower Max Baud and try again");
   comLowerBaud.setVisible(false);
   comSaveTrace.setCaption("Save trace");
-  cheTrace.setCaption("Keep a trace of each run (may hold the firmware)");
-  cheTrace.setToolTip("What goes over the line is kept for \"Save trace\", and written to a file when a run fails");
+  cheTrace.setCaption("Keep a trace of each run");
+  cheTrace.setToolTip(
+      "What goes over the line, the firmware included, is kept for \"Save trace\", and written to a file when a run "
+      "fails");
   cheTrace.setValue(true);
 }
 

@@ -209,16 +209,17 @@ void TargetLink::endSession() {
 
 // --- Waiting. ---
 
-void TargetLink::noteRest(platform::Instant began, std::string_view why) {
+// What is prescribed decides whether it is told: a timer may ring a little late.
+void TargetLink::noteRest(platform::Instant began, Millis prescribed, std::string_view why) {
   const platform::Micros length = loop().now() - began;
   pauses_.rested += length;
-  if (length > Rest::kTold) pauses_.longOnes.push_back({.length = length, .why = why});
+  if (prescribed > Rest::kTold) pauses_.longOnes.push_back({.length = length, .why = why});
 }
 
 void TargetLink::delay(Millis time, std::string_view why) {
   const platform::Instant began = loop().now();
   letPass(time);
-  noteRest(began, why);
+  noteRest(began, time, why);
 }
 
 void TargetLink::letPass(Millis time) {
@@ -231,7 +232,7 @@ void TargetLink::letPass(Millis time) {
 bool TargetLink::pause(Millis time, std::string_view why) {
   const platform::Instant began = loop().now();
   const bool goesOn = engine::pause(services_, time);
-  noteRest(began, why);
+  noteRest(began, time, why);
   return goesOn;
 }
 

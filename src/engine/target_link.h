@@ -183,7 +183,7 @@ class TargetLink : public PortHolder {
   bool frameArriving() const;
   Millis drainTime() const;
   void leave(Millis turnRound);
-  void noteRest(platform::Instant began, std::string_view why);
+  void noteRest(platform::Instant began, Millis prescribed, std::string_view why);
   void awaitRestOfFrame();
 
   RunServices services_;

@@ -239,15 +239,14 @@ QLayout* runChoices(const Maker& maker) {
   column->addLayout(row({maker.check(maker.form.images.panel.cekReloadFile), nullptr}));
   column->addLayout(row({maker.check(maker.form.main.cheBatchLog),
                          maker.line(maker.form.main.txtBatchLog, QStringLiteral("File of the batch log"))}));
-  column->addLayout(row({maker.check(p.cheTrace), nullptr}));
   return column;
 }
 
 // What the result of a run leads to.
 QLayout* followUps(const Maker& maker) {
   auto& p = maker.form.download;
-  return flow({maker.button(p.comLastRun, 'u'), maker.button(p.comSaveTrace), maker.button(p.comSelectSeen, 't'),
-               maker.button(p.comLowerBaud, 'y')});
+  return flow({maker.button(p.comLastRun, 'u'), maker.button(p.comSaveTrace), maker.check(p.cheTrace),
+               maker.button(p.comSelectSeen, 't'), maker.button(p.comLowerBaud, 'y')});
 }
 
 QGroupBox* stepProgram(const Maker& maker) {
