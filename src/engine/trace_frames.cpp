@@ -64,8 +64,8 @@ std::optional<Found> chipFrameAt(Span bytes, std::size_t at, SumForm form) {
   const Span body = bytes.subspan(at, length - 1 - sumSize), tail = bytes.subspan(at + length - 1 - sumSize, sumSize);
   const unsigned sum = form == SumForm::BoardCrc ? boardCrc(body) : plainSum(body);
   const unsigned told = sumSize == 1                ? tail[0]
-                        : form == SumForm::BoardCrc ? tail[0] | tail[1] << 8
-                                                    : tail[0] << 8 | tail[1];
+                        : form == SumForm::BoardCrc ? unsigned{tail[0]} | unsigned{tail[1]} << 8
+                                                    : unsigned{tail[0]} << 8 | unsigned{tail[1]};
   const bool paired = at >= 2 && bytes[at - 2] == 0x46 && bytes[at - 1] == 0xB9;
   const std::size_t begin = paired ? at - 2 : at;
   return Found{begin, at + length - begin, at - begin + 3, false, (sum & (sumSize == 1 ? 0xFF : 0xFFFF)) == told};
@@ -96,7 +96,9 @@ std::string kindOf(Span frame, const Found& found, const Form& form, bool toTarg
   const std::string kind = name->second;
   const std::size_t at = found.commandAt + 1;
   if (!kind.starts_with("data") || frame.size() < at + 4) return kind;
-  return kind + " " + platform::hexText(frame[at + 1] << 16u | frame[at + 2] << 8u | frame[at + 3], 4);
+  const std::uint32_t address =
+      std::uint32_t{frame[at + 1]} << 16 | std::uint32_t{frame[at + 2]} << 8 | std::uint32_t{frame[at + 3]};
+  return kind + " " + platform::hexText(address, 4);
 }
 
 class Decoder {

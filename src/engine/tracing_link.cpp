@@ -4,12 +4,10 @@
 
 namespace kvr::engine {
 
-using Kind = TraceEvent::Kind;
-
 TracingLink::TracingLink(platform::SerialLink& below, LineRecorder& recorder) : below_(below), recorder_(recorder) {
   below_.onReceive([this] { bytesCame(); });
   below_.onVanished([this](const platform::PortError& error) {
-    recorder_.note(Kind::Gone, error.text, error.kind);
+    recorder_.note(TraceEvent::Kind::Gone, error.text, error.kind);
     inbox_.clear();
     if (vanished_) vanished_(error);
   });
@@ -34,20 +32,20 @@ void TracingLink::drop() {
 
 platform::PortError TracingLink::setSettings(const std::string& text) {
   auto error = below_.setSettings(text);
-  recorder_.note(Kind::Settings, text, error.kind);
+  recorder_.note(TraceEvent::Kind::Settings, text, error.kind);
   return error;
 }
 
 platform::PortError TracingLink::open() {
   auto error = below_.open();
-  recorder_.note(Kind::Open, error ? error.text : below_.device(), error.kind);
+  recorder_.note(TraceEvent::Kind::Open, error ? error.text : below_.device(), error.kind);
   return error;
 }
 
 void TracingLink::close() {
   if (below_.isOpen()) {
     drop();
-    recorder_.note(Kind::Close);
+    recorder_.note(TraceEvent::Kind::Close);
   }
   below_.close();
 }
@@ -79,17 +77,17 @@ void TracingLink::clearIn() {
 }
 
 void TracingLink::setDtr(bool on) {
-  recorder_.note(Kind::Dtr, on ? "on" : "off");
+  recorder_.note(TraceEvent::Kind::Dtr, on ? "on" : "off");
   below_.setDtr(on);
 }
 
 void TracingLink::keepLine(platform::ModemLine line, bool on) {
-  recorder_.note(line == platform::ModemLine::Dtr ? Kind::Dtr : Kind::Rts, on ? "on" : "off");
+  recorder_.note(line == platform::ModemLine::Dtr ? TraceEvent::Kind::Dtr : TraceEvent::Kind::Rts, on ? "on" : "off");
   below_.keepLine(line, on);
 }
 
 void TracingLink::setRts(bool on) {
-  recorder_.note(Kind::Rts, on ? "on" : "off");
+  recorder_.note(TraceEvent::Kind::Rts, on ? "on" : "off");
   below_.setRts(on);
 }
 
