@@ -48,7 +48,8 @@ class ProgramCommand : public Command {
       if (!sent.passed()) return sent;
     }
     turnRounds_.applyTo(job);
-    const engine::Outcome outcome = engine::ChipRun(job, desk.services(), console).program();
+    engine::NoBooks books;
+    const engine::Outcome outcome = engine::ChipRun(job, desk.services(), console).program(books);
     turnRounds_.note(job, outcome);
     return outcome;
   }

@@ -132,7 +132,8 @@ engine::Outcome DownloadRoom::round(Mode mode) {
   job.handOver = mode != Mode::Repeat && wantsPort();
   room_.results.turnRounds.applyTo(job);
   room_.results.begin(engine::RunKind::Chip, job);
-  const engine::Outcome outcome = engine::ChipRun(job, room_.services, room_.view).program();
+  engine::NoBooks books;
+  const engine::Outcome outcome = engine::ChipRun(job, room_.services, room_.view).program(books);
   room_.results.turnRounds.note(job, outcome);
   return outcome;
 }

@@ -26,10 +26,10 @@ void ChipRun::begin() {
   c_.say("We are trying to connect to target MCU ... ");
 }
 
-Outcome ChipRun::program() {
+Outcome ChipRun::program(RunBooks& books) {
   if (const std::string why = refusalOf(job_); !why.empty()) return refused(RunKind::Chip, why);
   begin();
-  return end(RunKind::Chip, programChip());
+  return end(RunKind::Chip, programChip(books), books);
 }
 
 Outcome ChipRun::check() {
@@ -37,11 +37,12 @@ Outcome ChipRun::check() {
   Learnt learnt = handshake_.runReadOnly();
   contact_ = std::move(learnt.contact);
   if (learnt.connected) ping();
-  return end(RunKind::Check, learnt.connected && contact_->optionsRead);
+  NoBooks none;
+  return end(RunKind::Check, learnt.connected && contact_->optionsRead, none);
 }
 
-bool ChipRun::programChip() {
-  if (!connect() || !firmwareSupported()) return false;
+bool ChipRun::programChip(RunBooks& books) {
+  if (!connect() || !firmwareSupported() || !claim(books)) return false;
   Contact& contact = *contact_;
   const ImageFit fit = fitImages(contact.chip, job_.code.rangeEnd, contact.options.wantedWords.clearUnusedAp == "1");
   if (fit.tooBig) {
@@ -65,6 +66,13 @@ bool ChipRun::programChip() {
   c_.say("Verify  OK ( Total: " + programming_.timeText() + " )");
   c_.say("Encrypt OK.");
   return !measuresOscillator(job_) || reportTrim(c_, contact.rc);
+}
+
+bool ChipRun::claim(RunBooks& books) {
+  const BooksAnswer answer = books.claim(job_);
+  booksFault_ = answer.fault;
+  if (!answer.fine()) return c_.fail(3, answer.words + " Nothing has been erased.");
+  return !c_.stopped();
 }
 
 bool ChipRun::connect() {
@@ -143,7 +151,7 @@ ChipSeen ChipRun::seen() const {
           .trim = contact_->trim};
 }
 
-Outcome ChipRun::end(RunKind kind, bool good) {
+Outcome ChipRun::end(RunKind kind, bool good, RunBooks& books) {
   c_.view().progressDone();
   link_.clearQueues();
   if (good && kind == RunKind::Chip && !link_.stopped()) link_.endSession();
@@ -156,10 +164,24 @@ Outcome ChipRun::end(RunKind kind, bool good) {
     outcome.baud = contact_->baud;
   }
   if (good && kind == RunKind::Chip) outcome.bytesSent = sends_.bytesSent(job_.model.blockSize);
-  if (good && job_.handOver) return outcome;
+  record(outcome, books);
+  if (outcome.passed() && job_.handOver) return outcome;
   link_.close();
   c_.view().lamp(false);
   return outcome;
+}
+
+// No PASS without its row: what has become of a chip that nobody recorded is not known on the next day.
+void ChipRun::record(Outcome& outcome, RunBooks& books) {
+  outcome.books = booksFault_;
+  const BooksAnswer answer = books.record(outcome);
+  if (answer.fine()) return;
+  c_.say(answer.words);
+  outcome.books = answer.fault;
+  if (!outcome.passed()) return;
+  c_.view().beep(3);
+  outcome.ending = Ending::Failed;
+  outcome.words = answer.words;
 }
 
 }  // namespace kvr::engine

@@ -6,23 +6,26 @@
 #include "engine/job.h"
 #include "engine/option_write.h"
 #include "engine/programming.h"
+#include "engine/run_books.h"
 #include "engine/run_context.h"
 
 namespace kvr::engine {
 
 class ChipRun {
  public:
-  // All three must live as long as the run.
+  // Services and view must live as long as the run.
   ChipRun(const Job& job, const RunServices& services, RunView& view);
 
-  // The whole download. With `Job::handOver` the port is still open after a success.
-  [[nodiscard]] Outcome program();
+  // The whole download. With `Job::handOver` the port is still open after a success. `books` give the chip its number,
+  // and have the run's row before this returns.
+  [[nodiscard]] Outcome program(RunBooks& books);
   // Tells what the chip is and holds, without touching it.
   [[nodiscard]] Outcome check();
 
  private:
   void begin();
-  bool programChip();
+  bool programChip(RunBooks& books);
+  bool claim(RunBooks& books);
   bool connect();
   void ping();
   bool settle(Contact& contact);
@@ -30,10 +33,11 @@ class ChipRun {
   bool planFits();
   void tellLeftOut();
   bool erase(const ImagePlan& plan);
-  Outcome end(RunKind kind, bool good);
+  Outcome end(RunKind kind, bool good, RunBooks& books);
+  void record(Outcome& outcome, RunBooks& books);
   ChipSeen seen() const;
 
-  const Job& job_;
+  Job job_;  // with the numbers of its chip, once there are any
   TargetLink link_;
   RunContext c_;
   OptionWrite optionWrite_;
@@ -42,6 +46,7 @@ class ChipRun {
   std::optional<Contact> contact_;
   SendPlan sends_;
   LeftOut leftOut_;
+  BooksFault booksFault_ = BooksFault::None;
   std::string box_;
 };
 

@@ -63,18 +63,26 @@ struct SetbackAt {
   bool operator==(const SetbackAt&) const = default;
 };
 
+// Why the books of a production line did not take a run.
+enum class BooksFault {
+  None,
+  Refused,      // the batch takes no further chip, or not this job: the chip is as it was
+  Unreachable,  // they could not be asked, or not be written
+};
+
 struct Outcome {
   RunKind kind = RunKind::Chip;
   Ending ending = Ending::Failed;
   Stage stage = Stage::Prepare;
-  std::string words;             // why it did not pass; empty after a success
-  std::string box;               // to be shown in a message box after the verdict; empty: none
-  bool wrongModel = false;       // the image is not for this chip
-  bool portLost = false;         // the port did not open, or went away: the chip is not to blame
-  std::optional<ChipSeen> chip;  // a chip (or board) has answered
-  int baud = 0;                  // bit/s of the data; 0: it never came to that
-  int firstBaud = 0;             // bit/s of the first contact, as the job had it
-  int triedBaud = 0;             // the last rate that the chip was asked to take for the data; 0: none
+  std::string words;                    // why it did not pass; empty after a success
+  std::string box;                      // to be shown in a message box after the verdict; empty: none
+  bool wrongModel = false;              // the image is not for this chip
+  BooksFault books = BooksFault::None;  // not `None`: no PASS
+  bool portLost = false;                // the port did not open, or went away: the chip is not to blame
+  std::optional<ChipSeen> chip;         // a chip (or board) has answered
+  int baud = 0;                         // bit/s of the data; 0: it never came to that
+  int firstBaud = 0;                    // bit/s of the first contact, as the job had it
+  int triedBaud = 0;                    // the last rate that the chip was asked to take for the data; 0: none
   platform::Millis turnRound{};  // that the run ended with, between an answer and a data frame; 0: nothing was sent
   std::int32_t codeSum = 0, dataSum = 0;
   std::int64_t bytesSent = 0;       // of the images, retries not counted

@@ -138,7 +138,8 @@ Replay replay(const engine::Trace& trace) {
   if (kind == kindText(engine::RunKind::Chip) || kind == kindText(engine::RunKind::Check))
     return replay(trace, [&](const engine::RunServices& services, engine::RunView& view) {
       engine::ChipRun run(*job, services, view);
-      return kind == kindText(engine::RunKind::Chip) ? run.program() : run.check();
+      engine::NoBooks books;
+      return kind == kindText(engine::RunKind::Chip) ? run.program(books) : run.check();
     });
   if (kind == kindText(engine::RunKind::Trigger))
     return replay(trace, [&](const engine::RunServices& services, engine::RunView& view) {

@@ -43,8 +43,12 @@ struct RunBench : support::VirtualWorld {
   explicit RunBench(const sim::WireConfig& config = {}) : VirtualWorld(config) {}
   sim::Chip& insert(const sim::ChipConfig& config) { return insertChip(config, Millis(200)); }
   Outcome program(const Job& job) {
+    NoBooks none;
+    return program(job, none);
+  }
+  Outcome program(const Job& job, RunBooks& books) {
     stop.clear();
-    return ChipRun(job, services, view).program();
+    return ChipRun(job, services, view).program(books);
   }
   bool holds(const Job& job, std::size_t size) const {
     return std::equal(job.code.bytes.begin(), job.code.bytes.begin() + static_cast<std::ptrdiff_t>(size),
@@ -104,6 +108,57 @@ TEST(Run, TellsWhatAFirmwareCutsOffAndLetsNoSerialNumberGoWithIt) {
     job.codeNumbers = {{0x2FFE, 0x3001}};
     EXPECT_EQ(bench.program(job).passed(), !cut);
     EXPECT_EQ(bench.chip->erases(), cut ? 0 : 1);
+  }
+}
+
+// Books that answer as they are told, and keep what they were asked.
+struct HeardBooks : RunBooks {
+  explicit HeardBooks(RunBench& bench) : bench_(bench) {}
+  BooksAnswer claim(Job& job) override {
+    erasesAtClaim = bench_.chip->erases();
+    job.code.bytes[0x40] = 0xA7;
+    return claimAnswer;
+  }
+  BooksAnswer record(const Outcome& outcome) override {
+    recorded.push_back(outcome);
+    return recordAnswer;
+  }
+  BooksAnswer claimAnswer, recordAnswer;
+  int erasesAtClaim = -1;
+  std::vector<Outcome> recorded;
+
+ private:
+  RunBench& bench_;
+};
+
+TEST(Run, TakesItsNumberFromTheBooksBeforeTheEraseAndPassesOnlyWithARow) {
+  const BooksAnswer full{BooksFault::Refused, "The batch is full."}, gone{BooksFault::Unreachable, "No store."};
+  struct Case {
+    const char* chip;
+    BooksAnswer claim, record;
+    Ending ending;
+    int claims, erases;
+  };
+  const Case cases[] = {
+      {"Ivy-HF0S", {}, {}, Ending::Passed, 1, 1},     {"Ivy-HF0S", full, {}, Ending::Failed, 1, 0},
+      {"Ivy-HF0S", gone, gone, Ending::Failed, 1, 0}, {"Ivy-HF0S", {}, gone, Ending::Failed, 1, 1},
+      {"Ivy-H20S", {}, {}, Ending::Failed, 0, 0},
+  };
+  for (const Case& one : cases) {
+    RunBench bench;
+    bench.insert(chipFor(one.chip));
+    HeardBooks books(bench);
+    books.claimAnswer = one.claim, books.recordAnswer = one.record;
+    Job job = jobFor("Ivy-HF0S", 3000);
+    job.handOver = true;
+    const Outcome outcome = bench.program(job, books);
+    EXPECT_EQ(outcome.ending, one.ending) << outcome.words;
+    EXPECT_EQ(books.erasesAtClaim, one.claims == 1 ? 0 : -1);
+    EXPECT_EQ(bench.chip->erases(), one.erases);
+    EXPECT_EQ(books.recorded.size(), 1u);
+    EXPECT_EQ(outcome.passed(), bench.link.isOpen());
+    EXPECT_EQ(bench.chip->flash()[0x40] == 0xA7, one.erases == 1);
+    EXPECT_EQ(outcome.books == BooksFault::Unreachable, !one.record.fine());
   }
 }
 

@@ -1,0 +1,71 @@
+#include "records/batch_figures.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+namespace kvr::records {
+namespace {
+
+constexpr std::size_t kDayDigits = 10;
+
+bool counts(const RecordStore::Tally& tally, const FigureFilter& filter) {
+  return (filter.station.empty() || filter.station == tally.station) &&
+         (filter.day.empty() || filter.day == tally.hour.substr(0, kDayDigits));
+}
+
+std::vector<std::string> listOf(const std::set<std::string>& names) {
+  return {names.begin(), names.end()};
+}
+
+// Sums by key, while the tallies are gone through.
+struct Sums {
+  std::map<std::string, HourFigures> hours;
+  std::map<std::string, std::int64_t> failures;
+  std::map<std::int64_t, std::int64_t> seconds;
+
+  void addVerdict(const RecordStore::Tally& tally, BatchFigures& figures) {
+    const bool failed = tally.key == "failed";
+    (failed ? figures.failed : tally.key == "in part" ? figures.passedInPart : figures.passed) += tally.runs;
+    HourFigures& hour = hours[tally.hour];
+    hour.hour = tally.hour;
+    (failed ? hour.failed : hour.passed) += tally.runs;
+  }
+  void add(const RecordStore::Tally& tally, BatchFigures& figures) {
+    if (tally.kind == "verdict") addVerdict(tally, figures);
+    if (tally.kind == "failure") failures[tally.key] += tally.runs;
+    if (tally.kind == "seconds") seconds[std::stoll(tally.key)] += tally.runs;
+  }
+};
+
+}  // namespace
+
+BatchFigures figuresOf(const std::vector<RecordStore::Tally>& tallies, const FigureFilter& filter) {
+  BatchFigures figures;
+  Sums sums;
+  std::set<std::string> stations, days;
+  for (const RecordStore::Tally& tally : tallies) {
+    stations.insert(tally.station);
+    days.insert(tally.hour.substr(0, kDayDigits));
+    if (tally.runs != 0 && counts(tally, filter)) sums.add(tally, figures);
+  }
+  for (const auto& [hour, one] : sums.hours) figures.hours.push_back(one);
+  for (const auto& [words, runs] : sums.failures) figures.failures.push_back({words, runs});
+  std::stable_sort(figures.failures.begin(), figures.failures.end(),
+                   [](const CountOf& a, const CountOf& b) { return a.runs > b.runs; });
+  for (const auto& [second, runs] : sums.seconds) figures.seconds.push_back({second, runs});
+  figures.stations = listOf(stations);
+  figures.days = listOf(days);
+  return figures;
+}
+
+double BatchFigures::yield() const {
+  const std::int64_t runs = done() + failed;
+  return runs == 0 ? 0 : static_cast<double>(done()) / static_cast<double>(runs);
+}
+
+double BatchFigures::chipsAnHour() const {
+  return hours.empty() ? 0 : static_cast<double>(done()) / static_cast<double>(hours.size());
+}
+
+}  // namespace kvr::records
