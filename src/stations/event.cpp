@@ -1,0 +1,33 @@
+#include "stations/event.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace kvr::stations {
+namespace {
+
+constexpr int kVersion = 1;
+
+std::string textOf(const QJsonObject& object, const char* key) {
+  return object.value(QLatin1String(key)).toString().toStdString();
+}
+
+}  // namespace
+
+std::optional<Event> readEvent(std::string_view line) {
+  const QByteArray bytes(line.data(), static_cast<qsizetype>(line.size()));
+  const QJsonObject object = QJsonDocument::fromJson(bytes).object();
+  if (object.value(QLatin1String("version")).toInt() != kVersion) return std::nullopt;
+  Event event{.name = textOf(object, "event"),
+              .stage = textOf(object, "stage"),
+              .fraction = object.value(QLatin1String("fraction")).toDouble(),
+              .ending = textOf(object, "ending"),
+              .why = textOf(object, "why"),
+              .next = textOf(object, "next"),
+              .number = {},
+              .answered = object.contains(QLatin1String("chip"))};
+  event.number = textOf(object, event.name == "outcome" ? "serial" : "number");
+  return event;
+}
+
+}  // namespace kvr::stations
