@@ -178,7 +178,10 @@ void ChipRun::record(Outcome& outcome, RunBooks& books) {
   if (answer.fine()) return;
   c_.say(answer.words);
   outcome.books = answer.fault;
-  if (!outcome.passed()) return;
+  if (!outcome.passed()) {
+    outcome.words += " " + answer.words;
+    return;
+  }
   c_.view().beep(3);
   outcome.ending = Ending::Failed;
   outcome.words = answer.words;

@@ -15,12 +15,20 @@ struct Fingerprint {
   std::string dataSum, dataCrc32;  // empty: no data image
   std::string options;             // the option bytes, hexadecimal
   std::string frequency;           // wanted, of the internal oscillator, in Hz; empty: no choice
+  std::string numbers;             // where the running numbers lie in the images; empty: there are none
   bool operator==(const Fingerprint&) const = default;
 };
 
 // The first thing in which `job` differs from `batch`, for a message, such as "code checksum 12AF instead of 3C01".
 // Empty: they are the same.
 std::string differenceOf(const Fingerprint& batch, const Fingerprint& job);
+
+struct FingerprintPart {
+  const char* key;    // in the database
+  const char* words;  // for a message
+  std::string Fingerprint::*value;
+};
+const std::vector<FingerprintPart>& fingerprintParts();
 
 // A running number that each chip of a batch carries. What it looks like in the image is the image's business.
 struct Counter {
@@ -83,6 +91,9 @@ struct RunRow {
   std::string programVersion;
   std::string operatorName;
 };
+
+// "123", or "123/7" of two counters.
+std::string textOf(const std::vector<std::int64_t>& numbers);
 
 // A place whose station died with it.
 struct Doubt {

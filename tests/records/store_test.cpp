@@ -12,8 +12,8 @@
 #include <memory>
 #include <set>
 
+#include "records/qt/waiting_rows.h"
 #include "records/record_store.h"
-#include "records/waiting_rows.h"
 #include "tests/records/private_server.h"
 
 namespace {
@@ -288,13 +288,16 @@ TEST(RecordStore, WhatCouldNotBeRecordedWaitsAndGoesInOnce) {
   ASSERT_TRUE(store->addBatch({.name = "B"}).none());
   const Reservation place = store->reserve("B", "left", {}).value;
   const WaitingRows waiting(folder.filePath("state/unrecorded").toStdString());
-  ASSERT_TRUE(waiting.keep(place, {.run = place.run, .batch = "B", .words = "could not be recorded"}));
+  ASSERT_TRUE(
+      waiting.keep(place, {.run = place.run, .batch = "B", .verdict = Verdict::Passed, .words = "not recorded"}));
   ASSERT_TRUE(waiting.keep({}, {.run = "other", .batch = "B", .words = "No chip", .operatorName = "Zoë"}));
   ASSERT_TRUE(waiting.keep({}, {.run = "stray", .batch = "gone"}));
+  const Reservation failed = store->reserve("B", "left", {}).value;
+  ASSERT_TRUE(waiting.keep(failed, {.run = failed.run, .batch = "B", .words = "No answer."}));
   EXPECT_EQ(waiting.deliver(*store), 1) << "the store knows no batch of that name";
   EXPECT_EQ(waiting.deliver(*store), 1);
-  EXPECT_EQ(store->batch("B").value.failed, 2);
-  EXPECT_EQ(store->batch("B").value.places, (Places{.given = 1, .inDoubt = 1}));
+  EXPECT_EQ(store->batch("B").value.failed, 3);
+  EXPECT_EQ(store->batch("B").value.places, (Places{.given = 2, .inDoubt = 1, .free = 1}));
 }
 
 TEST(RecordStore, RefusesAnAddressWithAPasswordAndAFolderThatCannotBeMade) {

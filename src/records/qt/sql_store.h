@@ -1,8 +1,8 @@
 // The books in an SQL database: SQLite or PostgreSQL, the same statements for both.
 #pragma once
 
+#include "records/qt/sql_link.h"
 #include "records/record_store.h"
-#include "records/sql_link.h"
 
 namespace kvr::records {
 

@@ -1,7 +1,7 @@
 // The tables of the books, by version. A database of a version that is not known is refused and left alone.
 #pragma once
 
-#include "records/sql_link.h"
+#include "records/qt/sql_link.h"
 
 namespace kvr::records {
 

@@ -1,4 +1,4 @@
-#include "records/waiting_rows.h"
+#include "records/qt/waiting_rows.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,7 +10,7 @@
 #include <QSaveFile>
 #include <array>
 
-#include "records/row_texts.h"
+#include "records/qt/row_texts.h"
 
 namespace kvr::records {
 namespace {
@@ -42,6 +42,7 @@ constexpr std::array kFields{
 struct Waiting {
   Reservation place;
   RunRow row;
+  bool wentThrough = false;  // the chip carries its number
 };
 
 QByteArray lineOf(const Waiting& waiting) {
@@ -51,6 +52,7 @@ QByteArray lineOf(const Waiting& waiting) {
   object.insert("seconds", waiting.row.seconds);
   object.insert("leftOut", static_cast<double>(waiting.row.bytesLeftOut));
   object.insert("reserved", !waiting.place.run.empty());
+  object.insert("wentThrough", waiting.row.verdict != Verdict::Failed);
   object.insert("ordinal", static_cast<double>(waiting.place.ordinal));
   return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
@@ -60,6 +62,7 @@ Waiting waitingOf(const QJsonObject& object) {
   for (const Field& field : kFields)
     waiting.row.*field.value = object.value(QLatin1String(field.key)).toString().toStdString();
   waiting.row.verdict = Verdict::Failed;
+  waiting.wentThrough = object.value("wentThrough").toBool();
   waiting.row.seconds = object.value("seconds").toDouble();
   waiting.row.bytesLeftOut = static_cast<std::int64_t>(object.value("leftOut").toDouble());
   waiting.place.batch = waiting.row.batch;
@@ -72,7 +75,11 @@ StoreFault handOver(RecordStore& store, const QByteArray& line) {
   const QJsonDocument document = QJsonDocument::fromJson(line);
   if (!document.isObject()) return {};  // half a line of a computer that lost its power: there is nothing in it to keep
   const Waiting waiting = waitingOf(document.object());
-  return waiting.place.run.empty() ? store.addRun(waiting.row) : store.doubt(waiting.place, waiting.row);
+  if (waiting.place.run.empty()) return store.addRun(waiting.row);
+  if (waiting.wentThrough) return store.doubt(waiting.place, waiting.row);
+  const StoreFault fault = store.giveBack(waiting.place, waiting.row);
+  // Somebody has settled its number meanwhile: there is only the row left to keep.
+  return fault.kind == StoreFault::Kind::Refused ? store.addRun(waiting.row) : fault;
 }
 
 QList<QByteArray> linesOf(const QString& path) {
@@ -97,7 +104,7 @@ bool WaitingRows::keep(const Reservation& place, const RunRow& row) const {
   QLockFile alone(path + ".lock");
   if (!alone.tryLock(5000)) return false;
   QList<QByteArray> lines = linesOf(path);
-  lines.append(lineOf({place, row}).trimmed());
+  lines.append(lineOf({.place = place, .row = row}).trimmed());
   return replaceLines(path, lines);
 }
 

@@ -1,4 +1,4 @@
-#include "records/row_texts.h"
+#include "records/qt/row_texts.h"
 
 #include <QDateTime>
 #include <QJsonDocument>
@@ -10,48 +10,23 @@
 namespace kvr::records {
 namespace {
 
-struct Part {
-  const char* key;
-  const char* words;
-  std::string Fingerprint::*value;
-};
-
-constexpr std::array kParts{
-    Part{"model", "model", &Fingerprint::model},
-    Part{"codeSum", "code checksum", &Fingerprint::codeSum},
-    Part{"codeCrc32", "CRC-32 of the code", &Fingerprint::codeCrc32},
-    Part{"dataSum", "EEPROM checksum", &Fingerprint::dataSum},
-    Part{"dataCrc32", "CRC-32 of the EEPROM data", &Fingerprint::dataCrc32},
-    Part{"options", "option bytes", &Fingerprint::options},
-    Part{"frequency", "frequency", &Fingerprint::frequency},
-};
-
-std::string orNone(const std::string& value) {
-  return value.empty() ? "none" : value;
-}
-
 constexpr std::array<std::pair<Verdict, const char*>, 3> kVerdicts{
     {{Verdict::Passed, "passed"}, {Verdict::PassedInPart, "in part"}, {Verdict::Failed, "failed"}}};
 
 }  // namespace
 
-std::string differenceOf(const Fingerprint& batch, const Fingerprint& job) {
-  for (const Part& part : kParts)
-    if (batch.*part.value != job.*part.value)
-      return std::string(part.words) + " " + orNone(job.*part.value) + " instead of " + orNone(batch.*part.value);
-  return {};
-}
-
 QString jobText(const Fingerprint& job) {
   QJsonObject object;
-  for (const Part& part : kParts) object.insert(QLatin1String(part.key), QString::fromStdString(job.*part.value));
+  for (const FingerprintPart& part : fingerprintParts())
+    object.insert(QLatin1String(part.key), QString::fromStdString(job.*part.value));
   return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
 }
 
 Fingerprint jobOf(const QString& text) {
   const QJsonObject object = QJsonDocument::fromJson(text.toUtf8()).object();
   Fingerprint job;
-  for (const Part& part : kParts) job.*part.value = object.value(QLatin1String(part.key)).toString().toStdString();
+  for (const FingerprintPart& part : fingerprintParts())
+    job.*part.value = object.value(QLatin1String(part.key)).toString().toStdString();
   return job;
 }
 

@@ -1,8 +1,8 @@
-#include "records/sql_store.h"
+#include "records/qt/sql_store.h"
 
 #include <QUuid>
 
-#include "records/row_texts.h"
+#include "records/qt/row_texts.h"
 
 namespace kvr::records {
 namespace {

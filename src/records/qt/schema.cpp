@@ -1,4 +1,4 @@
-#include "records/schema.h"
+#include "records/qt/schema.h"
 
 #include <QStringList>
 #include <array>

@@ -1,6 +1,6 @@
-#include "records/sql_store.h"
+#include "records/qt/sql_store.h"
 
-#include "records/row_texts.h"
+#include "records/qt/row_texts.h"
 
 namespace kvr::records {
 

@@ -1,7 +1,8 @@
 #include <QUrl>
+#include <QUrlQuery>
 
-#include "records/schema.h"
-#include "records/sql_store.h"
+#include "records/qt/schema.h"
+#include "records/qt/sql_store.h"
 
 namespace kvr::records {
 namespace {
@@ -13,7 +14,7 @@ std::string refusalOf(const QString& location) {
   const QUrl url(location, QUrl::StrictMode);
   if (!url.isValid() || url.path().size() < 2)
     return "This is no address of a record store: postgresql://user@host/database.";
-  if (!url.password().isEmpty())
+  if (!url.password().isEmpty() || QUrlQuery(url).hasQueryItem(QStringLiteral("password")))
     return "A password does not belong into the address of the record store. Put it into the file that PGPASSFILE "
            "names.";
   return {};

@@ -1,4 +1,4 @@
-#include "records/sql_link.h"
+#include "records/qt/sql_link.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,0 +1,53 @@
+#include "records/qt/qt_record_desk.h"
+
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QDir>
+#include <QStandardPaths>
+#include <QUuid>
+
+#include "records/qt/row_texts.h"
+#include "records/qt/waiting_rows.h"
+
+namespace kvr::records {
+namespace {
+
+constexpr const char* kSection = "Records";
+constexpr const char* kKey = "Store";
+constexpr qsizetype kNameDigits = 12;
+
+QString folder() {
+  return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/KVR-ISP/");
+}
+
+}  // namespace
+
+std::string QtRecordDesk::location() const {
+  const std::string variable = qEnvironmentVariable("KVR_RECORDS").toStdString();
+  if (!variable.empty()) return variable;
+  const std::string kept = settings_()->getOr(kSection, kKey, {});
+  return kept.empty() ? (folder() + QStringLiteral("records.db")).toStdString() : kept;
+}
+
+std::string QtRecordDesk::keepLocation(const std::string& location) {
+  const auto settings = settings_();
+  settings->set(kSection, kKey, location);
+  return settings->flush().error;
+}
+
+// A file for each store: what waits for one never goes into another.
+std::unique_ptr<WaitingRoom> QtRecordDesk::waitingFor(const std::string& location) const {
+  const QByteArray name = QCryptographicHash::hash(QByteArray::fromStdString(location), QCryptographicHash::Sha256);
+  const QString file = folder() + QStringLiteral("waiting-") + QString::fromLatin1(name.toHex().left(kNameDigits));
+  return std::make_unique<WaitingRows>(file.toStdString());
+}
+
+std::string QtRecordDesk::utcNow() const {
+  return records::utcNow().toStdString();
+}
+
+std::string QtRecordDesk::newRun() const {
+  return QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString();
+}
+
+}  // namespace kvr::records
