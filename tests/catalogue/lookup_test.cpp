@@ -53,15 +53,14 @@ TEST(Lookup, KnowsWhichModelsTakeADataFile) {
   EXPECT_TRUE(hasDataFile(record));
 }
 
-TEST(DeviceTree, ShowsTheListedModelsOfTenSeries) {
-  std::string order;
-  for (const SeriesNode& node : deviceTree()) {
-    order += std::to_string(numberOf(node.family)) + ":" + std::to_string(node.models.size()) + " ";
-    EXPECT_EQ(node.key, std::string(kSeriesKeyPrefix) + std::string(traitsOf(node.family).name));
-    for (const McuRecord* model : node.models)
+TEST(DeviceTree, ShowsListedModelsUnderTheirSeries) {
+  std::size_t models = 0;
+  for (const SeriesNode& node : deviceTree())
+    for (const McuRecord* model : node.models) {
       EXPECT_TRUE(model->listed && model->family == node.family && findByName(model->name) == model) << model->name;
-  }
-  EXPECT_EQ(order, "8:64 9:32 10:112 15:29 16:28 7:136 6:36 5:52 12:34 13:20 ");
+      ++models;
+    }
+  EXPECT_EQ(models, 543U);
 }
 
 }  // namespace

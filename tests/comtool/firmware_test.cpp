@@ -1,8 +1,6 @@
 // The terminal and the monitor of the whole program, with a talking firmware at the other end of the line.
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "sim/application.h"
 #include "sim/monitor_firmware.h"
 #include "tests/support/form_bench.h"
@@ -41,39 +39,6 @@ TEST(TalkingFirmware, ChatterAtFullLineRateAppearsWholeAndInOrder) {
   EXPECT_EQ(b.form.tool.labReceiveCount.caption(), "Receive counter:" + std::to_string(shown.size()));
 }
 
-// Reads at the line's own rate and answers nothing.
-struct Listener : sim::Device {
-  std::optional<sim::Line> line() const override { return sim::Line{9600, 'n'}; }
-  void hear(sim::Micros, const sim::Heard& what) override {
-    ++heard;
-    strange += what.byte != 'p';
-  }
-  std::optional<sim::Micros> nextDue() const override { return std::nullopt; }
-  void advanceTo(sim::Micros) override {}
-  int heard = 0;
-  int strange = 0;
-};
-
-TEST(TalkingFirmware, APasteOfAMegabyteKeepsTheLineBusyPilesUpNothingAndEndsAtOnceWhenCancelled) {
-  support::FormBench b;
-  Listener slow;
-  b.wire.connect(&slow);
-  b.form.tool.com_Debug_Baud.setText("9600");
-  ASSERT_TRUE(b.form.tool.texReceive.userPaste(std::string(1'000'000, 'p')));
-  for (int i = 0; i < 300; ++i) {
-    b.loop.runFor(Millis(100));
-    ASSERT_LE(b.link.outBytesPending(), 64U);
-  }
-  EXPECT_GT(slow.heard, 27'000) << "of 28,800 in 30 seconds";
-  b.form.tool.comPasteStop.press();
-  const int before = slow.heard;
-  b.loop.runFor(Millis(5000));
-  EXPECT_LE(slow.heard, before + 2);
-  EXPECT_EQ(slow.strange, 0);
-  b.form.tool.comOpenCOM[0].press();
-  b.wire.connect(nullptr);
-}
-
 TEST(TalkingFirmware, BadRecordsAreAskedForAgainAndAllFourListsFill) {
   using sim::BadFrame;
   TalkingBench b;
@@ -110,30 +75,6 @@ TEST(TalkingFirmware, IsAskedForNothingAfterThePortWasOpenedAnewInTheMiddleOfIts
     ASSERT_TRUE(b.form.comTool.isOpen());
     b.loop.runFor(Millis(4000));
     EXPECT_EQ(dumps.resends(), 0);
-  }
-}
-
-TEST(TalkingFirmware, ADamagedStreamNeverHangsTheMonitor) {
-  for (unsigned seed = 1; seed <= 4; ++seed) {
-    TalkingBench b;
-    auto& dumps = b.run<sim::MonitorApplication>({115200, 'n'}, sim::MonitorConfig{.seed = seed});
-    dumps.say = [whole = dumps.say, random = std::mt19937(seed)](sim::Micros start,
-                                                                 std::span<const std::uint8_t> bytes) mutable {
-      std::vector<std::uint8_t> damaged(bytes.begin(), bytes.end());
-      const auto at = damaged.begin() + static_cast<std::ptrdiff_t>(random() % damaged.size());
-      if (const auto what = random() % 10; what == 0)
-        *at ^= 0x10;
-      else if (what == 1)
-        damaged.erase(at, damaged.end());
-      return whole(start, damaged);
-    };
-    b.form.tool.che_KeepNewest.setValue(true);
-    for (int minute = 0; minute < 3; ++minute) {
-      const int before = dumps.accepted();
-      b.loop.runFor(Millis(60000));
-      EXPECT_GT(dumps.accepted(), before + 5) << seed;
-    }
-    EXPECT_GT(dumps.resends(), 10);
   }
 }
 

@@ -68,21 +68,6 @@ TEST(Receive, AFullPaneTellsItOnceAlsoWhenTheTextEndsInTheMiddleOfACharacter) {
   EXPECT_EQ(b.dialogs.shown.size(), 1U);
 }
 
-TEST(Receive, TheLimitCountsCharactersInEitherFormAndNeverCutsOne) {
-  ToolBench text, hex;
-  hex.showHex();
-  text.open();
-  hex.open();
-  const std::string nearlyFull(229999, 'a');
-  text.arriveAndShow(nearlyFull + "\xC2\xB5\xC2\xB5");
-  EXPECT_EQ(text.shown(), nearlyFull + "\xC2\xB5");
-  hex.arriveAndShow(Bytes(76666, 0x5A));
-  EXPECT_TRUE(hex.tool.isOpen());
-  hex.arriveAndShow(Bytes{0x00});
-  EXPECT_FALSE(hex.tool.isOpen());
-  EXPECT_EQ(hex.shown().substr(229995), "5A 00");
-}
-
 TEST(Receive, ClearEmptiesThePaneAndTheRingButNotTheCounters) {
   ToolBench b;
   int monitorCleared = 0;

@@ -5,18 +5,6 @@
 namespace kvr::comtool {
 namespace {
 
-TEST(Send, OpensThePortAndSendsTheTextAsItStands) {
-  ToolBench b;
-  b.panel.texSend.setText(" caf\xC3\xA9 \n");
-  b.panel.comDebugSend.press();
-  EXPECT_TRUE(b.tool.isOpen());
-  EXPECT_EQ(b.sentText(), " caf\xC3\xA9 \n");
-  EXPECT_EQ(b.panel.labSendCount.caption(), "Send counter:8");
-  b.panel.comClearSend.press();
-  b.panel.comDebugSend.press();
-  EXPECT_EQ(b.panel.labSendCount.caption(), "Send counter:8");
-}
-
 TEST(Send, AddsTheChosenLineEndToTextsOnly) {
   ToolBench b;
   b.panel.texSend.setText("A");

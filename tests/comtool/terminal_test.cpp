@@ -93,16 +93,20 @@ TEST(Paste, GoesOutAtItsPaceWithTheLineEndsOfThePage) {
   EXPECT_EQ(b.panel.labSendCount.caption(), "Send counter:5");
 }
 
-TEST(Paste, EndsWithItsPortAndWaitsForALineThatIsFull) {
-  ToolBench b;
-  b.link.pendingOut = 1'000'000;
-  EXPECT_TRUE(b.panel.texReceive.userPaste("abc"));
-  b.loop.runFor(Millis(5000));
-  EXPECT_EQ(b.sentText(), "");
-  EXPECT_TRUE(b.panel.comPasteStop.visible());
-  b.open();  // which closes it
-  EXPECT_EQ(b.panel.labPaste.caption(), "Paste cancelled: 0 of 3 bytes");
-  EXPECT_FALSE(b.panel.comPasteStop.visible());
+TEST(Paste, WaitsForALineThatIsFullAndEndsByItsButtonOrWithItsPort) {
+  for (const bool byButton : {true, false}) {
+    ToolBench b;
+    b.link.pendingOut = 1'000'000;
+    EXPECT_TRUE(b.panel.texReceive.userPaste("abc"));
+    b.loop.runFor(Millis(5000));
+    EXPECT_TRUE(b.panel.comPasteStop.visible());
+    (byButton ? b.panel.comPasteStop : b.panel.comOpenCOM[0]).press();
+    b.link.pendingOut = 0;
+    b.loop.runFor(Millis(5000));
+    EXPECT_EQ(b.sentText(), "");
+    EXPECT_EQ(b.panel.labPaste.caption(), "Paste cancelled: 0 of 3 bytes");
+    EXPECT_FALSE(b.panel.comPasteStop.visible());
+  }
 }
 
 TEST(Sending, IsEchoedAndCalledBackAsTheUserWishes) {

@@ -4,7 +4,6 @@
 #include "comtool/key_bytes.h"
 #include "comtool/paste_queue.h"
 #include "comtool/rolling_log.h"
-#include "comtool/send_history.h"
 #include "tests/comtool/tool_bench.h"
 
 namespace kvr::comtool {
@@ -24,15 +23,6 @@ TEST(EscapeFilter, PassesOverSequencesWhereverTheyAreCut) {
     }
 }
 
-// Noise on the line may look like a beginning of one.
-TEST(EscapeFilter, NoiseSwallowsNoMoreThanItsLine) {
-  EscapeFilter filter;
-  EXPECT_EQ(filter.pass("\x1B]noise\nnext \x1B[12\r\nlast \x1B\nend"), "\nnext \r\nlast \nend");
-  EXPECT_EQ(filter.pass("\x1B[1\xC3\xA9"), "\xC3\xA9");
-  filter.pass("\x1B]" + std::string(EscapeFilter::kLongest, 'x'));
-  EXPECT_EQ(filter.pass("seen"), "seen");
-}
-
 TEST(Keys, HaveTheBytesOfATerminal) {
   EXPECT_EQ(bytesOf(Key::Left), "\x1B[D");
   EXPECT_EQ(bytesOf(Key::Delete), "\x1B[3~");
@@ -41,20 +31,6 @@ TEST(Keys, HaveTheBytesOfATerminal) {
   EXPECT_EQ(controlCharacter(U'['), 27);
   EXPECT_EQ(controlCharacter(U' '), 0);
   EXPECT_EQ(controlCharacter(U'1'), -1);
-}
-
-TEST(SendHistory, GoesBackAndForthAndKeepsWhatWasBeingTyped) {
-  SendHistory history;
-  EXPECT_FALSE(history.older("x"));
-  for (const char* text : {"one", "two", "one", ""}) history.add(text);
-  EXPECT_EQ(history.older("dra"), "one");
-  EXPECT_EQ(history.older("one"), "two");
-  EXPECT_FALSE(history.older("two"));
-  EXPECT_EQ(history.newer(), "one");
-  EXPECT_EQ(history.newer(), "dra");
-  EXPECT_FALSE(history.newer());
-  history.add("three");
-  EXPECT_EQ(history.older("three"), "one") << "the line still shows the newest";
 }
 
 TEST(PasteQueue, GoesInWholeCharactersAndPausesWhereItIsAskedTo) {

@@ -78,9 +78,6 @@ class PlayedLink : public support::NoLink {
   void clearIn() override { waiting.clear(); }
   void setDtr(bool on) override { dtr = on; }
   void setRts(bool on) override { rts = on; }
-  void keepLine(platform::ModemLine, bool) override {}
-  void freeLine() override {}
-  bool lineKept() const override { return false; }
   platform::PortError setFlowControl(platform::FlowControl to) override {
     if (!flowError) flow = to;
     return flowError;

@@ -9,18 +9,6 @@
 namespace kvr::comtool {
 namespace {
 
-TEST(RxRing, KeepsOneSlotFreeAndWrapsAt245000) {
-  RxRing ring;
-  EXPECT_EQ(ring.put(Bytes(300000, 1)), 244999U);
-  EXPECT_EQ(ring.put(Bytes{2}), 0U);
-  EXPECT_EQ(ring.takeAll().size(), 244999U);
-  EXPECT_TRUE(ring.empty());
-  EXPECT_EQ(ring.put(Bytes{7, 8, 9}), 3U);
-  EXPECT_EQ(ring.buffer()[244999], 7);
-  EXPECT_EQ(ring.buffer()[0], 8);
-  EXPECT_EQ(ring.takeAll(), (Bytes{7, 8, 9}));
-}
-
 TEST(PaneText, AnyPairOfCrAndLfEndsOneLineEvenCutByTwoReads) {
   PaneText text;
   for (const char* piece : {"a\r", "\nb\n", "\rc\r", "d\n", "\ne"}) text.append(piece);
@@ -40,23 +28,6 @@ TEST(PaneText, LongLinesWrapByColumnsAndAnewWhenTheWidthChanges) {
   EXPECT_EQ(text.rowCount(), 2U);
   EXPECT_EQ(text.all(), before);
   EXPECT_EQ(text.end(), end);
-}
-
-TEST(PaneText, PositionsStayWhenOldTextGoes) {
-  PaneText text;
-  text.setWidth(20);
-  for (int i = 0; i < 1000; ++i) text.append("line " + std::to_string(i) + "\n");
-  const auto place = text.find("LINE 900", 0);
-  ASSERT_TRUE(place);
-  text.keepNewest(2000);
-  EXPECT_LE(text.chars(), 2000U);
-  EXPECT_GT(text.chars(), 1980U);
-  EXPECT_EQ(text.slice(*place), "line 900");
-  EXPECT_EQ(text.slice({0, text.begin() + 4}), "line");
-  EXPECT_EQ(text.row(text.rowAt(place->from)).shown(), "line 900");
-  EXPECT_EQ(text.find("line 900", text.end(), true), place);
-  EXPECT_FALSE(text.find("line 900", place->from, true));
-  EXPECT_FALSE(text.find("line 1\n", text.begin()));
 }
 
 TEST(PaneText, AnEndlessLineAndEndlessMarksMakeBoundedRows) {

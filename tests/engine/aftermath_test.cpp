@@ -171,15 +171,5 @@ TEST(RunHistory, ComparesWithTheLastGoodRunOfTheModelAfterAFailure) {
   EXPECT_EQ(add("6", "A", Ending::Stopped), "5");
 }
 
-TEST(RunPicture, AxisAndSecondsAreRound) {
-  EXPECT_EQ(axisStep(Micros(9'000'000)), Micros(1'000'000));
-  EXPECT_EQ(axisStep(Micros(10'000'001)), Micros(2'000'000));
-  EXPECT_EQ(axisStep(Micros(130'000'000)), Micros(20'000'000));
-  EXPECT_EQ(axisStep(Micros(0)), Micros(1000));
-  EXPECT_EQ(secondsText(Micros(45'000)), "0.04 s");
-  EXPECT_EQ(secondsText(Micros(12'340'000)), "12.3 s");
-  EXPECT_EQ(secondsText(Micros(130'400'000)), "130 s");
-}
-
 }  // namespace
 }  // namespace kvr::download

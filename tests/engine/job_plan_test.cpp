@@ -4,24 +4,17 @@
 #include "engine/job_plan.h"
 #include "images/image_facts.h"
 #include "tests/support/engine_bench.h"
+#include "tests/support/models.h"
 
 namespace kvr::engine {
 namespace {
 
 using support::EngineBench;
 
-// A model of each family and shape.
-std::vector<std::string> sampleModels() {
-  std::vector<std::string> names;
-  std::set<std::string> kinds;
-  for (const auto& row : catalogue::allRows()) {
-    if (row.name.empty() || catalogue::findByName(row.name) != &row) continue;
-    const auto kind = std::string(traitsOf(row).name) + (row.topBlockFree ? "t" : "") + (row.noOptions ? "n" : "") +
-                      (hasDataFile(row) ? "d" : "") + (row.extSession ? "e" : "") + (row.parityUsed ? "p" : "") +
-                      (row.apUpToIsp ? "u" : "");
-    if (kinds.insert(kind).second) names.emplace_back(row.name);
-  }
-  return names;
+std::string shapeOf(const catalogue::McuRecord& row) {
+  return std::string(traitsOf(row).name) + (row.topBlockFree ? "t" : "") + (row.noOptions ? "n" : "") +
+         (hasDataFile(row) ? "d" : "") + (row.extSession ? "e" : "") + (row.parityUsed ? "p" : "") +
+         (row.apUpToIsp ? "u" : "");
 }
 
 bool lies(std::int32_t at, const std::vector<AddressRange>& ranges) {
@@ -48,10 +41,10 @@ std::string eraseFault(const JobPlan& plan, const Job& job, std::span<const std:
 }
 
 TEST(JobPlan, IsWhatTheRunThenDoesInEveryFamily) {
-  for (const std::string& name : sampleModels()) {
-    SCOPED_TRACE(name);
+  for (const auto* model : support::oneOfEach(shapeOf)) {
+    SCOPED_TRACE(std::string(model->name));
     EngineBench bench;
-    bench.select(name);
+    bench.select(model->name);
     bench.insertChip();
     bench.loadCode(7, std::max(512, bench.model.record.apEnd / 3));
     if (catalogue::hasDataFile(bench.model.record)) bench.loadData(8);
@@ -80,7 +73,7 @@ std::string lineAbout(const std::vector<PlanLine>& lines, const std::string& abo
   return text;
 }
 
-TEST(JobPlan, TellsInWordsWhatWillHappen) {
+TEST(JobPlan, TellsInWordsWhatWillHappenAlsoByItsButton) {
   EngineBench bench;
   bench.select("Ivy-HF0S");
   bench.loadCode(7, 3000);
@@ -93,21 +86,14 @@ TEST(JobPlan, TellsInWordsWhatWillHappen) {
   EXPECT_EQ(lineAbout(lines, "Takes"),
             "about 4 s from the chip's answer on, at 115200 baud if its clock is 11.0592 MHz");
   EXPECT_TRUE(std::none_of(lines.begin(), lines.end(), [](const PlanLine& line) { return line.warns; }));
+  bench.panel.comPlan.press();
+  const auto& shown = bench.dialogs.shown.at(0);
+  EXPECT_EQ(shown.kind + " " + shown.title, "help What will happen");
+  for (const char* words : {"Sends code: 0000H - 0BB7H, 3072 bytes", "2.9 KB of 60 KB"})
+    EXPECT_NE(shown.text.find(words), std::string::npos) << shown.text;
+  EXPECT_EQ(bench.records.size(), 0u);
   job.imageValid = false;
   EXPECT_EQ(lineAbout(planLines(job, planJob(job)), "Cannot start"), "Please open code file.");
-}
-
-TEST(JobPlan, IsShownByItsButtonWithWhatTheFilesAre) {
-  EngineBench bench;
-  bench.select("Ivy-HF0S");
-  bench.loadCode(7, 3000);
-  bench.panel.comPlan.press();
-  ASSERT_EQ(bench.dialogs.shown.size(), 1u);
-  const auto& shown = bench.dialogs.shown.back();
-  EXPECT_EQ(shown.kind + " " + shown.title, "help What will happen");
-  EXPECT_NE(shown.text.find("Sends code: 0000H - 0BB7H, 3072 bytes"), std::string::npos) << shown.text;
-  EXPECT_NE(shown.text.find("2.9 KB of 60 KB"), std::string::npos) << shown.text;
-  EXPECT_EQ(bench.records.size(), 0u);
 }
 
 TEST(JobPlan, WarnsOfWhatDoesNotReachTheChip) {

@@ -71,16 +71,6 @@ TEST_F(OneRun, HintsAfterFourSecondsOnceAndStillCatchesTheChipAnHourLater) {
   EXPECT_EQ(bench.dialogs.beeps.size(), 3u) << "two with the hint, one for the success";
 }
 
-TEST_F(OneRun, SaysWhyAPortCannotBeOpened) {
-  std::string status;
-  bench.display.onPortStatus = [&](const std::string& why) { status = why; };
-  bench.link.refusesToOpen = {platform::PortError::Kind::Denied, "/dev/ttyV0: permission denied, join group dialout"};
-  ASSERT_TRUE(bench.program());
-  expectFailure(bench,
-                "Open COM port failed!\nThe COM port is opened by another Program or the COM port does not exist.", 3);
-  EXPECT_EQ(status, "/dev/ttyV0: permission denied, join group dialout");
-}
-
 TEST(Session, RefusesAWrongModelAndForgetsTheImage) {
   for (const char* model : {"Ivy-HF0S", "Fir-H10A"}) {  // Fir goes by the name of the chip's row, and this one has none
     SCOPED_TRACE(model);

@@ -112,20 +112,6 @@ TEST_F(CounterTest, SwitchingOnWritesTheNumberAndClosesTheBoxes) {
   EXPECT_EQ(bench.room.state.EepromBuffer.at(7), '7');
 }
 
-TEST_F(CounterTest, ARunIsRefusedWhenABoxIsOnAndItsNumberCannotBeWritten) {
-  EXPECT_TRUE(counters.armForRun()) << "both boxes are off";
-  // Outside the model's memory; a length below nothing; a number that outgrows its field.
-  for (const auto& [address, bytes, next] :
-       {std::tuple("F000", "2", "1"), {"EFFF", "-30000", "1"}, {"100", "1", "256"}}) {
-    bench.counterBoxes(address, bytes, next, Radix::Hex);
-    panel.cheAuto_Increase.userSet(true);
-    bench.dialogs.shown.clear();
-    EXPECT_FALSE(counters.armForRun()) << bytes << next;
-    EXPECT_EQ(bench.boxes().size(), 1U);
-    panel.cheAuto_Increase.userSet(false);
-  }
-}
-
 TEST_F(CounterTest, AdvancesThroughABatchStopsWhenTheNumbersRunOutAndComesBackAtTheNextStart) {
   bench.counterBoxes("100", "1", "250", Radix::Hex, "2");
   panel.cheAuto_Increase.userSet(true);

@@ -78,12 +78,6 @@ TEST_F(LoaderTest, WhatCannotBeReadOrHoldsNoDataLeavesTheFormerImageAndIsTold) {
   }
 }
 
-TEST_F(LoaderTest, AnEepromFileAloneIsNoCode) {
-  bench.openData("/d.bin", counting(20));
-  EXPECT_TRUE(state.imageValid && data.loaded);
-  EXPECT_FALSE(state.codeLoaded());
-}
-
 TEST_F(LoaderTest, RefusesAStartAddressBeyondTheMemoryAndLoadsNothing) {
   bench.openCode("/a.bin", counting(600));
   for (const char* start : {"F400", "100000000", "FFFFFFFF"}) {
@@ -154,6 +148,8 @@ TEST_F(LoaderTest, BytesThatAreClearedCountAsWrittenByNoFile) {
 }
 
 TEST_F(LoaderTest, DataFilesGoToTheirOwnBufferAndANewModelEmptiesBoth) {
+  bench.openData("/d.bin", counting(20));
+  EXPECT_TRUE(state.imageValid && !state.codeLoaded()) << "an EEPROM file alone is no code";
   bench.openCode("/a.bin", counting(3000));
   panel.txtDataFileStart.setText("10");
   bench.openData("/d.bin", counting(20));

@@ -31,13 +31,6 @@ struct WatchTest : ::testing::Test {
   std::vector<int> downloads;
 };
 
-TEST_F(WatchTest, DownloadsOnceForEachBuild) {
-  bench.loop.runFor(Millis{10000});
-  EXPECT_TRUE(downloads.empty());
-  for (const int number : {2, 3}) build(hexFile(number));
-  EXPECT_EQ(downloads, (std::vector{2, 3}));
-}
-
 TEST_F(WatchTest, ARefusedProjectOrFileOrACancelLeavesTheFileInHand) {
   const std::function<void()> refusals[] = {
       [&] { bench.openCode("/x.KVR", std::string("VER: 1.1\r\nMCU_Type: none")); },

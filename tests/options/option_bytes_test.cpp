@@ -89,27 +89,12 @@ TEST(OptionBytes, FieldsOfSeveralBitsTakeWhatTheListsSay) {
   }
 }
 
-TEST(OptionBytes, OnlyTrimmedFamiliesTakeTheMeasuredRegisters) {
-  const RcTrim trim{.code = 24, .fine = 7};
-  EXPECT_EQ(composeOptions(defaultValues(Family::Pine), trim).bytes[3], 24);
-  EXPECT_EQ(composeOptions(defaultValues(Family::Pine), trim).bytes[4], 7);
-  EXPECT_EQ(composeOptions(defaultValues(Family::Sumac), trim), composeOptions(defaultValues(Family::Sumac), {}));
-}
-
 TEST(OptionBytes, AModelWithoutOptionsGetsTheFamilysBytesWhateverThePanelHolds) {
   for (const auto& traits : catalogue::allFamilies()) {
     auto values = opposite(defaultValues(traits.family));
     values.noOptions = true;
     EXPECT_EQ(composeOptions(values, {}).bytes, defaultBytes(traits)) << traits.name;
   }
-}
-
-TEST(OptionWords, AreReadByKeyFromTheBytesOfTheFamily) {
-  EXPECT_EQ(composeOptions(defaultValues(Family::Cedar), {}).words, (OptionWords{"0", ""}));
-  EXPECT_EQ(composeOptions(opposite(defaultValues(Family::Cedar)), {}).words, (OptionWords{"1", ""}));
-  EXPECT_EQ(composeOptions(opposite(defaultValues(Family::Elm)), {}).words, (OptionWords{"", "1"}));
-  EXPECT_EQ(composeOptions(opposite(defaultValues(Family::Rowan)), {}).words, (OptionWords{"", "1"}));
-  EXPECT_EQ(composeOptions(opposite(defaultValues(Family::Birch)), {}).words, OptionWords{});
 }
 
 }  // namespace

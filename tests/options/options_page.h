@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <string>
 
 #include "catalogue/mcu_record.h"
@@ -11,6 +10,7 @@
 #include "options/options_room.h"
 #include "platform/virtual/virtual_loop.h"
 #include "platform/virtual/virtual_world.h"
+#include "tests/support/models.h"
 
 namespace kvr::options {
 
@@ -43,14 +43,10 @@ struct OptionsPage {
 
 // One model with options of each family, small and large Rowan parts alike.
 inline std::vector<const catalogue::McuRecord*> modelsWithOptions() {
-  std::map<int, const catalogue::McuRecord*> first;
-  for (const auto& record : catalogue::allRows())
-    if (!record.noOptions && !record.name.empty())
-      first.try_emplace(
-          record.family == catalogue::Family::Rowan && record.apEnd > 16384 ? 99 : numberOf(record.family), &record);
-  std::vector<const catalogue::McuRecord*> models;
-  for (const auto& [family, record] : first) models.push_back(record);
-  return models;
+  return support::oneOfEach([](const catalogue::McuRecord& row) {
+    const bool large = row.family == catalogue::Family::Rowan && row.apEnd > 16384;
+    return row.noOptions ? "" : std::string(traitsOf(row).name) + (large ? "+" : "");
+  });
 }
 
 }  // namespace kvr::options

@@ -170,17 +170,6 @@ TEST(OptionsPage, FrequencyBoxHoldsItsLimits) {
   }
 }
 
-TEST(OptionsPage, OnlyTheTrimmedFamiliesCanBeProgrammedAt24MHz) {
-  OptionsPage page;
-  page.select("Pine-H03");
-  EXPECT_EQ(page.room.baseFrequencyHz(), 12000000);
-  page.button("New_ISP_f_NO").userChoose();
-  EXPECT_EQ(page.room.baseFrequencyHz(), 24000000);
-  page.select({.family = catalogue::Family::Sumac, .name = "Sumac-H0A"});
-  page.button("P4_7_As_RESET_NO").userChoose();  // the same button
-  EXPECT_EQ(page.room.baseFrequencyHz(), 12000000);
-}
-
 TEST(OptionsPage, TheWatchdogPinIsOneChoiceOnTwoPages) {
   OptionsPage page;
   EXPECT_FALSE(page.room.externalWatchdogPin());
@@ -192,21 +181,6 @@ TEST(OptionsPage, TheWatchdogPinIsOneChoiceOnTwoPages) {
   page.panel.opt_ISP_DEMO_WDT[0].userChoose();
   EXPECT_TRUE(page.panel.opt_External_WDT[0].value());
   EXPECT_FALSE(page.panel.comb_External_WDT.enabled());
-}
-
-TEST(UiLock, ARunNeverLosesTheOperatorsLock) {
-  platform::UiLock lock;
-  for (const auto& [start, busy] : {std::pair{0, 1}, std::pair{2, 3}}) {
-    lock.set(start);
-    lock.toBusy();
-    lock.toBusy();
-    EXPECT_EQ(lock.state(), busy);
-    lock.toFree();
-    lock.toFree();
-    EXPECT_EQ(lock.state(), start);
-  }
-  lock.set(4);
-  EXPECT_EQ(lock.state(), 2);
 }
 
 }  // namespace

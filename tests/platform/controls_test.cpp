@@ -23,18 +23,6 @@ TEST(Controls, AGestureNeedsAnEnabledControlAndCodeRunsNoHandler) {
   EXPECT_EQ(changes, 4);
 }
 
-TEST(Controls, OptionButtonsOfAGroupExcludeEachOther) {
-  OptionGroup group;
-  ControlArray<OptionButton, 3> buttons("Option3");
-  for (std::size_t i = 0; i < 3; ++i) group.add(buttons[i]);
-  buttons[0].setValue(true);
-  buttons[2].setProperty("Value", "True");
-  EXPECT_FALSE(buttons[0].value());
-  EXPECT_EQ(buttons[2].property("Value"), "True");
-  buttons[1].setProperty("Value", " TRUE");
-  EXPECT_TRUE(buttons[1].value());
-}
-
 TEST(Signals, AHandlerMayAddAndEndObserversAndTheSignalItself) {
   std::string order;
   auto signal = std::make_unique<Signal>();
@@ -52,17 +40,6 @@ TEST(Signals, AHandlerMayAddAndEndObserversAndTheSignalItself) {
   }));
   signal->emit();
   EXPECT_EQ(order, "13");
-}
-
-TEST(Controls, AListKeepsItsStateForAnIndexThatDoesNotFit) {
-  ComboBox box("combCommPort");
-  box.setItems({"COM1", "COM2"});
-  box.setListIndex(1);
-  box.setListIndex(40);
-  box.setListIndex(-1);
-  box.setText("COM9");
-  EXPECT_EQ(box.listIndex(), 1);
-  EXPECT_EQ(box.text(), "COM2");
 }
 
 TEST(Text, NumbersReadAsFarAsTheyGo) {

@@ -4,23 +4,17 @@
 #include <random>
 #include <string>
 
-#include "images/image_room.h"
 #include "options/option_table.h"
-#include "options/options_room.h"
 #include "platform/text.h"
 #include "platform/virtual/plain_codec.h"
 #include "project/project_room.h"
-#include "tests/support/memory_services.h"
-#include "tests/support/no_link.h"
+#include "tests/support/engine_bench.h"
 
 namespace kvr::project {
 
-class ProjectBench : public support::MemoryServices<> {
+class ProjectBench : public support::EngineBench {
  public:
-  ProjectBench()
-      : images(world, model, activity, lock, textMsg),
-        options(dialogs, optionPanel, model, lock, textMsg, stepFrame),
-        room({world, codec, registry, model, images, options, lock, activity}) {
+  ProjectBench() {
     registry.addAll(txtDevice);
     images.panel.addTo(registry);
     optionPanel.addTo(registry);
@@ -42,18 +36,13 @@ class ProjectBench : public support::MemoryServices<> {
 
   // Both images as a load would leave them, with bytes of the seed; the data image only where the model takes one.
   void fill(std::mt19937& random, std::size_t size) {
-    const auto bytes = [&](std::size_t count) {
-      platform::Bytes all(count);
-      for (auto& byte : all) byte = static_cast<std::uint8_t>(random());
-      return all;
-    };
-    place(images.state.CodeBuffer, bytes(size));
+    place(images.state.CodeBuffer, support::randomBytes(random(), size));
     images.state.imageValid = true;
     images.panel.Frame7.setCaption("Program File: /home/me/中文 " + std::to_string(random()) + ".hex");
     images.panel.txtFileCheckSum.setText("00ABCDEH       ");
     if (!catalogue::hasDataFile(model.record)) return;
-    place(images.state.EepromBuffer,
-          bytes(static_cast<std::size_t>(model.record.dataEnd - model.record.dataStart + 1)));
+    const auto space = static_cast<std::size_t>(model.record.dataEnd - model.record.dataStart + 1);
+    place(images.state.EepromBuffer, support::randomBytes(random(), space));
     images.panel.txtDataFileCheckSum.setText("0001234H");
   }
 
@@ -101,20 +90,11 @@ class ProjectBench : public support::MemoryServices<> {
     room.panel.comSaveBatchFile.press();
   }
 
-  support::NoLink link;
-  platform::World world = with(link);
+  images::ImageRoom& images = imageRoom;
   platform::PlainCodec codec;
   platform::ControlRegistry registry;
-  catalogue::SelectedModel model;
-  platform::UiLock lock;
-  platform::Activity activity;
-  platform::TextBox textMsg{"textMsg"};
   platform::TextBox txtDevice{"txtDevice"};
-  platform::Frame stepFrame{"FrameX", 3};
-  options::OptionPanel optionPanel;
-  images::ImageRoom images;
-  options::OptionsRoom options;
-  ProjectRoom room;
+  ProjectRoom room{{world, codec, registry, model, images, options, lock, activity}};
 };
 
 }  // namespace kvr::project
