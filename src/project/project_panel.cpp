@@ -8,10 +8,12 @@ ProjectPanel::ProjectPanel() {
   comLockOptions.setCaption("lock parameters and options");
   comUnlockOptions.setCaption("Modify Parameters and Options");
   Command1.setCaption("Help");
+  comStations.setCaption("Stations...");
 }
 
 void ProjectPanel::addTo(platform::ControlRegistry& registry) {
-  registry.addAll(comSaveBatchFile, comOpenBatchFile, comLockOptions, comUnlockOptions, Command1, texBatchFileName);
+  registry.addAll(comSaveBatchFile, comOpenBatchFile, comLockOptions, comUnlockOptions, Command1, comStations,
+                  texBatchFileName);
 }
 
 }  // namespace kvr::project

@@ -14,6 +14,7 @@ struct ProjectPanel {
   platform::Button comLockOptions{"comLockOptions"};
   platform::Button comUnlockOptions{"comUnlockOptions"};
   platform::Button Command1{"Command1"};                   // how projects are used
+  platform::Button comStations{"comStations"};             // the window of a line with several chips at once
   platform::TextBox texBatchFileName{"texBatchFileName"};  // path of the project saved or opened last
 };
 

@@ -36,6 +36,7 @@ ProjectRoom::ProjectRoom(const ProjectContext& context) : context_(context) {
   panel.comLockOptions.onClick = [this] { lockOptions(); };
   panel.comUnlockOptions.onClick = [this] { unlockOptions(); };
   panel.Command1.onClick = [this] { showHelp(); };
+  panel.comStations.onClick = [this] { showStations(); };
   context_.lock.changed.connect([this] { applyLock(); });
   applyLock();
 }
@@ -68,6 +69,13 @@ void ProjectRoom::unlockOptions() {
 
 void ProjectRoom::showHelp() {
   for (const char* page : kProjectHelp) context_.world.dialogs.help("Project File", page);
+}
+
+void ProjectRoom::showStations() {
+  const std::string path = panel.texBatchFileName.trimmed();
+  const std::string project = context_.world.files.fileExists(path) ? path : std::string();
+  const std::string why = openStations ? openStations(project) : std::string();
+  if (!why.empty()) say(why);
 }
 
 // The folder for projects; where it cannot be made, its parent.

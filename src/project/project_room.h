@@ -38,6 +38,10 @@ class ProjectRoom {
   // False: it could not be applied. Must be connected.
   std::function<bool(const std::string& model)> applyModel;
 
+  // Opens the window of a line with several chips at once, with a project, or "" for that of its last time. Why not;
+  // empty: it opens. Nothing happens while it is not connected.
+  std::function<std::string(const std::string& project)> openStations;
+
   // Opens a project, or says why not. True: the code image is now the project's, and nothing but. An unknown model, a
   // version before 1.2 and a file cut short ahead of its code change nothing. Wrong sums are found when model and
   // options have been applied: then the image that differs is not valid. Nothing while a run goes on.
@@ -52,6 +56,7 @@ class ProjectRoom {
   void save();
   void chooseAndOpen();
   void showHelp();
+  void showStations();
   std::string projectFolder();
   std::string askWhereToSave();
   bool take(const std::string& path);

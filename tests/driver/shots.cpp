@@ -6,6 +6,7 @@
 #include <QFrame>
 
 #include "shell/qt/clear_marks.h"
+#include "tests/driver/dark_palette.h"
 
 namespace kvr::window {
 namespace {
@@ -118,22 +119,7 @@ void takeShots(Application& program, const QString& folder, const QString& prefi
 
 void useDarkTheme() {
   QApplication::setStyle(new ClearMarks(QStringLiteral("Fusion")));
-  QPalette dark;
-  dark.setColor(QPalette::Window, QColor(45, 45, 48));
-  dark.setColor(QPalette::WindowText, QColor(225, 225, 225));
-  dark.setColor(QPalette::Base, QColor(30, 30, 32));
-  dark.setColor(QPalette::AlternateBase, QColor(45, 45, 48));
-  dark.setColor(QPalette::Text, QColor(225, 225, 225));
-  dark.setColor(QPalette::Button, QColor(60, 60, 64));
-  dark.setColor(QPalette::ButtonText, QColor(225, 225, 225));
-  dark.setColor(QPalette::ToolTipBase, QColor(60, 60, 64));
-  dark.setColor(QPalette::ToolTipText, QColor(225, 225, 225));
-  dark.setColor(QPalette::PlaceholderText, QColor(150, 150, 150));
-  dark.setColor(QPalette::Highlight, QColor(42, 130, 218));
-  dark.setColor(QPalette::HighlightedText, Qt::white);
-  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-    dark.setColor(QPalette::Disabled, role, QColor(125, 125, 125));
-  QApplication::setPalette(dark);
+  QApplication::setPalette(darkPalette());
 }
 
 }  // namespace kvr::window

@@ -4,6 +4,7 @@
 #include <QTimer>
 
 #include "shell/qt/clear_marks.h"
+#include "shell/qt/stations_program.h"
 
 namespace kvr::window {
 
@@ -15,6 +16,9 @@ Application::Application(const std::string& settingsPath)
       form(platform::World{loop, link, dialogs, store, files, clock}, codec),
       portWatch(ports) {
   useClearMarks();
+  form.project.openStations = [](const std::string& project) {
+    return startStations(QString::fromStdString(project)).toStdString();
+  };
   form.portLine.deviceOf = [this](int number) { return ports.describe(number); };
 }
 

@@ -1,4 +1,5 @@
-// kvr-isp [FILE]: opens the window, and FILE in it.
+// kvr-isp [FILE]: opens the window, and FILE in it. With --stations it becomes the window of a production line, which
+// is a program of its own: what that loads would hold this one's start up.
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QIcon>
@@ -10,6 +11,7 @@
 #include "platform/qt/raw_names.h"
 #include "shell/qt/application.h"
 #include "shell/qt/font_start.h"
+#include "shell/qt/stations_program.h"
 
 namespace {
 
@@ -25,6 +27,7 @@ bool wantsText(std::span<char*> arguments) {
 
 int main(int argc, char** argv) {
   const std::span arguments(argv, static_cast<std::size_t>(argc));
+  if (argc > 1 && std::string_view(argv[1]) == "--stations") return kvr::window::becomeStations(arguments.subspan(2));
   const kvr::window::FontStart fonts;
   const std::unique_ptr<QCoreApplication> application(wantsText(arguments) ? new QCoreApplication(argc, argv)
                                                                            : new QApplication(argc, argv));
@@ -34,6 +37,8 @@ int main(int argc, char** argv) {
   parser.setApplicationDescription(QStringLiteral("Programs KVR microcontrollers over a serial line."));
   parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("Code file or project to open"),
                                QStringLiteral("[file]"));
+  parser.addOption(
+      {QStringLiteral("stations"), QStringLiteral("First: opens the stations of a production line instead")});
   parser.addHelpOption();
   parser.addVersionOption();
   parser.process(*application);

@@ -8,7 +8,8 @@ QWidget* makeProjectPage(const Maker& maker) {
   column->addWidget(
       note(QStringLiteral("A project keeps the model, the options, the serial numbers and both images in one file.")));
   column->addLayout(row({maker.button(p.comOpenBatchFile[0]), maker.button(p.comSaveBatchFile),
-                         maker.button(p.Command1, 0, QStringLiteral("How projects are used")), nullptr}));
+                         maker.button(p.Command1, 0, QStringLiteral("How projects are used")), nullptr,
+                         maker.button(p.comStations)}));
   column->addLayout(row({captionFor(QStringLiteral("Project file")),
                          maker.line(p.texBatchFileName, QStringLiteral("Path of the project file"))}));
   column->addWidget(maker.label(maker.form.main.Label2[6]));

@@ -1,0 +1,41 @@
+#include "shell/qt/stations_program.h"
+
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+#include <cstdio>
+#include <vector>
+
+namespace kvr::window {
+namespace {
+
+const QString kName = QStringLiteral("kvr-stations");
+
+QString programIn(const QString& folder) {
+  const QString beside = folder + QLatin1Char('/') + kName;
+  return QFileInfo(beside).isExecutable() ? beside : QStandardPaths::findExecutable(kName);
+}
+
+}  // namespace
+
+QString startStations(const QString& project) {
+  const QString program = programIn(QCoreApplication::applicationDirPath());
+  const QStringList words = project.isEmpty() ? QStringList() : QStringList{project};
+  if (!program.isEmpty() && QProcess::startDetached(program, words)) return {};
+  return QStringLiteral("The program kvr-stations could not be started. It belongs beside kvr-isp.");
+}
+
+int becomeStations(std::span<char*> arguments) {
+  QByteArray program = programIn(QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath()).toLocal8Bit();
+  std::vector<char*> words{program.data()};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  words.push_back(nullptr);
+  if (!program.isEmpty()) execv(program.constData(), words.data());
+  std::fputs("kvr-isp: there is no kvr-stations beside it\n", stderr);
+  return 1;
+}
+
+}  // namespace kvr::window
