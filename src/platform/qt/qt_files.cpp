@@ -1,83 +1,16 @@
 #include "platform/qt/qt_files.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QFileInfo>
 #include <QStandardPaths>
-#include <algorithm>
-#include <cerrno>
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <utility>
 
-#include "platform/qt/file_handle.h"
 #include "platform/qt/growing_file.h"
-#include "platform/text.h"
 
 namespace kvr::platform {
-namespace {
-
-constexpr std::size_t kReadStep = 1 << 20;
-constexpr std::size_t kLongName = 240;  // beyond it the draft's own additions would not fit
-
-// What a link leads to, whether it is there or not; any other path is its own target.
-std::filesystem::path targetOf(const std::string& path) {
-  std::filesystem::path at = path;
-  std::error_code error;
-  for (int i = 0; i < 40 && std::filesystem::is_symlink(at, error); ++i) {
-    const auto to = std::filesystem::read_symlink(at, error);
-    at = to.is_absolute() ? to : at.parent_path() / to;
-  }
-  return at;
-}
-
-// One name for all saves of a file: what a save that was killed has left is taken over by the next one.
-std::string draftOf(const std::filesystem::path& target) {
-  std::string name = target.filename().string();
-  if (name.size() > kLongName) name = name.substr(0, kLongName / 2) + std::to_string(std::hash<std::string>()(name));
-  return target.parent_path() / ("." + name + ".saving");
-}
-
-int writeDraft(const FileHandle& draft, std::span<const std::uint8_t> bytes, const std::string& target) {
-  if (!S_ISREG(draft.state().st_mode)) return ENXIO;
-  if (::ftruncate(draft.number(), 0) != 0) return errno;
-  struct stat old {};
-  if (::stat(target.c_str(), &old) == 0 && ::fchmod(draft.number(), old.st_mode & 07777U) != 0) return errno;
-  const int error = draft.write(bytes);
-  return error != 0 ? error : draft.bringToDisk();
-}
-
-// The text in front of a line that is appended.
-std::string leadOf(const FileHandle& file, off_t size, std::string_view header) {
-  if (size == 0) return std::string(header);
-  char last = '\n';
-  return ::pread(file.number(), &last, 1, size - 1) == 1 && last != '\n' ? "\r\n" : "";
-}
-
-std::optional<Bytes> readWhole(const std::string& path, std::size_t limit, BoundedCalls::Progress& progress) {
-  FileHandle file;
-  if (kindOf(path) != PathKind::File || file.open(path, O_RDONLY) != 0) return std::nullopt;
-  if (!S_ISREG(file.state().st_mode)) return std::nullopt;
-  Bytes bytes;
-  for (;;) {
-    const std::size_t before = bytes.size();
-    const std::size_t step = limit == 0 ? kReadStep : std::min(kReadStep, limit - before);
-    if (step == 0) return bytes;
-    bytes.resize(before + step);
-    const auto count = ::read(file.number(), bytes.data() + before, step);
-    if (count < 0 && errno != EINTR) return std::nullopt;
-    bytes.resize(before + static_cast<std::size_t>(std::max<decltype(count)>(count, 0)));
-    progress = bytes.size();
-    if (count == 0) return bytes;
-  }
-}
-
-}  // namespace
 
 std::optional<Bytes> QtFiles::read(const std::string& path, std::size_t limit) const {
   const auto bytes = std::make_shared<std::optional<Bytes>>();
@@ -86,58 +19,18 @@ std::optional<Bytes> QtFiles::read(const std::string& path, std::size_t limit) c
   return done ? std::move(*bytes) : std::nullopt;
 }
 
-std::optional<struct stat> QtFiles::stateOf(const std::string& path) const {
-  struct Answer {
-    struct stat state {};
-    bool there = false;
-  };
-  const auto answer = std::make_shared<Answer>();
-  const bool done =
-      calls_.run(path, [=](BoundedCalls::Progress&) { answer->there = ::stat(path.c_str(), &answer->state) == 0; });
-  return done && answer->there ? std::optional(answer->state) : std::nullopt;
+PathState QtFiles::stateOf(const std::string& path) const {
+  const auto answer = std::make_shared<PathState>();
+  const bool done = calls_.run(path, [=](BoundedCalls::Progress&) { *answer = platform::stateOf(path); });
+  return done ? *answer : PathState();
 }
 
 FileResult QtFiles::replace(const std::string& path, std::span<const std::uint8_t> bytes) {
-  const std::filesystem::path target = targetOf(path);
-  const PathKind kind = kindOf(target);
-  if (kind == PathKind::Folder) return failureOf(EISDIR);
-  if (kind == PathKind::Other) return failureOf(ENXIO);
-  if (kind == PathKind::File && ::access(target.c_str(), W_OK) != 0) return failureOf(errno);
-  const std::string name = draftOf(target);
-  FileHandle draft;
-  if (const int error = draft.openLocked(name, O_RDWR | O_NOFOLLOW); error != 0) return failureOf(error);
-  int error = writeDraft(draft, bytes, target);
-  if (error == 0 && ::rename(name.c_str(), target.c_str()) != 0) error = errno;
-  if (error == 0) return {};
-  ::unlink(name.c_str());
-  return failureOf(error);
+  return replaceFile(path, bytes);
 }
 
 FileResult QtFiles::appendLine(const std::string& path, std::string_view line, std::string_view header) {
-  const PathKind kind = kindOf(path);
-  if (kind == PathKind::Folder) return failureOf(EISDIR);
-  if (kind == PathKind::Other) return failureOf(ENXIO);
-  FileHandle file;
-  if (const int error = file.openLocked(path, O_RDWR | O_APPEND); error != 0) return failureOf(error);
-  const off_t size = file.state().st_size;
-  int error = file.write(bytesOf(leadOf(file, size, header) + std::string(line)));
-  if (error == 0) error = file.bringToDisk();
-  if (error == 0) return {};
-  if (kind == PathKind::Absent && size == 0)
-    ::unlink(path.c_str());
-  else if (::ftruncate(file.number(), size) != 0)
-    return {false, failureOf(error).error + "; a part of the line is left in the file"};
-  return failureOf(error);
-}
-
-bool QtFiles::fileExists(const std::string& path) const {
-  const auto state = stateOf(path);
-  return state && S_ISREG(state->st_mode);
-}
-
-bool QtFiles::folderExists(const std::string& path) const {
-  const auto state = stateOf(path);
-  return state && S_ISDIR(state->st_mode);
+  return appendToFile(path, line, header);
 }
 
 std::unique_ptr<GrowingFile> QtFiles::grow(const std::string& path, FileResult& why) {
@@ -145,13 +38,31 @@ std::unique_ptr<GrowingFile> QtFiles::grow(const std::string& path, FileResult& 
 }
 
 FileResult QtFiles::remove(const std::string& path) {
-  return ::unlink(path.c_str()) == 0 ? FileResult() : failureOf(errno);
+  return removeFile(path);
 }
 
 FileResult QtFiles::makeFolder(const std::string& path) {
-  std::error_code error;
-  std::filesystem::create_directories(path, error);
-  return error ? failureOf(error.value()) : FileResult();
+  return makeFolders(path);
+}
+
+bool QtFiles::fileExists(const std::string& path) const {
+  return stateOf(path).kind == PathKind::File;
+}
+
+bool QtFiles::folderExists(const std::string& path) const {
+  return stateOf(path).kind == PathKind::Folder;
+}
+
+std::optional<std::string> QtFiles::stamp(const std::string& path) const {
+  const PathState state = stateOf(path);
+  return state.kind == PathKind::File ? std::optional(state.stamp) : std::nullopt;
+}
+
+std::string QtFiles::changedAt(const std::string& path) const {
+  const PathState state = stateOf(path);
+  if (state.kind != PathKind::File) return {};
+  const QDateTime time = QDateTime::fromSecsSinceEpoch(state.changedSeconds);
+  return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")).toStdString();
 }
 
 std::vector<std::string> QtFiles::filesIn(const std::string& folder) const {
@@ -160,27 +71,6 @@ std::vector<std::string> QtFiles::filesIn(const std::string& folder) const {
   for (std::filesystem::directory_iterator at(folder, error), end; !error && at != end; at.increment(error))
     if (std::error_code unknown; at->is_regular_file(unknown)) names.push_back(at->path().filename().string());
   return names;
-}
-
-// A file that was replaced by another of the same size within a clock tick has another number, or another time to the
-// nanosecond.
-std::optional<std::string> QtFiles::stamp(const std::string& path) const {
-  const auto state = stateOf(path);
-  if (!state || !S_ISREG(state->st_mode)) return std::nullopt;
-  std::string stamp;
-  for (const auto number :
-       {static_cast<std::int64_t>(state->st_mtim.tv_sec), static_cast<std::int64_t>(state->st_mtim.tv_nsec),
-        static_cast<std::int64_t>(state->st_size), static_cast<std::int64_t>(state->st_ino),
-        static_cast<std::int64_t>(state->st_ctim.tv_sec), static_cast<std::int64_t>(state->st_ctim.tv_nsec)})
-    stamp += std::to_string(number) + "/";
-  return stamp;
-}
-
-std::string QtFiles::changedAt(const std::string& path) const {
-  const auto state = stateOf(path);
-  if (!state || !S_ISREG(state->st_mode)) return {};
-  const QDateTime time = QDateTime::fromSecsSinceEpoch(state->st_mtim.tv_sec);
-  return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")).toStdString();
 }
 
 std::string QtFiles::absolute(const std::string& path) const {

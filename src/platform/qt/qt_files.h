@@ -3,12 +3,11 @@
 // not there until it answers again.
 #pragma once
 
-#include <sys/stat.h>
-
 #include <chrono>
 
 #include "platform/file_system.h"
 #include "platform/qt/bounded_calls.h"
+#include "platform/qt/file_calls.h"
 
 namespace kvr::platform {
 
@@ -30,7 +29,7 @@ class QtFiles : public FileSystem {
   std::vector<std::string> filesIn(const std::string& folder) const override;
 
  private:
-  std::optional<struct stat> stateOf(const std::string& path) const;
+  PathState stateOf(const std::string& path) const;
   mutable BoundedCalls calls_{std::chrono::seconds(2)};  // what it keeps is no part of what the files are
 };
 

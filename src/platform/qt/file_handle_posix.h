@@ -8,14 +8,13 @@
 #include <span>
 #include <string>
 
-#include "platform/file_system.h"
+#include "platform/qt/file_calls.h"
 
 namespace kvr::platform {
 
 // The failure as an operator would put it; never the system's own message.
 FileResult failureOf(int error);
 
-enum class PathKind { Absent, File, Folder, Other };  // Other: a device, a pipe, a socket
 PathKind kindOf(const std::string& path);
 
 // An open file; closed, and its lock given back, with its holder.

@@ -1,4 +1,4 @@
-#include "platform/qt/file_handle.h"
+#include "platform/qt/file_handle_posix.h"
 
 #include <fcntl.h>
 #include <sys/file.h>

@@ -10,7 +10,7 @@
 #include <thread>
 #include <utility>
 
-#include "platform/qt/file_handle.h"
+#include "platform/qt/file_handle_posix.h"
 
 namespace kvr::platform {
 namespace {
