@@ -6,6 +6,8 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <locale>
+#include <sstream>
 
 namespace kvr::platform {
 namespace {
@@ -31,6 +33,37 @@ bool isTiny(std::string_view number) {
   return point - first + (moved ? valueOf(number.substr(exponentAt + 1)) : 0) < 0;
 }
 
+// The number at the head of a text.
+struct Number {
+  bool negative = false;
+  std::string digits;   // without its sign; empty: there is none
+  std::size_t end = 0;  // in the text
+};
+
+Number numberIn(std::string_view text) {
+  Number number;
+  std::size_t begin = 0;
+  while (begin < text.size() && isBlank(text[begin])) ++begin;
+  if (begin < text.size() && (text[begin] == '+' || text[begin] == '-')) number.negative = text[begin++] == '-';
+  std::size_t end = digitsFrom(text, begin);
+  std::size_t digits = end - begin;
+  if (end < text.size() && text[end] == '.') {
+    const std::size_t fraction = digitsFrom(text, end + 1);
+    digits += fraction - end - 1;
+    end = fraction;
+  }
+  if (digits == 0) return number;
+  if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
+    std::size_t exponent = end + 1;
+    if (exponent < text.size() && (text[exponent] == '+' || text[exponent] == '-')) ++exponent;
+    if (digitsFrom(text, exponent) > exponent) end = digitsFrom(text, exponent);
+  }
+  number.digits = text.substr(begin, end - begin);
+  if (number.digits.front() == '.') number.digits.insert(0, "0");
+  number.end = end;
+  return number;
+}
+
 }  // namespace
 
 std::string trim(std::string_view text) {
@@ -46,32 +79,19 @@ std::string upper(std::string_view text) {
   return result;
 }
 
+bool isNumberText(std::string_view text) {
+  const Number number = numberIn(text);
+  return !number.digits.empty() && number.end == text.size();
+}
+
 double valueOf(std::string_view text) {
-  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
-  double sign = 1;
-  if (!text.empty() && (text.front() == '+' || text.front() == '-')) {
-    if (text.front() == '-') sign = -1;
-    text.remove_prefix(1);
-  }
-  std::size_t end = digitsFrom(text, 0);
-  std::size_t digits = end;
-  if (end < text.size() && text[end] == '.') {
-    const std::size_t fraction = digitsFrom(text, end + 1);
-    digits += fraction - end - 1;
-    end = fraction;
-  }
-  if (digits == 0) return 0;
-  if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
-    std::size_t exponent = end + 1;
-    if (exponent < text.size() && (text[exponent] == '+' || text[exponent] == '-')) ++exponent;
-    if (digitsFrom(text, exponent) > exponent) end = digitsFrom(text, exponent);
-  }
-  std::string number(text.substr(0, end));
-  if (number.front() == '.') number.insert(0, "0");
+  const Number number = numberIn(text);
+  if (number.digits.empty()) return 0;
   double value = 0;
-  const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
-  if (result.ec == std::errc::result_out_of_range) value = isTiny(number) ? 0 : HUGE_VAL;
-  return sign * value;
+  std::istringstream reader(number.digits);  // not every standard library has a from_chars of doubles
+  reader.imbue(std::locale::classic());
+  if (!(reader >> value)) value = isTiny(number.digits) ? 0 : HUGE_VAL;
+  return number.negative ? -value : value;
 }
 
 int wholeOf(std::string_view text) {

@@ -15,6 +15,8 @@ std::string upper(std::string_view text);  // ASCII letters
 double valueOf(std::string_view text);
 // The same, truncated to a whole number and held to the 32-bit range.
 int wholeOf(std::string_view text);
+// The text has such a number, and nothing follows it.
+bool isNumberText(std::string_view text);
 
 // A value as a number text: at most 15 significant digits, no trailing zeros, no leading blank ("11.0592", "-3",
 // "1E+20").

@@ -1,6 +1,5 @@
 #include "shell/settings.h"
 
-#include <charconv>
 #include <cmath>
 
 #include "platform/text.h"
@@ -24,13 +23,8 @@ constexpr std::size_t kLongestTyped = 32;
 // The number that a text is from end to end; nothing for any other text, and for what only computers call a number.
 std::optional<double> numberOf(const std::string& text) {
   const std::string trimmed = platform::trim(text);
-  const char* first = trimmed.c_str() + (trimmed.starts_with('+') ? 1 : 0);
-  const char* last = trimmed.c_str() + trimmed.size();
-  double value = 0;
-  if (first == last || std::from_chars(first, last, value).ptr != last) return std::nullopt;
-  value = platform::valueOf(trimmed);  // which knows what is too large or too small for a double
-  return trimmed.find_first_of("0123456789") != std::string::npos && std::isfinite(value) ? std::optional(value)
-                                                                                          : std::nullopt;
+  const double value = platform::valueOf(trimmed);
+  return platform::isNumberText(trimmed) && std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
 
 // A number that a control can hold; it keeps its state for anything else.

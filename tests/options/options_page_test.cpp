@@ -128,7 +128,7 @@ TEST(OptionsPage, ModelsWithoutOptionsShowWhatIsFixedAndIgnoreTheLock) {
 TEST(OptionsPage, SmallRowanPartsHaveNoUnusedAreaToChooseAbout) {
   for (const int apEnd : {16383, 16384}) {
     OptionsPage page;
-    page.select({.family = catalogue::Family::Rowan, .name = "Rowan-H40", .apEnd = apEnd});
+    page.select(catalogue::McuRecord{.family = catalogue::Family::Rowan, .name = "Rowan-H40", .apEnd = apEnd});
     EXPECT_EQ(page.button("Clear_Unused_AP_YES").visible(), apEnd == 16384);
   }
 }

@@ -131,7 +131,7 @@ TEST_F(SettingsTest, LeaveAControlAloneWhenAStoredValueDoesNotFit) {
 }
 
 TEST_F(SettingsTest, TakeNoNumberThatIsNoneOrBeyondReason) {
-  for (const char* text : {"-1", "nan", "inf", "-inf", "1e-999x", "1e999", "900000000000", "0x10", ""}) {
+  for (const char* text : {"-1", "+-1", "1e", "nan", "inf", "-inf", "1e-999x", "1e999", "900000000000", "0x10", ""}) {
     put("Write_OK_Count", text);
     put("MainWidth", text);
     put("Frame24_Width", text);
