@@ -1,8 +1,8 @@
 #include "stations/station.h"
 
-#include <signal.h>
-
 #include <algorithm>
+
+#include "platform/qt/interrupt.h"
 
 namespace kvr::stations {
 namespace {
@@ -28,7 +28,7 @@ Station::Station(std::string command, std::function<std::string()> deviceOf)
   next_.setSingleShot(true);
   again_.setSingleShot(true);
   QObject::connect(&next_, &QTimer::timeout, this, [this] { launch(); });
-  QObject::connect(&again_, &QTimer::timeout, this, [this] { ::kill(pid_t(process_.processId()), SIGINT); });
+  QObject::connect(&again_, &QTimer::timeout, this, [this] { platform::interruptProcess(process_.processId()); });
   QObject::connect(&process_, &QProcess::readyReadStandardOutput, this, [this] { read(); });
   QObject::connect(&process_, &QProcess::finished, this, [this] { end(); });
   QObject::connect(&process_, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
@@ -86,7 +86,7 @@ void Station::stop() {
   asked_ = true;
   next_.stop();
   tile_.words = "Stopping";
-  ::kill(static_cast<pid_t>(process_.processId()), SIGINT);
+  platform::interruptProcess(process_.processId());
   again_.start(kStopAgainMs);
   tell();
 }

@@ -1,0 +1,7 @@
+#include "platform/qt/interrupt.h"
+
+namespace kvr::platform {
+
+void interruptProcess(std::int64_t) {}
+
+}  // namespace kvr::platform
