@@ -53,9 +53,6 @@ TEST(Receive, TheDisplayLimitCutsStopsTellsAndKeepsThePaneForTheReader) {
   b.panel.comDebugClear[0].press();
   EXPECT_EQ(b.shown(), "");
   EXPECT_EQ(b.received(), "230001");
-  b.open();
-  b.arriveAndShow("again");
-  EXPECT_EQ(b.shown(), "again");
 }
 
 TEST(Receive, AFullPaneTellsItOnceAlsoWhenTheTextEndsInTheMiddleOfACharacter) {

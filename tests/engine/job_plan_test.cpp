@@ -110,11 +110,5 @@ TEST(JobPlan, WarnsOfWhatDoesNotReachTheChip) {
   EXPECT_NE(lineAbout(lines, "Serial number"), "");
 }
 
-TEST(JobPlan, GivesDurationsAsUsersReadThem) {
-  EXPECT_EQ(durationText(0.2), "1 s");
-  EXPECT_EQ(durationText(59.9), "1 min");
-  EXPECT_EQ(durationText(80), "1 min 20 s");
-}
-
 }  // namespace
 }  // namespace kvr::engine

@@ -1,8 +1,6 @@
 // Whole runs as an operator starts them, and how they end.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "tests/support/engine_bench.h"
 
 namespace kvr {
@@ -165,32 +163,6 @@ TEST_F(OneRun, StartsNothingWhileSomethingRuns) {
   expectGood(bench);
   EXPECT_EQ(bench.records.size(), 1u);
   EXPECT_EQ(bench.chip->erases(), 1);
-}
-
-// The blocks of a download, frame by frame: bytes out, the chip's own work, its answer, and the millisecond that it is
-// left. Nothing else takes time.
-TEST(Session, WastesNoTimeBetweenItsFrames) {
-  EngineBench bench;
-  setUp(bench, "Ivy-HF0S", 60 * 1024);
-  ASSERT_TRUE(bench.program());
-  expectGood(bench);
-  const auto& log = bench.wire.log();
-  const auto isData = [](const sim::Unit& unit) {
-    return unit.direction == sim::Direction::hostToDevice && unit.bytes.size() > 100 && unit.bytes[5] == 0;
-  };
-  const auto first = std::find_if(log.begin(), log.end(), isData);
-  const auto last = std::find_if(log.rbegin(), log.rend(), isData);
-  double floor = 0;
-  for (const auto& unit : log)
-    if (unit.start >= first->start && unit.start < last->start)
-      floor += static_cast<double>(unit.end - unit.start) + (isData(unit) ? 1000 : 0);
-  for (const auto& stated : bench.chip->journal().statedTimes())
-    if (stated.from >= first->start && stated.to <= last->start) floor += static_cast<double>(stated.to - stated.from);
-  const auto frames = std::count_if(log.begin(), log.end(), isData);
-  const double ratio = static_cast<double>(last->start - first->start) / floor;
-  EXPECT_EQ(frames, 480);
-  EXPECT_GT(ratio, 0.99);
-  EXPECT_LT(ratio, 1.01);
 }
 
 }  // namespace

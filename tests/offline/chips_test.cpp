@@ -5,6 +5,7 @@
 #include <map>
 
 #include "tests/offline/offline_bench.h"
+#include "tests/support/models.h"
 
 namespace {
 
@@ -12,20 +13,8 @@ using namespace kvr::offline;
 using kvr::catalogue::Family;
 using kvr::catalogue::McuRecord;
 
-// Of each family that a board serves, the first model and the one with the most code.
-std::vector<const McuRecord*> models() {
-  std::map<Family, std::pair<const McuRecord*, const McuRecord*>> byFamily;
-  for (const McuRecord& record : kvr::catalogue::allRows()) {
-    if (!traitsOf(record).offlineBoard || !record.listed) continue;
-    auto& [first, largest] = byFamily.try_emplace(record.family, &record, &record).first->second;
-    if (record.apEnd > largest->apEnd) largest = &record;
-  }
-  std::vector<const McuRecord*> result;
-  for (const auto& [family, pair] : byFamily) {
-    result.push_back(pair.first);
-    if (pair.second != pair.first) result.push_back(pair.second);
-  }
-  return result;
+bool served(const McuRecord& record) {
+  return traitsOf(record).offlineBoard && record.listed;
 }
 
 int roomOnBoard(const McuRecord& record) {
@@ -42,7 +31,7 @@ void putNumber(Bytes& memory, std::size_t last, std::uint32_t value) {
 }
 
 TEST(Board, ProgramsThreeChipsOfEachFamilyAndNoFourth) {
-  for (const McuRecord* record : models()) {
+  for (const McuRecord* record : kvr::support::endsOfEachFamily(served)) {
     SCOPED_TRACE(testing::Message() << record->name);
     sim::BoardConfig config;
     config.version = 0x16;

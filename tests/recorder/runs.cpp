@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cstdio>
-#include <map>
 
 #include "sim/demo_firmware.h"
 #include "tests/recorder/plays.h"
@@ -9,23 +8,6 @@
 namespace kvr::recorder {
 
 namespace {
-
-// Of each family the listed models with the least and with the most code.
-std::vector<const McuRecord*> modelsOfEachFamily(const std::vector<const McuRecord*>& models) {
-  std::map<int, std::pair<const McuRecord*, const McuRecord*>> ends;
-  for (const McuRecord* row : models) {
-    if (!row->listed) continue;
-    auto& [least, most] = ends.try_emplace(static_cast<int>(row->family), row, row).first->second;
-    if (row->apEnd < least->apEnd) least = row;
-    if (row->apEnd > most->apEnd) most = row;
-  }
-  std::vector<const McuRecord*> chosen;
-  for (const auto& [family, pair] : ends) {
-    chosen.push_back(pair.first);
-    if (pair.second != pair.first) chosen.push_back(pair.second);
-  }
-  return chosen;
-}
 
 using Play = Record (*)(const McuRecord&, const std::string&);
 
@@ -75,7 +57,7 @@ void addTrims(std::vector<Run>& runs, const std::vector<const McuRecord*>& model
 
 std::vector<Run> allRuns() {
   const auto models = support::everyModel();
-  const auto some = modelsOfEachFamily(models);
+  const auto some = support::endsOfEachFamily([](const McuRecord& row) { return row.listed; });
   std::vector<const McuRecord*> withRoutine;
   std::copy_if(models.begin(), models.end(), std::back_inserter(withRoutine),
                [](const McuRecord* row) { return sim::demoModelNumber(row->name) != 0; });

@@ -29,11 +29,19 @@ class Listener : public Device {
 
 using Bytes = std::vector<std::uint8_t>;
 
-TEST(Wire, CarriesBytesBothWaysInTheirTrueTime) {
+// The host's end of the wire is open, and the listener is at the other one.
+struct Connected {
+  explicit Connected(Line line = {9600, 'e'}, const WireConfig& config = {}) : wire(config) {
+    wire.connect(&listener);
+    wire.open(line, 0);
+  }
   Listener listener;
   Wire wire;
-  wire.connect(&listener);
-  wire.open({9600, 'e'}, 0);
+};
+
+TEST(Wire, CarriesBytesBothWaysInTheirTrueTime) {
+  Connected pair;
+  auto& [listener, wire] = pair;
   wire.write(Bytes{9, 9}, 0);
   wire.write(Bytes{0x16}, 100);  // has to wait for its turn
   EXPECT_EQ(wire.pendingOut(2000), 2);
@@ -51,10 +59,8 @@ TEST(Wire, CarriesBytesBothWaysInTheirTrueTime) {
 
 TEST(Wire, GarblesWhatTheEndsDisagreeOn) {
   for (const Line& line : {Line{9600, 'n'}, Line{9600, 'o'}, Line{9100, 'e'}, Line{19200, 'e'}}) {
-    Listener listener;
-    Wire wire;
-    wire.connect(&listener);
-    wire.open(line, 0);
+    Connected pair(line);
+    auto& [listener, wire] = pair;
     wire.write(Bytes{1, 2, 3, 4, 5, 6}, 0);
     wire.advanceTo(kSecond);
     EXPECT_TRUE(listener.damaged);
@@ -64,10 +70,8 @@ TEST(Wire, GarblesWhatTheEndsDisagreeOn) {
 }
 
 TEST(Wire, DropsWhatHasNotBegunWhenThePortIsClosedAndWhatComesWhileItIs) {
-  Listener listener;
-  Wire wire;
-  wire.connect(&listener);
-  wire.open({9600, 'e'}, 0);
+  Connected pair;
+  auto& [listener, wire] = pair;
   wire.write(Bytes{1, 2, 0x16}, 0);
   wire.close(1500);
   wire.advanceTo(kSecond);
@@ -81,31 +85,29 @@ TEST(Wire, DropsWhatHasNotBegunWhenThePortIsClosedAndWhatComesWhileItIs) {
 }
 
 TEST(Wire, DoesToAUnitWhatThePlanSaysAndTellsTheDevice) {
-  const auto heardWith = [](Fault fault, Listener& listener) {
+  std::vector<Micros> ends;
+  const auto heardWith = [&ends](Fault fault) {
     fault.unit = 1;
-    WireConfig config;
-    config.faults = {fault};
-    Wire wire(config);
-    wire.connect(&listener);
-    wire.open({9600, 'e'}, 0);
+    Connected pair({9600, 'e'}, {.faults = {fault}});
+    auto& [listener, wire] = pair;
     for (const Bytes& unit : {Bytes{1}, Bytes{2, 3, 4}, Bytes{5}}) wire.write(unit, 0);
     wire.advanceTo(kSecond);
     EXPECT_EQ(listener.disturbances, 1);
     EXPECT_EQ(wire.log().size(), 3U);
     EXPECT_TRUE(wire.log()[1].faulted);
+    ends = listener.ends;
     return listener.bytes;
   };
   using enum FaultKind;
   constexpr Direction out = Direction::hostToDevice;
-  Listener lost, flipped, dropped, doubled, late, cut;
-  EXPECT_EQ(heardWith({out, 0, lose}, lost), (Bytes{1, 5}));
-  EXPECT_EQ(heardWith({out, 0, flip, 1, 0x80}, flipped), (Bytes{1, 2, 0x83, 4, 5}));
-  EXPECT_EQ(heardWith({out, 0, dropByte, 2}, dropped), (Bytes{1, 2, 3, 5}));
-  EXPECT_EQ(heardWith({out, 0, twice}, doubled), (Bytes{1, 2, 3, 4, 2, 3, 4, 5}));
-  EXPECT_EQ(heardWith({out, 0, delay, 0, 0, 50 * kMillisecond}, late), (Bytes{1, 2, 3, 4, 5}));
-  EXPECT_EQ(late.ends[1], 2292 + 50 * kMillisecond);
-  EXPECT_EQ(heardWith({out, 0, FaultKind::split, 2, 0, 7 * kMillisecond}, cut), (Bytes{1, 2, 3, 4, 5}));
-  EXPECT_NEAR(static_cast<double>(cut.ends[3] - cut.ends[2]), 8146, 2);
+  EXPECT_EQ(heardWith({out, 0, lose}), (Bytes{1, 5}));
+  EXPECT_EQ(heardWith({out, 0, flip, 1, 0x80}), (Bytes{1, 2, 0x83, 4, 5}));
+  EXPECT_EQ(heardWith({out, 0, dropByte, 2}), (Bytes{1, 2, 3, 5}));
+  EXPECT_EQ(heardWith({out, 0, twice}), (Bytes{1, 2, 3, 4, 2, 3, 4, 5}));
+  EXPECT_EQ(heardWith({out, 0, delay, 0, 0, 50 * kMillisecond}), (Bytes{1, 2, 3, 4, 5}));
+  EXPECT_EQ(ends[1], 2292 + 50 * kMillisecond);
+  EXPECT_EQ(heardWith({out, 0, FaultKind::split, 2, 0, 7 * kMillisecond}), (Bytes{1, 2, 3, 4, 5}));
+  EXPECT_NEAR(static_cast<double>(ends[3] - ends[2]), 8146, 2);
 }
 
 }  // namespace

@@ -1,8 +1,10 @@
 // The models that tests go through.
 #pragma once
 
+#include <map>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "catalogue/mcu_record.h"
@@ -24,6 +26,24 @@ std::vector<const catalogue::McuRecord*> oneOfEach(KindOf kindOf) {
   auto models = everyModel();
   std::erase_if(models,
                 [&](const catalogue::McuRecord* row) { return !kinds.insert(std::string(kindOf(*row))).second; });
+  return models;
+}
+
+// Of each family those that fit with the least and with the most code, family by family.
+template <class Fits>
+std::vector<const catalogue::McuRecord*> endsOfEachFamily(Fits fits) {
+  std::map<catalogue::Family, std::pair<const catalogue::McuRecord*, const catalogue::McuRecord*>> ends;
+  for (const auto* row : everyModel()) {
+    if (!fits(*row)) continue;
+    auto& [least, most] = ends.try_emplace(row->family, row, row).first->second;
+    if (row->apEnd < least->apEnd) least = row;
+    if (row->apEnd > most->apEnd) most = row;
+  }
+  std::vector<const catalogue::McuRecord*> models;
+  for (const auto& [family, pair] : ends) {
+    models.push_back(pair.first);
+    if (pair.second != pair.first) models.push_back(pair.second);
+  }
   return models;
 }
 
