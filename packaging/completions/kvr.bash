@@ -22,7 +22,7 @@ _kvr() {
     :
   elif [[ $current == -* ]]; then
     words=$("$kvr" $subcommand --help 2>/dev/null | grep -oE -- '(^|[ ,])--?[a-z][a-z-]*' | tr -d ' ,')
-    words+=" --json --quiet --no-color --help"
+    words+=" --json --quiet --verbose --no-color --help"
   elif [[ -z $subcommand ]]; then
     words=$subcommands
   fi

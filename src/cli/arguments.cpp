@@ -21,7 +21,8 @@ Arguments::Arguments() : app_(kAbout, "kvr"), commands_(allCommands()) {
   app_.fallthrough();  // --json and its like may come after the subcommand, too
   app_.footer(kEnd);
   app_.add_flag("--json", manner_.json, "Report as JSON, one object a line, on standard output");
-  app_.add_flag("-q,--quiet", manner_.quiet, "No messages but failures");
+  auto* quiet = app_.add_flag("-q,--quiet", manner_.quiet, "No messages but failures");
+  app_.add_flag("-v,--verbose", manner_.verbose, "The frames of a run, too, as they go")->excludes(quiet);
   app_.add_flag("--no-color", manner_.noColor, "No colours and no progress line");
   for (const auto& command : commands_) declare(*command);
 }

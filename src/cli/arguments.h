@@ -12,6 +12,7 @@ namespace kvr::cli {
 struct Manner {
   bool json = false;
   bool quiet = false;
+  bool verbose = false;  // frames, too
   bool noColor = false;
 };
 

@@ -1,6 +1,7 @@
 // kvr board: prepares an off-line board, which then programs chips by itself.
 #include "cli/command.h"
 #include "cli/device_run.h"
+#include "cli/evidence.h"
 #include "cli/outcome_text.h"
 #include "cli/serial_numbers.h"
 #include "offline/board_run.h"
@@ -29,6 +30,7 @@ class BoardCommand : public Command {
     line_.declare(app);
     app.add_option("--limit", limit_, "Chips that the board may program (1000000)")->type_name("N");
     serial_.declare(app);
+    evidence_.declare(app);
   }
 
   ExitCode run(const Desk& desk) override {
@@ -43,12 +45,15 @@ class BoardCommand : public Command {
     board.inputs.limit = limit.chips;
     if (const Problem problem = placeNumbers(source, board.inputs))
       return fail(desk, problem.code, problem.why, problem.next);
+    if (const ExitCode code = evidence_.check(desk); code != ExitCode::Passed) return code;
     RunConsole console(desk.loop, desk.out);
     line_.limit(desk, console);
     offline::BoardImage image;
     offline::BoardFacts facts;
-    offline::BoardRun write(board, desk.services(), console, image, facts);
-    return tellOutcome(desk, console, job, write.write());
+    const auto outcome = evidence_.conduct(
+        desk, console, engine::RunKind::Board, job, traceFieldsOf(board),
+        [&](engine::RunView& view) { return offline::BoardRun(board, desk.services(), view, image, facts).write(); });
+    return tellOutcome(desk, console, job, outcome);
   }
 
  private:
@@ -70,6 +75,7 @@ class BoardCommand : public Command {
   JobArguments job_;
   LineArguments line_;
   SerialArguments serial_;
+  Evidence evidence_;
   std::string limit_ = "1000000";
 };
 

@@ -1,6 +1,7 @@
 // kvr demo: through the download routine of the user's own program.
 #include "cli/command.h"
 #include "cli/device_run.h"
+#include "cli/evidence.h"
 #include "cli/series.h"
 #include "userpath/demo_run.h"
 
@@ -17,6 +18,7 @@ class DemoCommand : public Command {
     job_.declare(app);
     line_.declare(app);
     series_.declare(app);
+    evidence_.declare(app);
     const std::string group = "The routine";
     app.add_option("--line", settings_, "Its line settings (38400,e,8,1)")->type_name("LINE")->group(group);
     app.add_option("--command", command_, "Bytes that make the program jump into it")
@@ -32,13 +34,16 @@ class DemoCommand : public Command {
     if (const ExitCode code = prepare(desk, job_, line_, source); code != ExitCode::Passed) return code;
     for (const std::string& settings : {commandLine_, settings_})
       if (const ExitCode code = checkLine(desk, settings); code != ExitCode::Passed) return code;
+    if (const ExitCode code = evidence_.check(desk); code != ExitCode::Passed) return code;
     source.job.frameSize = kFrame;
     RunConsole console(desk.loop, desk.out);
     line_.limit(desk, console);
     return Series(desk, series_, source, console).program(job_.yes, [&](const engine::Job& job) {
       userpath::DemoJob demo{.job = job, .settings = settings_, .command = {}};
       if (!command_.empty()) demo.command = userpath::UserCommand{commandLine_, commandBytes(command_)};
-      return userpath::DemoRun(demo, desk.services(), console).program();
+      return evidence_.conduct(
+          desk, console, engine::RunKind::Demo, job, traceFieldsOf(demo),
+          [&](engine::RunView& view) { return userpath::DemoRun(demo, desk.services(), view).program(); });
     });
   }
 
@@ -47,6 +52,7 @@ class DemoCommand : public Command {
   JobArguments job_;
   LineArguments line_;
   SeriesArguments series_;
+  Evidence evidence_;
   std::string settings_ = "38400,e,8,1";
   std::string command_;
   std::string commandLine_ = "9600,n,8,1";

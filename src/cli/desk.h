@@ -4,6 +4,7 @@
 #include "cli/output.h"
 #include "cli/ports.h"
 #include "cli/stopper.h"
+#include "engine/run_tracer.h"
 #include "engine/target_link.h"
 #include "platform/file_system.h"
 #include "platform/text_codec.h"
@@ -18,7 +19,9 @@ struct Desk {
   Ports& ports;
   engine::PortLease& lease;
   Stopper& stopper;
+  engine::RunTracer& tracer;  // under the port of the lease
   Output& out;
+  bool frames = false;  // to be told as they go
 
   engine::RunServices services() const { return {loop, clock, lease, stopper.stop}; }
 };

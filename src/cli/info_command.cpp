@@ -1,4 +1,5 @@
 // kvr info: what a chip is and holds.
+#include "cli/any_chip.h"
 #include "cli/command.h"
 #include "cli/job_source.h"
 #include "cli/line_arguments.h"
@@ -15,31 +16,40 @@ class InfoCommand : public Command {
   std::string example() const override { return "kvr info --model Ivy-HF0S --timeout 20"; }
 
   void declare(CLI::App& app) override {
-    app.add_option("--model", model_, "A model of the chip's family (Ivy-HF0S)")->type_name("NAME");
+    app.add_option("--model", model_,
+                   "A model of the chip's family; without it all ways to call a chip are tried in turns")
+        ->type_name("NAME");
     job_.declareLine(app);
     line_.declare(app);
+    evidence_.declare(app);
   }
 
   ExitCode run(const Desk& desk) override {
     const catalogue::McuRecord* model = nullptr;
-    if (const Problem problem = findModel(model_.empty() ? kUsual : model_, model))
-      return fail(desk, problem.code, problem.why, problem.next);
+    if (!model_.empty())
+      if (const Problem problem = findModel(model_, model)) return fail(desk, problem.code, problem.why, problem.next);
     if (const ExitCode code = line_.take(desk); code != ExitCode::Passed) return code;
-    if (model_.empty())
-      desk.out.note("The chip is called as an " + std::string(kUsual) +
-                    " is. Some families answer only when --model names one of theirs.");
-    engine::Job job{.model = catalogue::describeModel(*model), .choices = options::defaultValues(model->family)};
-    job_.setLine(job);
+    if (const ExitCode code = evidence_.check(desk); code != ExitCode::Passed) return code;
     RunConsole console(desk.loop, desk.out);
     line_.limit(desk, console);
-    return tellOutcome(desk, console, job, engine::ChipRun(job, desk.services(), console).check());
+    const Look look = model ? lookAt(desk, console, *model) : lookAtAnyChip(desk, console, job_, evidence_);
+    evidence_.keep(desk);
+    return tellOutcome(desk, console, look.job, look.outcome);
   }
 
  private:
-  static constexpr const char* kUsual = "Ivy-HF0S";
+  Look lookAt(const Desk& desk, RunConsole& console, const catalogue::McuRecord& model) const {
+    Look look{.job = checkJob(model, job_), .outcome = {}};
+    look.outcome = evidence_.watch(desk, console, engine::RunKind::Check, look.job, {}, [&](engine::RunView& view) {
+      return engine::ChipRun(look.job, desk.services(), view).check();
+    });
+    return look;
+  }
+
   std::string model_;
   JobArguments job_;
   LineArguments line_;
+  Evidence evidence_;
 };
 
 }  // namespace

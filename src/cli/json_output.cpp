@@ -3,6 +3,7 @@
 #include <sstream>
 #include <utility>
 
+#include "cli/evidence.h"
 #include "cli/outcome_text.h"
 
 namespace kvr::cli {
@@ -39,6 +40,11 @@ void JsonOutput::stage(const StageLine& line) {
   else if (stage != lastStage_)
     put("stage", {{"stage", stage}});
   lastStage_ = stage;
+}
+
+// A message that waits for its end may wait on.
+void JsonOutput::frame(const engine::TraceFrame& frame) {
+  put("frame", frameFields(frame));
 }
 
 void JsonOutput::result(std::string_view event, const Fields& fields, std::string_view) {

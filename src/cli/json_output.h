@@ -23,6 +23,7 @@ class JsonOutput : public Output {
   void append(std::string_view text) override { held_ += text; }
   void note(std::string_view line) override;
   void stage(const StageLine& line) override;
+  void frame(const engine::TraceFrame& frame) override;
   void result(std::string_view event, const Fields& fields, std::string_view text) override;
   void failure(ExitCode code, std::string_view why, std::string_view next) override;
 

@@ -8,6 +8,7 @@
 #include "cli/exit_code.h"
 #include "cli/value.h"
 #include "engine/run_view.h"
+#include "engine/trace_frames.h"
 
 namespace kvr::cli {
 
@@ -28,6 +29,7 @@ class Output {
   virtual void append(std::string_view text) = 0;
   virtual void note(std::string_view line) = 0;  // a message of the command itself
   virtual void stage(const StageLine& line) = 0;
+  virtual void frame(const engine::TraceFrame& frame) = 0;  // that has gone over the line
   // A result: `text` (whole lines) for a reader, or `fields` under the name `event` for a program.
   virtual void result(std::string_view event, const Fields& fields, std::string_view text) = 0;
   // Why the command ends with `code`, and what to do next (empty: nothing to add).

@@ -1,6 +1,7 @@
 // kvr program: one chip, or one after the other.
 #include "cli/command.h"
 #include "cli/device_run.h"
+#include "cli/evidence.h"
 #include "cli/series.h"
 #include "engine/chip_run.h"
 #include "engine/turn_rounds.h"
@@ -20,6 +21,7 @@ class ProgramCommand : public Command {
     job_.declareLine(app);
     line_.declare(app);
     series_.declare(app);
+    evidence_.declare(app);
     const std::string group = "A command to the running program, ahead of the download";
     app.add_option("--trigger", trigger_, "Bytes that make it jump into the boot firmware")
         ->type_name("HEX|TEXT")
@@ -33,6 +35,7 @@ class ProgramCommand : public Command {
     JobSource source;
     if (const ExitCode code = prepare(desk, job_, line_, source); code != ExitCode::Passed) return code;
     if (const ExitCode code = checkLine(desk, triggerLine_); code != ExitCode::Passed) return code;
+    if (const ExitCode code = evidence_.check(desk); code != ExitCode::Passed) return code;
     RunConsole console(desk.loop, desk.out);
     line_.limit(desk, console);
     return Series(desk, series_, source, console).program(job_.yes, [&](const engine::Job& job) {
@@ -44,12 +47,19 @@ class ProgramCommand : public Command {
   engine::Outcome programOne(const Desk& desk, RunConsole& console, engine::Job job) {
     if (!trigger_.empty()) {
       const userpath::UserCommand command{triggerLine_, commandBytes(trigger_)};
-      const engine::Outcome sent = userpath::sendTrigger(job, command, desk.services(), console);
-      if (!sent.passed()) return sent;
+      const engine::Outcome sent = evidence_.watch(
+          desk, console, engine::RunKind::Trigger, job, {{"line", command.settings}, {"command", command.bytes}},
+          [&](engine::RunView& view) { return userpath::sendTrigger(job, command, desk.services(), view); });
+      if (!sent.passed()) {
+        evidence_.keep(desk);
+        return sent;
+      }
     }
     turnRounds_.applyTo(job);
     engine::NoBooks books;
-    const engine::Outcome outcome = engine::ChipRun(job, desk.services(), console).program(books);
+    const engine::Outcome outcome = evidence_.conduct(
+        desk, console, engine::RunKind::Chip, job, {},
+        [&](engine::RunView& view) { return engine::ChipRun(job, desk.services(), view).program(books); });
     turnRounds_.note(job, outcome);
     return outcome;
   }
@@ -57,6 +67,7 @@ class ProgramCommand : public Command {
   JobArguments job_;
   LineArguments line_;
   SeriesArguments series_;
+  Evidence evidence_;
   engine::TurnRounds turnRounds_;
   std::string trigger_;
   std::string triggerLine_ = "9600,n,8,1";

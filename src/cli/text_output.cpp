@@ -94,6 +94,11 @@ void TextOutput::stage(const StageLine& line) {
   drawn_ = true;
 }
 
+void TextOutput::frame(const engine::TraceFrame& frame) {
+  endLine();
+  streams_.err(engine::frameLine(frame) + "\n");
+}
+
 void TextOutput::result(std::string_view, const Fields&, std::string_view text) {
   if (text.empty()) return;
   endLine();

@@ -1,6 +1,6 @@
 // kvr trace: what went over the line in a run that was traced, and the same run once more against those answers.
 #include "cli/command.h"
-#include "engine/trace_frames.h"
+#include "cli/evidence.h"
 #include "engine/trace_text.h"
 #include "replay/replay.h"
 
@@ -8,10 +8,6 @@ namespace kvr::cli {
 namespace {
 
 constexpr std::size_t kLargestFile = 256 * 1024 * 1024;
-
-std::string sumText(engine::TraceFrame::Sum sum) {
-  return sum == engine::TraceFrame::Sum::None ? "" : sum == engine::TraceFrame::Sum::Good ? "good" : "bad";
-}
 
 class TraceCommand : public Command {
  public:
@@ -40,16 +36,7 @@ class TraceCommand : public Command {
     for (const engine::TraceField& field : trace.head)
       desk.out.result("field", {{"key", field.key}, {"value", field.value}}, field.key + ": " + field.value);
     for (const engine::TraceFrame& frame : framesOf(trace))
-      desk.out.result("frame",
-                      {{"seconds", static_cast<double>(frame.at.count()) / 1e6},
-                       {"stage", frame.stage},
-                       {"toTarget", frame.toTarget},
-                       {"kind", frame.kind},
-                       {"bytes", engine::hexLine(frame.bytes)},
-                       {"times", std::int64_t{frame.times}},
-                       {"sum", sumText(frame.sum)},
-                       {"text", frame.text}},
-                      frameLine(frame));
+      desk.out.result("frame", frameFields(frame), frameLine(frame));
     return ExitCode::Passed;
   }
 

@@ -53,12 +53,20 @@ void LineRecorder::begin() {
 }
 
 void LineRecorder::note(Kind kind, std::string text, TraceEvent::Failure why) {
-  if (on_) add({.kind = kind, .text = std::move(text), .why = why});
+  if (!on_) return;
+  if (onEvent) tell({.kind = kind, .text = text, .why = why});
+  add({.kind = kind, .text = std::move(text), .why = why});
+}
+
+void LineRecorder::tell(TraceEvent event) const {
+  event.at = event.last = now();
+  onEvent(event);
 }
 
 // A sync loop sends the same bytes for as long as it takes the operator to find the switch.
 void LineRecorder::sent(std::span<const std::uint8_t> bytes) {
   if (!on_) return;
+  if (onEvent) tell({.kind = Kind::Sent, .bytes = {bytes.begin(), bytes.end()}});
   if (!events_.empty() && events_.back().kind == Kind::Sent && std::ranges::equal(events_.back().bytes, bytes)) {
     ++events_.back().times;
     events_.back().last = now();
@@ -69,6 +77,7 @@ void LineRecorder::sent(std::span<const std::uint8_t> bytes) {
 
 void LineRecorder::received(std::span<const std::uint8_t> bytes) {
   if (!on_ || bytes.empty()) return;
+  if (onEvent) tell({.kind = Kind::Received, .bytes = {bytes.begin(), bytes.end()}});
   TraceEvent* const before = events_.empty() ? nullptr : &events_.back();
   if (before && before->kind == Kind::Received && bytes.size() == 1 && before->bytes.size() < kLongestAnswer &&
       keepsPace(*before, now())) {

@@ -3,6 +3,7 @@
 // a run began and how it ended.
 #pragma once
 
+#include <functional>
 #include <span>
 #include <string>
 #include <vector>
@@ -30,11 +31,15 @@ class LineRecorder {
   void sent(std::span<const std::uint8_t> bytes);
   void received(std::span<const std::uint8_t> bytes);
 
+  // Each thing as it happens, before it is folded into those before it; for whoever shows a run while it goes on.
+  std::function<void(const TraceEvent&)> onEvent;
+
   static std::size_t costOf(const TraceEvent& event) {
     return sizeof(TraceEvent) + event.bytes.size() + event.text.size();
   }
 
  private:
+  void tell(TraceEvent event) const;
   void add(TraceEvent event);
   void thin();
   platform::Micros now() const { return loop_.now() - began_; }

@@ -31,15 +31,10 @@ const Names kBoardNames = {{0x00, "data"},   {0x30, "data again"}, {0x80, "poll"
 const Names kDemoNames = {{0xB0, "connect"}, {0xB1, "finish"},     {0xB2, "erase"},
                           {0xB3, "data"},    {0xB4, "data again"}, {0xB5, "read model"}};
 
-struct Form {
-  SumForm sum = SumForm::OneByte;
-  const Names* names = &kChipNames;
-};
-
-Form formOf(const Trace& trace) {
-  if (trace.field("run") == kindText(RunKind::Board)) return {SumForm::BoardCrc, &kBoardNames};
+SumForm formOf(const Trace& trace) {
+  if (trace.field("run") == kindText(RunKind::Board)) return SumForm::BoardCrc;
   const auto* row = catalogue::findByName(trace.field("model"));
-  return {row ? sumFormOf(*row) : SumForm::OneByte, &kChipNames};
+  return row ? sumFormOf(*row) : SumForm::OneByte;
 }
 
 unsigned plainSum(Span bytes) {
@@ -87,10 +82,10 @@ std::optional<Found> findFrame(Span bytes, SumForm form) {
   return std::nullopt;
 }
 
-std::string kindOf(Span frame, const Found& found, const Form& form, bool toTarget) {
+std::string kindOf(Span frame, const Found& found, SumForm form, bool toTarget) {
   const std::uint8_t command = frame[found.commandAt];
   if (!toTarget) return "answer " + platform::hexText(command, 2);
-  const Names& names = found.demo ? kDemoNames : *form.names;
+  const Names& names = found.demo ? kDemoNames : form == SumForm::BoardCrc ? kBoardNames : kChipNames;
   const auto name = names.find(command);
   if (name == names.end()) return "command " + platform::hexText(command, 2);
   const std::string kind = name->second;
@@ -101,69 +96,18 @@ std::string kindOf(Span frame, const Found& found, const Form& form, bool toTarg
   return kind + " " + platform::hexText(address, 4);
 }
 
-class Decoder {
- public:
-  explicit Decoder(const Trace& trace) : form_(formOf(trace)) {
-    for (const TraceEvent& event : trace.events) take(event);
-    flush();
+bool endsInAGoodFrame(Span bytes, SumForm form) {
+  while (const auto found = findFrame(bytes, form)) {
+    bytes = bytes.subspan(found->begin + found->size);
+    if (found->sumGood && bytes.empty()) return true;
   }
-  std::vector<TraceFrame> frames;
+  return false;
+}
 
- private:
-  void take(const TraceEvent& event) {
-    const bool goesOn = event.kind == Kind::Received && event.at - answer_.last < kBetweenAnswers;
-    if (!goesOn && event.kind != Kind::Said) flush();
-    if (event.kind == Kind::Received) {
-      if (answer_.bytes.empty()) answer_.at = event.at;
-      answer_.bytes.insert(answer_.bytes.end(), event.bytes.begin(), event.bytes.end());
-      answer_.last = event.last;
-    } else if (event.kind == Kind::Sent) {
-      cut(event, true);
-    } else if (event.kind == Kind::Stage) {
-      stage_ = event.text;
-    } else if (event.kind != Kind::Said) {
-      addMark(event);
-    }
-  }
-
-  void flush() {
-    if (!answer_.bytes.empty()) cut(answer_, false);
-    answer_.bytes.clear();
-  }
-
-  void cut(const TraceEvent& event, bool toTarget) {
-    Span rest(event.bytes);
-    while (!rest.empty()) {
-      const auto found = findFrame(rest, form_.sum);
-      const std::size_t loose = found ? found->begin : rest.size();
-      if (loose > 0) add(event, toTarget, rest.first(loose), looseKind(rest.first(loose), toTarget), Sum::None);
-      if (!found) return;
-      const Span frame = rest.subspan(found->begin, found->size);
-      add(event, toTarget, frame, kindOf(frame, *found, form_, toTarget), found->sumGood ? Sum::Good : Sum::Bad);
-      rest = rest.subspan(found->begin + found->size);
-    }
-  }
-
-  static std::string looseKind(Span bytes, bool toTarget) {
-    const auto all = [&](int value) { return std::ranges::all_of(bytes, [=](int byte) { return byte == value; }); };
-    return toTarget && (all(0x7F) || all(0xFE)) ? "sync" : "bytes";
-  }
-
-  void add(const TraceEvent& event, bool toTarget, Span bytes, const std::string& kind, Sum sum) {
-    frames.push_back({event.at, stage_, toTarget, kind, {bytes.begin(), bytes.end()}, event.times, sum, {}});
-  }
-
-  void addMark(const TraceEvent& event) {
-    static const std::map<Kind, const char*> kMarks = {
-        {Kind::Settings, "line"}, {Kind::Open, "open"}, {Kind::Close, "close"}, {Kind::Dtr, "dtr"},
-        {Kind::Rts, "rts"},       {Kind::Gone, "gone"}, {Kind::Stop, "stop"},   {Kind::Thinned, "thinned"}};
-    frames.push_back({event.at, stage_, true, kMarks.at(event.kind), {}, event.times, Sum::None, event.text});
-  }
-
-  Form form_;
-  std::string stage_;
-  TraceEvent answer_;
-};
+std::string looseKind(Span bytes, bool toTarget) {
+  const auto all = [&](int value) { return std::ranges::all_of(bytes, [=](int byte) { return byte == value; }); };
+  return toTarget && (all(0x7F) || all(0xFE)) ? "sync" : "bytes";
+}
 
 std::string padded(std::string text, std::size_t width, bool right = false) {
   text.insert(right ? 0 : text.size(), width - std::min(width, text.size()), ' ');
@@ -172,8 +116,73 @@ std::string padded(std::string text, std::size_t width, bool right = false) {
 
 }  // namespace
 
+void FrameDecoder::take(const TraceEvent& event) {
+  if (event.kind == Kind::Sent) return takeSent(event);
+  if (event.kind == Kind::Said) return;
+  const bool goesOn = event.kind == Kind::Received && event.at - answer_.last < kBetweenAnswers;
+  if (!goesOn || again_.times > 0) flush();
+  again_ = {};
+  if (event.kind == Kind::Stage) {
+    stage_ = event.text;
+  } else if (event.kind != Kind::Received) {
+    tellMark(event);
+  } else {
+    if (answer_.bytes.empty()) answer_.at = event.at;
+    answer_.bytes.insert(answer_.bytes.end(), event.bytes.begin(), event.bytes.end());
+    answer_.last = event.last;
+    if (endsInAGoodFrame(answer_.bytes, form_)) flush();
+  }
+}
+
+void FrameDecoder::takeSent(const TraceEvent& event) {
+  if (event.bytes == again_.bytes && answer_.bytes.empty()) {
+    if (again_.times == 0) again_.at = event.at;
+    again_.times += event.times;
+    return;
+  }
+  flush();
+  cut(event, true);
+  again_ = event;
+  again_.times = 0;
+}
+
+void FrameDecoder::flush() {
+  if (again_.times > 0) cut(again_, true);
+  again_.times = 0;
+  if (!answer_.bytes.empty()) cut(answer_, false);
+  answer_.bytes.clear();
+}
+
+void FrameDecoder::cut(const TraceEvent& event, bool toTarget) {
+  Span rest(event.bytes);
+  while (!rest.empty()) {
+    const auto found = findFrame(rest, form_);
+    const std::size_t loose = found ? found->begin : rest.size();
+    if (loose > 0) tell(event, toTarget, rest.first(loose), looseKind(rest.first(loose), toTarget), Sum::None);
+    if (!found) return;
+    const Span frame = rest.subspan(found->begin, found->size);
+    tell(event, toTarget, frame, kindOf(frame, *found, form_, toTarget), found->sumGood ? Sum::Good : Sum::Bad);
+    rest = rest.subspan(found->begin + found->size);
+  }
+}
+
+void FrameDecoder::tell(const TraceEvent& event, bool toTarget, Span bytes, const std::string& kind, Sum sum) {
+  sink_({event.at, stage_, toTarget, kind, {bytes.begin(), bytes.end()}, event.times, sum, {}});
+}
+
+void FrameDecoder::tellMark(const TraceEvent& event) {
+  static const std::map<Kind, const char*> kMarks = {
+      {Kind::Settings, "line"}, {Kind::Open, "open"}, {Kind::Close, "close"}, {Kind::Dtr, "dtr"},
+      {Kind::Rts, "rts"},       {Kind::Gone, "gone"}, {Kind::Stop, "stop"},   {Kind::Thinned, "thinned"}};
+  sink_({event.at, stage_, true, kMarks.at(event.kind), {}, event.times, Sum::None, event.text});
+}
+
 std::vector<TraceFrame> framesOf(const Trace& trace) {
-  return std::move(Decoder(trace).frames);
+  std::vector<TraceFrame> frames;
+  FrameDecoder decoder(formOf(trace), [&](const TraceFrame& frame) { frames.push_back(frame); });
+  for (const TraceEvent& event : trace.events) decoder.take(event);
+  decoder.flush();
+  return frames;
 }
 
 std::string frameLine(const TraceFrame& frame) {

@@ -1,9 +1,11 @@
 // A trace as the frames that went over the line, one a line, for a person who looks for the one that went wrong.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "engine/frames.h"
 #include "engine/trace.h"
 
 namespace kvr::engine {
@@ -21,7 +23,31 @@ struct TraceFrame {
   std::string text;  // of what is no frame: the message, the settings
 };
 
-// Frames, loose bytes, and what happened to the port, in order.
+// Frames, loose bytes, and what happened to the port, in order: of a trace, or of a run while it goes on.
+class FrameDecoder {
+ public:
+  using Sink = std::function<void(const TraceFrame&)>;
+  // `form`: of all frames, both ways.
+  FrameDecoder(SumForm form, Sink sink) : form_(form), sink_(std::move(sink)) {}
+  // The next event. An answer is told when it ends in a good frame, else with the event after it. Bytes that are sent
+  // again and again are told at the first time, and how often when they end.
+  void take(const TraceEvent& event);
+  void flush();  // tells what is left
+
+ private:
+  void takeSent(const TraceEvent& event);
+  void cut(const TraceEvent& event, bool toTarget);
+  void tell(const TraceEvent& event, bool toTarget, std::span<const std::uint8_t> bytes, const std::string& kind,
+            TraceFrame::Sum sum);
+  void tellMark(const TraceEvent& event);
+
+  SumForm form_;
+  Sink sink_;
+  std::string stage_;
+  TraceEvent answer_;  // what has come of it
+  TraceEvent again_;   // what was sent last, and how often since it was told
+};
+
 std::vector<TraceFrame> framesOf(const Trace& trace);
 
 // "   1.234567  erase     >  erase  59 bytes, sum good"

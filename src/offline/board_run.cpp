@@ -14,6 +14,12 @@ ImageView viewOf(const engine::JobImage& image) {
 
 }  // namespace
 
+engine::TraceFields traceFieldsOf(const BoardJob& job) {
+  return {{"pins", std::to_string(job.inputs.pins)},
+          {"limit", std::to_string(job.inputs.limit)},
+          {"wake", job.wake ? "yes" : "no"}};
+}
+
 BoardRun::BoardRun(const BoardJob& job, const engine::RunServices& services, engine::RunView& view, BoardImage& image,
                    BoardFacts& facts)
     : job_(job),

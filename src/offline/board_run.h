@@ -3,6 +3,7 @@
 #pragma once
 
 #include "engine/run_context.h"
+#include "engine/trace.h"
 #include "offline/board_facts.h"
 #include "offline/board_image.h"
 #include "offline/board_inputs.h"
@@ -14,6 +15,9 @@ struct BoardJob {
   BoardInputs inputs;
   bool wake = true;  // the board may wait in a sorting machine
 };
+
+// What the head of a trace has of it besides the chip's job.
+engine::TraceFields traceFieldsOf(const BoardJob& job);
 
 class BoardRun {
  public:

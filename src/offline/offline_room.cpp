@@ -22,12 +22,6 @@ IncrementField fieldOf(const platform::CheckBox& box, const platform::ControlArr
   return field;
 }
 
-engine::TraceFields traceFieldsOf(const BoardJob& job) {
-  return {{"pins", std::to_string(job.inputs.pins)},
-          {"limit", std::to_string(job.inputs.limit)},
-          {"wake", job.wake ? "yes" : "no"}};
-}
-
 }  // namespace
 
 OfflineRoom::OfflineRoom(download::RunRoom room, platform::Dialogs& dialogs, const download::JobPanels& panels,

@@ -3,18 +3,6 @@
 #include "platform/text.h"
 
 namespace kvr::userpath {
-namespace {
-
-engine::TraceFields traceFieldsOf(const DemoJob& job) {
-  engine::TraceFields fields = {{"line", job.settings}};
-  if (!job.command) return fields;
-  fields.push_back({"command line", job.command->settings});
-  fields.push_back({"command", job.command->bytes});
-  return fields;
-}
-
-}  // namespace
-
 DemoRoom::DemoRoom(download::RunRoom room, const download::JobPanels& panels, images::ImageRoom& images,
                    platform::TextBox& textMsg, UserPathPanel& page)
     : room_(room), panels_(panels), images_(images), textMsg_(textMsg), page_(page) {

@@ -16,6 +16,14 @@ constexpr std::size_t kShortestModelReply = 11;  // with the sum and the end byt
 
 }  // namespace
 
+engine::TraceFields traceFieldsOf(const DemoJob& job) {
+  engine::TraceFields fields = {{"line", job.settings}};
+  if (!job.command) return fields;
+  fields.push_back({"command line", job.command->settings});
+  fields.push_back({"command", job.command->bytes});
+  return fields;
+}
+
 Millis pollPaceOf(const std::string& settings) {
   const int baud = platform::wholeOf(settings.substr(0, settings.find(',')));
   return Millis(baud < 2400 ? 200 : baud < 4800 ? 100 : 50);

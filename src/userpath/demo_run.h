@@ -7,6 +7,7 @@
 
 #include "engine/programming.h"
 #include "engine/run_context.h"
+#include "engine/trace.h"
 #include "userpath/demo_line.h"
 
 namespace kvr::userpath {
@@ -22,6 +23,9 @@ struct DemoJob {
   std::string settings;                // of the download's line
   std::optional<UserCommand> command;  // sent first
 };
+
+// What the head of a trace has of it besides the chip's job.
+engine::TraceFields traceFieldsOf(const DemoJob& job);
 
 // The pace at which the routine is called: 50, 100 or 200 ms by the line's rate.
 engine::Millis pollPaceOf(const std::string& settings);

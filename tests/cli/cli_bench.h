@@ -56,7 +56,7 @@ struct CliBench : support::VirtualWorld {
       (arguments.code() == ExitCode::Passed ? streams.written : streams.told) += arguments.text();
       return static_cast<int>(arguments.code());
     }
-    const Desk desk{loop, files, clock, codec, ports, lease, stopper, out};
+    const Desk desk{loop, files, clock, codec, ports, lease, stopper, tracer, out, arguments.manner().verbose};
     return static_cast<int>(arguments.command().run(desk));
   }
   bool says(std::string_view words) const { return streams.told.find(words) != std::string::npos; }
@@ -66,7 +66,8 @@ struct CliBench : support::VirtualWorld {
   BenchPorts ports;
   BenchStreams streams;
   BenchOutput out{streams, {}};
-  engine::PortLease lease{loop, link};
+  engine::RunTracer tracer{loop, clock, link};
+  engine::PortLease lease{loop, tracer.link()};
   Stopper stopper{lease};
 };
 

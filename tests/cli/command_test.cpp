@@ -1,8 +1,11 @@
 // The command as a script meets it: what it ends with, what it leaves on the chip and in files, what it tells.
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "tests/cli/cli_bench.h"
 #include "tests/support/engine_bench.h"
+#include "tests/support/models.h"
 
 namespace kvr::cli {
 namespace {
@@ -207,6 +210,77 @@ TEST_F(CommandTest, InfoTellsWhatAChipHoldsAndChangesNothing) {
   EXPECT_TRUE(bench.writes("Ivy-H20S  code ")) << bench.streams.written;
   EXPECT_TRUE(bench.writes("Pre-scale time of WDT"));
   EXPECT_TRUE(std::equal(before.begin(), before.end(), bench.chip->flash().begin()));
+}
+
+TEST_F(CommandTest, InfoFindsAChipOfAnyFamilyInWhicheverTurnItComes) {
+  std::set<catalogue::Family> seen;
+  for (const auto* row : support::everyModel()) {
+    if (!seen.insert(row->family).second) continue;
+    const std::string name(row->name);
+    std::string asItself;
+    for (const auto& [wait, more] : {std::pair{100, " --model " + name}, {100, ""}, {1600, ""}, {3100, ""}}) {
+      CliBench one;
+      one.insertChip(sim::configFor(*row, 11059200, 1), Millis(wait));
+      EXPECT_EQ(one.run(wordsOf("info --timeout 60" + more)), 0) << name << one.streams.told;
+      if (!more.empty()) asItself = one.streams.written;
+      EXPECT_EQ(one.streams.written, asItself) << wait;
+      EXPECT_TRUE(name == "Alder-H100D" || one.says("MCU Type is: " + name)) << one.streams.told;
+    }
+  }
+  EXPECT_EQ(run("info --timeout 5"), 4);
+  EXPECT_EQ(std::chrono::duration_cast<std::chrono::seconds>(bench.loop.now()).count(), 5);
+}
+
+// --- What went over the line. ---
+
+TEST_F(CommandTest, ATraceIsWrittenHoweverTheRunEndsAndPlayedAgain) {
+  bench.insertModel(kModel);
+  EXPECT_EQ(program("--trace /t.txt -v"), 0);
+  EXPECT_TRUE(bench.says(" erase     >  erase             ")) << bench.streams.told;
+  EXPECT_TRUE(bench.says(" wait      >  sync                2 bytes, ")) << "once for all of them";
+  const std::string live = bench.streams.told;
+  EXPECT_EQ(run("trace show /t.txt"), 0);
+  for (const std::string& line : {std::string("model: Ivy-H20S"), live.substr(live.find("  erase     >") - 12, 60)})
+    EXPECT_TRUE(bench.writes(line)) << line;
+  EXPECT_EQ(program("--trace /t.txt"), 6);
+  insertFaulty("silentErase");
+  EXPECT_EQ(program("--trace /t.txt --force"), 1);
+  EXPECT_EQ(run("trace replay /t.txt"), 0) << bench.streams.told;
+  EXPECT_TRUE(bench.writes("It ends as the trace does: failed: Erasing MCU failed."));
+  sim::DemoConfig config;
+  config.row = catalogue::findByName("Cedar-H80D");
+  config.downloadLine = {115200, 'e'};
+  bench.connectDemo(config);
+  EXPECT_EQ(run("demo --model Cedar-H80D /image.bin --line 115200,e,8,1 --trace /d.txt"), 0) << bench.streams.told;
+  EXPECT_EQ(run("trace replay /d.txt"), 0) << bench.streams.told;
+}
+
+TEST_F(CommandTest, EachRunHasATraceAndAFullDiskChangesNoVerdict) {
+  bench.files.put("/t-2.txt", "");
+  bench.insertModel(kModel);
+  changeChips();
+  EXPECT_EQ(program("--count 2 --trace /t.txt"), 0);
+  EXPECT_TRUE(bench.files.fileExists("/t-3.txt"));
+  EXPECT_TRUE(bench.files.files["/t-2.txt"].bytes.empty());
+  bench.out.onNote = nullptr;
+  for (const int code : {0, 1}) {
+    bench.insertModel(kModel).config().faults.silentErase = code == 1;
+    bench.files.diskFull = true;
+    bench.streams.told.clear();
+    EXPECT_EQ(program("--trace /u.txt"), code);
+    const std::string why = "kvr: There is no trace of this run: /u.txt: disk full\n";
+    EXPECT_TRUE(bench.says(why));
+    EXPECT_EQ(bench.streams.told.find("trace"), bench.streams.told.find(why) + 17) << "one line";
+  }
+}
+
+TEST_F(CommandTest, AnExampleTraceIsShown) {
+  std::ifstream file(KVR_SOURCE_DIR "/tests/replay/traces/erase_without_answer.txt", std::ios::binary);
+  bench.files.put("/t.txt", std::string(std::istreambuf_iterator<char>(file), {}));
+  EXPECT_EQ(run("trace show /t.txt"), 0);
+  EXPECT_TRUE(bench.writes("words: Erasing MCU failed."));
+  EXPECT_TRUE(bench.writes(" erase     >  erase "));
+  EXPECT_FALSE(bench.writes("SUM BAD"));
 }
 
 TEST_F(CommandTest, ABoardIsLoadedWithTheImageAndItsLimit) {

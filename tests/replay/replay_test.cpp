@@ -9,10 +9,14 @@
 #include <iterator>
 #include <random>
 
+#include "engine/run_tracer.h"
 #include "engine/trace_text.h"
+#include "engine/tracing_view.h"
+#include "offline/board_run.h"
 #include "sim/demo_firmware.h"
 #include "tests/support/engine_bench.h"
 #include "tests/support/form_bench.h"
+#include "userpath/trigger_run.h"
 
 namespace kvr {
 namespace {
@@ -99,6 +103,52 @@ TEST(Replay, EndsFiveHundredRandomRunsInTheirOwnWords) {
     ++endings[trace.field("ending")];
   }
   for (const char* ending : {"passed", "failed", "stopped"}) EXPECT_GT(endings[ending], 20) << ending;
+}
+
+// A world of its own for runs that are no chip's, with their traces.
+struct TracedWorld : support::VirtualWorld {
+  Trace trace(engine::RunKind kind, const engine::Job& job, const engine::TraceFields& more,
+              const replay::Conduct& run) {
+    tracer.begin(kind, job, more);
+    tracer.end(run({loop, clock, lease, stop}, view));
+    return readAgain(tracer.trace());
+  }
+  engine::RunTracer tracer{loop, clock, link};
+  engine::PortLease lease{loop, tracer.link()};
+  engine::RunStop stop;
+  engine::SilentView silent;
+  engine::TracingView view{silent, tracer.recorder()};
+};
+
+TEST(Replay, EndsTheRunOfATriggerAndOfABoardInItsOwnWords) {
+  const auto& row = *catalogue::findByName("Ivy-HF0S");
+  engine::Job job{.model = catalogue::describeModel(row), .imageValid = true};
+  job.choices = options::defaultValues(row.family);
+  job.code = {.bytes = support::randomBytes(3, 4000), .rangeEnd = 3999, .heldEnd = 3999, .loaded = true};
+  TracedWorld chip;
+  const userpath::UserCommand command{"9600,n,8,1", "11 22 33"};
+  const Trace trigger =
+      chip.trace(engine::RunKind::Trigger, job, {{"line", command.settings}, {"command", command.bytes}},
+                 [&](auto& services, auto& view) { return userpath::sendTrigger(job, command, services, view); });
+  EXPECT_EQ(trigger.field("ending"), "passed");
+  EXPECT_EQ(replay::replay(trigger).difference, "");
+  for (const int dies : {0, 5}) {
+    sim::BoardConfig config;
+    if (dies > 0) config.diesAfterPages = dies;
+    TracedWorld world;
+    world.connectBoard(config, Millis(500));
+    offline::BoardJob board{.job = job, .inputs = {.record = &job.model.record, .device = job.model.name()}};
+    board.inputs.sorter = {true, false, false};
+    board.inputs.options = engine::optionBytesOf(job);
+    const replay::Conduct write = [&](auto& services, auto& view) {
+      offline::BoardImage image;
+      offline::BoardFacts facts;
+      return offline::BoardRun(board, services, view, image, facts).write();
+    };
+    const Trace trace = world.trace(engine::RunKind::Board, job, traceFieldsOf(board), write);
+    EXPECT_EQ(trace.field("ending"), dies > 0 ? "failed" : "passed") << trace.field("words");
+    EXPECT_EQ(replay::replay(trace, write).difference, "");
+  }
 }
 
 // Traces that users have sent: each stays a test of what was mended after it.

@@ -25,15 +25,18 @@ int run(cli::Arguments& arguments, cli::ProcessStreams& streams) {
   const platform::IconvCodec codec;
   cli::MachinePorts ports;
   platform::QtSerialLink link(loop, [&](int) { return ports.device(); });
-  engine::PortLease lease(loop, link);
+  engine::RunTracer tracer(loop, clock, link);
+  engine::PortLease lease(loop, tracer.link());
   cli::Stopper stopper(lease);
+  stopper.stop.onRequest = [&tracer] { tracer.stopAsked(); };
   const cli::Signals signals([&](cli::Cut cut) { loop.post([&stopper, cut] { stopper.end(cut); }); });
   streams.onOutGone = [&] { stopper.endAfterThis(cli::Cut::OutputClosed); };
   const cli::Manner& manner = arguments.manner();
   cli::TextOutput text(streams, {.quiet = manner.quiet, .plain = manner.noColor});
   cli::JsonOutput json(streams, loop, manner.quiet, cli::jsonText);
   cli::Output& out = manner.json ? static_cast<cli::Output&>(json) : text;
-  return static_cast<int>(arguments.command().run({loop, files, clock, codec, ports, lease, stopper, out}));
+  return static_cast<int>(
+      arguments.command().run({loop, files, clock, codec, ports, lease, stopper, tracer, out, manner.verbose}));
 }
 
 }  // namespace
