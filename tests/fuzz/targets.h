@@ -26,6 +26,7 @@ std::string faultOfPortMap(const Bytes& input);
 std::string faultOfProject(const Bytes& input);
 std::string faultOfSettings(const Bytes& input);
 std::string faultOfTerminal(const Bytes& input);
+std::string faultOfTrace(const Bytes& input);
 
 struct Target {
   std::string_view name;  // of its corpus, too
@@ -44,7 +45,8 @@ inline constexpr Target kTargets[] = {{"board_frames", faultOfBoardFrames},
                                       {"port_map", faultOfPortMap},
                                       {"project", faultOfProject},
                                       {"settings", faultOfSettings},
-                                      {"terminal", faultOfTerminal}};
+                                      {"terminal", faultOfTerminal},
+                                      {"trace", faultOfTrace}};
 
 inline std::string textOf(const Bytes& bytes) {
   return {bytes.begin(), bytes.end()};
