@@ -1,13 +1,12 @@
 #include "shell/qt/stations_program.h"
 
-#include <unistd.h>
-
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
 #include <cstdio>
-#include <vector>
+
+#include "platform/qt/become_program.h"
 
 namespace kvr::window {
 namespace {
@@ -29,11 +28,8 @@ QString startStations(const QString& project) {
 }
 
 int becomeStations(std::span<char*> arguments) {
-  QByteArray program = programIn(QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath()).toLocal8Bit();
-  std::vector<char*> words{program.data()};
-  words.insert(words.end(), arguments.begin(), arguments.end());
-  words.push_back(nullptr);
-  if (!program.isEmpty()) execv(program.constData(), words.data());
+  const QString program = programIn(QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath());
+  if (!program.isEmpty()) platform::becomeProgram(program.toLocal8Bit().toStdString(), arguments);
   std::fputs("kvr-isp: there is no kvr-stations beside it\n", stderr);
   return 1;
 }
