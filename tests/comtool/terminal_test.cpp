@@ -101,6 +101,7 @@ TEST(Paste, WaitsForALineThatIsFullAndEndsByItsButtonOrWithItsPort) {
     b.loop.runFor(Millis(5000));
     EXPECT_TRUE(b.panel.comPasteStop.visible());
     (byButton ? b.panel.comPasteStop : b.panel.comOpenCOM[0]).press();
+    EXPECT_TRUE(!byButton || b.link.pendingOut == 0) << "what the line has not carried yet is taken back";
     b.link.pendingOut = 0;
     b.loop.runFor(Millis(5000));
     EXPECT_EQ(b.sentText(), "");

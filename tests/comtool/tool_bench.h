@@ -75,6 +75,7 @@ class PlayedLink : public support::NoLink {
     return bytes;
   }
   std::vector<std::uint8_t> peekBytes() override { return {waiting.begin(), waiting.end()}; }
+  void clearOut() override { pendingOut = 0; }
   void clearIn() override { waiting.clear(); }
   void setDtr(bool on) override { dtr = on; }
   void setRts(bool on) override { rts = on; }

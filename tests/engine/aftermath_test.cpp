@@ -155,6 +155,10 @@ TEST_F(Aftermath, ARunBecomesAPictureOfItsStagesAndSetbacks) {
   for (const auto& mark : bad.marks) EXPECT_TRUE(mark.at > data.from && mark.at <= data.from + data.length);
   EXPECT_TRUE(bad.marks.back().loss);
   EXPECT_TRUE(bad.failure.starts_with("Programing failed."));
+  EXPECT_EQ(axisStep(Micros(10'000'001)), Micros(2'000'000));
+  EXPECT_EQ(axisStep(Micros(0)), Micros(1000));
+  for (const auto& [us, text] : {std::pair(45'000, "0.04 s"), {12'340'000, "12.3 s"}, {130'400'000, "130 s"}})
+    EXPECT_EQ(secondsText(Micros(us)), text);
 }
 
 TEST(RunHistory, ComparesWithTheLastGoodRunOfTheModelAfterAFailure) {

@@ -86,6 +86,7 @@ TEST(JobPlan, TellsInWordsWhatWillHappenAlsoByItsButton) {
   EXPECT_EQ(lineAbout(lines, "Takes"),
             "about 4 s from the chip's answer on, at 115200 baud if its clock is 11.0592 MHz");
   EXPECT_TRUE(std::none_of(lines.begin(), lines.end(), [](const PlanLine& line) { return line.warns; }));
+  EXPECT_EQ(durationText(59.9) + ", " + durationText(80), "1 min, 1 min 20 s");
   bench.panel.comPlan.press();
   const auto& shown = bench.dialogs.shown.at(0);
   EXPECT_EQ(shown.kind + " " + shown.title, "help What will happen");
