@@ -117,6 +117,30 @@ class Process(unittest.TestCase):
         self.assertEqual(done.returncode, 6, done.stderr)
         self.assertIn("The chip is good, and has no line in the log", done.stderr)
 
+    def test_every_command_for_a_device_tells_its_frames_and_keeps_a_trace(self):
+        demo = ["--device", "demo", "--model", "Cedar-H80D", "--line", "38400,e,8,1"]
+        cases = [
+            (["--model", "Rowan-H20"], ["info"], "Rowan-H20  code F402"),
+            (["--device", "board", "--model", MODEL], ["board", "--model", MODEL, SAMPLE], "PASS"),
+            (demo, ["demo", "--model", "Cedar-H80D", SAMPLE], "PASS"),
+        ]
+        for target, words, told in cases:
+            with self.subTest(words[0]), tempfile.TemporaryDirectory() as place, Device(*target) as device:
+                trace = pathlib.Path(place, "run.txt")
+                done = kvr("-v", *words, "--port", device.port, "--timeout", "30", "--trace", trace)
+                self.assertEqual(done.returncode, 0, done.stderr)
+                self.assertTrue(done.stdout.startswith(told), done.stdout)
+                frames = [line[14:] for line in done.stderr.splitlines() if line.endswith("sum good")]
+                self.assertGreater(len(frames), 2)
+                shown = kvr("trace", "show", trace).stdout
+                self.assertEqual([frame for frame in frames if frame not in shown], [])
+
+    def test_a_trace_that_cannot_be_written_costs_one_line(self):
+        with Device("--model", MODEL) as device:
+            done = kvr(*program(device.port, "--trace", "/absent/run.txt"))
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertEqual(done.stderr.count("There is no trace of this run: /absent/run.txt: no such folder"), 1)
+
     def test_a_terminal_gets_a_progress_line(self):
         master, slave = pty.openpty()
         with Device("--model", MODEL, "--paced") as device, start(*program(device.port), stderr=slave) as run:
@@ -150,7 +174,8 @@ class Process(unittest.TestCase):
         def run(number):
             fault = faults[number % len(faults)]
             with Device("--model", MODEL, "--seed", str(number + 1), *(["--fault", fault] if fault else [])) as device:
-                return kvr("--json", *program(device.port, "--serial-at", "1000", "--serial-next", str(number)))
+                frames = ["-v"] if number % 10 == 0 else []
+                return kvr("--json", *frames, *program(device.port, "--serial-at", "1000", "--serial-next", str(number)))
 
         others = [["models"], ["ports"], ["options", MODEL], ["options", "Alder-H51"], ["models", "Nothing"],
                   ["job", "--model", MODEL, SAMPLE], ["image", SAMPLE], ["image", SAMPLE, "--diff", TARGET]]

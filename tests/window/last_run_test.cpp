@@ -1,6 +1,7 @@
 // The picture of the last run, as the user comes to it: by the sign, by the key, and as a file.
 #include <QImage>
 #include <QPushButton>
+#include <QXmlStreamReader>
 
 #include "shell/qt/last_run_window.h"
 #include "tests/window/desk.h"
@@ -62,6 +63,23 @@ TEST_F(LastRun, IsDrawnOnThePaperOfTheWindow) {
   EXPECT_EQ(image.pixel(2, 2), picture()->palette().color(QPalette::Window).rgb());
   const auto large = std::count_if(colours.begin(), colours.end(), [](const auto& c) { return c.second > 1000; });
   EXPECT_GE(large, 5) << "paper and four stages";
+}
+
+TEST_F(LastRun, IsSavedAsADrawingWithItsTexts) {
+  open();
+  endRun(engine::Ending::Passed);
+  program->form.download.comLastRun.press();
+  ASSERT_NE(picture(), nullptr);
+  QXmlStreamReader svg(picture()->svg());
+  QString texts;
+  int shapes = 0;
+  for (; !svg.atEnd(); svg.readNext()) {
+    texts += svg.isCharacters() ? svg.text().toString() : QString();
+    shapes += svg.isStartElement() && (svg.name() == QLatin1String("rect") || svg.name() == QLatin1String("path"));
+  }
+  EXPECT_FALSE(svg.hasError()) << svg.errorString().toStdString();
+  EXPECT_TRUE(texts.contains(QStringLiteral("8.0 kB, 2.00 kB/s")));
+  EXPECT_GE(shapes, 5) << "paper and four stages";
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "shell/qt/last_run_window.h"
 
+#include <QBuffer>
 #include <QDialogButtonBox>
 #include <QPointer>
 #include <QPushButton>
@@ -9,6 +10,15 @@
 #include "shell/qt/binding.h"
 
 namespace kvr::window {
+namespace {
+
+QByteArray asPng(const QImage& image) {
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  return image.save(&buffer, "PNG") ? bytes : QByteArray();
+}
+
+}  // namespace
 
 LastRunWindow::LastRunWindow(shell::MainForm& form, QWidget* parent)
     : QDialog(parent), form_(form), view_(new RunPictureView) {
@@ -45,12 +55,15 @@ void LastRunWindow::follow() {
 }
 
 void LastRunWindow::save() {
-  const QImage picture = view_->image();
+  const QByteArray png = asPng(view_->image()), svg = view_->svg();
   const std::string path = form_.dialogs.saveFile({.title = "Save picture of the run",
-                                                   .filter = "Pictures (*.png)|*.png",
+                                                   .filter = "Pictures (*.png)|*.png|Drawings to scale (*.svg)|*.svg",
                                                    .initialFolder = {},
                                                    .fileName = "run.png"});
-  if (path.empty() || picture.save(qtText(path), "PNG")) return;
+  if (path.empty()) return;
+  const QByteArray& picture = qtText(path).endsWith(QLatin1String(".svg"), Qt::CaseInsensitive) ? svg : png;
+  const auto written = form_.world.files.replace(path, platform::Bytes(picture.begin(), picture.end()));
+  if (written) return;
   form_.dialogs.message(platform::kTitle, path + "\nThe picture could not be written.", platform::BoxIcon::Warning);
 }
 

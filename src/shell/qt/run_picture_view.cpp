@@ -1,7 +1,9 @@
 #include "shell/qt/run_picture_view.h"
 
+#include <QBuffer>
 #include <QPainter>
 #include <QPainterPath>
+#include <QSvgGenerator>
 #include <algorithm>
 
 #include "shell/qt/binding.h"
@@ -112,14 +114,30 @@ QSize RunPictureView::minimumSizeHint() const {
 
 QImage RunPictureView::image() const {
   constexpr int kScale = 2;
-  const QSize shown = size().expandedTo(sizeHint());
-  QImage picture(shown * kScale, QImage::Format_RGB32);
+  QImage picture(shown() * kScale, QImage::Format_RGB32);
   picture.setDevicePixelRatio(kScale);
   picture.fill(palette().color(QPalette::Window));
   QPainter painter(&picture);
   painter.setFont(font());
   draw(painter);
   return picture;
+}
+
+QByteArray RunPictureView::svg() const {
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  QSvgGenerator generator;
+  generator.setOutputDevice(&buffer);
+  generator.setTitle(accessibleDescription());
+  generator.setResolution(logicalDpiX());
+  generator.setSize(shown());
+  generator.setViewBox(QRect(QPoint(), shown()));
+  QPainter painter(&generator);
+  painter.setFont(font());
+  painter.fillRect(generator.viewBox(), palette().color(QPalette::Window));
+  draw(painter);
+  painter.end();
+  return bytes;
 }
 
 void RunPictureView::paintEvent(QPaintEvent*) {

@@ -16,11 +16,14 @@ class RunPictureView : public QWidget {
   QSize minimumSizeHint() const override;
   // The same picture in twice the resolution, on paper of the window's colour.
   QImage image() const;
+  // And as SVG, with its texts as texts.
+  QByteArray svg() const;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  QSize shown() const { return size().expandedTo(sizeHint()); }
   void draw(QPainter& painter) const;
   void drawRun(QPainter& painter, const download::RunPicture& run, int top) const;
   void drawBars(QPainter& painter, const download::RunPicture& run, const QRect& strip) const;
