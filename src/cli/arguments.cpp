@@ -11,11 +11,12 @@ constexpr const char* kAbout =
     "Messages go to standard error, results to standard output.";
 constexpr const char* kEnd =
     "Ends with 0 passed, 1 the chip failed, 2 wrong use, 3 port, 4 no chip came, 5 another model, 6 file or project,\n"
-    "7 refused before the start, 8 passed in part, 130 stopped. More: man kvr";
+    "7 refused before the start, 8 passed in part, 9 record store, 130 stopped. More: man kvr";
 
 }  // namespace
 
-Arguments::Arguments() : app_(kAbout, "kvr"), commands_(allCommands()) {
+Arguments::Arguments(std::vector<std::unique_ptr<Command>> commands)
+    : app_(kAbout, "kvr"), commands_(std::move(commands)) {
   app_.set_version_flag("--version", "kvr " KVR_VERSION);
   app_.require_subcommand(1);
   app_.fallthrough();  // --json and its like may come after the subcommand, too

@@ -18,7 +18,7 @@ struct Manner {
 
 class Arguments {
  public:
-  Arguments();
+  explicit Arguments(std::vector<std::unique_ptr<Command>> commands = allCommands());
   // False: the command line asks for nothing further (help, version) or is wrong; `text` and `code` say the rest.
   [[nodiscard]] bool read(const std::vector<std::string>& words);  // without the program's own name
   Command& command() const { return *chosen_; }

@@ -46,7 +46,7 @@ class BoardCommand : public Command {
     if (const Problem problem = placeNumbers(source, board.inputs))
       return fail(desk, problem.code, problem.why, problem.next);
     if (const ExitCode code = evidence_.check(desk); code != ExitCode::Passed) return code;
-    RunConsole console(desk.loop, desk.out);
+    RunConsole console(desk);
     line_.limit(desk, console);
     offline::BoardImage image;
     offline::BoardFacts facts;

@@ -36,5 +36,6 @@ std::unique_ptr<Command> makeOptionsCommand();
 std::unique_ptr<Command> makeImageCommand();
 std::unique_ptr<Command> makeJobCommand();
 std::unique_ptr<Command> makeTraceCommand();
+std::unique_ptr<Command> makeBatchCommand();
 
 }  // namespace kvr::cli

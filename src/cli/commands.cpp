@@ -4,8 +4,9 @@ namespace kvr::cli {
 
 std::vector<std::unique_ptr<Command>> allCommands() {
   std::vector<std::unique_ptr<Command>> all;
-  for (const auto make : {makeProgramCommand, makeInfoCommand, makeBoardCommand, makeDemoCommand, makeJobCommand,
-                          makeImageCommand, makeModelsCommand, makeOptionsCommand, makePortsCommand, makeTraceCommand})
+  for (const auto make :
+       {makeProgramCommand, makeInfoCommand, makeBoardCommand, makeDemoCommand, makeJobCommand, makeImageCommand,
+        makeModelsCommand, makeOptionsCommand, makePortsCommand, makeTraceCommand, makeBatchCommand})
     all.push_back(make());
   return all;
 }

@@ -36,9 +36,10 @@ class DemoCommand : public Command {
       if (const ExitCode code = checkLine(desk, settings); code != ExitCode::Passed) return code;
     if (const ExitCode code = evidence_.check(desk); code != ExitCode::Passed) return code;
     source.job.frameSize = kFrame;
-    RunConsole console(desk.loop, desk.out);
+    RunConsole console(desk);
     line_.limit(desk, console);
-    return Series(desk, series_, source, console).program(job_.yes, [&](const engine::Job& job) {
+    OwnNumbering numbers(desk.out, series_.serial, job_.yes);
+    return Series(desk, series_, source, console, numbers).program([&](const engine::Job& job) {
       userpath::DemoJob demo{.job = job, .settings = settings_, .command = {}};
       if (!command_.empty()) demo.command = userpath::UserCommand{commandLine_, commandBytes(command_)};
       return evidence_.conduct(

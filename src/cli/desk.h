@@ -1,6 +1,7 @@
 // What a command works with: the machine's services, its ports, and where it reports.
 #pragma once
 
+#include "cli/input.h"
 #include "cli/output.h"
 #include "cli/ports.h"
 #include "cli/stopper.h"
@@ -8,6 +9,7 @@
 #include "engine/target_link.h"
 #include "platform/file_system.h"
 #include "platform/text_codec.h"
+#include "records/record_desk.h"
 
 namespace kvr::cli {
 
@@ -21,6 +23,8 @@ struct Desk {
   Stopper& stopper;
   engine::RunTracer& tracer;  // under the port of the lease
   Output& out;
+  records::RecordDesk& records;
+  Input& input;
   bool frames = false;  // to be told as they go
 
   engine::RunServices services() const { return {loop, clock, lease, stopper.stop}; }

@@ -16,14 +16,15 @@ enum class ExitCode {
   File = 6,  // a file or a project
   Refused = 7,
   PassedInPart = 8,
-  HungUp = 129,       // these four as a shell counts: 128 and the signal
+  Records = 9,        // the record store cannot be reached, or not be written
+  HungUp = 129,       // these four as a shell counts: 128 and the signal; also when standard input has ended
   Interrupted = 130,  // Ctrl-C
   OutputClosed = 141,
   Terminated = 143,
 };
 
 // What ended a run from outside.
-enum class Cut { None, Timeout, HangUp, Interrupt, OutputClosed, Terminate };
+enum class Cut { None, Timeout, HangUp, Interrupt, InputClosed, OutputClosed, Terminate };
 
 ExitCode exitCodeOf(Cut cut);  // NoChip for a timeout
 // A chip that has passed has passed, whatever came in its last moment.

@@ -30,7 +30,7 @@ class InfoCommand : public Command {
       if (const Problem problem = findModel(model_, model)) return fail(desk, problem.code, problem.why, problem.next);
     if (const ExitCode code = line_.take(desk); code != ExitCode::Passed) return code;
     if (const ExitCode code = evidence_.check(desk); code != ExitCode::Passed) return code;
-    RunConsole console(desk.loop, desk.out);
+    RunConsole console(desk);
     line_.limit(desk, console);
     const Look look = model ? lookAt(desk, console, *model) : lookAtAnyChip(desk, console, job_, evidence_);
     evidence_.keep(desk);

@@ -52,6 +52,10 @@ void JsonOutput::result(std::string_view event, const Fields& fields, std::strin
   put(event, fields);
 }
 
+void JsonOutput::tile(std::size_t, const Fields& fields, std::string_view) {
+  put("station", fields);
+}
+
 void JsonOutput::failure(ExitCode code, std::string_view why, std::string_view next) {
   endLine();
   put("failure",

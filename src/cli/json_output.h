@@ -25,6 +25,8 @@ class JsonOutput : public Output {
   void stage(const StageLine& line) override;
   void frame(const engine::TraceFrame& frame) override;
   void result(std::string_view event, const Fields& fields, std::string_view text) override;
+  void tile(std::size_t index, const Fields& fields, std::string_view line) override;
+  void tiles(const std::vector<std::string>&) override {}
   void failure(ExitCode code, std::string_view why, std::string_view next) override;
 
  private:

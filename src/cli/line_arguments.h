@@ -14,6 +14,7 @@ class LineArguments {
   void declare(CLI::App& app);
   // Finds the port and makes it the one that is opened. Passed: it is there; else why not has been told.
   [[nodiscard]] ExitCode take(const Desk& desk) const;
+  std::string device(const Desk& desk) const { return choosePort(port_, desk.ports).device; }
   // Ends the run when nothing answers for too long.
   void limit(const Desk& desk, RunConsole& console) const;
 

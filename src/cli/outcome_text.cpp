@@ -64,6 +64,8 @@ std::string advice(ExitCode code, const engine::Outcome& outcome, const engine::
       return "Turn the chip's power off and on while kvr waits, and look at the lines RXD, TXD and GND.";
     case ExitCode::OtherModel:
       return "Name the model that is on the board with --model, or put the right chip in.";
+    case ExitCode::Records:
+      return "`kvr batch store` tells where the record store is looked for. Program this chip once more.";
     case ExitCode::Refused:
       return engine::measuresOscillator(job) ? "Say the frequency of the internal oscillator with --frequency." : "";
     case ExitCode::ChipFailed:

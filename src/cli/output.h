@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "cli/exit_code.h"
 #include "cli/value.h"
@@ -32,6 +33,9 @@ class Output {
   virtual void frame(const engine::TraceFrame& frame) = 0;  // that has gone over the line
   // A result: `text` (whole lines) for a reader, or `fields` under the name `event` for a program.
   virtual void result(std::string_view event, const Fields& fields, std::string_view text) = 0;
+  // A station has changed, and all of them as they are now, a line each.
+  virtual void tile(std::size_t index, const Fields& fields, std::string_view line) = 0;
+  virtual void tiles(const std::vector<std::string>& lines) = 0;
   // Why the command ends with `code`, and what to do next (empty: nothing to add).
   virtual void failure(ExitCode code, std::string_view why, std::string_view next) = 0;
 };

@@ -1,4 +1,5 @@
 // kvr program: one chip, or one after the other.
+#include "cli/batch_line.h"
 #include "cli/command.h"
 #include "cli/device_run.h"
 #include "cli/evidence.h"
@@ -21,6 +22,7 @@ class ProgramCommand : public Command {
     job_.declareLine(app);
     line_.declare(app);
     series_.declare(app);
+    batch_.declare(app);
     evidence_.declare(app);
     const std::string group = "A command to the running program, ahead of the download";
     app.add_option("--trigger", trigger_, "Bytes that make it jump into the boot firmware")
@@ -36,15 +38,27 @@ class ProgramCommand : public Command {
     if (const ExitCode code = prepare(desk, job_, line_, source); code != ExitCode::Passed) return code;
     if (const ExitCode code = checkLine(desk, triggerLine_); code != ExitCode::Passed) return code;
     if (const ExitCode code = evidence_.check(desk); code != ExitCode::Passed) return code;
-    RunConsole console(desk.loop, desk.out);
+    RunConsole console(desk);
     line_.limit(desk, console);
-    return Series(desk, series_, source, console).program(job_.yes, [&](const engine::Job& job) {
-      return programOne(desk, console, job);
-    });
+    const auto series = [&](Numbering& numbers, engine::RunBooks& books) {
+      return Series(desk, series_, source, console, numbers).program([&](const engine::Job& job) {
+        return programOne(desk, console, job, books);
+      });
+    };
+    if (batch_.batch.empty()) {
+      OwnNumbering numbers(desk.out, series_.serial, job_.yes);
+      engine::NoBooks none;
+      return series(numbers, none);
+    }
+    std::vector<images::AutoIncrement> own;
+    if (const Problem problem = series_.serial.ofBatch(source, own))
+      return fail(desk, problem.code, problem.why, problem.next);
+    BatchLine batch(desk, batch_, line_.device(desk), own);
+    return series(batch, batch);
   }
 
  private:
-  engine::Outcome programOne(const Desk& desk, RunConsole& console, engine::Job job) {
+  engine::Outcome programOne(const Desk& desk, RunConsole& console, engine::Job job, engine::RunBooks& books) {
     if (!trigger_.empty()) {
       const userpath::UserCommand command{triggerLine_, commandBytes(trigger_)};
       const engine::Outcome sent = evidence_.watch(
@@ -56,7 +70,6 @@ class ProgramCommand : public Command {
       }
     }
     turnRounds_.applyTo(job);
-    engine::NoBooks books;
     const engine::Outcome outcome = evidence_.conduct(
         desk, console, engine::RunKind::Chip, job, {},
         [&](engine::RunView& view) { return engine::ChipRun(job, desk.services(), view).program(books); });
@@ -68,6 +81,7 @@ class ProgramCommand : public Command {
   LineArguments line_;
   SeriesArguments series_;
   Evidence evidence_;
+  BatchArguments batch_;
   engine::TurnRounds turnRounds_;
   std::string trigger_;
   std::string triggerLine_ = "9600,n,8,1";

@@ -11,12 +11,13 @@ constexpr platform::Millis kTick{250};
 
 }  // namespace
 
-RunConsole::RunConsole(platform::EventLoop& loop, Output& out)
-    : loop_(loop),
-      out_(out),
+RunConsole::RunConsole(const Desk& desk)
+    : loop_(desk.loop),
+      out_(desk.out),
+      stopper_(desk.stopper),
       tickTimer_(
-          loop, [this] { tick(); }, platform::Timer::Kind::Periodic),
-      limitTimer_(loop) {
+          desk.loop, [this] { tick(); }, platform::Timer::Kind::Periodic),
+      limitTimer_(desk.loop) {
   tickTimer_.setInterval(kTick);
 }
 
@@ -34,6 +35,7 @@ void RunConsole::enter(engine::Stage stage) {
   if (stage > engine::Stage::Wait) limitTimer_.stop();
   tickTimer_.start();
   tick();
+  stopper_.chipInHand(stage > engine::Stage::Wait);
 }
 
 void RunConsole::tick() {

@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "cli/output.h"
+#include "cli/desk.h"
 #include "engine/run_view.h"
 #include "platform/event_loop.h"
 
@@ -12,7 +12,7 @@ namespace kvr::cli {
 
 class RunConsole : public engine::RunView {
  public:
-  RunConsole(platform::EventLoop& loop, Output& out);
+  explicit RunConsole(const Desk& desk);
 
   // The wait for a chip ends after so long; 0: never. `onTimeout` is to end the run.
   void limitWait(platform::Millis limit, std::function<void()> onTimeout);
@@ -39,6 +39,7 @@ class RunConsole : public engine::RunView {
   void tick();
   platform::EventLoop& loop_;
   Output& out_;
+  Stopper& stopper_;
   platform::Timer tickTimer_;
   platform::Timer limitTimer_;
   StageLine line_;

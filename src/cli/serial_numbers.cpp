@@ -85,6 +85,14 @@ Problem SerialArguments::counters(const JobSource& source, bool yes, std::vector
   return problem;
 }
 
+Problem SerialArguments::ofBatch(const JobSource& source, std::vector<images::AutoIncrement>& found) const {
+  if (!at_.empty() || !next_.empty() || step_ || width_ || !radix_.empty())
+    return {ExitCode::WrongUse, "The batch gives the serial numbers.", "Leave the arguments --serial-... away."};
+  for (const auto kind : {images::ImageKind::Code, images::ImageKind::Data})
+    if (const auto counter = counterOf(source.project.general, kind)) found.push_back(*counter);
+  return {};
+}
+
 Problem SerialNumbers::check(const catalogue::McuRecord& model) const {
   for (const images::AutoIncrement& counter : counters_) {
     std::string fault = images::checkAutoRange(counter, model);
@@ -128,6 +136,19 @@ std::string SerialNumbers::inHand() const {
   std::string text;
   for (const images::AutoIncrement& counter : counters_) text += (text.empty() ? "" : "/") + counter.next;
   return text;
+}
+
+Problem OwnNumbering::start(JobSource& source) {
+  std::vector<images::AutoIncrement> counters;
+  if (Problem problem = arguments_.counters(source, yes_, counters)) return problem;
+  return numbers_.start(source, std::move(counters));
+}
+
+Onward OwnNumbering::next(JobSource& source) {
+  Onward onward{.problem = numbers_.advance(source)};
+  const std::string next = numbers_.inHand();
+  if (!next.empty()) out_.result("serial", {{"next", next}}, "Next serial number: " + next);
+  return onward;
 }
 
 }  // namespace kvr::cli

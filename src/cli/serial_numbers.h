@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "cli/job_source.h"
+#include "cli/numbering.h"
+#include "cli/output.h"
 #include "images/auto_increment.h"
 
 namespace kvr::cli {
@@ -17,6 +19,8 @@ class SerialArguments {
   void declare(CLI::App& app);
   // The counters that these arguments and the project ask for.
   [[nodiscard]] Problem counters(const JobSource& source, bool yes, std::vector<images::AutoIncrement>& found) const;
+  // Where the project has its counters, for a batch that gives the numbers. These arguments must not be there then.
+  [[nodiscard]] Problem ofBatch(const JobSource& source, std::vector<images::AutoIncrement>& found) const;
 
  private:
   [[nodiscard]] Problem given(images::AutoIncrement& counter) const;
@@ -38,6 +42,22 @@ class SerialNumbers {
   Problem check(const catalogue::McuRecord& model) const;
   void write(JobSource& source) const;
   std::vector<images::AutoIncrement> counters_;
+};
+
+// The numbers of a series without a batch.
+class OwnNumbering : public Numbering {
+ public:
+  // `yes`: the numbers of a project are the right ones.
+  OwnNumbering(Output& out, const SerialArguments& arguments, bool yes) : out_(out), arguments_(arguments), yes_(yes) {}
+  [[nodiscard]] Problem start(JobSource& source) override;
+  std::string inHand() const override { return numbers_.inHand(); }
+  [[nodiscard]] Onward next(JobSource& source) override;
+
+ private:
+  Output& out_;
+  const SerialArguments& arguments_;
+  bool yes_;
+  SerialNumbers numbers_;
 };
 
 }  // namespace kvr::cli

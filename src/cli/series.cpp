@@ -28,15 +28,15 @@ void SeriesArguments::declare(CLI::App& app) {
       ->type_name("S")
       ->check(quiet(CLI::Range(0.0, kLongestDelay)))
       ->group(group);
+  app.add_flag("--end-with-input", endWithInput, "End when standard input ends; a chip in hand is finished first")
+      ->group(group);
   app.add_option("--log", log, "Add a line for each chip to this CSV file")->type_name("FILE")->group(group);
   serial.declare(app);
 }
 
-ExitCode Series::program(bool yes, const Run& run) {
-  std::vector<images::AutoIncrement> counters;
-  Problem problem = arguments_.serial.counters(source_, yes, counters);
-  if (!problem) problem = numbers_.start(source_, std::move(counters));
-  if (problem) return fail(desk_, problem.code, problem.why, problem.next);
+ExitCode Series::program(const Run& run) {
+  if (arguments_.endWithInput) desk_.input.watchEnd([this] { desk_.stopper.endAfterChip(Cut::InputClosed); });
+  if (const Problem problem = numbers_.start(source_)) return fail(desk_, problem.code, problem.why, problem.next);
   if (!arguments_.log.empty() && !desk_.files.folderExists(folderOf(desk_.files.absolute(arguments_.log))))
     return fail(desk_, ExitCode::File, "There is no folder for the log: " + arguments_.log);
   ExitCode worst = ExitCode::Passed;
@@ -44,7 +44,7 @@ ExitCode Series::program(bool yes, const Run& run) {
     const ExitCode code = programOne(run);
     if (code == ExitCode::PassedInPart) worst = code;
     if (code != ExitCode::Passed && code != ExitCode::PassedInPart) return code;
-    if (!arguments_.forever && --left == 0) return worst;
+    if (full_ || (!arguments_.forever && --left == 0)) return worst;
     if (const ExitCode cut = changeChip(); cut != ExitCode::Passed) return cut;
   }
 }
@@ -53,10 +53,10 @@ ExitCode Series::programOne(const Run& run) {
   const engine::Outcome outcome = run(source_.job);
   const ExitCode code = writeLog(outcome, tellOutcome(desk_, console_, source_.job, outcome, numbers_.inHand()));
   if (!outcome.passed()) return code;
-  const Problem problem = numbers_.advance(source_);
-  tellNumber();
-  if (problem) return fail(desk_, problem.code, problem.why + " No further chip is programmed.", problem.next);
-  return code;
+  const Onward onward = numbers_.next(source_);
+  full_ = onward.full;
+  if (!onward.problem) return code;
+  return fail(desk_, onward.problem.code, onward.problem.why + " No further chip is programmed.", onward.problem.next);
 }
 
 // What has become of a chip that nobody recorded is not known on the next day, so the line ends here.
@@ -70,11 +70,6 @@ ExitCode Series::writeLog(const engine::Outcome& outcome, ExitCode code) {
     return fail(desk_, ExitCode::File, why, "The chip is good, and has no line in the log. Make room and add it.");
   desk_.out.note(why);
   return code;
-}
-
-void Series::tellNumber() {
-  const std::string next = numbers_.inHand();
-  if (!next.empty()) desk_.out.result("serial", {{"next", next}}, "Next serial number: " + next);
 }
 
 // Passed: on to the next one.

@@ -19,6 +19,7 @@ struct SeriesArguments {
   bool forever = false;
   double delaySeconds = 4;
   std::string log;
+  bool endWithInput = false;
   SerialArguments serial;
 
   void declare(CLI::App& app);
@@ -27,23 +28,22 @@ struct SeriesArguments {
 class Series {
  public:
   using Run = std::function<engine::Outcome(const engine::Job&)>;  // one chip
-  Series(const Desk& desk, const SeriesArguments& arguments, JobSource& source, RunConsole& console)
-      : desk_(desk), arguments_(arguments), source_(source), console_(console) {}
+  Series(const Desk& desk, const SeriesArguments& arguments, JobSource& source, RunConsole& console, Numbering& numbers)
+      : desk_(desk), arguments_(arguments), source_(source), console_(console), numbers_(numbers) {}
 
-  // Ends after the last chip that was asked for, or the first one that does not pass. `yes`: the numbers of a project
-  // are the right ones.
-  [[nodiscard]] ExitCode program(bool yes, const Run& run);
+  // Ends after the last chip that was asked for or that there is a number for, or the first one that does not pass.
+  [[nodiscard]] ExitCode program(const Run& run);
 
  private:
   ExitCode programOne(const Run& run);
   ExitCode writeLog(const engine::Outcome& outcome, ExitCode code);
   ExitCode changeChip();
-  void tellNumber();
   const Desk& desk_;
   const SeriesArguments& arguments_;
   JobSource& source_;
   RunConsole& console_;
-  SerialNumbers numbers_;
+  Numbering& numbers_;
+  bool full_ = false;
 };
 
 }  // namespace kvr::cli

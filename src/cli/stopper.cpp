@@ -8,4 +8,15 @@ void Stopper::end(Cut cut) {
   lease_.close();
 }
 
+void Stopper::endAfterChip(Cut cut) {
+  endAfterThis(cut);
+  afterChip_ = true;
+  if (!chipInHand_) end(later_);
+}
+
+void Stopper::chipInHand(bool inHand) {
+  chipInHand_ = inHand;
+  if (!inHand && afterChip_) end(later_);
+}
+
 }  // namespace kvr::cli

@@ -15,6 +15,9 @@ class Stopper {
   void end(Cut cut);
   // The run under way goes to its end, and no further one begins.
   void endAfterThis(Cut cut) { later_ = later_ == Cut::None ? cut : later_; }
+  // The same when a chip has answered; while none has, there is nothing to finish.
+  void endAfterChip(Cut cut);
+  void chipInHand(bool inHand);
   Cut cut() const { return cut_; }
   // Why nothing more may begin.
   Cut pending() const { return cut_ == Cut::None ? later_ : cut_; }
@@ -25,6 +28,8 @@ class Stopper {
   engine::PortLease& lease_;
   Cut cut_ = Cut::None;
   Cut later_ = Cut::None;
+  bool chipInHand_ = false;
+  bool afterChip_ = false;
 };
 
 }  // namespace kvr::cli

@@ -1,5 +1,6 @@
 #include "cli/text_output.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -103,6 +104,20 @@ void TextOutput::result(std::string_view, const Fields&, std::string_view text) 
   if (text.empty()) return;
   endLine();
   streams_.out(std::string(text) + "\n");
+}
+
+// Into a file or a pipe each change is a line; on a terminal all stations have their lines.
+void TextOutput::tile(std::size_t, const Fields&, std::string_view line) {
+  if (!fancy()) streams_.out(std::string(line) + "\n");
+}
+
+void TextOutput::tiles(const std::vector<std::string>& lines) {
+  if (!fancy()) return;
+  std::string text = tilesDrawn_ > 0 ? "\x1b[" + std::to_string(tilesDrawn_) + "A" : std::string();
+  const auto width = static_cast<std::size_t>(std::max(streams_.errWidth(), 2) - 1);
+  for (const std::string& line : lines) text += std::string(kWipe) + line.substr(0, width) + "\n";
+  tilesDrawn_ = lines.size();
+  streams_.err(text);
 }
 
 void TextOutput::failure(ExitCode, std::string_view why, std::string_view next) {

@@ -24,6 +24,8 @@ class TextOutput : public Output {
   void stage(const StageLine& line) override;
   void frame(const engine::TraceFrame& frame) override;
   void result(std::string_view event, const Fields& fields, std::string_view text) override;
+  void tile(std::size_t index, const Fields& fields, std::string_view line) override;
+  void tiles(const std::vector<std::string>& lines) override;
   void failure(ExitCode code, std::string_view why, std::string_view next) override;
 
  private:
@@ -34,6 +36,7 @@ class TextOutput : public Output {
   Streams& streams_;
   TextManner manner_;
   bool drawn_ = false;  // the stage's line is on the terminal
+  std::size_t tilesDrawn_ = 0;
   bool begun_ = false;  // a line of messages has no end yet
   std::string held_;    // what of it waits for its end: on a terminal the stage's line has its place
 };

@@ -6,9 +6,8 @@
 #include "platform/text.h"
 
 namespace kvr::engine {
-namespace {
 
-std::string quoted(const std::string& field) {
+std::string csvField(const std::string& field) {
   if (field.find_first_of(",\"\r\n") == std::string::npos) return field;
   std::string result = "\"";
   for (const char c : field) {
@@ -18,10 +17,12 @@ std::string quoted(const std::string& field) {
   return result + '"';
 }
 
+namespace {
+
 std::string joined(std::vector<std::string> fields, LogForm form) {
   if (form == LogForm::WithoutTurnRound) fields.pop_back();
   std::string line;
-  for (const auto& field : fields) line += quoted(field) + ',';
+  for (const auto& field : fields) line += csvField(field) + ',';
   line.pop_back();
   return line + "\r\n";
 }

@@ -31,6 +31,8 @@ struct BatchEntry {
 BatchEntry batchEntry(const Outcome& outcome, const std::string& time, const std::string& model,
                       const std::string& serial);
 
+// A field of a line of CSV, in quotes when it has commas, quotes or line breaks.
+std::string csvField(const std::string& field);
 // The entry as one line with its line end; fields with commas, quotes or line breaks are quoted.
 std::string csvLine(const BatchEntry& entry, LogForm form = LogForm::Whole);
 std::string csvHeader(LogForm form = LogForm::Whole);

@@ -174,6 +174,7 @@ Outcome ChipRun::end(RunKind kind, bool good, RunBooks& books) {
 // No PASS without its row: what has become of a chip that nobody recorded is not known on the next day.
 void ChipRun::record(Outcome& outcome, RunBooks& books) {
   outcome.books = booksFault_;
+  if (booksFault_ == BooksFault::Refused) outcome.ending = Ending::Refused;
   const BooksAnswer answer = books.record(outcome);
   if (answer.fine()) return;
   c_.say(answer.words);

@@ -21,7 +21,7 @@ enum class Stage { Prepare, Wait, Identify, Baud, Erase, Program, Finish, Option
 inline constexpr std::size_t kStages = 9;
 
 enum class Ending {
-  Refused,       // could not start: nothing was sent
+  Refused,       // could not start: nothing was sent, or the batch did not take the chip, which is as it was
   Failed,        // `words` says why
   Stopped,       // by the user
   Passed,        // everything went through

@@ -24,6 +24,19 @@ std::string differenceOf(const Fingerprint& batch, const Fingerprint& job) {
   return {};
 }
 
+std::string refusalOf(const Batch& batch, const Fingerprint& job) {
+  if (!batch.closed.empty()) return "The batch \"" + batch.name + "\" is closed.";
+  const std::string difference = differenceOf(batch.job, job);
+  if (!difference.empty()) return "This is not the job of the batch \"" + batch.name + "\": " + difference + ".";
+  const std::int64_t taken = batch.places.given - batch.places.free;
+  if (!batch.wanted || taken < *batch.wanted) return {};
+  std::string words = "The batch \"" + batch.name + "\" is full: " + std::to_string(batch.places.spent) + " of " +
+                      std::to_string(*batch.wanted) + " done";
+  if (batch.places.reserved > 0) words += ", " + std::to_string(batch.places.reserved) + " in work";
+  if (batch.places.inDoubt > 0) words += ", " + std::to_string(batch.places.inDoubt) + " in doubt";
+  return words + ".";
+}
+
 std::string textOf(const std::vector<std::int64_t>& numbers) {
   std::string text;
   for (const std::int64_t number : numbers) text += (text.empty() ? "" : "/") + std::to_string(number);

@@ -66,6 +66,9 @@ struct Batch {
   std::int64_t done() const { return passed + passedInPart; }
 };
 
+// Why the batch takes no further chip with this job, in words; empty: it does.
+std::string refusalOf(const Batch& batch, const Fingerprint& job);
+
 // A place in the batch that a station has for the chip in its hands.
 struct Reservation {
   std::string run;  // the run's identity, unique for ever

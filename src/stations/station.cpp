@@ -25,6 +25,7 @@ std::string lastLine(QByteArray bytes) {
 
 Station::Station(std::string command, std::function<std::string()> deviceOf)
     : command_(text(command)), deviceOf_(std::move(deviceOf)) {
+  platform::keepFromTerminal(process_);
   next_.setSingleShot(true);
   again_.setSingleShot(true);
   QObject::connect(&next_, &QTimer::timeout, this, [this] { launch(); });

@@ -8,7 +8,7 @@ namespace {
 using signs::Sign;
 
 // What kvr ends with.
-constexpr int kChipFailed = 1, kPort = 3, kOtherModel = 5;
+constexpr int kPassed = 0, kChipFailed = 1, kPort = 3, kOtherModel = 5, kPassedInPart = 8;
 
 struct StageWords {
   const char* stage;
@@ -62,7 +62,7 @@ void takeOutcome(Tile& tile, const Event& event) {
     return;
   }
   fail(tile, event.why);
-  if (!event.answered) return;
+  if (!event.answered || event.ending == "refused") return;  // that chip is as it was
   ++tile.counts.failed;
   ++tile.failedInARow;
 }
@@ -91,10 +91,13 @@ Follow takeEnd(Tile& tile, const ProcessEnd& end, bool handsFree) {
   tile.running = false;
   tile.fraction = -1;
   const bool portLost = !end.crashed && end.code == kPort;
+  const bool complete = !end.crashed && (end.code == kPassed || end.code == kPassedInPart);
   const bool chipFailed = !end.crashed && (end.code == kChipFailed || end.code == kOtherModel);
   if (chipInHand) {  // the chip has got an unknown part
     fail(tile, textOf(end) + " The chip in hand is not good.");
     ++tile.counts.failed;
+  } else if (complete && !end.asked) {
+    tile.words = "The batch is full.";
   } else if (!end.asked && !portLost && !chipFailed) {
     fail(tile, tile.sign == Sign::Fail ? tile.lastFailure : textOf(end));
   } else if (tile.sign == Sign::Waiting) {

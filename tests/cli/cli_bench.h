@@ -38,9 +38,27 @@ struct BenchOutput : TextOutput {
   void result(std::string_view event, const Fields& fields, std::string_view text) override {
     TextOutput::result(event, fields, text);
     results.emplace_back(event, fields);
+    if (onResult) onResult(event);
   }
-  std::function<void(std::string_view)> onNote;
+  std::function<void(std::string_view)> onNote, onResult;
   std::vector<std::pair<std::string, Fields>> results;
+};
+
+// A machine without a record store.
+struct NoRecords : records::RecordDesk {
+  std::string location() const override { return "nowhere"; }
+  std::string keepLocation(const std::string&) override { return "read-only"; }
+  records::Stored<std::unique_ptr<records::RecordStore>> open(const std::string&) override {
+    return {.value = {}, .fault = {records::StoreFault::Kind::Unreachable, "There is no store."}};
+  }
+  std::unique_ptr<records::WaitingRoom> waitingFor(const std::string&) const override { return nullptr; }
+  std::string utcNow() const override { return "2026-11-23T21:40:00Z"; }
+  std::string newRun() const override { return "run"; }
+};
+
+struct BenchInput : Input {
+  void watchEnd(std::function<void()> handler) override { ended = std::move(handler); }
+  std::function<void()> ended;
 };
 
 struct CliBench : support::VirtualWorld {
@@ -56,13 +74,17 @@ struct CliBench : support::VirtualWorld {
       (arguments.code() == ExitCode::Passed ? streams.written : streams.told) += arguments.text();
       return static_cast<int>(arguments.code());
     }
-    const Desk desk{loop, files, clock, codec, ports, lease, stopper, tracer, out, arguments.manner().verbose};
+    const Desk desk{loop,    files,  clock, codec,  ports, lease,
+                    stopper, tracer, out,   *books, input, arguments.manner().verbose};
     return static_cast<int>(arguments.command().run(desk));
   }
   bool says(std::string_view words) const { return streams.told.find(words) != std::string::npos; }
   bool writes(std::string_view words) const { return streams.written.find(words) != std::string::npos; }
 
   platform::PlainCodec codec;
+  NoRecords noRecords;
+  records::RecordDesk* books = &noRecords;
+  BenchInput input;
   BenchPorts ports;
   BenchStreams streams;
   BenchOutput out{streams, {}};

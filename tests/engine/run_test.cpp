@@ -140,7 +140,7 @@ TEST(Run, TakesItsNumberFromTheBooksBeforeTheEraseAndPassesOnlyWithARow) {
     int claims, erases;
   };
   const Case cases[] = {
-      {"Ivy-HF0S", {}, {}, Ending::Passed, 1, 1},     {"Ivy-HF0S", full, {}, Ending::Failed, 1, 0},
+      {"Ivy-HF0S", {}, {}, Ending::Passed, 1, 1},     {"Ivy-HF0S", full, {}, Ending::Refused, 1, 0},
       {"Ivy-HF0S", gone, gone, Ending::Failed, 1, 0}, {"Ivy-HF0S", {}, gone, Ending::Failed, 1, 1},
       {"Ivy-H20S", {}, {}, Ending::Failed, 0, 0},
   };

@@ -4,4 +4,6 @@ namespace kvr::platform {
 
 void interruptProcess(std::int64_t) {}
 
+void keepFromTerminal(QProcess&) {}
+
 }  // namespace kvr::platform

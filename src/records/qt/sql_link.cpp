@@ -1,6 +1,7 @@
 #include "records/qt/sql_link.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QRandomGenerator>
 #include <QSqlError>
@@ -11,7 +12,7 @@
 namespace kvr::records {
 namespace {
 
-constexpr int kTries = 50;  // of a transaction that others keep getting in front of
+constexpr qint64 kPatienceMs = 10000;  // with a transaction that others keep getting in front of
 
 StoreFault unreachable(const QString& words) {
   return {StoreFault::Kind::Unreachable, words.toStdString()};
@@ -113,12 +114,12 @@ StoreFault SqlLink::attempt(const QString& begin, const std::function<StoreFault
 }
 
 StoreFault SqlLink::change(const std::function<StoreFault()>& work) {
-  StoreFault fault;
-  for (int i = 0; i < kTries; ++i) {
-    fault = attempt(server_ ? QStringLiteral("BEGIN") : QStringLiteral("BEGIN IMMEDIATE"), work);
-    if (fault.none() || !again_) break;
+  QElapsedTimer since;
+  since.start();
+  while (true) {
+    StoreFault fault = attempt(server_ ? QStringLiteral("BEGIN") : QStringLiteral("BEGIN IMMEDIATE"), work);
+    if (fault.none() || !again_ || since.elapsed() >= kPatienceMs) return fault;
   }
-  return fault;
 }
 
 StoreFault SqlLink::look(const std::function<StoreFault()>& work) {
