@@ -25,10 +25,13 @@ void BufferViews::connect(ImageSlot& slot) {
   pane.onKey = [this, &slot](HexKey what, bool selecting) { key(slot, what, selecting); };
   pane.onType = [this, &slot](char32_t character) { type(slot, character); };
   pane.onClick = [this, &slot](HexSpot spot, bool selecting) { click(slot, spot, selecting); };
+  pane.onUndo = [this, &slot](bool again) { undo(slot, again); };
+  pane.undoOffered = [&slot](bool again) { return slot.history.offers(slot.buffer, again); };
   pane.onMoved = [this, &slot] { follow(slot); };
   slot.bar.onChange = [this, &slot] { redraw(slot); };
   slot.buffer.changed.connect([&slot] {
     slot.pane.model.keepInRange();
+    slot.pane.model.compareAnew();
     slot.pane.refresh();
   });
 }
@@ -58,6 +61,7 @@ void BufferViews::showEnd(ImageSlot& slot) {
 }
 
 void BufferViews::showCleared(ImageSlot& slot) {
+  slot.pane.model.endComparison();
   slot.bar.setRange(0, 64);
   slot.bar.setValue(0);
   redraw(slot);
@@ -90,10 +94,21 @@ void BufferViews::type(ImageSlot& slot, char32_t character) {
   // The question took its time: the digit is worked out on what the image holds now.
   const auto edit = slot.pane.model.digit(character);
   if (!edit) return;
-  const std::uint8_t value = edit->value;
-  slot.buffer.edit(edit->address, {&value, 1});
+  slot.history.edit(slot.buffer, edit->address, edit->value, slot.pane.model.caret().lowDigit);
   approval_.start();
   slot.pane.model.stepOn();
+  follow(slot);
+}
+
+// An edit like any other, so the same question stands before it.
+void BufferViews::undo(ImageSlot& slot, bool again) {
+  if (lock_.busy() || !slot.history.offers(slot.buffer, again)) return;
+  if (!editApproved_ && !approve()) return;
+  const auto address = slot.history.step(slot.buffer, again);
+  if (!address) return;
+  approval_.start();
+  slot.pane.model.click({*address, false}, false);
+  slot.pane.model.reveal();
   follow(slot);
 }
 

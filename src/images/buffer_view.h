@@ -1,4 +1,5 @@
-// The two views of the images: scrolling, redrawing, and the edit of single digits with its question.
+// The two views of the images: scrolling, redrawing, and the edit of single digits with its question, and its
+// undo.
 #pragma once
 
 #include "images/image_slot_panel.h"
@@ -18,7 +19,7 @@ class BufferViews {
   // The range takes in the last file and, when armed, the counter's field; scroll limits follow; redraws.
   void showRange(ImageSlot& slot);
   void showEnd(ImageSlot& slot);  // scrolls to the last lines
-  // An empty view: scroll bar 0 .. 64 at 0.
+  // An empty view, compared with nothing: scroll bar 0 .. 64 at 0.
   void showCleared(ImageSlot& slot);
 
  private:
@@ -26,6 +27,7 @@ class BufferViews {
   void key(ImageSlot& slot, HexKey key, bool selecting);
   void click(ImageSlot& slot, HexSpot spot, bool selecting);
   void type(ImageSlot& slot, char32_t character);
+  void undo(ImageSlot& slot, bool again);
   bool approve();
   void follow(ImageSlot& slot);  // the scroll bar follows the model
   platform::World& world_;

@@ -18,6 +18,14 @@ void HexPane::userClick(HexSpot spot, bool selecting) {
   if (enabled() && onClick) onClick(spot, selecting);
 }
 
+void HexPane::userUndo(bool again) {
+  if (enabled() && onUndo) onUndo(again);
+}
+
+void HexPane::userCompare() {
+  if (enabled() && onCompare) onCompare();
+}
+
 void HexPane::userFound() {
   if (onMoved) onMoved();
 }

@@ -22,7 +22,13 @@ class HexPane : public platform::Control {
   void userKey(HexKey key, bool selecting = false);
   void userType(char32_t character);
   void userClick(HexSpot spot, bool selecting = false);
-  void userFound();  // find or go to has moved the caret in the model
+  void userUndo(bool again);  // the last edit is taken back, or done again
+  void userCompare();         // asks for a second file
+  void userFound();           // find, go to or a difference has moved the caret in the model
+  bool offersUndo(bool again) const { return enabled() && undoOffered && undoOffered(again); }
+  std::function<void(bool again)> onUndo;
+  std::function<bool(bool again)> undoOffered;
+  std::function<void()> onCompare;
   std::function<void()> onMoved;
   std::function<void(HexKey, bool)> onKey;
   std::function<void(char32_t)> onType;

@@ -76,7 +76,8 @@ HexLine HexViewModel::line(int index) const {
                                                  .fromFile = buffer_->fileWrote(address),
                                                  .changed = buffer_->changedSinceLoad(address),
                                                  .inField = field_.holds(address),
-                                                 .selected = selected.holds(address)};
+                                                 .selected = selected.holds(address),
+                                                 .differs = comparison_.differs(address)};
   }
   return result;
 }
@@ -226,6 +227,21 @@ bool HexViewModel::find(const std::vector<std::uint8_t>& pattern, bool forward) 
     return true;
   }
   return false;
+}
+
+void HexViewModel::compareWith(std::string name, FileLayer other) {
+  comparison_.begin(std::move(name), std::move(other));
+  compareAnew();
+}
+
+void HexViewModel::compareAnew() {
+  if (comparison_.on() && buffer_ != nullptr) comparison_.update(*buffer_, {firstAddress(), lastAddress()});
+}
+
+bool HexViewModel::toDifference(bool forward) {
+  const auto run = comparison_.next(caret_.address, forward);
+  if (run) selectSpan(*run);
+  return run.has_value();
 }
 
 std::string HexViewModel::copyHex() const {

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "catalogue/address_range.h"
+#include "images/comparison.h"
 #include "images/image_buffer.h"
 
 namespace kvr::images {
@@ -27,10 +28,12 @@ struct HexSpot {
 
 struct HexCell {
   std::uint8_t value = 0;
-  bool fromFile = false;  // false: no file wrote this byte (drawn faint)
+  bool fromFile = false;  // false: no file wrote this byte
   bool changed = false;   // since the load
   bool inField = false;   // belongs to the serial number's field
   bool selected = false;
+  bool differs = false;  // from the second file
+  bool gap() const { return !fromFile && !changed; }
   bool operator==(const HexCell&) const = default;
 };
 
@@ -89,6 +92,13 @@ class HexViewModel {
   bool find(const std::vector<std::uint8_t>& pattern, bool forward);  // wraps around; selects what it found
   std::string copyHex() const;  // the selection (or the byte under the caret) as "12 34 56", a line end every 16 bytes
 
+  // A second file (see `Comparison`), compared anew after each change of the buffer.
+  const Comparison& comparison() const { return comparison_; }
+  void compareWith(std::string name, FileLayer other);
+  void compareAnew();
+  void endComparison() { comparison_.end(); }
+  bool toDifference(bool forward);  // selects the next or the previous one; false: there is none
+
  private:
   int lineOf(std::int32_t address) const { return static_cast<int>((address - firstAddress()) / 16); }
   void place(std::int32_t address, bool lowDigit, bool selecting);
@@ -98,6 +108,7 @@ class HexViewModel {
   HexSpot caret_;
   std::optional<std::int32_t> anchor_;  // other end of the selection
   catalogue::AddressRange field_;
+  Comparison comparison_;
 };
 
 // What the user typed into the find box as bytes: "12 34" or "1234" as hexadecimal, else (or in quotes) as text.

@@ -14,7 +14,7 @@ void ImageBounds::takeIn(std::int32_t first, std::int32_t last) {
 }
 
 ImageBuffer::ImageBuffer(ImageKind ofKind, std::int32_t size)
-    : kind(ofKind), bytes_(static_cast<std::size_t>(size)), marks_(static_cast<std::size_t>(size)) {}
+    : kind(ofKind), bytes_(static_cast<std::size_t>(size)), marks_(static_cast<std::size_t>(size)), loaded_(bytes_) {}
 
 std::uint8_t ImageBuffer::at(std::int32_t address) const {
   return address >= 0 && address < size() ? bytes_[static_cast<std::size_t>(address)] : 0;
@@ -37,22 +37,27 @@ std::int32_t ImageBuffer::lastHeld() const {
   return last;
 }
 
+// What is there now is what later edits change.
+void ImageBuffer::settle() {
+  loaded_ = bytes_;
+  ++basis_;
+  touch();
+}
+
 void ImageBuffer::fill(std::uint8_t value) {
   std::fill(bytes_.begin(), bytes_.end(), value);
   std::fill(marks_.begin(), marks_.end(), std::uint8_t{0});
   blanked_ = 0;
-  touch();
+  settle();
 }
 
 void ImageBuffer::lay(const FileLayer& file) {
   const std::size_t count = std::min({bytes_.size(), file.bytes.size(), file.written.size()});
   for (std::size_t i = 0; i < count; ++i) {
-    marks_[i] &= static_cast<std::uint8_t>(~kEdited);
-    if (file.written[i] == 0) continue;
-    bytes_[i] = file.bytes[i];
-    marks_[i] = kFromFile;
+    if (file.written[i] != 0) bytes_[i] = file.bytes[i];
+    if (file.written[i] != 0 || marks_[i] != 0) marks_[i] = kFromFile;  // edits are part of the image from now on
   }
-  touch();
+  settle();
 }
 
 void ImageBuffer::blank(std::int32_t first, std::int32_t last) {
@@ -62,16 +67,15 @@ void ImageBuffer::blank(std::int32_t first, std::int32_t last) {
             std::uint8_t{0});
   std::fill(marks_.begin() + static_cast<std::ptrdiff_t>(begin), marks_.begin() + static_cast<std::ptrdiff_t>(end),
             std::uint8_t{0});
-  touch();
+  settle();
 }
 
 void ImageBuffer::edit(std::int32_t address, std::span<const std::uint8_t> bytes) {
   const auto [begin, end] = clip(address, static_cast<std::int64_t>(bytes.size()));
   for (std::size_t i = begin; i < end; ++i) {
     const std::uint8_t value = bytes[static_cast<std::size_t>(static_cast<std::int64_t>(i) - address)];
-    if (bytes_[i] == value) continue;
     bytes_[i] = value;
-    marks_[i] |= kEdited;
+    marks_[i] = static_cast<std::uint8_t>((marks_[i] & kFromFile) | (value == loaded_[i] ? 0 : kEdited));
   }
   touch();
 }
@@ -82,7 +86,7 @@ void ImageBuffer::put(std::int32_t address, std::span<const std::uint8_t> bytes)
     bytes_[i] = bytes[static_cast<std::size_t>(static_cast<std::int64_t>(i) - address)];
     marks_[i] = kFromFile;
   }
-  touch();
+  settle();
 }
 
 }  // namespace kvr::images

@@ -54,7 +54,12 @@ class ImageBuffer : public ImageBounds {
   std::span<const std::uint8_t> bytes() const { return bytes_; }
   std::uint8_t at(std::int32_t address) const;
   bool fileWrote(std::int32_t address) const { return marked(address, kFromFile); }  // some file put this byte here
-  bool changedSinceLoad(std::int32_t address) const { return marked(address, kEdited); }  // by hand or by a counter
+  // By hand or by a counter, to another value than it had after the load. A load, a project and a clear begin anew; a
+  // Save does not, since the file that is named and loaded again is still the old one.
+  bool changedSinceLoad(std::int32_t address) const { return marked(address, kEdited); }
+  // Neither a file, nor the user, nor a counter has put a byte here.
+  bool gap(std::int32_t address) const { return !marked(address, kFromFile) && !marked(address, kEdited); }
+  std::uint64_t basis() const { return basis_; }  // another number after each change that is no edit
 
   // The last address at which a file, the user or a counter put something that is not 0, also beyond the range; -1:
   // there is none.
@@ -77,9 +82,12 @@ class ImageBuffer : public ImageBounds {
  private:
   enum Mark : std::uint8_t { kFromFile = 1, kEdited = 2 };
   bool marked(std::int32_t address, Mark mark) const;
+  void settle();
   std::pair<std::size_t, std::size_t> clip(std::int64_t first, std::int64_t count) const;
   std::vector<std::uint8_t> bytes_;
   std::vector<std::uint8_t> marks_;
+  std::vector<std::uint8_t> loaded_;  // the bytes without the edits
+  std::uint64_t basis_ = 1;
   std::int64_t blanked_ = 0;
 };
 

@@ -12,6 +12,7 @@ ImageRoom::ImageRoom(platform::World& world, const catalogue::SelectedModel& sel
       counters(world, activity, selected, slots, views),
       loader(world, selected, slots, state, views, counters),
       opener(world, activity, slots, loader),
+      compareFile(world, activity, selected, slots, loader),
       reloader(world, slots, loader, counters),
       watcher(world, activity, panel, state, loader, reloader),
       storeCompare(world, activity, panel, state, textMsg),

@@ -1,6 +1,7 @@
 // The images' room put together: buffers, files, views, serial numbers, store, compare, reload.
 #pragma once
 
+#include "images/compare_file_room.h"
 #include "images/facts_view.h"
 #include "images/file_watcher_room.h"
 #include "images/opener_room.h"
@@ -22,6 +23,7 @@ class ImageRoom {
   SerialCounters counters;
   Loader loader;
   Opener opener;
+  CompareFile compareFile;
   Reloader reloader;
   FileWatcher watcher;
   StoreCompare storeCompare;

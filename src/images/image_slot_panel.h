@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "images/auto_increment.h"
+#include "images/edit_history.h"
 #include "images/image_panel.h"
 #include "platform/settings_store.h"
 
@@ -43,6 +44,7 @@ struct ImageSlot {
   const char* section;       // of the settings: the counter's
   const char* counterTitle;  // of the counter's message boxes
 
+  EditHistory history{};
   AutoIncrement counter{.kind = kind};
   std::unique_ptr<platform::SettingsClaim> claim = nullptr;  // held while the counter is armed
   // The counter's settings as this window last read or wrote them, in the order of `kCounterKeys`.

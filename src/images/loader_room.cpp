@@ -15,18 +15,36 @@ LoadResult Loader::load(const std::string& path, ImageKind kind) {
   return content ? take(path, *content, kind) : refuse(FileFault::Unreadable, path);
 }
 
+std::optional<ImageFile> Loader::read(const std::string& path, ImageSlot& slot) {
+  world_.dialogs.setBusy(true);
+  const auto content = readContent(world_.files, path);
+  world_.dialogs.setBusy(false);
+  if (content) return scan(path, *content, slot);
+  refuse(FileFault::Unreadable, path);
+  return std::nullopt;
+}
+
+// Nothing: the file cannot be taken, and the user has been told.
+std::optional<ImageFile> Loader::scan(const std::string& path, const FileContent& content, ImageSlot& slot) {
+  const auto start = startOf(slot);
+  if (!start) return std::nullopt;
+  world_.dialogs.setBusy(true);
+  ImageFile file = scanImageFile(path, content,
+                                 {.kind = slot.kind,
+                                  .start = static_cast<std::int32_t>(*start),
+                                  .limit = selected_.record.bootEnd + 1,
+                                  .size = slot.buffer.size()});
+  world_.dialogs.setBusy(false);
+  if (file.fault == FileFault::None) return file;
+  refuse(file.fault, path);
+  return std::nullopt;
+}
+
 LoadResult Loader::take(const std::string& path, const FileContent& content, ImageKind kind) {
   ImageSlot& slot = slots_.of(kind);
-  const auto start = startOf(slot);
-  if (!start) return LoadResult::Refused;
-  world_.dialogs.setBusy(true);
-  const ImageFile file = scanImageFile(path, content,
-                                       {.kind = kind,
-                                        .start = static_cast<std::int32_t>(*start),
-                                        .limit = selected_.record.bootEnd + 1,
-                                        .size = slot.buffer.size()});
-  world_.dialogs.setBusy(false);
-  if (file.fault != FileFault::None) return refuse(file.fault, path);
+  const auto scanned = scan(path, content, slot);
+  if (!scanned) return LoadResult::Refused;
+  const ImageFile& file = *scanned;
   if (!acceptBadSums(path, file.hex)) {
     switchCountersOff();
     clear(slot);

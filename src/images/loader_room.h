@@ -24,6 +24,9 @@ class Loader {
   // The same for a file that has been read already.
   LoadResult take(const std::string& path, const FileContent& content, ImageKind kind);
 
+  // A file as `take` would lay it; nothing is changed. Nothing: it cannot be taken, and the user has been told.
+  std::optional<ImageFile> read(const std::string& path, ImageSlot& slot);
+
   void clearBuffers();  // both images are empty, and nothing is in hand
   void showLengths();
 
@@ -35,6 +38,7 @@ class Loader {
 
  private:
   std::optional<std::int64_t> startOf(ImageSlot& slot);
+  std::optional<ImageFile> scan(const std::string& path, const FileContent& content, ImageSlot& slot);
   bool acceptBadSums(const std::string& path, const HexScan& scan);
   void lay(const ImageFile& file, ImageSlot& slot);
   void showTaken(const std::string& path, const FileContent& content, const ImageFile& file, ImageSlot& slot);

@@ -1,5 +1,6 @@
 #include "images/hex_view_model.h"
 #include "images/copy_text.h"
+#include "images/edit_history.h"
 
 #include <gtest/gtest.h>
 
@@ -95,6 +96,68 @@ TEST_F(ModelTest, CellsTellWhereTheirBytesComeFrom) {
   EXPECT_FALSE(model.line(0).cells[5].changed) << "a load forgets the colours";
 }
 
+TEST_F(ModelTest, ChangedIsWhatDiffersFromTheLoadAndAGapWhatNobodyWrote) {
+  buffer.edit(5, Bytes{0xEE});
+  buffer.edit(5, Bytes{5});
+  EXPECT_FALSE(buffer.changedSinceLoad(5)) << "put back by hand";
+  EXPECT_TRUE(buffer.gap(1000) && !buffer.gap(999));
+  buffer.edit(1000, Bytes{7});
+  EXPECT_TRUE(buffer.changedSinceLoad(1000) && !buffer.gap(1000));
+  buffer.lay({Bytes(kCodeBufferSize), Bytes(kCodeBufferSize)});  // merged with a file that has nothing here
+  EXPECT_TRUE(!buffer.changedSinceLoad(1000) && !buffer.gap(1000) && buffer.at(1000) == 7);
+  buffer.blank(990, 1000);
+  EXPECT_TRUE(buffer.gap(990) && !buffer.gap(989));
+}
+
+TEST_F(ModelTest, UndoGoesByBytesStopsAtALoadAndPassesOverWhatOthersWrote) {
+  EditHistory history;
+  history.edit(buffer, 5, 0xA5, false);
+  history.edit(buffer, 5, 0xAB, true);
+  history.edit(buffer, 6, 0x16, false);
+  buffer.edit(6, Bytes{0x77});  // a serial number
+  EXPECT_EQ(history.step(buffer, false), 5);
+  EXPECT_EQ(buffer.at(5), 5) << "both digits at once";
+  EXPECT_EQ(buffer.at(6), 0x77);
+  EXPECT_EQ(history.step(buffer, false), std::nullopt);
+  EXPECT_EQ(history.step(buffer, true), 5);
+  EXPECT_EQ(buffer.at(5), 0xAB);
+  history.step(buffer, false);
+  history.edit(buffer, 7, 0x07, false);  // no change at all
+  EXPECT_TRUE(history.offers(buffer, true)) << "typing what is there already undoes nothing";
+  history.edit(buffer, 7, 0x17, false);
+  EXPECT_FALSE(history.offers(buffer, true));
+  buffer.put(100, Bytes{1});
+  EXPECT_FALSE(history.offers(buffer, false)) << "another file is there";
+  for (std::size_t i = 0; i < EditHistory::kMostSteps + 5; ++i)
+    history.edit(buffer, 0, static_cast<std::uint8_t>(i), false);
+  std::size_t undone = 0;
+  while (history.step(buffer, false)) ++undone;
+  EXPECT_EQ(undone, EditHistory::kMostSteps);
+}
+
+TEST_F(ModelTest, DifferencesAreFoundBothWaysWithGapsAndFollowTheEdits) {
+  FileLayer other = buffer.held();
+  for (const std::size_t at : {16, 17, 200}) other.bytes[at] ^= 1;
+  other.written[300] = 0;
+  other.written[2000] = 1;  // beyond what is shown
+  model.compareWith("b.hex", other);
+  for (const auto& [forward, first, last] : {std::tuple(true, 16, 17),
+                                             {true, 200, 200},
+                                             {true, 300, 300},
+                                             {true, 16, 17},
+                                             {false, 300, 300},
+                                             {false, 200, 200}}) {
+    EXPECT_TRUE(model.toDifference(forward));
+    EXPECT_EQ(model.selection(), (catalogue::AddressRange{first, last}));
+  }
+  EXPECT_TRUE(model.line(1).cells[1].differs && !model.line(1).cells[2].differs);
+  EXPECT_EQ(model.comparison().text(16), "b.hex: 3 differences; 11 at 000010; 1 bytes of it lie outside this image");
+  buffer.edit(200, Bytes{static_cast<std::uint8_t>(buffer.at(200) ^ 1)});
+  model.compareAnew();
+  EXPECT_EQ(model.comparison().text(300),
+            "b.hex: 2 differences; no byte at 00012C; 1 bytes of it lie outside this image");
+}
+
 struct ViewTest : ::testing::Test {
   ViewTest() {
     Bytes bytes(4000);
@@ -131,11 +194,34 @@ TEST_F(ViewTest, AsksOnceAndAgainTwentySecondsAfterTheLastDigit) {
   EXPECT_EQ(bench.boxes().size(), 3U) << "neither what is no digit nor a digit under another dialog asks anything";
 }
 
+TEST_F(ViewTest, ASecondFileIsReadAsTheFirstAndTheImageStaysAsItIs) {
+  Bytes bytes(4000);
+  std::iota(bytes.begin(), bytes.end(), std::uint8_t{0});
+  bytes[0x20] = 0xEE;
+  bench.files.put("/b.bin", bytes);
+  for (const char* path : {"/none.bin", "/b.bin"}) {
+    bench.dialogs.paths.push_back(path);
+    pane.userCompare();
+  }
+  EXPECT_EQ(bench.boxes(), std::vector<std::string>{"The file cannot be read: /none.bin"});
+  EXPECT_EQ(pane.model.comparison().text(0x20), "b.bin: 1 difference; EE at 000020");
+  EXPECT_EQ(code.at(0x20), 0x20);
+  EXPECT_EQ(bench.room.loader.source().path, "/a.bin");
+  bench.openCode("/b.bin", bytes);
+  EXPECT_EQ(pane.model.comparison().text(0), "b.bin: no differences") << "it goes on after a load";
+  bench.room.loader.clearBuffers();
+  EXPECT_FALSE(pane.model.comparison().on() || pane.model.toDifference(true));
+}
+
 TEST_F(ViewTest, NothingIsChangedInARunOrWithoutAnImage) {
-  bench.dialogs.yesNo = {true, true};
+  bench.dialogs.yesNo = {true, true, true};
   pane.userType(U'A');
+  pane.userUndo(false);
+  EXPECT_EQ(code.at(0x10), 0x10);
+  pane.userUndo(true);
   bench.lock.set(platform::UiLock::kBusy);
   pane.userType(U'B');
+  pane.userUndo(false);
   EXPECT_EQ(code.at(0x10), 0xA0);
   pane.userKey(HexKey::Down);
   EXPECT_EQ(pane.model.caret().address, 0x20) << "looking is allowed";

@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QToolButton>
 #include <algorithm>
 
 #include "platform/qt/qt_loop.h"
@@ -122,6 +123,33 @@ TEST_F(HexViewTest, FindsGoesToAndCopiesFromTheKeyboard) {
   EXPECT_EQ(pane.model.caret().address, 0xABC0);
   EXPECT_TRUE(view->viewport()->rect().contains(view->cellRect({0xABC0, false})));
   EXPECT_EQ(QApplication::focusWidget(), view);
+}
+
+TEST_F(HexViewTest, UndoRedoAndDifferencesHaveKeysAndTheBarTellsThem) {
+  platform::Bytes other(code.bytes().begin(), code.bytes().begin() + 0xF000);
+  for (const std::size_t at : {0x100, 0x2000}) other[at] ^= 1;
+  files.put("/b.bin", other);
+  dialogs.paths = {"/b.bin"};
+  auto* words = page->findChild<QLabel*>(QStringLiteral("txtBuffer2_differences"));
+  EXPECT_FALSE(words->isVisible());
+  key(Qt::Key_D, Qt::ControlModifier);
+  EXPECT_TRUE(words->isVisible());
+  key(Qt::Key_F8);
+  key(Qt::Key_F8);
+  EXPECT_EQ(pane.model.caret().address, 0x2000);
+  key(Qt::Key_F8, Qt::ShiftModifier);
+  EXPECT_EQ(words->text(), QString::asprintf("b.bin: 2 differences; %02X at 000100", other[0x100]));
+  mouse(QEvent::MouseButtonPress, {0x100, true});
+  dialogs.yesNo = {true};
+  type(QString::asprintf("%X", other[0x100] & 15));
+  EXPECT_TRUE(words->text().startsWith(QStringLiteral("b.bin: 1 difference"))) << words->text().toStdString();
+  key(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(code.at(0x100), other[0x100] ^ 1);
+  key(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(code.at(0x100), other[0x100]);
+  page->findChild<QToolButton*>(QStringLiteral("txtBuffer2_same"))->click();
+  settle();
+  EXPECT_FALSE(words->isVisible());
 }
 
 TEST_F(HexViewTest, AssistiveProgramsReadLinesByteAndCaret) {

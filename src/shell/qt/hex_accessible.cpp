@@ -20,10 +20,13 @@ class AccessibleHexView : public AccessibleTextArea {
   QString text(QAccessible::Text kind) const override {
     if (kind != QAccessible::Value || model().lineCount() == 0) return QAccessibleWidget::text(kind);
     const images::HexSpot caret = model().caret();
-    return QStringLiteral("Address %1, byte %2, %3 digit")
-        .arg(QString::number(caret.address, 16).toUpper())
-        .arg(model().buffer()->at(caret.address), 2, 16, QLatin1Char('0'))
-        .arg(caret.lowDigit ? QStringLiteral("second") : QStringLiteral("first"));
+    const images::ImageBuffer& buffer = *model().buffer();
+    QString text = QStringLiteral("Address %1, ").arg(QString::number(caret.address, 16).toUpper());
+    if (buffer.gap(caret.address)) return text + QStringLiteral("no byte");
+    text += QStringLiteral("byte %1, %2 digit")
+                .arg(buffer.at(caret.address), 2, 16, QLatin1Char('0'))
+                .arg(caret.lowDigit ? QStringLiteral("second") : QStringLiteral("first"));
+    return buffer.changedSinceLoad(caret.address) ? text + QStringLiteral(", changed") : text;
   }
 
   int characterCount() const override {

@@ -9,6 +9,7 @@ namespace kvr::window {
 namespace {
 
 constexpr std::array<char, 16> kDigits{'0', '1', '2', '3', '4', '5', '6', '7', '8', '9', 'A', 'B', 'C', 'D', 'E', 'F'};
+constexpr char kNoDigit = '\xB7';  // a dot in the middle: nobody has put a byte here
 
 // One row as text, a string for each colour: blank where another colour has its characters.
 class RowText {
@@ -43,6 +44,11 @@ RowText rowText(const images::HexLine& line) {
   for (int column = 0; column < line.count; ++column) {
     const images::HexCell& cell = line.cells[static_cast<std::size_t>(column)];
     const RowText::Style style = styleOf(cell);
+    if (cell.gap()) {
+      row.put(style, HexGeometry::byteAt(column), kNoDigit);
+      row.put(style, HexGeometry::byteAt(column) + 1, kNoDigit);
+      continue;
+    }
     row.putByte(style, HexGeometry::byteAt(column), cell.value);
     row.put(style, HexGeometry::asciiAt(column),
             cell.value >= 0x20 && cell.value < 0x7F ? static_cast<char>(cell.value) : '.');
@@ -93,6 +99,7 @@ HexColours::HexColours(const QPalette& palette)
   const bool dark = base.lightness() < 128;
   faint = mixed(text, base, 0.45);
   changed = dark ? QColor(255, 138, 101) : QColor(190, 30, 30);
+  differs = dark ? QColor(20, 58, 105) : QColor(205, 224, 255);
   field = dark ? QColor(74, 63, 0) : QColor(255, 240, 180);
   head = mixed(base, text, 0.06);
 }
@@ -129,13 +136,18 @@ void HexPainting::drawRow(QPainter& painter, int row) const {
 
 void HexPainting::drawBehind(QPainter& painter, const images::HexCell& cell, int column, int y) const {
   const int x = geometry.byteX(column);
-  if (cell.selected || cell.inField) {
-    const QColor& back = cell.selected ? colours.highlight : colours.field;
+  if (cell.selected || cell.differs || cell.inField) {
+    const QColor& back = cell.selected ? colours.highlight : cell.differs ? colours.differs : colours.field;
     painter.fillRect(x - geometry.charWidth / 2, y, 3 * geometry.charWidth, geometry.lineHeight, back);
     painter.fillRect(geometry.asciiX(column), y, geometry.charWidth, geometry.lineHeight, back);
   }
+  // Colour alone would not tell everyone: a line above what differs, one below what has changed.
+  if (cell.differs) {
+    painter.setPen(cell.selected ? colours.highlightedText : colours.text);
+    painter.drawLine(x, y, x + 2 * geometry.charWidth - 1, y);
+  }
   if (!cell.changed) return;
-  painter.setPen(colours.changed);  // colour alone would not tell everyone
+  painter.setPen(colours.changed);
   painter.drawLine(x, y + geometry.ascent + 2, x + 2 * geometry.charWidth - 1, y + geometry.ascent + 2);
 }
 
@@ -148,9 +160,9 @@ void HexPainting::drawCaret(QPainter& painter, const images::HexLine& line, int 
   if (focused) {
     painter.fillRect(box, colours.text);
     painter.setPen(colours.base);
-    const std::uint8_t value = line.cells[static_cast<std::size_t>(place)].value;
-    painter.drawText(box.left(), y + geometry.ascent,
-                     QString(QLatin1Char(kDigits[caret.lowDigit ? value & 15 : value >> 4])));
+    const images::HexCell& cell = line.cells[static_cast<std::size_t>(place)];
+    const char digit = kDigits[caret.lowDigit ? cell.value & 15 : cell.value >> 4];
+    painter.drawText(box.left(), y + geometry.ascent, QString(QLatin1Char(cell.gap() ? kNoDigit : digit)));
   } else {
     painter.setPen(colours.text);
     painter.drawRect(box.adjusted(0, 0, -1, -1));

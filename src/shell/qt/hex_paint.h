@@ -38,8 +38,9 @@ struct HexGeometry {
 struct HexColours {
   explicit HexColours(const QPalette& palette);
   QColor text;
-  QColor faint;    // bytes that no file wrote, addresses
+  QColor faint;    // gaps, addresses
   QColor changed;  // since the load
+  QColor differs;  // behind bytes that a second file has otherwise
   QColor field;    // behind the serial number
   QColor base;
   QColor head;

@@ -35,6 +35,7 @@ void HexView::showModel() {
   scroll->setValue(pane_.model.topLine());
   viewport()->update();
   tellCaret();
+  Q_EMIT shown();
 }
 
 void HexView::fit() {
@@ -98,7 +99,32 @@ void HexView::paintEvent(QPaintEvent* event) {
   painting.draw(painter, event->rect().translated(shift, 0), viewport()->width() + shift);
 }
 
+void HexView::compare() {
+  binding_->post([this] { pane_.userCompare(); });
+}
+
+void HexView::toDifference(bool forward) {
+  moveBy([forward](images::HexViewModel& model) { model.toDifference(forward); });
+}
+
+// Undo, redo and what belongs to the second file.
+bool HexView::changes(const QKeyEvent& event) {
+  const bool control = event.modifiers() == Qt::ControlModifier;
+  const bool redo = event.matches(QKeySequence::Redo) || (control && event.key() == Qt::Key_Y) ||
+                    (event.key() == Qt::Key_Z && event.modifiers() == (Qt::ControlModifier | Qt::ShiftModifier));
+  if (redo || event.matches(QKeySequence::Undo))
+    binding_->post([this, redo] { pane_.userUndo(redo); });
+  else if (control && event.key() == Qt::Key_D)
+    compare();
+  else if (event.key() == Qt::Key_F8)
+    toDifference((event.modifiers() & Qt::ShiftModifier) == 0);
+  else
+    return false;
+  return true;
+}
+
 bool HexView::command(QKeyEvent* event) {
+  if (changes(*event)) return true;
   if (event->matches(QKeySequence::Copy))
     copySelection();
   else if (event->matches(QKeySequence::SelectAll))
@@ -177,11 +203,20 @@ void HexView::mouseMoveEvent(QMouseEvent* event) {
 void HexView::contextMenuEvent(QContextMenuEvent* event) {
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
+  for (const bool again : {false, true}) {
+    auto* action = menu->addAction(again ? QStringLiteral("Redo") : QStringLiteral("Undo"), this,
+                                   [this, again] { binding_->post([this, again] { pane_.userUndo(again); }); });
+    action->setShortcut(again ? QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z) : QKeySequence::Undo);
+    action->setEnabled(pane_.offersUndo(again));
+  }
+  menu->addSeparator();
   menu->addAction(QStringLiteral("Copy as hexadecimal"), this, [this] { copySelection(); });
   menu->addAction(QStringLiteral("Copy as C array"), this, [this] { copyAs(images::CopyForm::CArray); });
   menu->addAction(QStringLiteral("Copy as text"), this, [this] { copyAs(images::CopyForm::Text); });
   menu->addAction(QStringLiteral("Find..."), this, [this] { Q_EMIT findWanted(); });
   menu->addAction(QStringLiteral("Go to address..."), this, [this] { Q_EMIT goToWanted(); });
+  menu->addSeparator();
+  menu->addAction(QStringLiteral("Compare with a file..."), this, [this] { compare(); });
   menu->popup(event->globalPos());
 }
 

@@ -3,7 +3,8 @@
 // as a gesture.
 //
 // Keys: arrows, page and line keys (with Shift they select), Ctrl+Home and Ctrl+End, hexadecimal digits change the
-// byte, Ctrl+A, Ctrl+C (the selection as hexadecimal text), Ctrl+F, Ctrl+G, F3 and Shift+F3.
+// byte, Ctrl+Z and Ctrl+Shift+Z (or Ctrl+Y) take a change back and make it again, Ctrl+A, Ctrl+C (the selection as
+// hexadecimal text), Ctrl+F, Ctrl+G, F3 and Shift+F3, Ctrl+D (compare with a file), F8 and Shift+F8 (differences).
 #pragma once
 
 #include "images/copy_text.h"
@@ -32,11 +33,14 @@ class HexView : public TextArea {
   QAccessibleInterface* makeAccessible() override { return accessibleHexView(*this); }
   // Moves the caret by `change` (find, go to) and scrolls it into view. `change` runs from the event loop.
   void moveBy(std::function<void(images::HexViewModel&)> change);
+  void compare();
+  void toDifference(bool forward);
 
  Q_SIGNALS:
   void findWanted();
   void goToWanted();
   void findAgain(bool forward);
+  void shown();  // what the model holds may be another
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -53,6 +57,7 @@ class HexView : public TextArea {
   void showModel();
   void tellCaret();
   bool command(QKeyEvent* event);
+  bool changes(const QKeyEvent& event);
   platform::EventLoop& loop_;
   images::HexPane& pane_;
   platform::ScrollBar& bar_;
