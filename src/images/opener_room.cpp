@@ -3,7 +3,12 @@
 namespace kvr::images {
 
 Opener::Opener(platform::World& world, platform::Activity& activity, ImageSlots& slots, Loader& loader)
-    : world_(world), activity_(activity), slots_(slots), loader_(loader) {
+    : world_(world),
+      activity_(activity),
+      slots_(slots),
+      loader_(loader),
+      recentCode_(world, "RecentCode"),
+      recentData_(world, "RecentData") {
   for (ImageSlot* slot : slots_.both()) slot->openButton.onClick = [this, slot] { askAndOpen(slot->kind); };
 }
 
@@ -50,6 +55,9 @@ std::string Opener::askPath(const ImageSlot& slot) {
 
 void Opener::keepPath(ImageSlot& slot, const std::string& path) {
   world_.store.set("Settings", slot.pathKey, path);
+  // A project has a list of its own.
+  auto& recent = slot.kind == ImageKind::Code ? recentCode_ : recentData_;
+  if (!isProjectPath(path)) recent.add(path);
   const auto saved = world_.store.flush();
   if (!saved) slot.info.setCaption(slot.info.caption() + "\nNote: the settings could not be saved: " + saved.error);
 }

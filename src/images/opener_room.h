@@ -6,6 +6,7 @@
 #include <string>
 
 #include "images/loader_room.h"
+#include "images/recent_files.h"
 
 namespace kvr::images {
 
@@ -18,6 +19,9 @@ class Opener {
   // loaded. Refused, too, while something else is under way.
   LoadResult open(const std::string& path, ImageKind kind);
 
+  // The files behind the button of that kind.
+  const RecentFiles& recent(ImageKind kind) const { return kind == ImageKind::Code ? recentCode_ : recentData_; }
+
   // Brings up the project's page and opens it. False: the project was refused.
   std::function<bool(const std::string& path)> openProject;
 
@@ -29,6 +33,8 @@ class Opener {
   platform::Activity& activity_;
   ImageSlots& slots_;
   Loader& loader_;
+  RecentFiles recentCode_;
+  RecentFiles recentData_;
 };
 
 }  // namespace kvr::images

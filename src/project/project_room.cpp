@@ -30,7 +30,7 @@ void place(images::ImageBuffer& buffer, std::size_t count, std::int32_t sum) {
 
 }  // namespace
 
-ProjectRoom::ProjectRoom(const ProjectContext& context) : context_(context) {
+ProjectRoom::ProjectRoom(const ProjectContext& context) : context_(context), recent_(context.world, "RecentProject") {
   panel.comSaveBatchFile.onClick = [this] { save(); };
   panel.comOpenBatchFile[0].onClick = [this] { chooseAndOpen(); };
   panel.comLockOptions.onClick = [this] { lockOptions(); };
@@ -129,7 +129,12 @@ void ProjectRoom::save() {
   if (path.empty()) return;
   panel.texBatchFileName.setText(path);
   const platform::FileResult saved = context_.world.files.replace(path, textOf(fromControls()));
-  if (!saved) say("The project file was not saved: " + saved.error);
+  if (!saved) return say("The project file was not saved: " + saved.error);
+  remember(path);
+}
+
+void ProjectRoom::remember(const std::string& path) {
+  recent_.add(context_.world.files.absolute(path));
 }
 
 void ProjectRoom::chooseAndOpen() {
@@ -168,6 +173,7 @@ bool ProjectRoom::take(const std::string& path) {
   if (read.dataMissing) say("The project file names an EEPROM file, but does not hold its data.");
   startCounters();
   lockOptions();
+  remember(path);
   return true;
 }
 

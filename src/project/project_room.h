@@ -6,6 +6,7 @@
 
 #include "catalogue/selected_model.h"
 #include "images/image_room.h"
+#include "images/recent_files.h"
 #include "options/options_room.h"
 #include "platform/activity.h"
 #include "platform/text_codec.h"
@@ -47,6 +48,9 @@ class ProjectRoom {
   // options have been applied: then the image that differs is not valid. Nothing while a run goes on.
   [[nodiscard]] bool openProject(const std::string& path);
 
+  // Opened or saved.
+  const images::RecentFiles& recent() const { return recent_; }
+
   void lockOptions();
   // Until then a project that is open locks the options again whenever a run ends.
   void unlockOptions();
@@ -69,7 +73,10 @@ class ProjectRoom {
   void takeData(const ProjectFile& project);
   void startCounters();
 
+  void remember(const std::string& path);
+
   ProjectContext context_;
+  images::RecentFiles recent_;
 };
 
 }  // namespace kvr::project

@@ -46,6 +46,25 @@ TEST_F(LoaderTest, ThePathOfATakenFileIsOnTheDiskAtOnceAndAbsolute) {
   EXPECT_NE(panel.labFileInfo.caption().find("could not be saved: disk full"), std::string::npos);
 }
 
+TEST_F(LoaderTest, TheLastFilesAreListedNewestFirstForEveryWindowAndOnesThatAreGoneAreMarked) {
+  const auto& recent = bench.room.opener.recent(ImageKind::Code);
+  for (int i = 0; i < 12; ++i) bench.openCode("/file" + std::to_string(i) + ".bin", counting(4));
+  bench.openCode("/file5.bin", counting(5));
+  bench.openData("/data.bin", counting(4));
+  bench.files.files.erase("/file11.bin");
+  const auto list = recent.list();
+  ASSERT_EQ(list.size(), RecentFiles::kMost);
+  EXPECT_EQ(list[0], (RecentFile{"/file5.bin", false}));
+  EXPECT_EQ(list[1], (RecentFile{"/file11.bin", true}));
+  EXPECT_EQ(list.back(), (RecentFile{"/file2.bin", false}));
+  EXPECT_EQ(bench.room.opener.recent(ImageKind::Data).list(), (std::vector<RecentFile>{{"/data.bin", false}}));
+  bench.openCode("/empty.bin", counting(0));
+  EXPECT_EQ(recent.list(), list);
+  bench.store.failure = "disk full";
+  bench.openCode("/file2.bin", counting(1));
+  EXPECT_EQ(recent.list()[0].path, "/file2.bin");
+}
+
 TEST_F(LoaderTest, WhatCannotBeReadOrHoldsNoDataLeavesTheFormerImageAndIsTold) {
   bench.files.put("/empty.bin", Bytes{});
   bench.files.put("/notes.hex", std::string("only words\n"));
