@@ -36,10 +36,16 @@ void TraceRoom::end(const engine::Outcome& outcome) {
 
 void TraceRoom::keep() {
   const auto kept = files_.keep(tracer_.trace());
+  const std::string why = "There is no trace of this run: " + files_.folder() + ": " + kept.error;
   if (kept)
     panel_.comSaveTrace.setToolTip(std::string(kSaveTip) + "\nThe last run that failed: " + files_.lastKept());
   else
-    textMsg_.appendLine("There is no trace of this run: " + files_.folder() + ": " + kept.error);
+    textMsg_.appendLine(why);
+  tell(kept ? "The trace of this run is in " + files_.lastKept() : why);
+}
+
+void TraceRoom::tell(const std::string& text) {
+  if (say) say(text);
 }
 
 void TraceRoom::save() {
@@ -54,6 +60,8 @@ void TraceRoom::save() {
   if (const auto written = files_.write(trace, path); !written)
     world_.dialogs.message(platform::kTitle, "The trace could not be saved: " + written.error,
                            platform::BoxIcon::Warning);
+  else
+    tell("The trace was saved as " + path);
 }
 
 }  // namespace kvr::download

@@ -2,6 +2,9 @@
 // fails, and saved by "Save trace" at any time after it.
 #pragma once
 
+#include <functional>
+#include <string>
+
 #include "download/download_panel.h"
 #include "engine/run_tracer.h"
 #include "engine/trace_files.h"
@@ -20,8 +23,12 @@ class TraceRoom {
   void end(const engine::Outcome& outcome);
   void save();
 
+  // Where a trace has gone, or why there is none. Must be connected.
+  std::function<void(const std::string&)> say;
+
  private:
   void keep();
+  void tell(const std::string& text);
   void applyLock();
   platform::World& world_;
   engine::RunTracer& tracer_;

@@ -10,6 +10,7 @@ namespace kvr::shell {
 void MainForm::connectEngine() {
   stop.onRequest = [this] { tracer.stopAsked(); };
   display.onPortStatus = [this](const std::string& why) { portLine.opened(why); };
+  traces.say = [this](const std::string& text) { notices.say(text); };
   results.writeLog = [this](const download::RunRecord& record) { logRun(record); };
   downloads.wantsPort = [this] { return comTool.autoOpens(); };
   downloads.takePort = [this] { comTool.takePort(); };
@@ -34,6 +35,8 @@ void MainForm::connectFiles() {
 }
 
 void MainForm::connectTerminal() {
+  notices.follow(tool.labPort);
+  notices.follow(tool.labLog, "Log: ");  // which counts the bytes
   comTool.stopRun = [this] { downloads.stop(); };
   comTool.bytesReceived = [this](std::span<const std::uint8_t> bytes) { sfrMonitor.receive(bytes); };
   comTool.portClosed = [this] { sfrMonitor.portClosed(); };
@@ -47,6 +50,7 @@ void MainForm::checkConnections() const {
   const std::pair<const char*, bool> all[] = {
       {"picker.picked", bool(picker.picked)},
       {"picker.applied", bool(picker.applied)},
+      {"traces.say", bool(traces.say)},
       {"results.writeLog", bool(results.writeLog)},
       {"downloads.wantsPort", bool(downloads.wantsPort)},
       {"downloads.takePort", bool(downloads.takePort)},
@@ -74,7 +78,9 @@ void MainForm::logRun(const download::RunRecord& record) {
   const auto written =
       engine::appendToBatchLog(world.files, main.txtBatchLog.trimmed(),
                                engine::batchEntry(record.outcome, record.time, record.model, record.serialNumber));
-  if (!written) main.textMsg.appendLine("The batch log could not be written: " + written.error);
+  const std::string failure = "The batch log could not be written: " + written.error;
+  if (!written) main.textMsg.appendLine(failure);
+  notices.say(written ? "A line was added to the batch log " + main.txtBatchLog.trimmed() : failure);
 }
 
 }  // namespace kvr::shell

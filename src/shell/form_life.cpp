@@ -23,6 +23,7 @@ void MainForm::load() {
   picker.buildDeviceTree();
   main.tabWidth = std::max(settings.frame24Width(), kLeastTabWidth);
 
+  areas.load();
   settings.loadMainSettings();
   main.labKbyte.setCaption({});
   images.counters.forgetArmed();

@@ -29,6 +29,8 @@ MainForm::MainForm(platform::World services, const platform::TextCodec& codec)
       trigger(runs, jobPanels, downloads, userpath),
       picker(world, main, model),
       settings(world.loop, world.store, registry),
+      areas(main, settings),
+      notices(main, world.dialogs, world.clock),
       portLine(main, activity),
       timerUnload_(world.loop, [this] { timerUnload(); }) {
   registerControls();
@@ -60,6 +62,7 @@ void MainForm::connectRooms() {
   settings.hooks.rangeShown = [this] { images.showModel(); };
   settings.hooks.notSaved = [this](const std::string& why) {
     main.textMsg.appendLine("The settings could not be saved: " + why);
+    notices.say("The settings could not be saved: " + why);
   };
   download.cobPowerLine.changed.connect([this] { lockPowerLine(); });
   tokens_ = {lock.changed.watch([this] { applyLock(); }),

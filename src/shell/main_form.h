@@ -27,8 +27,10 @@
 #include "platform/ui_lock.h"
 #include "platform/world.h"
 #include "project/project_room.h"
+#include "shell/areas_room.h"
 #include "shell/main_panel.h"
 #include "shell/model_picker.h"
+#include "shell/notice_room.h"
 #include "shell/port_line_view.h"
 #include "shell/settings.h"
 #include "userpath/demo_room.h"
@@ -104,6 +106,8 @@ class MainForm {
   userpath::TriggerRoom trigger;
   ModelPicker picker;
   Settings settings;
+  AreasRoom areas;
+  NoticeRoom notices;
   PortLine portLine;
 
   // The window is narrowed to its working pages ("Resume" brings the left column back).

@@ -29,6 +29,10 @@ MainPanel::MainPanel() {
   ProgressBar1.setVisible(false);  // a run shows it
   comMastWindow.setCaption("Shrink");
   comMastWindow.setToolTip("Hide the left column and keep the working pages");
+  comTall[0].setCaption("Whole height for the upper pages");
+  comTall[1].setCaption("Whole height for the lower pages");
+  cheStripOnly.setCaption("Strip only");
+  cheStripOnly.setToolTip("Show this strip alone, above other windows: it fits a corner of the screen");
   comHelp[0].setCaption("Help");
   comHelp[1].setCaption(" About ISP Hardware      Not occupy any resource");
   Command3.setCaption("...");
@@ -36,15 +40,26 @@ MainPanel::MainPanel() {
   txtDevice.setToolTip("The model to program; type a part of its name to find it");
   combCommPort.setToolTip("The serial port that the chip is connected to");
   textMsg.setToolTip("What the tool and the chip tell during a run");
+  comNotices.setCaption("History");
+  comNotices.setToolTip("All that the program has had to say, with the time");
   cheBatchLog.setCaption("Write a batch log");
   cheBatchLog.setToolTip("Adds one line to a CSV file at the end of every run");
   txtBatchLog.setToolTip("The CSV file of the batch log");
 }
 
+void MainPanel::tellHeight(Area area, bool alone) {
+  const bool upper = area == Area::Upper;
+  comTall[upper ? 0 : 1].setToolTip(alone   ? "Share the height with the other pages again (F11)"
+                                    : upper ? "Give buffers, terminal and registers the whole height (F11)"
+                                            : "Give the options and their neighbours the whole height (F11)");
+}
+
 void MainPanel::addTo(platform::ControlRegistry& registry) {
-  registry.addAll(textMsg, txtDevice, Command3, TreeViewDevice, combCommPort, portStatus, imgOpen_sys, ProgressBar1,
-                  labKbyte, TabStrip1, TabStrip2, comMastWindow, cheBatchLog, txtBatchLog);
+  registry.addAll(textMsg, labNotice, comNotices, txtDevice, Command3, TreeViewDevice, combCommPort, portStatus,
+                  imgOpen_sys, ProgressBar1, labKbyte, TabStrip1, TabStrip2, comMastWindow, cheStripOnly, cheBatchLog,
+                  txtBatchLog);
   registry.add(FrameX);
+  registry.add(comTall);
   registry.add(comHelp);
   registry.add(Label2);
 }

@@ -257,4 +257,13 @@ void Settings::saveFrame24Width(int twips) {
   flush();
 }
 
+std::string Settings::heightChoice() const {
+  return keys_.read("AreaHeights", {});
+}
+
+void Settings::saveHeightChoice(const std::string& word) {
+  keys_.write("AreaHeights", word);
+  flush();
+}
+
 }  // namespace kvr::shell

@@ -62,6 +62,9 @@ class Settings {
   void saveWindowPlace(const WindowPlace& place);
   int frame24Width() const;  // `Frame24_Width`, twips, as stored
   void saveFrame24Width(int twips);
+  // How the right side's areas share its height (area_heights.h).
+  std::string heightChoice() const;
+  void saveHeightChoice(const std::string& word);
 
  private:
   void load(SettingGroup group);

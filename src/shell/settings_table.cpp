@@ -47,6 +47,7 @@ void addMain(std::vector<SettingBinding>& table) {
   add("BatchLog", Kind::Check, "0", "cheBatchLog");
   add("BatchLogFile", Kind::Text, "", "txtBatchLog");
   add("KeepTrace", Kind::Check, "1", "cheTrace");
+  add("StripOnly", Kind::Check, "0", "cheStripOnly");
 }
 
 void addTool(std::vector<SettingBinding>& table) {

@@ -7,6 +7,7 @@
 #include "tests/driver/demo_run.h"
 #include "tests/driver/first_paint.h"
 #include "tests/driver/shots.h"
+#include "tests/driver/themes.h"
 
 namespace {
 
@@ -20,7 +21,8 @@ QCommandLineParser& readArguments(QCommandLineParser& parser, QApplication& appl
        {QStringLiteral("shots"), QStringLiteral("Take pictures of every page and end"), QStringLiteral("folder")},
        {QStringLiteral("prefix"), QStringLiteral("With --shots: head of the pictures' names"), QStringLiteral("text")},
        {QStringLiteral("size"), QStringLiteral("Size of the window"), QStringLiteral("WxH")},
-       {QStringLiteral("dark"), QStringLiteral("Dark colours")}});
+       {QStringLiteral("theme"), QStringLiteral("Colours: light, dark, contrast"), QStringLiteral("name")},
+       {QStringLiteral("font"), QStringLiteral("Size of the font in percent"), QStringLiteral("percent")}});
   parser.addHelpOption();
   parser.process(application);
   return parser;
@@ -36,7 +38,12 @@ int main(int argc, char** argv) {
   QCommandLineParser parser;
   readArguments(parser, application);
   const QStringList files = parser.positionalArguments();
-  if (parser.isSet(QStringLiteral("dark"))) kvr::window::useDarkTheme();
+  if (parser.isSet(QStringLiteral("theme"))) kvr::window::useTheme(parser.value(QStringLiteral("theme")));
+  if (const int percent = parser.value(QStringLiteral("font")).toInt(); percent > 0) {
+    QFont font = QApplication::font();
+    font.setPointSizeF(font.pointSizeF() * percent / 100);
+    QApplication::setFont(font);
+  }
 
   kvr::window::Application program;
   int result = 0;

@@ -1,12 +1,8 @@
 #include "tests/driver/shots.h"
 
-#include <QApplication>
 #include <QDialog>
 #include <QDir>
 #include <QFrame>
-
-#include "shell/qt/clear_marks.h"
-#include "tests/driver/dark_palette.h"
 
 namespace kvr::window {
 namespace {
@@ -27,6 +23,16 @@ class Photographer {
       if (strip.selected() == static_cast<int>(i)) shoot(which + qtText(strip.tabs()[i].key));
     }
     strip.userSelect(0);
+  }
+  // Each area alone, and both.
+  void heights() {
+    auto& form = program_.form;
+    for (const auto& [area, name] : {std::pair(shell::Area::Upper, "upper"), std::pair(shell::Area::Lower, "lower")}) {
+      if (form.areas.heights() != shell::aloneOf(area)) form.areas.toggle(area);
+      shoot(QStringLiteral("tall-") + QLatin1String(name));
+    }
+    form.areas.toggle(shell::Area::Lower);
+    shoot(QStringLiteral("tall-none"));
   }
   void families() {
     for (const auto& traits : catalogue::allFamilies()) {
@@ -81,9 +87,13 @@ class Photographer {
       frame->grab().save(start_ + QStringLiteral("settings-%1.png").arg(++number));
       frame->hide();
     }
-    program_.form.main.comMastWindow.press();
+    auto& main = program_.form.main;
+    main.comMastWindow.press();
     shoot(QStringLiteral("shrunk"));
-    program_.form.main.comMastWindow.press();
+    main.cheStripOnly.userSet(true);
+    shoot(QStringLiteral("strip"));
+    main.comMastWindow.press();
+    main.cheStripOnly.userSet(false);
     program_.form.download.comPlan.press();
     if (auto* plan = program_.window->findChild<QDialog*>(QStringLiteral("helpWindow"))) {
       platform::delay(program_.loop, platform::Millis(60));
@@ -109,17 +119,13 @@ void takeShots(Application& program, const QString& folder, const QString& prefi
     Photographer camera(program, folder, prefix);
     camera.tabs(program.form.main.TabStrip2, QStringLiteral("upper-"));
     camera.tabs(program.form.main.TabStrip1, QStringLiteral("lower-"));
+    camera.heights();
     camera.verdicts();
     camera.aftermath();
     camera.popups();
     camera.families();
     ended();
   });
-}
-
-void useDarkTheme() {
-  QApplication::setStyle(new ClearMarks(QStringLiteral("Fusion")));
-  QApplication::setPalette(darkPalette());
 }
 
 }  // namespace kvr::window

@@ -11,6 +11,5 @@ namespace kvr::window {
 
 // Takes the pictures one after another from the event loop and then calls `ended`. Their names begin with `prefix`.
 void takeShots(Application& program, const QString& folder, const QString& prefix, std::function<void()> ended);
-void useDarkTheme();
 
 }  // namespace kvr::window

@@ -135,6 +135,7 @@ TEST(Batch, LogThatCannotBeWrittenIsSaidAndTheChipIsGoodAllTheSame) {
   EXPECT_TRUE(bench.passed());
   EXPECT_NE(bench.pane().find("The batch log could not be written: "), std::string::npos) << bench.pane();
   EXPECT_EQ(bench.form.main.txtBatchLog.text(), "/program/KVR-ISP_batch.csv");
+  EXPECT_TRUE(bench.form.main.labNotice.caption().starts_with("The batch log could not be written: "));
   EXPECT_EQ(engine::csvLine({.time = "t", .model = "a,b", .failure = "say \"x\""}),
             "t,\"a,b\",,\"say \"\"x\"\"\",,,,,,0,\r\n");
 }

@@ -34,21 +34,36 @@ class Pages : public Desk {
   }
 };
 
-TEST_F(Pages, EveryInputOfEveryPageHasANameForAScreenReader) {
+// The tree as an assistive program walks it, of what is shown.
+void walk(QAccessibleInterface* node, const std::function<void(QAccessibleInterface&)>& look) {
+  if (!node || !node->isValid() || node->state().invisible) return;
+  look(*node);
+  for (int i = 0; i < node->childCount(); ++i) walk(node->child(i), look);
+}
+
+TEST_F(Pages, WhateverTakesTheFocusOnAnyPageSaysItsNameAndWhatItIs) {
   openWithEveryPage();
-  int inputs = 0;
-  for (auto* child : program->window->findChildren<QWidget*>()) {
-    const QString kind = QString::fromLatin1(child->metaObject()->className());
-    if (kind.startsWith(QLatin1String("qt_")) || child->focusPolicy() == Qt::NoFocus) continue;
-    if (qobject_cast<QScrollArea*>(child) || qobject_cast<QScrollBar*>(child) || qobject_cast<QLabel*>(child)) continue;
-    if (kind == QLatin1String("QComboBoxListView")) continue;  // speaks for its box
-    ++inputs;
-    const QString name = child->accessibleName();
-    EXPECT_FALSE(name.isEmpty()) << child->objectName().toStdString() << " " << kind.toStdString();
+  std::set<QString> seen;
+  const auto look = [&](QAccessibleInterface& node) {
+    const QString name = node.text(QAccessible::Name);
+    const QString object = node.object() ? node.object()->objectName() : QString();
+    using enum QAccessible::Role;
+    const bool input = std::set{Button, CheckBox, RadioButton, ComboBox, EditableText}.contains(node.role());
+    // F1 does what the button for the handbook does; the lamps of the line are only read.
+    const bool read = object == QLatin1String("handbook") || object.startsWith(QLatin1String("imgLine"));
+    EXPECT_TRUE(!input || node.state().focusable || node.state().disabled || read)
+        << object.toStdString() << name.toStdString() << " is out of the keyboard's reach";
+    if (!node.state().focusable) return;
+    seen.insert(object + name);
+    EXPECT_FALSE(name.isEmpty()) << object.toStdString() << " in "
+                                 << node.parent()->text(QAccessible::Name).toStdString();
     EXPECT_FALSE(name.contains(QLatin1String("Buffer2")) || name.contains(QLatin1String("Flash2")))
         << name.toStdString();
-  }
-  EXPECT_GT(inputs, 150);
+    EXPECT_FALSE(node.role() == QAccessible::NoRole || node.role() == QAccessible::Client) << name.toStdString();
+  };
+  for (const char* strip : {"TabStrip1", "TabStrip2"})
+    onEachPage(strip, [&] { walk(QAccessible::queryAccessibleInterface(program->window.get()), look); });
+  EXPECT_GT(seen.size(), 150U);
   const auto role = [](QWidget& shown) { return QAccessible::queryAccessibleInterface(&shown)->role(); };
   EXPECT_EQ(role(*program->window), QAccessible::Window);
   for (auto* option : program->window->findChildren<QRadioButton*>())
@@ -148,6 +163,36 @@ TEST_F(Pages, TheProgramButtonIsTheLargestAndNothingOfTheLeftColumnIsCutOffOnASm
     EXPECT_LT(button->width() * button->height(), largest.width() * largest.height())
         << button->objectName().toStdString();
   }
+}
+
+TEST_F(Pages, OnALowScreenAPageHasTheHeightAndNothingScrollsSideways) {
+  openWithEveryPage();
+  program->form.areas.screenIs(768);
+  program->window->resize(1366, 708);
+  const auto look = [&] {
+    for (auto* area : program->window->findChildren<QScrollArea*>())
+      EXPECT_FALSE(area->isVisible() && area->horizontalScrollBar()->isVisible())
+          << area->widget()->objectName().toStdString();
+    for (const char* name : {"txtBuffer2", "tetDataFlash2", "texReceive", "lst_debug1", "lst_debug2", "lst_debug3"}) {
+      auto& text = widget<QAbstractScrollArea>(name);
+      EXPECT_TRUE(!text.isVisible() || text.viewport()->height() / text.fontMetrics().lineSpacing() >= 13) << name;
+    }
+  };
+  onEachPage("TabStrip2", look);
+  EXPECT_FALSE(widget("Frame12").isVisible());
+  onEachPage("TabStrip1", look);
+  tab("TabStrip2", "Debug_COM");
+  const auto& page = *qobject_cast<QScrollArea*>(widget("fraDebug").parentWidget()->parentWidget());
+  EXPECT_FALSE(page.verticalScrollBar()->isVisible());
+  auto& bar = widget<QTabBar>("TabStrip1");
+  QTest::mouseDClick(&bar, Qt::LeftButton, {}, bar.tabRect(bar.currentIndex()).center());
+  settle();
+  EXPECT_TRUE(widget("fraAboutHardWare").isVisible());
+  EXPECT_FALSE(widget("fraDebug").isVisible());
+  widget("comHelp_1").setFocus();
+  QTest::keyClick(&widget("comHelp_1"), Qt::Key_F11);
+  settle();
+  EXPECT_TRUE(widget("fraDebug").isVisible() && widget("fraAboutHardWare").isVisible());
 }
 
 // 1920 x 1080 at 200 %.

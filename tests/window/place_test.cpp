@@ -1,5 +1,6 @@
 // Where the window is and how large, how it shrinks, and what is handed to it when it starts.
 #include <QDir>
+#include <QLabel>
 #include <QScreen>
 #include <QSplitter>
 
@@ -71,6 +72,44 @@ TEST_F(Place, ShrinkKeepsWhatARunNeedsAndTheWayBackInSight) {
   program->window->showNormal();
   settle();
   EXPECT_EQ(program->window->geometry(), before);
+}
+
+TEST_F(Place, TheStripAloneFitsACornerAndEveryWayOutOfItGivesTheWindowBack) {
+  open();
+  const QRect before = program->window->geometry();
+  click("comMastWindow");
+  settle();
+  const QRect narrow = program->window->geometry();
+  widget<QAbstractButton>("cheStripOnly").click();
+  settle();
+  const QRect strip = program->window->geometry();
+  EXPECT_LE(strip.width(), 640);
+  EXPECT_LE(strip.height(), 130);
+  EXPECT_EQ(strip.topRight(), narrow.topRight());
+  for (const char* part : {"strip_verdict", "strip_comDownload_0", "strip_comStop_Download", "strip_count",
+                           "strip_comMastWindow", "cheStripOnly"})
+    EXPECT_TRUE(program->window->rect().contains(
+        QRect(widget(part).mapTo(program->window.get(), QPoint()), widget(part).size())))
+        << part;
+  program->form.main.textMsg.appendLine("Chip found\n");
+  EXPECT_EQ(widget<QLabel>("strip_message").text(), QStringLiteral("Chip found"));
+  program->window->move(40, 60);
+  widget<QAbstractButton>("cheStripOnly").click();
+  settle();
+  EXPECT_EQ(program->window->geometry(), narrow);
+  widget<QAbstractButton>("cheStripOnly").click();
+  settle();
+  EXPECT_EQ(program->window->geometry(), QRect(QPoint(40, 60), strip.size()));
+  click("strip_comMastWindow");
+  settle();
+  EXPECT_EQ(program->window->geometry(), before);
+  program->window->showMaximized();
+  settle();
+  click("comMastWindow");  // at once the strip: it was left so
+  settle();
+  EXPECT_EQ(program->window->size(), strip.size());
+  closeAndWait();
+  EXPECT_EQ(saved("MainWidth").toInt(), before.width() * 15);
 }
 
 TEST_F(Place, OneDragOfTheSplitterIsSavedOnceAtItsEnd) {

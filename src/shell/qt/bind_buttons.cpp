@@ -6,6 +6,8 @@
 #include <QStyleOptionGroupBox>
 #include <QStylePainter>
 
+#include "shell/qt/clear_marks.h"
+
 namespace kvr::window {
 namespace {
 
@@ -30,7 +32,7 @@ class LampButton : public QAbstractButton {
     painter.setRenderHint(QPainter::Antialiasing);
     const qreal side = std::min(width(), height()) - 4.0;
     const QRectF round((width() - side) / 2, (height() - side) / 2, side, side);
-    const QColor edge = hasFocus() ? palette().color(QPalette::Highlight) : palette().color(QPalette::Mid);
+    const QColor edge = hasFocus() ? palette().color(QPalette::Highlight) : edgeOf(palette());
     painter.setPen(QPen(edge, hasFocus() ? 2 : 1));
     painter.setBrush(on_ ? QColor(0x2e, 0xb8, 0x4a) : palette().color(QPalette::Button));
     painter.drawEllipse(round);

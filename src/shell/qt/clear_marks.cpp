@@ -5,17 +5,13 @@
 #include <QStyleOption>
 
 namespace kvr::window {
-namespace {
 
-// Between the page and its text, nearer to the text.
 QColor edgeOf(const QPalette& palette) {
   const QColor page = palette.color(QPalette::Window);
   const QColor text = palette.color(QPalette::WindowText);
   const auto between = [](int from, int to) { return (from * 2 + to * 3) / 5; };
   return {between(page.red(), text.red()), between(page.green(), text.green()), between(page.blue(), text.blue())};
 }
-
-}  // namespace
 
 void ClearMarks::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                const QWidget* widget) const {

@@ -2,9 +2,14 @@
 // empty box darker than its page.
 #pragma once
 
+#include <QPalette>
 #include <QProxyStyle>
 
 namespace kvr::window {
+
+// Between the page and its text, nearer to the text: an edge that is at least three times as bright or dark as the
+// page.
+QColor edgeOf(const QPalette& palette);
 
 class ClearMarks : public QProxyStyle {
  public:

@@ -6,6 +6,7 @@
 
 #include "shell/qt/flow_row.h"
 #include "shell/qt/model_box.h"
+#include "shell/qt/recent_button.h"
 #include "shell/qt/verdict_view.h"
 
 namespace kvr::window {
@@ -140,7 +141,15 @@ QGroupBox* stepFiles(const Maker& maker) {
   grid->setHorizontalSpacing(3);
   const QString start = QStringLiteral("Start(HEX)");
   const QString sum = QStringLiteral("Check Sum");
-  grid->addWidget(maker.button(p.comLoadFile, 'O'), 0, 0);
+  auto& opener = maker.form.images.opener;
+  grid->addWidget(withRecent(maker, maker.button(p.comLoadFile, 'O'), p.comLoadFile,
+                             {.name = QStringLiteral("Code files opened lately"),
+                              .list = [&opener] { return opener.recent(images::ImageKind::Code).list(); },
+                              .open =
+                                  [&opener](const std::string& path) {
+                                    return opener.open(path, images::ImageKind::Code) == images::LoadResult::Loaded;
+                                  }}),
+                  0, 0);
   grid->addWidget(captionFor(start), 0, 1);
   grid->addWidget(maker.line(p.txtAP_FileStart, QStringLiteral("Start address of the code file, hexadecimal"), 4), 0,
                   2);
@@ -152,7 +161,14 @@ QGroupBox* stepFiles(const Maker& maker) {
   auto* codeNote = new FileNote(QStringLiteral("codeFileNote"), slots.code, FileNote::Shows::Facts);
   grid->addWidget(codeNote, 1, 0, 1, 6);
   grid->addWidget(new FileDetail(QStringLiteral("codeFileDetail"), slots.code), 2, 0, 1, 6);
-  grid->addWidget(maker.button(p.comLoadDataFile, 'E'), 3, 0);
+  grid->addWidget(withRecent(maker, maker.button(p.comLoadDataFile, 'E'), p.comLoadDataFile,
+                             {.name = QStringLiteral("EEPROM files opened lately"),
+                              .list = [&opener] { return opener.recent(images::ImageKind::Data).list(); },
+                              .open =
+                                  [&opener](const std::string& path) {
+                                    return opener.open(path, images::ImageKind::Data) == images::LoadResult::Loaded;
+                                  }}),
+                  3, 0);
   grid->addWidget(captionFor(start), 3, 1);
   grid->addWidget(maker.line(p.txtDataFileStart, QStringLiteral("Start address of the EEPROM file, hexadecimal"), 4), 3,
                   2);
@@ -249,10 +265,24 @@ QLayout* followUps(const Maker& maker) {
                maker.button(p.comSelectSeen, 't'), maker.button(p.comLowerBaud, 'y')});
 }
 
+// What the program itself has to say, beside what the run says above it.
+QLayout* noticeLine(const Maker& maker) {
+  auto& main = maker.form.main;
+  auto* line = new Note(QStringLiteral("labNotice"));
+  follow(line, main.labNotice,
+         [line, &main] { line->showNote(qtText(main.labNotice.caption()), qtText(main.labNotice.caption())); });
+  auto* history = maker.button(main.comNotices, 0, QStringLiteral("History of the program's messages"));
+  history->setMaximumHeight(history->fontMetrics().height() + 4);
+  history->setFlat(true);
+  auto* both = row({line, history});
+  both->setStretch(0, 1);
+  return both;
+}
+
 QGroupBox* stepProgram(const Maker& maker) {
   auto& form = maker.form;
   auto* column = new QVBoxLayout;
-  column->setSpacing(5);
+  column->setSpacing(3);
   column->addLayout(runButtons(maker));
   auto* progress = makeProgress(maker.loop(), form.main.ProgressBar1, QStringLiteral("Progress of the run"));
   auto* kilobytes = maker.label(form.main.labKbyte);
@@ -260,27 +290,37 @@ QGroupBox* stepProgram(const Maker& maker) {
   progress->setMaximumHeight(progress->fontMetrics().height());
   column->addLayout(row({progress, kilobytes}));
   auto* pane = makePane(maker.loop(), form.main.textMsg, QStringLiteral("Messages of the run"));
-  pane->setMinimumHeight(pane->fontMetrics().height() * 7);
+  pane->setMinimumHeight(pane->fontMetrics().height() * 5);
+  pane->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);  // it takes what the steps leave
   auto* result = row({new VerdictView(maker.loop(), form.download.verdict, form.download.comLastRun), pane});
   result->setStretch(1, 1);
   column->addLayout(result, 1);
+  column->addLayout(noticeLine(maker));
   column->addLayout(followUps(maker));
   column->addLayout(runChoices(maker));
   return step(maker, 4, column);
 }
 
-// Scrolls up and down when the screen is low; its width is what the steps need.
+// What is chosen once scrolls when the screen is low, so that what a run needs never does.
 class ColumnScroll : public QScrollArea {
  public:
   explicit ColumnScroll(QWidget* inner) {
     setWidgetResizable(true);
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     setWidget(inner);
+    inner->installEventFilter(this);
   }
-  QSize sizeHint() const override { return {widget()->minimumSizeHint().width() + 2, widget()->sizeHint().height()}; }
+  QSize sizeHint() const override { return {minimumSizeHint().width(), widget()->minimumSizeHint().height()}; }
   QSize minimumSizeHint() const override {
-    return {widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width(), 200};
+    return {widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width(), fontMetrics().height() * 8};
+  }
+
+ protected:
+  bool eventFilter(QObject* object, QEvent* event) override {
+    if (event->type() == QEvent::LayoutRequest) updateGeometry();
+    return QScrollArea::eventFilter(object, event);
   }
 };
 
@@ -288,16 +328,25 @@ class ColumnScroll : public QScrollArea {
 
 QWidget* makeLeftColumn(const Maker& maker, QWidget& window) {
   auto* inner = new QWidget;
-  auto* column = new QVBoxLayout(inner);
-  column->setContentsMargins(4, 4, 4, 4);
-  column->setSpacing(4);
-  column->addWidget(stepModel(maker, window));
-  column->addWidget(stepFiles(maker));
-  column->addWidget(stepPort(maker));
-  column->addWidget(stepProgram(maker), 1);
+  auto* steps = new QVBoxLayout(inner);
+  steps->setContentsMargins(4, 4, 4, 0);
+  steps->setSpacing(4);
+  steps->addWidget(stepModel(maker, window));
+  steps->addWidget(stepFiles(maker));
+  steps->addWidget(stepPort(maker));
   auto* area = new ColumnScroll(inner);
   area->setObjectName(QStringLiteral("leftColumn"));
-  return area;
+  area->setAccessibleName(QStringLiteral("Steps 1 to 3: model, files, port"));
+  auto* run = new QVBoxLayout;
+  run->setContentsMargins(4, 4, 4, 4);
+  run->addWidget(stepProgram(maker));
+  auto* whole = new QWidget;
+  auto* column = new QVBoxLayout(whole);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addWidget(area);
+  column->addLayout(run, 1);
+  return whole;
 }
 
 }  // namespace kvr::window

@@ -5,8 +5,12 @@
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QMimeData>
+#include <QScreen>
+#include <QScrollArea>
 #include <QShortcut>
 #include <QToolButton>
+#include <QWindow>
+#include <utility>
 
 #include "platform/qt/raw_names.h"
 #include "shell/handbook_chapters.h"
@@ -19,25 +23,11 @@
 namespace kvr::window {
 namespace {
 
-// To assistive programs a window; Qt takes every plain widget for a container.
+// To assistive programs a window, and a page that scrolls a pane; Qt takes both for containers without a meaning.
 QAccessibleInterface* accessibleWindow(const QString&, QObject* object) {
+  if (auto* area = qobject_cast<QScrollArea*>(object)) return new QAccessibleWidget(area, QAccessible::Pane);
   auto* window = dynamic_cast<MainWindow*>(object);
   return window ? new QAccessibleWidget(window, QAccessible::Window) : nullptr;
-}
-
-// A tab strip with its pages below it; `corner`: buttons at the end of the tabs.
-QVBoxLayout* tabbed(const Maker& maker, platform::TabStrip& strip, std::map<std::string, PageStack::Builder> pages,
-                    const QString& name, std::initializer_list<QWidget*> corner = {}) {
-  auto* column = new QVBoxLayout;
-  column->setContentsMargins(0, 0, 0, 0);
-  column->setSpacing(0);
-  auto* tabs = makeTabs(maker.loop(), strip, name);
-  auto* head = row({tabs});
-  head->setStretch(0, 1);
-  for (QWidget* button : corner) head->addWidget(button);
-  column->addLayout(head);
-  column->addWidget(new PageStack(strip, std::move(pages)), 1);
-  return column;
 }
 
 }  // namespace
@@ -49,6 +39,7 @@ MainWindow::MainWindow(shell::MainForm& form, PortWatch& ports, QtDialogs& dialo
   setObjectName(QStringLiteral("mainWindow"));
   setWindowTitle(QString::fromLatin1(shell::MainForm::kCaption));
   setAcceptDrops(true);
+  form.areas.screenIs(screen()->geometry().height());
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(2, 2, 2, 2);
   halves_ = new QSplitter(Qt::Horizontal);
@@ -63,6 +54,7 @@ MainWindow::MainWindow(shell::MainForm& form, PortWatch& ports, QtDialogs& dialo
   dialogs_.setParent(this);
   dialogs_.openHandbook = [this] { openHandbook(); };
   connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, this, &MainWindow::openHandbook);
+  connect(new QShortcut(Qt::Key_F11, this), &QShortcut::activated, this, &MainWindow::toggleHeight);
   form.onUnload = [this] { finish(); };
   tokens_.push_back(form.shrinkChanged.watch([this] { followShrink(); }));
   tokens_.push_back(form.lastRunAsked.watch([this] { showLastRun(maker_.form, *this); }));
@@ -77,8 +69,7 @@ MainWindow::~MainWindow() {
 void MainWindow::openHandbook() {
   const auto& panel = maker_.form.main;
   const QWidget* focus = focusWidget();
-  const bool below = focus && lower_->isAncestorOf(focus);
-  const auto& tabs = below ? panel.TabStrip1 : panel.TabStrip2;
+  const auto& tabs = pages_->areaOf(focus) == shell::Area::Lower ? panel.TabStrip1 : panel.TabStrip2;
   const bool onPage = focus && right_->isAncestorOf(focus);
   const auto chapter = shell::chapterOf(onPage ? tabs.selectedKey() : std::string());
   if (!handbook_.open(chapter))
@@ -98,64 +89,96 @@ QWidget* MainWindow::handbookButton() {
 }
 
 QWidget* MainWindow::rightSide() {
-  auto& panel = maker_.form.main;
-  auto* upper = new QWidget;
-  upper->setLayout(tabbed(maker_, panel.TabStrip2, upperPages(maker_),
-                          QStringLiteral("Buffers, terminal, project, registers"),
-                          {maker_.button(panel.comMastWindow), handbookButton()}));
-  auto* lower = makeFrame(maker_.loop(), panel.FrameX[3]);
-  lower_ = lower;
-  lower->setLayout(
-      tabbed(maker_, panel.TabStrip1, lowerPages(maker_), QStringLiteral("Options and other ways to program")));
-  lower->layout()->setContentsMargins(4, 2, 4, 4);
-  auto* split = new QSplitter(Qt::Vertical);
-  split->setObjectName(QStringLiteral("rightSplitter"));
-  split->setChildrenCollapsible(false);
-  split->addWidget(upper);
-  split->addWidget(lower);
-  split->setStretchFactor(0, 1);
-  split->setStretchFactor(1, 1);
+  pages_ = new RightSide(maker_, {maker_.button(maker_.form.main.comMastWindow), handbookButton()});
   auto* side = new QWidget;
   auto* column = new QVBoxLayout(side);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(2);
-  column->addWidget(split, 1);
+  column->addWidget(pages_, 1);
   return side;
+}
+
+// The height of the area that the user is at.
+void MainWindow::toggleHeight() {
+  auto area = pages_->areaOf(focusWidget());
+  if (!pages_->isAncestorOf(focusWidget()) && maker_.form.areas.heights() == shell::Heights::Lower)
+    area = shell::Area::Lower;
+  maker_.loop().post([&room = maker_.form.areas, area] { room.toggle(area); });
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  if (screen_) return;
+  screen_ = windowHandle();
+  const auto tell = [this] { maker_.form.areas.screenIs(screen()->geometry().height()); };
+  connect(screen_, &QWindow::screenChanged, this, tell);
+  tell();
 }
 
 void MainWindow::restorePlace() {
   placeWindow(*this, maker_.form.windowPlace());
 }
 
+MainWindow::Shape MainWindow::wanted() const {
+  if (!maker_.form.shrunk()) return Shape::Whole;
+  return maker_.form.main.cheStripOnly.value() ? Shape::Strip : Shape::Narrow;
+}
+
 // The right edge stays where it is, so the working pages do not move under the user's eyes.
 void MainWindow::followShrink() {
-  if (shrunk_ == maker_.form.shrunk()) return;
-  shrunk_ = maker_.form.shrunk();
-  if (shrunk_) shrunkBy_ = left_->width() + halves_->handleWidth();
+  if (shape_ == wanted()) return;
+  if (shape_ == Shape::Whole) shrunkBy_ = left_->width() + halves_->handleWidth();
+  shape_ = wanted();
   place_ = isMaximized() || isFullScreen() ? normalGeometry() : geometry();
-  left_->setVisible(!shrunk_);
+  left_->setVisible(shape_ == Shape::Whole);
+  pages_->setVisible(shape_ != Shape::Strip);
   showStrip();
-  fitToColumn();
+  // In a corner of the screen it would be lost under the window that the user works in.
+  if (windowHandle()) windowHandle()->setFlag(Qt::WindowStaysOnTopHint, shape_ == Shape::Strip);
+  fit();
 }
 
 // What a run needs, while the column that holds it is hidden.
 void MainWindow::showStrip() {
   if (!strip_) {
+    if (shape_ == Shape::Whole) return;
     strip_ = makeRunStrip(maker_);
     static_cast<QVBoxLayout*>(right_->layout())->insertWidget(0, strip_);
+    // After the strip's own parts, whose size it takes.
+    tokens_.push_back(maker_.form.main.cheStripOnly.changed.watch([this] { followShrink(); }));
   }
-  strip_->setVisible(shrunk_);
+  strip_->setVisible(shape_ != Shape::Whole);
 }
 
-// A maximised window keeps its place; it is fitted when it goes back to its own size.
-void MainWindow::fitToColumn() {
-  if (isMaximized() || isFullScreen() || fitted_ == shrunk_) return;
-  fitted_ = shrunk_;
-  QRect place = place_;
-  QCoreApplication::sendPostedEvents(halves_, QEvent::LayoutRequest);  // the window's least width is another one now
+// Where the user put it the last time; at first the corner where the window was.
+QRect MainWindow::stripPlace(const QRect& narrow) const {
+  const QSize size = minimumSizeHint();
+  QRect place(strip_place_.isEmpty() ? narrow.topLeft() : strip_place_.topLeft(), size);
+  if (strip_place_.isEmpty()) place.moveRight(narrow.right());
+  return place;
+}
+
+// A maximised window keeps its place; it is fitted when it goes back to its own size. The strip has its own size.
+void MainWindow::fit() {
+  const Shape wish = wanted();
+  if (isMaximized() || isFullScreen()) {
+    if (wish != Shape::Strip) return;
+    maximised_ = true;
+    return showNormal();
+  }
+  if (fitted_ == wish) return;
+  // The window's least size is another one now.
+  for (const QWidget* inner : {strip_, right_}) inner->layout()->activate();
+  QCoreApplication::sendPostedEvents(halves_, QEvent::LayoutRequest);
   layout()->activate();
-  place.setLeft(place.left() + (shrunk_ ? shrunkBy_ : -shrunkBy_));
-  setGeometry(place);
+  if (fitted_ == Shape::Strip) strip_place_ = place_;
+  if (fitted_ == Shape::Narrow) narrow_ = place_;
+  if (fitted_ == Shape::Whole) narrow_ = place_.adjusted(shrunkBy_, 0, 0, 0);
+  fitted_ = wish;
+  setGeometry(wish == Shape::Strip    ? stripPlace(narrow_)
+              : wish == Shape::Narrow ? narrow_
+                                      : narrow_.adjusted(-shrunkBy_, 0, 0, 0));
+  if (wish != Shape::Strip && std::exchange(maximised_, false) && !mayClose_) showMaximized();
 }
 
 // The form decides: a first request asks a run to end and the window goes when it has.
@@ -171,14 +194,14 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 
 void MainWindow::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  if (event->type() != QEvent::WindowStateChange || fitted_ == shrunk_) return;
-  QMetaObject::invokeMethod(this, &MainWindow::fitToColumn, Qt::QueuedConnection);
+  if (event->type() != QEvent::WindowStateChange || fitted_ == shape_) return;
+  QMetaObject::invokeMethod(this, &MainWindow::fit, Qt::QueuedConnection);
 }
 
 void MainWindow::finish() {
   if (mayClose_) return;
   mayClose_ = true;
-  if (shrunk_) maker_.form.shrinkOrResume();  // the button may be locked
+  if (shape_ != Shape::Whole) maker_.form.shrinkOrResume();  // the button may be locked
   maker_.form.saveWindowPlace(placeOf(*this));
   dialogs_.refuse();
   close();

@@ -8,8 +8,8 @@
 
 #include "platform/handbook.h"
 #include "shell/qt/maker.h"
-#include "shell/qt/page_stack.h"
 #include "shell/qt/qt_dialogs.h"
+#include "shell/qt/right_side.h"
 
 namespace kvr::window {
 
@@ -25,6 +25,7 @@ class MainWindow : public QWidget {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  void showEvent(QShowEvent* event) override;
   void changeEvent(QEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
@@ -32,10 +33,12 @@ class MainWindow : public QWidget {
  private:
   QWidget* rightSide();
   void openHandbook();
+  void toggleHeight();
   QWidget* handbookButton();
   void followShrink();
   void showStrip();
-  void fitToColumn();
+  void fit();
+  QRect stripPlace(const QRect& narrow) const;
   void finish();
   Maker maker_;
   QtDialogs& dialogs_;
@@ -44,12 +47,19 @@ class MainWindow : public QWidget {
   QWidget* left_ = nullptr;
   QWidget* strip_ = nullptr;  // in place of the left column; made when it is first wanted
   QWidget* right_ = nullptr;
-  QWidget* lower_ = nullptr;  // of the right side
+  RightSide* pages_ = nullptr;  // of the right side
+  QWindow* screen_ = nullptr;   // tells of the screen that it is on
   QSplitter* halves_ = nullptr;
   std::vector<platform::Signal::Token> tokens_;
-  bool shrunk_ = false;
-  QRect place_;          // the window's own, as it was at the last press
-  bool fitted_ = false;  // the window's width is the one without the left column
+  // All of it; without the left column; only the strip.
+  enum class Shape { Whole, Narrow, Strip };
+  Shape wanted() const;
+  Shape shape_ = Shape::Whole;   // that the window's parts have
+  Shape fitted_ = Shape::Whole;  // that the window's place has
+  QRect place_;                  // the window's own, as it was at the last press
+  QRect narrow_;                 // to go back to from the strip
+  QRect strip_place_;
+  bool maximised_ = false;  // before it became a strip
   bool mayClose_ = false;
   int shrunkBy_ = 0;
 };

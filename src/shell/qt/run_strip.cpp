@@ -43,6 +43,48 @@ class CountLabel : public QLabel {
   platform::Signal::Token token_;
 };
 
+// While the strip is alone, the button among the tabs is not there.
+QWidget* wayBack(const Maker& maker) {
+  auto& main = maker.form.main;
+  auto* button = renamed(maker.button(main.comMastWindow));
+  follow(button, main.cheStripOnly, [button, &main] {
+    const bool alone = main.cheStripOnly.value();
+    if (!alone || button->parentWidget()) button->setVisible(alone);  // by itself it would be a window
+  });
+  return button;
+}
+
+// The end of the message pane.
+class LastMessage : public QLabel {
+ public:
+  explicit LastMessage(platform::TextBox& pane) {
+    setTextFormat(Qt::PlainText);
+    setObjectName(QStringLiteral("strip_message"));
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    const auto show = [this, &pane] {
+      const std::string& all = pane.text();
+      const std::size_t end = all.find_last_not_of(" \r\n");
+      const std::size_t start = end == std::string::npos ? end : all.find_last_of("\r\n", end);
+      whole_ = end == std::string::npos ? QString() : qtText(all.substr(start + 1, end - start));
+      setPlainTip(*this, whole_);
+      fit();
+    };
+    tokens_ = {pane.changed.watch(show), pane.appended.watch(show)};
+    show();
+  }
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QLabel::resizeEvent(event);
+    fit();
+  }
+
+ private:
+  void fit() { setText(fontMetrics().elidedText(whole_, Qt::ElideRight, width())); }
+  QString whole_;
+  std::vector<platform::Signal::Token> tokens_;
+};
+
 }  // namespace
 
 QWidget* makeRunStrip(const Maker& maker) {
@@ -54,10 +96,14 @@ QWidget* makeRunStrip(const Maker& maker) {
   kilobytes->setMinimumWidth(kilobytes->fontMetrics().averageCharWidth() * 9);
   auto* buttons = row({runButton(maker, download.comDownload[0]), runButton(maker, download.comStop_Download),
                        new CountLabel(download.txtWrite_OK_Count), nullptr});
+  buttons->addSpacing(12);
+  buttons->addWidget(maker.check(main.cheStripOnly));
+  buttons->addWidget(wayBack(maker));
   auto* column = new QVBoxLayout;
   column->setSpacing(2);
   column->addLayout(buttons);
   column->addLayout(row({progress, kilobytes}));
+  column->addWidget(new LastMessage(main.textMsg));
   auto* strip = new QWidget;
   strip->setObjectName(QStringLiteral("runStrip"));
   auto* line = row({sign(maker)});

@@ -1,4 +1,5 @@
-// What a run needs while the left column is hidden, in one row: sign, Program, Stop, progress and the counter.
+// What a run needs while the left column is hidden: sign, Program, Stop, progress, counter, the last message and the
+// way back.
 #pragma once
 
 #include "shell/qt/maker.h"

@@ -36,7 +36,7 @@ VerdictView::VerdictView(platform::EventLoop& loop, download::Verdict& verdict, 
   setObjectName(QStringLiteral("verdict"));
   setAccessibleName(QStringLiteral("Verdict"));
   setAccessibleDescription(word());
-  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Ignored);
   token_ = verdict_.changed.watch([this] {
     setAccessibleDescription(word());
     QAccessibleEvent event(this, QAccessible::DescriptionChanged);
@@ -66,7 +66,7 @@ QSize VerdictView::sizeHint() const {
   return {fontMetrics().height() * 13, fontMetrics().height() * 11};
 }
 QSize VerdictView::minimumSizeHint() const {
-  return {fontMetrics().height() * 10, fontMetrics().height() * 6};
+  return {fontMetrics().height() * 10, fontMetrics().height() * 5};
 }
 
 void VerdictView::paintEvent(QPaintEvent*) {

@@ -1,4 +1,5 @@
 #include "shell/qt/pages/pages.h"
+#include "shell/qt/recent_button.h"
 
 namespace kvr::window {
 
@@ -7,9 +8,14 @@ QWidget* makeProjectPage(const Maker& maker) {
   auto* column = new QVBoxLayout;
   column->addWidget(
       note(QStringLiteral("A project keeps the model, the options, the serial numbers and both images in one file.")));
-  column->addLayout(row({maker.button(p.comOpenBatchFile[0]), maker.button(p.comSaveBatchFile),
-                         maker.button(p.Command1, 0, QStringLiteral("How projects are used")), nullptr,
-                         maker.button(p.comStations)}));
+  auto& project = maker.form.project;
+  auto* open = withRecent(maker, maker.button(p.comOpenBatchFile[0]), p.comOpenBatchFile[0],
+                          {.name = QStringLiteral("Projects opened lately"),
+                           .list = [&project] { return project.recent().list(); },
+                           .open = [&project](const std::string& path) { return project.openProject(path); }});
+  column->addLayout(
+      row({open, maker.button(p.comSaveBatchFile), maker.button(p.Command1, 0, QStringLiteral("How projects are used")),
+           nullptr, maker.button(p.comStations)}));
   column->addLayout(row({captionFor(QStringLiteral("Project file")),
                          maker.line(p.texBatchFileName, QStringLiteral("Path of the project file"))}));
   column->addWidget(maker.label(maker.form.main.Label2[6]));

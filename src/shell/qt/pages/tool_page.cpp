@@ -40,7 +40,9 @@ QWidget* stringList(const Maker& maker) {
     grid->addWidget(send, line, 2);
   }
   grid->setColumnStretch(1, 1);
-  return scrolling(inner);
+  auto* list = scrolling(inner);
+  list->setAccessibleName(QStringLiteral("Strings to send"));
+  return list;
 }
 
 QGroupBox* stringsPane(const Maker& maker) {
