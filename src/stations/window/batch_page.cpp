@@ -47,7 +47,11 @@ BatchPage::Content readContent(records::RecordStore& store, const std::string& w
   content.fault = tallies.ok() ? doubts.fault : tallies.fault;
   content.tallies = std::move(tallies.value);
   content.doubts = std::move(doubts.value);
-  for (auto& tally : content.tallies) tally.hour = localHour(tally.hour);
+  std::string hour, local;  // they come hour by hour
+  for (auto& tally : content.tallies) {
+    if (tally.hour != hour) local = localHour(hour = tally.hour);
+    tally.hour = local;
+  }
   return content;
 }
 
