@@ -10,8 +10,12 @@ namespace sim {
 
 namespace {
 
-Micros microsOf(const std::string& seconds) {
-  return std::llround(std::strtod(seconds.c_str(), nullptr) * kSecond);
+// At most four months.
+bool readTime(const std::string& text, Micros& time) {
+  const double seconds = std::strtod(text.c_str(), nullptr);
+  if (!(seconds >= 0 && seconds <= 1e7)) return false;
+  time = std::llround(seconds * kSecond);
+  return true;
 }
 
 // "9600,e,8,1"
@@ -84,10 +88,11 @@ class Reader {
     if (word != ">" && word != "<") return;
     const std::string remark = takeRemark(rest);
     Bytes bytes;
-    if (!readBytes(rest, bytes)) script_.error = "not understood: " + line;
-    const Micros at = microsOf(time);
     const std::size_t until = remark.find("until ");
-    const Micros last = until == std::string::npos ? at : microsOf(remark.substr(until + 6));
+    Micros at = 0, last = 0;
+    if (!readBytes(rest, bytes) || !readTime(time, at) ||
+        !readTime(until == std::string::npos ? time : remark.substr(until + 6), last))
+      script_.error = "not understood: " + line;
     word == ">" ? hear(std::move(bytes), remark, last) : say(std::move(bytes), at);
   }
 

@@ -96,6 +96,7 @@ class Turns {
 
   engine::Outcome take(const engine::Job& job) {
     stop_.clear();
+    if (desk_.stopper.stop.requested()) stop_.request();
     view_.forget();
     view_.answered = false;
     limit_ = kTurn + (job.power.line ? job.power.off : Millis(0));

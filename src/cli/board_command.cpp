@@ -28,6 +28,7 @@ class BoardCommand : public Command {
   void declare(CLI::App& app) override {
     job_.declare(app);
     line_.declare(app);
+    job_.declareSlowAnswers(app);
     app.add_option("--limit", limit_, "Chips that the board may program (1000000)")->type_name("N");
     serial_.declare(app);
     evidence_.declare(app);

@@ -56,7 +56,11 @@ void JobArguments::declareLine(CLI::App& app) {
       ->type_name("dtr|rts[:low][:MS]")
       ->group(line);
   app.add_flag("--fixed-link", fixedLink, "115200 from the first byte on")->group(line);
-  app.add_flag("--slow-answers", slowAnswers, "Leave the chip 10 ms after each of its answers")->group(line);
+  declareSlowAnswers(app);
+}
+
+void JobArguments::declareSlowAnswers(CLI::App& app) {
+  app.add_flag("--slow-answers", slowAnswers, "Leave chip or board 10 ms after each of its answers")->group("The line");
 }
 
 void JobArguments::setLine(engine::Job& job) const {

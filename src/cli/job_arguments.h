@@ -26,8 +26,9 @@ struct JobArguments {
   bool slowAnswers = false;
   bool yes = false;
 
-  void declare(CLI::App& app);      // what the chip gets
-  void declareLine(CLI::App& app);  // how the line to it is driven
+  void declare(CLI::App& app);             // what the chip gets
+  void declareLine(CLI::App& app);         // how the line to it is driven
+  void declareSlowAnswers(CLI::App& app);  // a part of it
   void setLine(engine::Job& job) const;
 };
 

@@ -1,6 +1,7 @@
 #include "engine/trace_frames.h"
 
 #include <algorithm>
+#include <limits>
 #include <map>
 #include <optional>
 
@@ -135,7 +136,8 @@ void FrameDecoder::take(const TraceEvent& event) {
 }
 
 void FrameDecoder::takeSent(const TraceEvent& event) {
-  if (event.bytes == again_.bytes && answer_.bytes.empty()) {
+  constexpr int kMost = std::numeric_limits<int>::max();
+  if (event.bytes == again_.bytes && answer_.bytes.empty() && event.times <= kMost - again_.times) {
     if (again_.times == 0) again_.at = event.at;
     again_.times += event.times;
     return;
