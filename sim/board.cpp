@@ -184,8 +184,8 @@ void Board::onErase(Micros at, int stage) {
   stage_ = stage;
   if (stage == 1) tailWritten_ = false;
   Bytes& memory = stage == 2 && config_.secondBank ? memory_.second : memory_.main;
-  const auto first = memory.begin() + (stage == 1 ? 0 : window().first);
-  std::fill(first, stage == 1 ? memory.end() : memory.begin() + window().last + 1, 0xFF);
+  const auto place = [&](std::int64_t address) { return memory.begin() + static_cast<std::ptrdiff_t>(address); };
+  std::fill(place(stage == 1 ? 0 : window().first), stage == 1 ? memory.end() : place(window().last + 1), 0xFF);
   pages_[stage - 1] = 0;
   pageStart_ = -1;
   pageFailed_ = false;

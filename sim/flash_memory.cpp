@@ -15,8 +15,9 @@ int FlashMemory::erase(std::int64_t first, std::int64_t last) {
   first = std::max<std::int64_t>(first, 0);
   last = std::min(last, static_cast<std::int64_t>(protectedFrom_) - 1);
   if (last < first) return 0;
-  std::fill(bytes_.begin() + first, bytes_.begin() + last + 1, 0xFF);
-  std::fill(state_.begin() + first, state_.begin() + last + 1, kErased);
+  const auto begin = static_cast<std::ptrdiff_t>(first), end = static_cast<std::ptrdiff_t>(last + 1);
+  std::fill(bytes_.begin() + begin, bytes_.begin() + end, 0xFF);
+  std::fill(state_.begin() + begin, state_.begin() + end, kErased);
   return static_cast<int>(last / 512 - first / 512 + 1);
 }
 

@@ -197,8 +197,8 @@ void sleepUntilSomethingHappens(const Terminal& terminal, const sim::Target& tar
   const auto due = terminal.backlog() > kLargestBacklog ? std::nullopt : target.nextDue();
   if (due) {
     const sim::Micros left = std::max<sim::Micros>(0, *due - clockNow());
-    limit.tv_sec = left / sim::kSecond;
-    limit.tv_usec = left % sim::kSecond;
+    limit.tv_sec = static_cast<time_t>(left / sim::kSecond);
+    limit.tv_usec = static_cast<suseconds_t>(left % sim::kSecond);
   }
   select(highest + 1, &reading, &writing, nullptr, due ? &limit : nullptr);
 }

@@ -53,7 +53,7 @@ std::optional<Fault> Wire::chooseFault(Direction direction, int unit, std::size_
   const double draw = std::uniform_real_distribution<>(0, 1)(rng_);
   if (draw >= random.chance || exchange_ <= lastFaultyExchange_ || start <= quietUntil_ || random.kinds.empty())
     return std::nullopt;
-  Fault fault{direction, unit, random.kinds[rng_() % random.kinds.size()]};
+  Fault fault{direction, unit, random.kinds[static_cast<std::size_t>(rng_() % random.kinds.size())]};
   fault.byte = static_cast<int>(rng_() % size);
   fault.mask = static_cast<std::uint8_t>(1 + rng_() % 255);
   fault.micros = 1 + static_cast<Micros>(rng_() % static_cast<std::uint64_t>(random.longestDelay));

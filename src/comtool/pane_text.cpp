@@ -122,8 +122,8 @@ std::string PaneText::slice(Range range) const {
   if (range.empty()) return text;
   for (std::size_t i = rowAt(range.from); i < rows_.size() && rows_[i].start < range.to; ++i) {
     const Row& row = rows_[i];
-    const std::size_t first = range.from > row.start ? range.from - row.start : 0;
-    text += std::string_view(row.text).substr(first, range.to - row.start - first);
+    const auto first = static_cast<std::size_t>(range.from > row.start ? range.from - row.start : 0);
+    text += std::string_view(row.text).substr(first, static_cast<std::size_t>(range.to - row.start) - first);
   }
   return text;
 }
@@ -134,7 +134,7 @@ std::optional<PaneText::Range> PaneText::find(std::string_view needle, Position 
   std::string sought(needle);
   std::transform(text.begin(), text.end(), text.begin(), lowered);
   std::transform(sought.begin(), sought.end(), sought.begin(), lowered);
-  const std::size_t start = from > begin() ? from - begin() : 0;
+  const auto start = static_cast<std::size_t>(from > begin() ? from - begin() : 0);
   if (backward && start < sought.size()) return {};
   const std::size_t at = backward ? text.rfind(sought, start - sought.size()) : text.find(sought, start);
   if (at == std::string::npos) return {};

@@ -16,8 +16,8 @@ void copyImage(const ImageView& from, int last, int to, FileBuffer& file) {
 }  // namespace
 
 void FileBuffer::blank(std::int64_t start, std::int64_t count) {
-  const std::int64_t end = std::clamp<std::int64_t>(start + count, 0, kSize);
-  const std::int64_t begin = std::clamp<std::int64_t>(start, 0, end);
+  const auto end = static_cast<std::ptrdiff_t>(std::clamp<std::int64_t>(start + count, 0, kSize));
+  const auto begin = static_cast<std::ptrdiff_t>(std::clamp<std::int64_t>(start, 0, end));
   std::fill(bytes.begin() + begin, bytes.begin() + end, std::uint8_t{0xFF});
 }
 

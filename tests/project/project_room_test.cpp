@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <set>
+#include <sstream>
+
 #include "tests/project/project_bench.h"
 
 namespace kvr::project {
@@ -46,6 +50,23 @@ TEST_F(ProjectRoomTest, BringsBackEveryModelWithItsImagesOptionsAndCounters) {
     ASSERT_EQ(images.state.EepromBuffer.loaded, hasData) << record.name;
     ASSERT_TRUE(!hasData || kept(images.state.EepromBuffer) == data) << record.name;
   }
+}
+
+// The file is as the window of 4.88 has saved it, before there was a package; later lines may be added to it.
+TEST_F(ProjectRoomTest, SavesEveryLineOfAnOlderProgramsProjectAgain) {
+  std::ifstream in(KVR_SOURCE_DIR "/tests/data/project-4.88.KVR", std::ios::binary);
+  const std::string old{std::istreambuf_iterator<char>(in), {}};
+  ASSERT_TRUE(open(old));
+  save("/again.KVR");
+  const auto linesOf = [](const std::string& text) {
+    std::set<std::string> lines;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) lines.insert(platform::trim(line));
+    return lines;
+  };
+  const auto before = linesOf(old), after = linesOf(fileText("/again.KVR"));
+  for (const auto& line : before) EXPECT_TRUE(after.contains(line)) << line.substr(0, 60);
+  EXPECT_GT(before.size(), 40u);
 }
 
 TEST_F(ProjectRoomTest, WritesTheLinesOfAProjectInTheirOrder) {
