@@ -12,6 +12,7 @@ constexpr int kLimitMs = 120'000;  // the chip never came
 
 void DemoRun::start(const QString& picture) {
   picture_ = picture;
+  program_.form.areas.screenIs(1080);
   program_.window->resize(1366, 740);  // the picture is for people, whatever the screen that is not there
   limit_.setSingleShot(true);
   QObject::connect(&limit_, &QTimer::timeout, program_.window.get(), [this] { end(); });

@@ -1,6 +1,7 @@
 // Light, dark and bright on black, from the start and while the window is open; larger fonts.
 #include <QCheckBox>
 #include <QPixmap>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -22,6 +23,17 @@ double contrast(const QColor& a, const QColor& b) {
   const double one = luminance(a) + 0.05;
   const double other = luminance(b) + 0.05;
   return std::max(one, other) / std::min(one, other);
+}
+
+// How many pixels differ from the page as much as marks must.
+int clearPixels(QWidget& widget) {
+  widget.resize(40, 30);
+  const QImage picture = widget.grab().toImage();
+  const QColor page = widget.palette().color(QPalette::Window);
+  int clear = 0;
+  for (int y = 0; y < picture.height(); ++y)
+    for (int x = 0; x < picture.width(); ++x) clear += contrast(picture.pixelColor(x, y), page) >= 3.0;
+  return clear;
 }
 
 QRect difference(const QImage& a, const QImage& b) {
@@ -63,17 +75,23 @@ TEST_F(Themes, AnEmptyBoxIsAsEasyToSeeAsATickedOne) {
     useTheme(QLatin1String(theme));
     QCheckBox box;
     QRadioButton button;
+    // On black the other boxes need an edge of their own, too.
+    QLineEdit line;
+    QPushButton press;
+    QTabBar tabs;
+    for (const char* name : {"one", "two"}) tabs.addTab(QLatin1String(name));
+    const bool black = QLatin1String(theme) == QLatin1String("contrast");
+    for (QWidget* other : std::initializer_list<QWidget*>{&line, &press})
+      EXPECT_TRUE(!black || clearPixels(*other) >= 60) << other->metaObject()->className();
+    tabs.resize(tabs.sizeHint());
+    const QImage first = tabs.grab(tabs.tabRect(0)).toImage();
+    tabs.setCurrentIndex(1);
+    EXPECT_NE(difference(first, tabs.grab(tabs.tabRect(0)).toImage()), QRect()) << theme;
     for (QAbstractButton* mark : std::initializer_list<QAbstractButton*>{&box, &button}) {
       mark->setAutoExclusive(false);
       for (const bool on : {false, true}) {
         mark->setChecked(on);
-        mark->resize(40, 30);
-        const QImage picture = mark->grab().toImage();
-        const QColor page = mark->palette().color(QPalette::Window);
-        int clear = 0;
-        for (int y = 0; y < picture.height(); ++y)
-          for (int x = 0; x < picture.width(); ++x) clear += contrast(picture.pixelColor(x, y), page) >= 3.0;
-        EXPECT_GE(clear, 30) << theme << (mark == &box ? " box " : " button ") << on;  // about its outline
+        EXPECT_GE(clearPixels(*mark), 30) << theme << (mark == &box ? " box " : " button ") << on;  // about its outline
       }
     }
   }

@@ -1,7 +1,6 @@
 #include "shell/qt/bind_lists.h"
 
 #include <QLineEdit>
-#include <QProxyStyle>
 #include <QSignalBlocker>
 #include <QWheelEvent>
 
@@ -23,15 +22,6 @@ class WheelFilter : public QObject {
     if (event->type() != QEvent::Wheel || static_cast<QWidget*>(object)->hasFocus()) return false;
     event->ignore();
     return true;
-  }
-};
-
-// Eight tabs side by side on a small screen.
-class CompactTabs : public QProxyStyle {
- public:
-  int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
-    const int usual = QProxyStyle::pixelMetric(metric, option, widget);
-    return metric == PM_TabBarTabHSpace ? usual / 2 : usual;
   }
 };
 
@@ -106,9 +96,6 @@ QListWidget* makeList(platform::EventLoop& loop, platform::ListBox& control, con
 
 QTabBar* makeTabs(platform::EventLoop& loop, platform::TabStrip& control, const QString& name) {
   auto* bar = new QTabBar;
-  auto* compact = new CompactTabs;
-  compact->setParent(bar);
-  bar->setStyle(compact);
   bar->setUsesScrollButtons(true);
   bar->setExpanding(false);
   bar->setDrawBase(false);

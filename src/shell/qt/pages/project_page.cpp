@@ -1,3 +1,4 @@
+#include "shell/qt/flow_row.h"
 #include "shell/qt/pages/pages.h"
 #include "shell/qt/recent_button.h"
 
@@ -15,7 +16,7 @@ QWidget* makeProjectPage(const Maker& maker) {
                            .open = [&project](const std::string& path) { return project.openProject(path); }});
   column->addLayout(
       row({open, maker.button(p.comSaveBatchFile), maker.button(p.Command1, 0, QStringLiteral("How projects are used")),
-           nullptr, maker.button(p.comStations)}));
+           maker.button(p.comStations)}));
   column->addLayout(row({captionFor(QStringLiteral("Project file")),
                          maker.line(p.texBatchFileName, QStringLiteral("Path of the project file"))}));
   column->addWidget(maker.label(maker.form.main.Label2[6]));
