@@ -7,6 +7,7 @@
 #include <ctime>
 #include <map>
 #include <numeric>
+#include <thread>
 
 #include "platform/qt/line_settings.h"
 #include "platform/qt/qt_loop.h"
@@ -107,6 +108,29 @@ TEST_F(QtLinkTest, CarriesEveryByteBothWaysAndCountsAByteAsOutWhenItIs) {
   EXPECT_EQ(far.receive(bytes.size()), bytes) << "all is out when the close returns";
   link.write(bytes);  // lost, as told
   EXPECT_EQ(link.outBytesPending(), 0u);
+}
+
+TEST_F(QtLinkTest, AFloodComesWholeAndInOrderInPiecesOfAnySize) {
+  std::vector<std::uint8_t> sent(2'000'000);
+  std::iota(sent.begin(), sent.end(), std::uint8_t(0));
+  for (std::size_t i = 0; i < sent.size(); i += 251) sent[i] = static_cast<std::uint8_t>(i >> 8);
+  std::vector<std::uint8_t> got;
+  link.onReceive([&] {
+    while (link.inBytesPending() > 0) {
+      const auto peeked = link.peekBytes();
+      const auto bytes = link.readBytes(got.size() % 3 == 0 ? 0 : 1 + got.size() % 5000);
+      EXPECT_TRUE(std::equal(bytes.begin(), bytes.end(), peeked.begin()));
+      got.insert(got.end(), bytes.begin(), bytes.end());
+    }
+  });
+  ASSERT_FALSE(link.open());
+  std::thread writer([&] { far.send(sent); });
+  EXPECT_TRUE(waitFor([&] { return got.size() >= sent.size(); }, Millis(60'000))) << got.size();
+  if (got.size() < sent.size()) far.hangUp();
+  writer.join();
+  EXPECT_TRUE(got == sent);
+  far.send({1, 2});
+  EXPECT_TRUE(waitFor([&] { return got.size() == sent.size() + 2; })) << "Qt still tells of single bytes";
 }
 
 TEST_F(QtLinkTest, AClearTakesBackBytesAndTheirEvent) {

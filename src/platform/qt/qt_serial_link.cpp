@@ -3,11 +3,14 @@
 #include <QElapsedTimer>
 #include <QThread>
 #include <algorithm>
+#include <utility>
 
 namespace kvr::platform {
 namespace {
 
 constexpr int kDrainLimitMs = 1000;
+constexpr std::size_t kBusyRead = 2048;  // no answer of a chip is that long
+constexpr std::size_t kLargestRead = 64 * 1024;
 
 PortError notOpened(const std::string& device, const QSerialPort& port) {
   using Kind = PortError::Kind;
@@ -38,10 +41,15 @@ QtSerialLink::QtSerialLink(EventLoop& loop, std::function<std::string(int)> devi
     if (parked_)
       port_.clear(QSerialPort::Input);
     else
-      received_.raise();
+      bytesCame();
   });
   QObject::connect(&port_, &QSerialPort::errorOccurred, &port_,
                    [this](QSerialPort::SerialPortError error) { onPortError(error); });
+}
+
+void QtSerialLink::bytesCame() {
+  takeWaiting(!draining_);
+  received_.raise();
 }
 
 QtSerialLink::~QtSerialLink() {
@@ -192,17 +200,21 @@ void QtSerialLink::close() {
   if (isOpen()) drainOrDrop();
   if (!lineKept() || !isOpen()) return dropPort();
   received_.withdraw();
+  came_.clear();
   parked_ = true;
 }
 
 void QtSerialLink::dropPort() {
   received_.withdraw();
+  came_.clear();
   parked_ = false;
   if (port_.isOpen()) port_.close();
 }
 
 void QtSerialLink::drainOrDrop() {
+  draining_ = true;
   if (!drained()) port_.clear(QSerialPort::Output);
+  draining_ = false;
 }
 
 // The wait is for the wire alone and shorter than a blink in the common case; a chip must get whole frames.
@@ -234,20 +246,34 @@ std::size_t QtSerialLink::outBytesPending() const {
   return static_cast<std::size_t>(port_.bytesToWrite()) + bytesInDriver(static_cast<std::intptr_t>(port_.handle()));
 }
 
+// On a busy line each turn of Qt's loop costs more than the few bytes that it brings, so the device is asked for more
+// at once. Only while Qt itself tells of bytes: a notice that finds none later is a device that has gone, to Qt.
+void QtSerialLink::takeWaiting(bool toldByQt) {
+  const QByteArray bytes = port_.readAll();
+  came_.insert(came_.end(), bytes.begin(), bytes.end());
+  if (!toldByQt || static_cast<std::size_t>(bytes.size()) < kBusyRead) return;
+  const auto more = waitingBytes(static_cast<std::intptr_t>(port_.handle()), kLargestRead);
+  came_.insert(came_.end(), more.begin(), more.end());
+}
+
 std::size_t QtSerialLink::inBytesPending() const {
-  return isOpen() ? static_cast<std::size_t>(port_.bytesAvailable()) : 0;
+  return isOpen() ? came_.size() + static_cast<std::size_t>(port_.bytesAvailable()) : 0;
 }
 
 std::vector<std::uint8_t> QtSerialLink::readBytes(std::size_t maxCount) {
   if (!isOpen()) return {};
-  const QByteArray bytes = maxCount == 0 ? port_.readAll() : port_.read(static_cast<qint64>(maxCount));
-  return {bytes.begin(), bytes.end()};
+  takeWaiting(false);
+  if (maxCount == 0 || maxCount >= came_.size()) return std::exchange(came_, {});
+  const auto end = came_.begin() + static_cast<std::ptrdiff_t>(maxCount);
+  std::vector<std::uint8_t> bytes(came_.begin(), end);
+  came_.erase(came_.begin(), end);
+  return bytes;
 }
 
 std::vector<std::uint8_t> QtSerialLink::peekBytes() {
   if (!isOpen()) return {};
-  const QByteArray bytes = port_.peek(port_.bytesAvailable());
-  return {bytes.begin(), bytes.end()};
+  takeWaiting(false);
+  return came_;
 }
 
 void QtSerialLink::clearOut() {
@@ -256,6 +282,7 @@ void QtSerialLink::clearOut() {
 
 void QtSerialLink::clearIn() {
   if (isOpen()) port_.clear(QSerialPort::Input);
+  came_.clear();
   received_.withdraw();
 }
 

@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/device_hold.h"
 #include "platform/event_loop.h"
@@ -57,6 +58,8 @@ class QtSerialLink : public SerialLink {
   PortError apply(const LineSettings& line);
   PortError applyFlow(FlowControl flow);
   PortError refused(const std::string& what) const;
+  void bytesCame();
+  void takeWaiting(bool toldByQt);
   bool drained();
   void drainOrDrop();
   PortError takeUp();
@@ -68,6 +71,7 @@ class QtSerialLink : public SerialLink {
   void onPortError(QSerialPort::SerialPortError error);
   QSerialPort port_;
   PortEvent received_;
+  std::vector<std::uint8_t> came_;  // read from the device and not asked for yet
   PortEvent goneEvent_;
   std::function<std::string(int)> deviceOf_;
   std::string device_;
@@ -80,6 +84,7 @@ class QtSerialLink : public SerialLink {
   LineSettings applied_;
   int number_ = 1;
   bool gone_ = false;
+  bool draining_ = false;
   bool parked_ = false;  // closed for the program; still in hand, so that no open and no close moves a line
 };
 

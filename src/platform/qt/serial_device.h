@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/qt/line_settings.h"
 #include "platform/serial_link.h"
@@ -40,6 +41,8 @@ class DeviceGuard {
 
 // Bytes that the system has taken and not yet sent.
 std::size_t bytesInDriver(std::intptr_t handle);
+// Bytes that wait in the device, at most so many, without waiting for any; none when the system does not say.
+std::vector<std::uint8_t> waitingBytes(std::intptr_t handle, std::size_t most);
 // Waits until the last byte has left the device; only when nothing is left in the driver.
 void drainDevice(std::intptr_t handle);
 // The device of the handle is gone.

@@ -12,6 +12,10 @@ std::size_t bytesInDriver(std::intptr_t) {
   return 0;
 }
 
+std::vector<std::uint8_t> waitingBytes(std::intptr_t, std::size_t) {
+  return {};
+}
+
 void drainDevice(std::intptr_t) {}
 
 bool deviceGone(std::intptr_t) {

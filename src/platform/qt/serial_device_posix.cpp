@@ -62,6 +62,18 @@ std::size_t bytesInDriver(std::intptr_t handle) {
   return ::ioctl(static_cast<int>(handle), TIOCOUTQ, &count) == 0 && count > 0 ? static_cast<std::size_t>(count) : 0;
 }
 
+std::vector<std::uint8_t> waitingBytes(std::intptr_t handle, std::size_t most) {
+  std::vector<std::uint8_t> bytes(most);
+  std::size_t taken = 0;
+  while (taken < most) {
+    const ssize_t got = ::read(static_cast<int>(handle), bytes.data() + taken, most - taken);
+    if (got <= 0) break;
+    taken += static_cast<std::size_t>(got);
+  }
+  bytes.resize(taken);
+  return bytes;
+}
+
 void drainDevice(std::intptr_t handle) {
   ::tcdrain(static_cast<int>(handle));
 }
