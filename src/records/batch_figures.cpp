@@ -2,21 +2,9 @@
 
 #include <algorithm>
 #include <map>
-#include <set>
 
 namespace kvr::records {
 namespace {
-
-constexpr std::size_t kDayDigits = 10;
-
-bool counts(const RecordStore::Tally& tally, const FigureFilter& filter) {
-  return (filter.station.empty() || filter.station == tally.station) &&
-         (filter.day.empty() || filter.day == tally.hour.substr(0, kDayDigits));
-}
-
-std::vector<std::string> listOf(const std::set<std::string>& names) {
-  return {names.begin(), names.end()};
-}
 
 // Sums by key, while the tallies are gone through.
 struct Sums {
@@ -40,22 +28,15 @@ struct Sums {
 
 }  // namespace
 
-BatchFigures figuresOf(const std::vector<RecordStore::Tally>& tallies, const FigureFilter& filter) {
+BatchFigures figuresOf(const std::vector<RecordStore::Tally>& tallies) {
   BatchFigures figures;
   Sums sums;
-  std::set<std::string> stations, days;
-  for (const RecordStore::Tally& tally : tallies) {
-    stations.insert(tally.station);
-    days.insert(tally.hour.substr(0, kDayDigits));
-    if (tally.runs != 0 && counts(tally, filter)) sums.add(tally, figures);
-  }
+  for (const RecordStore::Tally& tally : tallies) sums.add(tally, figures);
   for (const auto& [hour, one] : sums.hours) figures.hours.push_back(one);
   for (const auto& [words, runs] : sums.failures) figures.failures.push_back({words, runs});
   std::stable_sort(figures.failures.begin(), figures.failures.end(),
                    [](const CountOf& a, const CountOf& b) { return a.runs > b.runs; });
   for (const auto& [second, runs] : sums.seconds) figures.seconds.push_back({second, runs});
-  figures.stations = listOf(stations);
-  figures.days = listOf(days);
   return figures;
 }
 

@@ -1,5 +1,5 @@
 // What people look at on the page of a batch, as values: made of the store's tallies, so that a page of a million runs
-// opens at once. Hours and days are UTC.
+// opens at once. Hours are those of the tallies.
 #pragma once
 
 #include <cstdint>
@@ -9,12 +9,6 @@
 #include "records/record_store.h"
 
 namespace kvr::records {
-
-// Which runs count. Empty: all.
-struct FigureFilter {
-  std::string station;
-  std::string day;  // "yyyy-mm-dd"
-};
 
 struct HourFigures {
   std::string hour;                     // "yyyy-mm-ddThh"
@@ -36,16 +30,15 @@ struct SecondsBar {
 
 struct BatchFigures {
   std::int64_t passed = 0, passedInPart = 0, failed = 0;
-  std::vector<HourFigures> hours;           // rising, without those in which nothing ran
-  std::vector<CountOf> failures;            // the most frequent first
-  std::vector<SecondsBar> seconds;          // rising, without gaps' zeros
-  std::vector<std::string> stations, days;  // of the whole batch, sorted: what a filter can choose
+  std::vector<HourFigures> hours;   // rising, without those in which nothing ran
+  std::vector<CountOf> failures;    // the most frequent first
+  std::vector<SecondsBar> seconds;  // rising, without gaps' zeros
 
   std::int64_t done() const { return passed + passedInPart; }
   double yield() const;        // done of all runs, 0 to 1; 0 without runs
   double chipsAnHour() const;  // done, over the hours in which something ran; 0 without
 };
 
-BatchFigures figuresOf(const std::vector<RecordStore::Tally>& tallies, const FigureFilter& filter = {});
+BatchFigures figuresOf(const std::vector<RecordStore::Tally>& tallies);
 
 }  // namespace kvr::records

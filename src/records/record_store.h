@@ -65,13 +65,25 @@ class RecordStore {
   // Rows of a batch from the oldest on; the reader returns false to end early.
   virtual StoreFault readRuns(const std::string& batch, const std::function<bool(const RunRow&)>& reader) = 0;
 
-  // What a page of the batch shows: how many runs by hour and verdict, failures by their words, runs by whole seconds.
+  // Which runs count on a page of the batch. Empty: all.
+  struct TallyFilter {
+    std::string station;
+    std::string fromHour, toHour;  // from the first one to before the last one
+  };
+  // What that page shows: how many runs by hour and verdict, failures by their words, runs that passed by whole
+  // seconds.
   struct Tally {
-    std::string station, hour;  // "yyyy-mm-ddThh", UTC
-    std::string kind, key;      // "verdict": "passed", "in part", "failed"; "failure": its words; "seconds": "12"
+    std::string hour;       // of a verdict: "yyyy-mm-ddThh", UTC
+    std::string kind, key;  // "verdict": "passed", "in part", "failed"; "failure": its words; "seconds": "12"
     std::int64_t runs = 0;
   };
-  virtual Stored<std::vector<Tally>> tallies(const std::string& batch) = 0;
+  // Summed up by the store, which keeps the sums by hour: a million runs take a moment. Verdicts hour by hour.
+  virtual Stored<std::vector<Tally>> tallies(const std::string& batch, const TallyFilter& filter) = 0;
+  // What a filter can choose: where and when something has run, sorted.
+  struct Extent {
+    std::vector<std::string> stations, hours;
+  };
+  virtual Stored<Extent> extent(const std::string& batch) = 0;
 };
 
 // Where the books are: a file's path (SQLite; made at the first use, with its folder), or

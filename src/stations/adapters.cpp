@@ -36,8 +36,7 @@ void Adapters::watch() {
 }
 
 void Adapters::look() {
-  if (!ports_.rescan()) return;
-  watch();
+  if (ports_.rescan()) watch();  // one that was out and in again looks the same, and its station waits all the same
   if (changed) changed();
 }
 

@@ -22,10 +22,12 @@ std::optional<Event> readEvent(std::string_view line) {
               .stage = textOf(object, "stage"),
               .fraction = object.value(QLatin1String("fraction")).toDouble(),
               .ending = textOf(object, "ending"),
+              .exitCode = object.value(QLatin1String("exitCode")).toInt(),
               .why = textOf(object, "why"),
               .next = textOf(object, "next"),
               .number = {},
               .answered = object.contains(QLatin1String("chip"))};
+  event.dataSeconds = object.value(QLatin1String("spent")).toObject().value(QLatin1String("program")).toDouble();
   event.number = textOf(object, event.name == "outcome" ? "serial" : "number");
   return event;
 }

@@ -8,14 +8,16 @@
 namespace kvr::stations {
 
 struct Event {
-  std::string name;       // "stage", "progress", "outcome", ...
-  std::string stage;      // of a stage or a progress
-  double fraction = 0;    // of a progress: how much of the stage is done, 0 to 1
-  std::string ending;     // of an outcome: "passed", ...
-  std::string why;        // of an outcome or a failure
-  std::string next;       // of a failure: what to do
-  std::string number;     // that the chip in hand carries, or was to carry; empty: none
-  bool answered = false;  // of an outcome: a chip has answered
+  std::string name;        // "stage", "progress", "outcome", ...
+  std::string stage;       // of a stage or a progress
+  double fraction = 0;     // of a progress: how much of the stage is done, 0 to 1
+  std::string ending;      // of an outcome: "passed", ...
+  int exitCode = 0;        // of an outcome or a failure (docs/command.md)
+  std::string why;         // of an outcome or a failure
+  std::string next;        // of a failure: what to do
+  std::string number;      // that the chip in hand carries, or was to carry; empty: none
+  double dataSeconds = 0;  // of an outcome: while the data went out
+  bool answered = false;   // of an outcome: a chip has answered
 };
 
 // Nothing: the line is not an object of a version that is known. Properties that are not there read empty.

@@ -53,10 +53,11 @@ void fail(Tile& tile, const std::string& why) {
 // A run that a chip has not answered to says nothing of any chip.
 void takeOutcome(Tile& tile, const Event& event) {
   tile.fraction = -1;
+  tile.dataSeconds = event.dataSeconds;
   if (!event.number.empty()) tile.number = event.number;
   if (event.ending == "passed") return pass(tile, Sign::Pass);
   if (event.ending == "passed-in-part") return pass(tile, Sign::PassInPart);
-  if (event.ending == "stopped" && !event.answered) {
+  if (!event.answered && (event.ending == "stopped" || event.exitCode == kPort)) {
     tile.sign = Sign::Ready;
     tile.words.clear();
     return;

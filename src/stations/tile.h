@@ -23,6 +23,7 @@ struct Tile {
   std::string number;                     // of the chip in hand; empty: none
   std::string lastFailure;                // in a line; stays until the tile is cleared
   Counts counts;                          // since the window was opened
+  double dataSeconds = 0;                 // of the last chip: while its data went out
   int failedInARow = 0;
   bool running = false;      // a process is there
   bool adapterGone = false;  // it waits for its adapter

@@ -132,7 +132,9 @@ TEST_P(StoreContract, KeepsARunWholeAndOnce) {
   EXPECT_EQ(rows[1].dataSum, "0");
   EXPECT_EQ(rows[1].factoryId, expected.factoryId);
   EXPECT_EQ(batch().passed, 1);
-  EXPECT_EQ(store_->tallies("B7").value.size(), 4u);
+  EXPECT_EQ(store_->tallies("B7", {}).value.size(), 4u);
+  EXPECT_EQ(store_->tallies("B7", {.fromHour = "2026-11-23T22"}).value.size(), 0u);
+  EXPECT_EQ(store_->extent("B7").value.hours, std::vector<std::string>{"2026-11-23T21"});
 }
 
 TEST_P(StoreContract, RefusesAnotherJobAFullBatchAndAClosedOne) {

@@ -63,16 +63,39 @@ StoreFault SqlStore::readRuns(const std::string& batch, const std::function<bool
   });
 }
 
-Stored<std::vector<RecordStore::Tally>> SqlStore::tallies(const std::string& batch) {
+Stored<std::vector<RecordStore::Tally>> SqlStore::tallies(const std::string& batch, const TallyFilter& filter) {
+  const QString end = filter.toHour.empty() ? QStringLiteral("9") : text(filter.toHour);  // after every hour
+  const QString from = QStringLiteral(" FROM tallies WHERE batch = ? AND hour >= ? AND hour < ? AND ") +
+                       (filter.station.empty() ? QStringLiteral("station >= ?") : QStringLiteral("station = ?"));
   Stored<std::vector<Tally>> stored;
+  const auto take = [&](const QString& statement) {
+    QSqlQuery query = link_->ask(statement, {text(batch), text(filter.fromHour), end, text(filter.station)});
+    const auto column = [&query](int i) { return query.value(i).toString().toStdString(); };
+    while (query.next()) stored.value.push_back({column(0), column(1), column(2), query.value(3).toLongLong()});
+  };
   stored.fault = link_->look([&]() -> StoreFault {
     stored.value.clear();
-    QSqlQuery query = link_->ask(
-        "SELECT station, hour, kind, key, runs FROM tallies WHERE batch = ? ORDER BY hour, station, kind, key",
-        {text(batch)});
-    const auto column = [&query](int i) { return query.value(i).toString().toStdString(); };
-    while (query.next())
-      stored.value.push_back({column(0), column(1), column(2), column(3), query.value(4).toLongLong()});
+    take("SELECT hour, kind, key, SUM(runs)" + from +
+         " AND kind = 'verdict' GROUP BY hour, kind, key HAVING SUM(runs) > 0 ORDER BY hour, key");
+    take("SELECT '', kind, key, SUM(runs)" + from + " AND kind <> 'verdict' GROUP BY kind, key HAVING SUM(runs) > 0");
+    return {};
+  });
+  return stored;
+}
+
+Stored<RecordStore::Extent> SqlStore::extent(const std::string& batch) {
+  Stored<Extent> stored;
+  const auto list = [&](const char* column) {
+    std::vector<std::string> found;
+    QSqlQuery query = link_->ask(QStringLiteral("SELECT DISTINCT %1 FROM tallies WHERE batch = ? AND kind = 'verdict' "
+                                                "AND runs > 0 ORDER BY %1")
+                                     .arg(QLatin1String(column)),
+                                 {text(batch)});
+    while (query.next()) found.push_back(query.value(0).toString().toStdString());
+    return found;
+  };
+  stored.fault = link_->look([&]() -> StoreFault {
+    stored.value = {list("station"), list("hour")};
     return {};
   });
   return stored;

@@ -22,7 +22,8 @@ class SqlStore : public RecordStore {
   Stored<std::vector<Doubt>> doubts(const std::string& batch) override;
   StoreFault settle(const std::string& batch, std::int64_t ordinal, Settlement how) override;
   StoreFault readRuns(const std::string& batch, const std::function<bool(const RunRow&)>& reader) override;
-  Stored<std::vector<Tally>> tallies(const std::string& batch) override;
+  Stored<std::vector<Tally>> tallies(const std::string& batch, const TallyFilter& filter) override;
+  Stored<Extent> extent(const std::string& batch) override;
 
  private:
   // All of these inside a transaction.

@@ -1,8 +1,8 @@
 #include "stations/window/batch_charts.h"
 
-#include <QBarCategoryAxis>
 #include <QBarSeries>
 #include <QBarSet>
+#include <QCategoryAxis>
 #include <QChart>
 #include <QChartView>
 #include <QEvent>
@@ -26,13 +26,15 @@ QString labelOf(const std::string& hour) {
   return day + QLatin1Char(' ') + QString::fromLatin1(kMonths[std::clamp(text.mid(5, 2).toInt(), 1, 12) - 1]);
 }
 
-// Names of the bars, each different as the axis wants it; only so many of them are to be seen.
-QStringList sparse(const QStringList& labels) {
-  const qsizetype every = (labels.size() + kMostLabels - 1) / kMostLabels;
-  QStringList shown;
-  for (qsizetype i = 0; i < labels.size(); ++i)
-    shown << (i % std::max<qsizetype>(every, 1) == 0 ? labels[i] : QString()) + QString(i, QChar(0x200B));
-  return shown;
+// Only so many of the bars have their name below them. Two of one name are told apart by what is not seen.
+QCategoryAxis* axisOf(const QStringList& labels) {
+  auto* axis = new QCategoryAxis;
+  axis->setLabelsPosition(QCategoryAxis::AxisLabelsPositionOnValue);
+  axis->setRange(-0.5, static_cast<qreal>(labels.size()) - 0.5);
+  const qsizetype every = std::max<qsizetype>(1, (labels.size() + kMostLabels - 1) / kMostLabels);
+  for (qsizetype i = 0; i < labels.size(); i += every) axis->append(labels[i] + QString(i, QChar(0x200B)), qreal(i));
+  axis->setGridLineVisible(false);
+  return axis;
 }
 
 qsizetype largest(const QList<qreal>& sums) {
@@ -71,8 +73,9 @@ class BatchCharts::Charts {
       sums << static_cast<qreal>(bar.passed + bar.failed);
       labels << labelOf(bar.hour);
     }
-    passed->setBrush(QColor(0x2e, 0x9e, 0x52));
-    failed->setBrush(QBrush(QColor(0xd6, 0x3a, 0x3a)));
+    passed->setBrush(QColor(0x4c, 0xb8, 0x6a));  // of another lightness, for those who see no red or green
+    failed->setBrush(QColor(0xb7, 0x10, 0x10));
+    for (QBarSet* set : {passed, failed}) set->setPen(Qt::NoPen);
     auto* series = new QStackedBarSeries;
     series->append(failed);  // below, where a few are seen beside many
     series->append(passed);
@@ -88,6 +91,7 @@ class BatchCharts::Charts {
     }
     set->append(runs);
     set->setBrush(QColor(0x3d, 0x8b, 0xd4));
+    set->setPen(Qt::NoPen);
     auto* series = new QBarSeries;
     series->append(set);
     fill(seconds_, series, labels, largest(runs));
@@ -106,9 +110,7 @@ class BatchCharts::Charts {
     }
     series->setBarWidth(0.9);
     chart.addSeries(series);
-    auto* across = new QBarCategoryAxis;
-    across->append(sparse(labels));
-    across->setGridLineVisible(false);
+    auto* across = axisOf(labels);
     auto* up = new QValueAxis;
     up->setRange(0, static_cast<qreal>(most));
     up->setTickCount(static_cast<int>(std::min<qsizetype>(most, 4)) + 1);

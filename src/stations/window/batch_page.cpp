@@ -18,8 +18,28 @@ constexpr int kRefreshMs = 1500;
 // The store counts in UTC; people look at their own clock.
 std::string localHour(const std::string& hour) {
   QDateTime time = QDateTime::fromString(text(hour), QStringLiteral("yyyy-MM-ddTHH"));
-  time.setTimeSpec(Qt::UTC);
+  time.setTimeZone(QTimeZone::utc());
   return time.toLocalTime().toString(QStringLiteral("yyyy-MM-ddTHH")).toStdString();
+}
+
+// The hour of the store at which a local day begins.
+std::string utcHourOf(const QDate& day) {
+  return day.startOfDay().toUTC().toString(QStringLiteral("yyyy-MM-ddTHH")).toStdString();
+}
+
+records::RecordStore::TallyFilter filterOf(const QString& station, const QString& day) {
+  const QDate date = QDate::fromString(day, Qt::ISODate);
+  if (!date.isValid()) return {station.toStdString(), {}, {}};
+  return {station.toStdString(), utcHourOf(date), utcHourOf(date.addDays(1))};
+}
+
+std::vector<std::string> localDays(const std::vector<std::string>& hours) {
+  constexpr std::size_t kDayDigits = 10;
+  std::vector<std::string> days;
+  for (const std::string& hour : hours)
+    if (const std::string day = localHour(hour).substr(0, kDayDigits); days.empty() || days.back() != day)
+      days.push_back(day);
+  return days;
 }
 
 QString localTime(const std::string& utc) {
@@ -33,7 +53,8 @@ QString numbersText(const records::Doubt& doubt) {
   return numbers.isEmpty() ? QStringLiteral("chip %1").arg(doubt.ordinal + 1) : numbers.join(QLatin1Char('/'));
 }
 
-BatchPage::Content readContent(records::RecordStore& store, const std::string& wanted) {
+BatchPage::Content readContent(records::RecordStore& store, const std::string& wanted,
+                               const records::RecordStore::TallyFilter& filter) {
   BatchPage::Content content;
   const auto batches = store.batches();
   content.fault = batches.fault;
@@ -41,17 +62,18 @@ BatchPage::Content readContent(records::RecordStore& store, const std::string& w
     content.names.push_back(batch.name);
     if (batch.name == wanted || (wanted.empty() && content.names.size() == 1)) content.batch = batch;
   }
-  if (content.batch.name.empty() || !content.fault.none()) return content;
-  auto tallies = store.tallies(content.batch.name);
-  auto doubts = store.doubts(content.batch.name);
-  content.fault = tallies.ok() ? doubts.fault : tallies.fault;
+  const std::string& name = content.batch.name;
+  if (name.empty() || !content.fault.none()) return content;
+  auto extent = store.extent(name);
+  auto tallies = store.tallies(name, filter);
+  auto doubts = store.doubts(name);
+  content.fault = !extent.ok() ? extent.fault : tallies.ok() ? doubts.fault : tallies.fault;
+  content.stations = std::move(extent.value.stations);
+  content.days = localDays(extent.value.hours);
   content.tallies = std::move(tallies.value);
   content.doubts = std::move(doubts.value);
-  std::string hour, local;  // they come hour by hour
-  for (auto& tally : content.tallies) {
-    if (tally.hour != hour) local = localHour(hour = tally.hour);
-    tally.hour = local;
-  }
+  for (auto& tally : content.tallies)
+    if (!tally.hour.empty()) tally.hour = localHour(tally.hour);
   return content;
 }
 
@@ -129,7 +151,7 @@ BatchPage::BatchPage(Books& books)
   soon_.setInterval(kRefreshMs);
   connect(&soon_, &QTimer::timeout, this, [this] { ask(chosen()); });
   connect(batch_, &QComboBox::activated, this, [this] { ask(chosen()); });
-  for (QComboBox* box : {station_, day_}) connect(box, &QComboBox::activated, this, [this] { showFigures(); });
+  for (QComboBox* box : {station_, day_}) connect(box, &QComboBox::activated, this, [this] { ask(chosen()); });
 }
 
 QLayout* BatchPage::choices() {
@@ -194,9 +216,11 @@ std::string BatchPage::chosen() const {
 
 void BatchPage::ask(const std::string& batch) {
   const QPointer<BatchPage> self(this);
+  const bool same = batch == content_.batch.name;  // another batch is shown whole
+  const auto filter = filterOf(same ? stationChosen() : QString(), same ? dayChosen() : QString());
   books_.ask(
-      [self, batch](records::RecordStore& store) -> Books::Answer {
-        auto content = std::make_shared<Content>(readContent(store, batch));
+      [self, batch, filter](records::RecordStore& store) -> Books::Answer {
+        auto content = std::make_shared<Content>(readContent(store, batch, filter));
         return [self, content] {
           if (self) self->take(std::move(*content));
         };
@@ -206,13 +230,24 @@ void BatchPage::ask(const std::string& batch) {
       });
 }
 
+bool BatchPage::filtered() const {
+  return station_->currentIndex() > 0 || day_->currentIndex() > 0;
+}
+QString BatchPage::stationChosen() const {
+  return station_->currentIndex() > 0 ? station_->currentText() : QString();
+}
+QString BatchPage::dayChosen() const {
+  return day_->currentIndex() > 0 ? day_->currentText() : QString();
+}
+
 void BatchPage::take(Content content) {
+  if (content.batch.name != content_.batch.name)
+    for (QComboBox* box : {station_, day_}) box->setCurrentIndex(0);
   content_ = std::move(content);
   offer(*batch_, {}, content_.names);
   batch_->setCurrentIndex(batch_->findText(text(content_.batch.name)));
-  const records::BatchFigures all = records::figuresOf(content_.tallies);
-  offer(*station_, QStringLiteral("All stations"), all.stations);
-  offer(*day_, QStringLiteral("All days"), all.days);
+  offer(*station_, QStringLiteral("All stations"), content_.stations);
+  offer(*day_, QStringLiteral("All days"), content_.days);
   const QString none =
       content_.names.empty() ? QStringLiteral("There is no batch yet. `kvr batch new` makes one.") : QString();
   tell(content_.fault.none() ? none : text(content_.fault.words));
@@ -221,13 +256,10 @@ void BatchPage::take(Content content) {
 }
 
 void BatchPage::showFigures() {
-  const records::FigureFilter filter{station_->currentIndex() > 0 ? station_->currentText().toStdString() : "",
-                                     day_->currentIndex() > 0 ? day_->currentText().toStdString() : ""};
-  const records::BatchFigures figures = records::figuresOf(content_.tallies, filter);
-  const bool filtered = !filter.station.empty() || !filter.day.empty();
+  const records::BatchFigures figures = records::figuresOf(content_.tallies);
   const auto wanted = content_.batch.wanted;
-  done_->setText(wanted && !filtered ? QStringLiteral("%1 of %2 done").arg(figures.done()).arg(*wanted)
-                                     : QStringLiteral("%1 done").arg(figures.done()));
+  done_->setText(wanted && !filtered() ? QStringLiteral("%1 of %2 done").arg(figures.done()).arg(*wanted)
+                                       : QStringLiteral("%1 done").arg(figures.done()));
   yield_->setText(QStringLiteral("Yield %1 %  (%2 FAIL)").arg(figures.yield() * 100, 0, 'f', 1).arg(figures.failed));
   rate_->setText(QStringLiteral("%1 chips an hour").arg(figures.chipsAnHour(), 0, 'f', 0));
   charts_->show(figures);
@@ -270,8 +302,7 @@ void BatchPage::exportRuns() {
                                                     text(content_.batch.name) + QStringLiteral(".csv"),
                                                     QStringLiteral("Tables (*.csv)"));
   if (path.isEmpty()) return;
-  const RunFilter filter{content_.batch.name, station_->currentIndex() > 0 ? station_->currentText() : QString(),
-                         day_->currentIndex() > 0 ? day_->currentText() : QString()};
+  const RunFilter filter{content_.batch.name, stationChosen(), dayChosen()};
   const QPointer<BatchPage> self(this);
   books_.ask(
       [self, path, filter](records::RecordStore& store) -> Books::Answer {

@@ -26,7 +26,8 @@ class BatchPage : public QWidget {
   struct Content {
     std::vector<std::string> names;  // of all batches, the newest first
     records::Batch batch;
-    std::vector<records::RecordStore::Tally> tallies;  // by local hours
+    std::vector<std::string> stations, days;           // in which something has run; days as the user's clock has them
+    std::vector<records::RecordStore::Tally> tallies;  // of what is chosen, by local hours
     std::vector<records::Doubt> doubts;
     records::StoreFault fault;
   };
@@ -35,6 +36,9 @@ class BatchPage : public QWidget {
   QLayout* choices();
   QLayout* tables();
   void ask(const std::string& batch);
+  bool filtered() const;
+  QString stationChosen() const;  // empty: all
+  QString dayChosen() const;
   void take(Content content);
   void showFigures();
   void showDoubts();
