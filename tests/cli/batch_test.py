@@ -123,15 +123,23 @@ class Line(unittest.TestCase):
         self.assertLessEqual(set(told), set(rows), "a chip passed without its row")
         self.assertEqual(state["given"], state["spent"] + state["free"] + state["inDoubt"])
         self.assertEqual([state["spent"], state["reserved"]], [len(rows), 0])
+        doubts = self.kvr("batch", "doubt", "B7")
+        self.assertEqual(len(doubts), state["inDoubt"])
+        if doubts:
+            self.assertEqual(self.kvr("batch", "doubt", "B7", "--free", doubts[0]["number"])[0]["free"], state["free"] + 1)
 
     def test_stations_finish_their_chips_when_their_parent_is_killed(self):
         self.new()
         links = [self.chips(0), self.chips(1), self.chips(2, "--power-on", "600")]
         ports = [word for i, link in enumerate(links) for word in ("--port", f"s{i}={link}")]
-        parent = self.start("stations", "--project", self.project, "--batch", "B7", *ports, stdout=subprocess.DEVNULL)
+        parent = self.start("stations", "--project", self.project, "--batch", "B7", *ports)
         self.await_state(lambda state: state["reserved"] == 2)
         parent.kill()
         parent.wait()
+        told = [json.loads(line) for line in parent.stdout.read().splitlines()]
+        self.assertEqual({event["name"] for event in told}, {"s0", "s1", "s2"})
+        for event in told:
+            SCHEMA.validate(event)
         state = self.await_state(lambda state: state["reserved"] == 0)
         self.assertEqual([state["passed"], state["inDoubt"], state["failed"]], [2, 0, 0])
         self.await_end()

@@ -111,6 +111,18 @@ TEST_F(BatchLine, AFailedChipAndAStoppedOneLeaveTheirNumberToTheNext) {
   EXPECT_EQ(second.chip->flash()[0x7FF], 258 & 0xFF);
 }
 
+TEST_F(BatchLine, AChipOfAnotherModelHasNoNumberOfTheOneBefore) {
+  addBatch();
+  chips({});
+  bench.out.onNote = [this](std::string_view) {
+    bench.loop.after(Millis(1000), [this] { bench.insertModel("Ivy-H40S"); });
+  };
+  EXPECT_EQ(program("--count 2"), 5) << bench.streams.told;
+  EXPECT_EQ(run("batch export B7"), 0);
+  EXPECT_TRUE(bench.writes(",258,Ivy-H20S,")) << bench.streams.written;
+  EXPECT_TRUE(bench.writes(",,Ivy-H40S,")) << bench.streams.written;
+}
+
 TEST_F(BatchLine, RefusesAnotherJobAClosedBatchAndNumbersOfItsOwnBeforeThePortOpens) {
   addBatch();
   image[5] ^= 1;
