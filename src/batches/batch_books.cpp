@@ -101,7 +101,7 @@ BooksAnswer BatchBooks::setAside(const StoreFault& fault, records::RunRow row) {
 }
 
 BooksAnswer BatchBooks::record(const engine::Outcome& outcome) {
-  if (place_.run.empty()) inHand_.clear();  // it was the chip's before
+  if (place_.run.empty()) inHand_.clear();                               // it was the chip's before
   const bool met = outcome.chip || outcome.stage > engine::Stage::Wait;  // without a chip there is nothing to tell
   const bool turnedAway = outcome.books == BooksFault::Refused && place_.run.empty();
   if ((!met && place_.run.empty()) || turnedAway) return {};
