@@ -1,6 +1,7 @@
 // Where the window is and how large, how it shrinks, and what is handed to it when it starts.
 #include <QDir>
 #include <QLabel>
+#include <QMenu>
 #include <QScreen>
 #include <QSplitter>
 
@@ -141,6 +142,15 @@ TEST_F(Place, AFileNamedOnTheCommandLineIsKeptByItsWholePath) {
   open("samples/bench-clock.hex");
   EXPECT_TRUE(QDir::setCurrent(former));
   EXPECT_EQ(program->form.images.loader.source().path, KVR_SOURCE_DIR "/samples/bench-clock.hex");
+  // It comes back from the list behind the button, by keys alone.
+  program->form.images.loader.clearBuffers();
+  QTest::keyClick(&widget("comLoadFile_recent"), Qt::Key_Space);
+  settle();
+  auto& menu = widget<QMenu>("recentMenu");
+  ASSERT_EQ(menu.actions().size(), 1);
+  QTest::keyClick(&menu, Qt::Key_1);
+  settle();
+  EXPECT_TRUE(program->form.images.state.imageValid);
 }
 
 }  // namespace
