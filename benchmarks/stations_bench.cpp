@@ -1,7 +1,7 @@
 // Stations: the time in which the data goes out at eight of them on paced pseudo-terminals, against that at one alone;
 // the share of a core that they and their keeper take. 200 chips in all, and what
 // each of them holds is compared with the image.
-//   stations_bench KVR KVR-TARGET PROJECT IMAGE.bin
+//   stations_bench KVR KVR-TARGET PROJECT
 #include <unistd.h>
 
 #include <QCoreApplication>
@@ -106,10 +106,10 @@ struct Line {
 
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
-  if (argc != 5) return 2;
-  QFile image(QString::fromLocal8Bit(argv[4]));
-  if (!image.open(QIODevice::ReadOnly)) return 2;
-  const QByteArray bytes = image.readAll();
+  if (argc != 4) return 2;
+  QFile project(QString::fromLocal8Bit(argv[3]));
+  if (!project.open(QIODevice::ReadOnly)) return 2;
+  const QByteArray bytes = QByteArray::fromHex(project.readAll().trimmed().split('\n').last());  // the code
   Line alone(argv[1], argv[2], argv[3], 1, kChips);
   alone.run();
   const double floor = bench::median(alone.data[0]);

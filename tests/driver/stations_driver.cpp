@@ -43,6 +43,7 @@ class Demo {
       stations::Tile tile = program_.crew.station(i).tile();
       tile.sign = static_cast<signs::Sign>(i % 6);
       if (tile.sign == signs::Sign::Waiting) tile.last = i > 6 ? signs::Sign::Fail : signs::Sign::Pass;
+      tile.adapterGone = i == 12;
       tile.running = tile.sign != signs::Sign::Ready && tile.sign != signs::Sign::Fail;
       tile.words = tile.sign == signs::Sign::Working ? "Programming" : "Switch the next chip on";
       tile.fraction = tile.sign == signs::Sign::Working ? 0.47 : -1;

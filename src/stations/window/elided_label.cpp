@@ -6,7 +6,7 @@
 namespace kvr::tiles {
 
 ElidedLabel::ElidedLabel(Qt::Alignment alignment) : alignment_(alignment) {
-  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
 }
 
 void ElidedLabel::setText(const QString& text) {

@@ -7,9 +7,10 @@
 namespace kvr::tiles {
 namespace {
 
-constexpr qreal kBand = 0.3;         // of the height
-constexpr qreal kWide = 1.6;         // from this width to height on, the shape is beside the word
-constexpr qreal kBandIndent = 0.34;  // where the last verdict begins, of the width
+constexpr qreal kBand = 0.3;                           // of the height
+constexpr qreal kWide = 1.6;                           // from this width to height on, the shape is beside the word
+constexpr qreal kBandText = 0.06, kBandRemark = 0.08;  // of the width: the height of its letters
+constexpr qreal kBandIndent = 0.34;                    // where the last verdict begins, of the width
 
 }  // namespace
 
@@ -18,27 +19,34 @@ TileSign::TileSign() {
   setMinimumSize(60, 36);
 }
 
-void TileSign::show(signs::Sign sign, signs::Sign last) {
-  if (sign == sign_ && last == last_) return;
+void TileSign::show(signs::Sign sign, signs::Sign last, const QString& remark) {
+  if (sign == sign_ && last == last_ && remark == remark_) return;
   sign_ = sign;
   last_ = last;
+  remark_ = remark;
   update();
+}
+
+void TileSign::paintBand(QPainter& painter, const QRectF& band) {
+  QFont face = font();
+  face.setBold(!remark_.isEmpty());
+  const qreal wide = remark_.isEmpty() ? kBandText : kBandRemark;
+  face.setPixelSize(std::max(11, static_cast<int>(std::min(band.height() * 0.6, band.width() * wide))));
+  painter.setFont(face);
+  painter.setPen(palette().color(QPalette::WindowText));
+  if (!remark_.isEmpty()) return painter.drawText(band, static_cast<int>(Qt::AlignCenter), remark_);
+  painter.drawText(band, static_cast<int>(Qt::AlignVCenter | Qt::AlignLeft), QStringLiteral("Last chip:"));
+  signs::paintSign(painter, band.adjusted(band.width() * kBandIndent, 0, 0, 0), last_, signs::Layout::ShapeBesideWord);
 }
 
 void TileSign::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   QRectF area(rect());
-  const bool band = signs::isVerdict(last_) && (sign_ == signs::Sign::Waiting || sign_ == signs::Sign::Ready);
-  if (band) {
-    const QRectF below(area.left(), area.bottom() - area.height() * kBand, area.width(), area.height() * kBand);
-    area.setBottom(below.top() - 3);
-    painter.setPen(palette().color(QPalette::WindowText));
-    QFont face = font();
-    face.setPixelSize(std::max(11, static_cast<int>(std::min(below.height() * 0.45, below.width() * 0.07))));
-    painter.setFont(face);
-    painter.drawText(below, static_cast<int>(Qt::AlignVCenter | Qt::AlignLeft), QStringLiteral("Last chip:"));
-    signs::paintSign(painter, below.adjusted(below.width() * kBandIndent, 0, 0, 0), last_,
-                     signs::Layout::ShapeBesideWord);
+  const bool awaits = sign_ == signs::Sign::Waiting || sign_ == signs::Sign::Ready;
+  if (!remark_.isEmpty() || (awaits && signs::isVerdict(last_))) {
+    const QRectF band(area.left(), area.bottom() - area.height() * kBand, area.width(), area.height() * kBand);
+    area.setBottom(band.top() - 3);
+    paintBand(painter, band);
   }
   const bool wide = area.width() > area.height() * kWide;
   signs::paintSign(painter, area, sign_, wide ? signs::Layout::ShapeBesideWord : signs::Layout::ShapeAboveWord);

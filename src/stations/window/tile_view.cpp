@@ -54,6 +54,7 @@ TileView::TileView(int number)
   line->addWidget(words_, 1);
   line->addWidget(counts_, 1);
   column->addLayout(line);
+  failure_->setMinimumHeight(1);  // gives way first, where tiles are low: its tip has it still
   column->addWidget(failure_);
 }
 
@@ -66,6 +67,7 @@ QLayout* TileView::header() {
   port_->setMenu(ports_);
   port_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   run_->setObjectName(QStringLiteral("run_%1").arg(number_));
+  run_->setMaximumWidth(run_->fontMetrics().horizontalAdvance(QStringLiteral("Start")) * 2);
   more_->setObjectName(QStringLiteral("more_%1").arg(number_));
   more_->setText(QStringLiteral("⋯"));
   more_->setAccessibleName(QStringLiteral("More"));
@@ -116,7 +118,7 @@ void TileView::show(const stations::Tile& tile) {
   for (QAction* action : {rename_, remove_}) action->setEnabled(!running_);
   port_->setEnabled(!running_);
   run_->setText(running_ ? QStringLiteral("Stop") : QStringLiteral("Start"));
-  sign_->show(tile.sign, tile.last);
+  sign_->show(tile.sign, tile.last, tile.adapterGone ? QStringLiteral("ADAPTER GONE") : QString());
   progress_->setValue(tile.fraction < 0 ? 0 : static_cast<int>(tile.fraction * 1000));
   words_->setText(wordsText(tile));
   counts_->setText(countsText(tile.counts));
