@@ -164,7 +164,7 @@ class Line(unittest.TestCase):
         self.assertEqual(parent.wait(timeout=30), 130)
         state = self.batch()
         self.assertEqual([state["failed"], state["free"], state["inDoubt"]], [1, 1, 0])
-        self.assertIn(b"WORKING  number 1", os.read(master, 65536))
+        self.assertIn(b"number 1", os.read(master, 65536))
         self.await_end()
 
     def await_end(self):
