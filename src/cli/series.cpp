@@ -74,6 +74,7 @@ ExitCode Series::writeLog(const engine::Outcome& outcome, ExitCode code) {
 
 // Passed: on to the next one.
 ExitCode Series::changeChip() {
+  desk_.stopper.chipInHand(false);
   const auto pending = [this] { return desk_.stopper.pending() != Cut::None; };
   if (!pending() && arguments_.delaySeconds > 0)
     desk_.out.note("Change the chip. The next one begins in " + std::to_string(int(arguments_.delaySeconds)) + " s.");

@@ -57,6 +57,23 @@ TEST_F(CommandTest, AChipThatDiesWhileItIsProgrammedEndsWith1) {
   EXPECT_EQ(bench.streams.written, "");
 }
 
+TEST_F(CommandTest, TheEndOfItsInputEndsItAtOnceButForAChipInHand) {
+  struct Case {
+    int chipAfter, inputUntil, endsAt;  // ms
+    bool passes;
+  };
+  // No chip yet; a chip in hand; between two chips.
+  for (const Case& one : {Case{90000, 1000, 1000, false}, Case{100, 1500, 3500, true}, Case{100, 9000, 9000, true}}) {
+    CliBench line;
+    line.files.put("/image.bin", image);
+    line.insertChip(sim::configFor(*catalogue::findByName(kModel), 11059200, 1), Millis(one.chipAfter));
+    line.loop.after(Millis(one.inputUntil), [&] { line.input.ended(); });
+    EXPECT_EQ(line.run(wordsOf(std::string(kProgram) + "--count 3 --delay 60 --end-with-input")), 129);
+    EXPECT_EQ(line.writes("PASS  "), one.passes) << line.streams.told;
+    EXPECT_NEAR(static_cast<double>(line.loop.now().count()) / 1000, one.endsAt, 1000) << one.inputUntil;
+  }
+}
+
 TEST_F(CommandTest, WrongUseEndsWith2AndSaysWhatIsMeant) {
   const std::pair<const char*, const char*> cases[] = {
       {"", "subcommand is required"},
