@@ -18,6 +18,8 @@ class Photographer {
     program_.window->grab().save(start_ + name + QStringLiteral(".png"));
   }
   void tabs(platform::TabStrip& strip, const QString& which) {
+    const bool lower = &strip == &program_.form.main.TabStrip1;
+    program_.form.areas.pressed(lower ? shell::Area::Lower : shell::Area::Upper);
     for (std::size_t i = 0; i < strip.tabs().size(); ++i) {
       strip.userSelect(static_cast<int>(i));
       if (strip.selected() == static_cast<int>(i)) shoot(which + qtText(strip.tabs()[i].key));

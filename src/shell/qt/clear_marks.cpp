@@ -54,6 +54,15 @@ void ClearMarks::drawControl(ControlElement element, const QStyleOption* option,
     painter->fillRect(tab.left(), tab.top(), tab.width(), 3, option->palette.color(QPalette::Highlight));
 }
 
+void ClearMarks::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                                    const QWidget* widget) const {
+  QProxyStyle::drawComplexControl(control, option, painter, widget);
+  if (control != CC_ScrollBar || !isBlack(option->palette)) return;
+  QStyleOption slider(*option);
+  slider.rect = proxy()->subControlRect(CC_ScrollBar, option, SC_ScrollBarSlider, widget);
+  drawEdge(*painter, slider, false);
+}
+
 // Eight tabs side by side on a small screen.
 int ClearMarks::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
   const int usual = QProxyStyle::pixelMetric(metric, option, widget);

@@ -112,6 +112,7 @@ void MainWindow::showEvent(QShowEvent* event) {
   screen_ = windowHandle();
   const auto tell = [this] { maker_.form.areas.screenIs(screen()->geometry().height()); };
   connect(screen_, &QWindow::screenChanged, this, tell);
+  for (const QScreen* one : QGuiApplication::screens()) connect(one, &QScreen::geometryChanged, this, tell);
   tell();
 }
 

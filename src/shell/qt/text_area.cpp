@@ -1,6 +1,7 @@
 #include "shell/qt/text_area.h"
 
 #include <QFontDatabase>
+#include <algorithm>
 
 namespace kvr::window {
 
@@ -15,7 +16,9 @@ QAccessibleInterface* make(const QString&, QObject* object) {
 
 TextArea::TextArea() {
   [[maybe_unused]] static const bool known = (QAccessible::installFactory(make), true);
-  setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+  fixed.setPointSizeF(std::max(fixed.pointSizeF(), font().pointSizeF()));  // where only the other one was enlarged
+  setFont(fixed);
   setFocusPolicy(Qt::StrongFocus);
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   viewport()->setCursor(Qt::IBeamCursor);
