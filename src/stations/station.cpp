@@ -1,6 +1,6 @@
 #include "stations/station.h"
 
-#include <algorithm>
+#include <utility>
 
 #include "platform/qt/interrupt.h"
 
@@ -137,8 +137,8 @@ void Station::waitForAdapter() {
 }
 
 void Station::tell() {
-  if (tile_.sign != told_ && signs::isVerdict(tile_.sign) && onVerdict) onVerdict(tile_.sign);
-  told_ = tile_.sign;
+  const bool verdict = std::exchange(told_, tile_.sign) != tile_.sign && signs::isVerdict(tile_.sign);
+  if (verdict && onVerdict) onVerdict(tile_.sign);  // which may end this station, and so come here again
   if (changed) changed();
 }
 

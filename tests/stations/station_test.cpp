@@ -66,10 +66,14 @@ TEST_F(StationTest, GoesOnAfterAFailureAndRestsAfterThreeInARow) {
   EXPECT_EQ(station.tile().counts.failed, 3);
   EXPECT_EQ(station.tile().lastFailure, "No.");
   EXPECT_EQ(verdicts.size(), 3U);
-  crew->work.handsFree = false;
+  crew->onVerdict = [&](std::size_t, Sign sign) {  // ends the station from its own verdict
+    verdicts.push_back(sign);
+    station.finish();
+  };
   station.start(crew->work);
   ASSERT_TRUE(rests());
   EXPECT_EQ(station.tile().counts.failed, 4);
+  EXPECT_EQ(verdicts.size(), 4U) << "told once";
 }
 
 TEST_F(StationTest, AProcessThatBreaksDownOverAChipIsAFailureAndIsNotStartedAgain) {

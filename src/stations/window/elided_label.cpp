@@ -27,6 +27,7 @@ QSize ElidedLabel::minimumSizeHint() const {
 }
 
 void ElidedLabel::paintEvent(QPaintEvent*) {
+  if (height() < fontMetrics().ascent()) return;  // half a line is none
   QPainter painter(this);
   painter.setPen(palette().color(QPalette::WindowText));
   painter.drawText(rect(), static_cast<int>(alignment_ | Qt::AlignVCenter),
