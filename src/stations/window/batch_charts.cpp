@@ -15,6 +15,7 @@ namespace kvr::tiles {
 namespace {
 
 constexpr qsizetype kMostLabels = 8;
+constexpr qsizetype kLeastRoom = 8;  // bars: one alone is no wall
 
 // "24 09:00" of an hour, "24 Nov" of a day.
 QString labelOf(const std::string& hour) {
@@ -30,7 +31,7 @@ QString labelOf(const std::string& hour) {
 QCategoryAxis* axisOf(const QStringList& labels) {
   auto* axis = new QCategoryAxis;
   axis->setLabelsPosition(QCategoryAxis::AxisLabelsPositionOnValue);
-  axis->setRange(-0.5, static_cast<qreal>(labels.size()) - 0.5);
+  axis->setRange(-0.5, static_cast<qreal>(std::max(labels.size(), kLeastRoom)) - 0.5);
   const qsizetype every = std::max<qsizetype>(1, (labels.size() + kMostLabels - 1) / kMostLabels);
   for (qsizetype i = 0; i < labels.size(); i += every) axis->append(labels[i] + QString(i, QChar(0x200B)), qreal(i));
   axis->setGridLineVisible(false);
