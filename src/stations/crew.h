@@ -48,8 +48,8 @@ class Crew {
 
  private:
   struct Post {
-    Post(Place p, std::string command, const DeviceOf& deviceOf)
-        : place(std::move(p)), station(std::move(command), [this, deviceOf] { return deviceOf(place.adapter); }) {}
+    Post(Place p, const std::string& command, const DeviceOf& deviceOf)
+        : place(std::move(p)), station(command, [this, deviceOf] { return deviceOf(place.adapter); }) {}
     Place place;
     Station station;
   };

@@ -23,7 +23,7 @@ std::string lastLine(QByteArray bytes) {
 
 }  // namespace
 
-Station::Station(std::string command, std::function<std::string()> deviceOf)
+Station::Station(const std::string& command, std::function<std::string()> deviceOf)
     : command_(text(command)), deviceOf_(std::move(deviceOf)) {
   platform::keepFromTerminal(process_);
   next_.setSingleShot(true);

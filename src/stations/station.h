@@ -25,7 +25,7 @@ struct Work {
 class Station : public QObject {
  public:
   // `command`: path of kvr. `deviceOf` tells the device of the station's adapter, "" while it is not there.
-  Station(std::string command, std::function<std::string()> deviceOf);
+  Station(const std::string& command, std::function<std::string()> deviceOf);
   ~Station() override;
 
   void start(const Work& work);  // nothing while it runs
