@@ -54,8 +54,8 @@ TEST_F(ProjectRoomTest, BringsBackEveryModelWithItsImagesOptionsAndCounters) {
 
 // The file is as the window of 4.88 has saved it, before there was a package; later lines may be added to it.
 TEST_F(ProjectRoomTest, SavesEveryLineOfAnOlderProgramsProjectAgain) {
-  std::ifstream in(KVR_SOURCE_DIR "/tests/data/project-4.88.KVR", std::ios::binary);
-  const std::string old{std::istreambuf_iterator<char>(in), {}};
+  std::ifstream file(KVR_SOURCE_DIR "/tests/data/project-4.88.KVR", std::ios::binary);
+  const std::string old{std::istreambuf_iterator<char>(file), {}};
   ASSERT_TRUE(open(old));
   save("/again.KVR");
   const auto linesOf = [](const std::string& text) {
