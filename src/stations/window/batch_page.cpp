@@ -268,7 +268,6 @@ void BatchPage::showFigures() {
     rows.push_back({QString::number(failure.runs), text(failure.words)});
   fill(*failures_, rows);
   export_->setEnabled(!content_.batch.name.empty());
-  if (onShown) onShown();
 }
 
 void BatchPage::showDoubts() {

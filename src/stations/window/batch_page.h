@@ -21,7 +21,6 @@ class BatchPage : public QWidget {
   void open(const QString& batch);  // empty: the newest one
   void refreshSoon();               // something has run
   std::function<void()> onBack;
-  std::function<void()> onShown;  // figures are on the page
 
   struct Content {
     std::vector<std::string> names;  // of all batches, the newest first
