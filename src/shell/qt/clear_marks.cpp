@@ -63,6 +63,11 @@ void ClearMarks::drawComplexControl(ComplexControl control, const QStyleOptionCo
   drawEdge(*painter, slider, false);
 }
 
+int ClearMarks::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                          QStyleHintReturn* more) const {
+  return hint == SH_ScrollBar_ContextMenu ? 0 : QProxyStyle::styleHint(hint, option, widget, more);
+}
+
 // Eight tabs side by side on a small screen.
 int ClearMarks::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
   const int usual = QProxyStyle::pixelMetric(metric, option, widget);
