@@ -2,8 +2,10 @@
 // pictures of its pages.
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QElapsedTimer>
 #include <QStyleFactory>
 #include <QTimer>
+#include <algorithm>
 #include <cstdio>
 
 #include "stations/window/stations_window.h"
@@ -14,6 +16,7 @@ namespace {
 
 constexpr int kLimitMs = 180'000;  // a chip never came
 constexpr int kPaintedMs = 300;
+constexpr int kPulseMs = 5;
 
 class Demo {
  public:
@@ -29,6 +32,11 @@ class Demo {
       if (allHaveVerdict()) finish();
     });
     look_.start(50);
+    QObject::connect(&pulse_, &QTimer::timeout, program_.window.get(),
+                     [this] { slowest_ = std::max(slowest_, since_.restart() - kPulseMs); });
+    pulse_.setTimerType(Qt::PreciseTimer);
+    pulse_.start(kPulseMs);
+    since_.start();
     QTimer::singleShot(kLimitMs, program_.window.get(), [this] { finish(); });
   }
   // The page of a batch.
@@ -77,13 +85,17 @@ class Demo {
       passed = passed && tile.counts.passed > 0 && tile.counts.failed == 0;
       std::printf("%s\n", stations::lineOf(tile).c_str());
     }
+    if (pulse_.isActive()) std::printf("A click has waited for at most %lld ms.\n", static_cast<long long>(slowest_));
+    pulse_.stop();
     std::fflush(stdout);
     if (!picture_.isEmpty()) program_.window->grab().save(picture_);
     program_.window->close();
   }
   Program& program_;
   QString picture_;
-  QTimer look_;
+  QTimer look_, pulse_;
+  QElapsedTimer since_;
+  qint64 slowest_ = 0;  // ms, by which a turn of the window was late
   bool done_ = false;
 };
 
