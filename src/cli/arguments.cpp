@@ -18,6 +18,7 @@ constexpr const char* kEnd =
 Arguments::Arguments(std::vector<std::unique_ptr<Command>> commands)
     : app_(kAbout, "kvr"), commands_(std::move(commands)) {
   app_.set_version_flag("--version", "kvr " KVR_VERSION);
+  app_.allow_windows_style_options(false);  // "/path" is a file on every system
   app_.require_subcommand(1);
   app_.fallthrough();  // --json and its like may come after the subcommand, too
   app_.footer(kEnd);
