@@ -7,7 +7,12 @@
 
 namespace kvr::stations {
 
-Crew::Crew(std::string command, DeviceOf deviceOf) : command_(std::move(command)), deviceOf_(std::move(deviceOf)) {}
+constexpr int kBetweenStartsMs = 5;  // starting a process takes about ten: a click comes in between
+
+Crew::Crew(std::string command, DeviceOf deviceOf) : command_(std::move(command)), deviceOf_(std::move(deviceOf)) {
+  starting_.setSingleShot(true);
+  QObject::connect(&starting_, &QTimer::timeout, [this] { startNext(); });
+}
 
 bool Crew::add(Place place) {
   if (posts_.size() >= kMost) return false;
@@ -69,14 +74,23 @@ std::optional<std::size_t> Crew::doubled() const {
 }
 
 void Crew::startAll() {
-  for (auto& post : posts_) post->station.start(work);
+  toStart_ = 0;
+  startNext();
+}
+
+void Crew::startNext() {
+  if (toStart_ >= posts_.size()) return;
+  posts_[toStart_++]->station.start(work);
+  if (toStart_ < posts_.size()) starting_.start(kBetweenStartsMs);
 }
 
 void Crew::stopAll() {
+  starting_.stop();
   for (auto& post : posts_) post->station.stop();
 }
 
 void Crew::finishAll() {
+  starting_.stop();
   for (auto& post : posts_) post->station.finish();
 }
 
@@ -85,7 +99,8 @@ void Crew::adaptersChanged() {
 }
 
 bool Crew::busy() const {
-  return std::any_of(posts_.begin(), posts_.end(), [](const auto& post) { return post->station.busy(); });
+  return starting_.isActive() ||
+         std::any_of(posts_.begin(), posts_.end(), [](const auto& post) { return post->station.busy(); });
 }
 
 std::string findCommand() {

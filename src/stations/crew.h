@@ -1,6 +1,7 @@
 // The stations of a line, at most as many as a screen has tiles for: all get the same work, each has its own adapter.
 #pragma once
 
+#include <QTimer>
 #include <functional>
 #include <memory>
 #include <string>
@@ -37,11 +38,11 @@ class Crew {
   std::optional<std::size_t> doubled() const;
 
   Work work;
-  void startAll();
+  void startAll();  // one after the other, in the turns of the event loop
   void stopAll();
   void finishAll();
   void adaptersChanged();
-  bool busy() const;  // a process is there
+  bool busy() const;  // a process is there, or about to be started
 
   std::function<void(std::size_t index)> changed;
   std::function<void(std::size_t index, signs::Sign)> onVerdict;
@@ -54,9 +55,12 @@ class Crew {
     Station station;
   };
   void connect();
+  void startNext();
   std::string command_;
   DeviceOf deviceOf_;
   std::vector<std::unique_ptr<Post>> posts_;
+  QTimer starting_;
+  std::size_t toStart_ = 0;
 };
 
 // The command beside this program, or the one in PATH; "": there is none.
