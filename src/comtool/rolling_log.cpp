@@ -31,7 +31,8 @@ FileResult RollingLog::start(const std::string& base, const std::string& dateTim
 
 // The oldest file goes before the new one comes. While it cannot be removed the log ends, which keeps it bounded.
 FileResult RollingLog::nextFile() {
-  file_.reset();
+  if (file_) file_->finish();
+  full_ = std::move(file_);
   if (kept_.size() >= limits_.files) {
     const FileResult removed = files_.remove(kept_.front());
     if (removed || !files_.fileExists(kept_.front())) kept_.pop_front();
@@ -77,6 +78,7 @@ FileResult RollingLog::flush() {
 FileResult RollingLog::stop() {
   const FileResult last = flush();
   file_.reset();
+  full_.reset();
   return last;
 }
 

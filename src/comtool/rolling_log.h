@@ -41,6 +41,7 @@ class RollingLog {
 
   platform::FileSystem& files_;
   std::unique_ptr<platform::GrowingFile> file_;
+  std::unique_ptr<platform::GrowingFile> full_;  // the one before, which nobody waits for
   std::deque<std::string> kept_;
   platform::Bytes collected_;
   std::string base_;

@@ -27,6 +27,9 @@ class GrowingFile {
   // Takes the bytes at once and never waits for the disk, where they are a second later. An error, of this or an
   // earlier write, ends the file: nothing more is written.
   [[nodiscard]] virtual FileResult write(std::span<const std::uint8_t> bytes) = 0;
+  // Nothing more will come: what was written goes to the disk without anybody waiting for it, unless the file is
+  // destroyed before it is there.
+  virtual void finish() {}
 };
 
 class FileSystem {

@@ -71,9 +71,8 @@ class WrittenByHelper : public GrowingFile {
  public:
   explicit WrittenByHelper(std::shared_ptr<Shared> shared) : shared_(std::move(shared)) {}
   ~WrittenByHelper() override {
+    finish();
     std::unique_lock lock(shared_->mutex);
-    shared_->closing = true;
-    shared_->changed.notify_all();
     shared_->changed.wait_for(lock, kLastWait, [this] { return shared_->ended; });
   }
   WrittenByHelper(const WrittenByHelper&) = delete;
@@ -87,6 +86,12 @@ class WrittenByHelper : public GrowingFile {
     shared_->queue.insert(shared_->queue.end(), bytes.begin(), bytes.end());
     shared_->changed.notify_all();
     return {};
+  }
+
+  void finish() override {
+    const std::scoped_lock lock(shared_->mutex);
+    shared_->closing = true;
+    shared_->changed.notify_all();
   }
 
  private:
