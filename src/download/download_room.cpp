@@ -8,7 +8,8 @@
 namespace kvr::download {
 
 DownloadRoom::DownloadRoom(RunRoom room, platform::Dialogs& dialogs, const JobPanels& panels, DownloadPanel& panel,
-                           MainControls controls, images::ImageRoom& images, options::OptionsRoom& options)
+                           MainControls controls, images::ImageRoom& images, options::OptionsRoom& options,
+                           BooksDesk& books)
     : room_(room),
       dialogs_(dialogs),
       panels_(panels),
@@ -16,6 +17,7 @@ DownloadRoom::DownloadRoom(RunRoom room, platform::Dialogs& dialogs, const JobPa
       controls_(controls),
       images_(images),
       options_(options),
+      books_(books),
       power_(panel, room_.services.lease, room_.lock) {
   panel_.comDownload[0].onClick = [this] { program(); };
   panel_.comDownload[1].onClick = [this] { programRepeatedly(); };
@@ -118,12 +120,27 @@ std::string DownloadRoom::refusal() {
     if (result == images::ReloadResult::Failed) return "The file could not be loaded again.";
   }
   if (!images_.state.imageValid) return "The file could not be loaded again.";
+  // Before the window's own counters write into the image: the batch compares it.
+  if (std::string clash = numbersClash(); !clash.empty()) return clash;
   if (!images_.counters.armForRun()) return "The serial number could not be written.";
   if (panels_.model.traits().measuresOscillator() && !options_.checkFrequency())
     return "The R/C frequency is out of range.";
+  if (books_.chosen())
+    if (std::string why = books_.open(readJob(panels_, false)); !why.empty()) return why;
   // Stop, or the window's close, while the file was waited for: a run that began now would keep the window open.
   if (stopAsked()) return "Operation stopped. ";
   return {};
+}
+
+std::string DownloadRoom::numbersClash() const {
+  const auto counts = [](const images::ImageSlot* slot) { return slot->counterBox.value(); };
+  const auto both = images_.slots.both();
+  if (!books_.chosen() || std::none_of(both.begin(), both.end(), counts)) return {};
+  return "The batch gives the serial numbers. Switch the window's own serial numbers off.";
+}
+
+std::string DownloadRoom::numberInHand() const {
+  return books_.chosen() ? books_.numberInHand() : images_.counters.numberInHand();
 }
 
 // One chip, with the window's state as it is now: the images carry the next serial number.
@@ -132,8 +149,7 @@ engine::Outcome DownloadRoom::round(Mode mode) {
   job.handOver = mode != Mode::Repeat && wantsPort();
   room_.results.turnRounds.applyTo(job);
   room_.results.begin(engine::RunKind::Chip, job);
-  engine::NoBooks books;
-  const engine::Outcome outcome = engine::ChipRun(job, room_.services, room_.view).program(books);
+  const engine::Outcome outcome = engine::ChipRun(job, room_.services, room_.view).program(books_.books());
   room_.results.turnRounds.note(job, outcome);
   return outcome;
 }
@@ -141,7 +157,7 @@ engine::Outcome DownloadRoom::round(Mode mode) {
 // True: the chip is good, and the images carry the next number.
 bool DownloadRoom::settle(const engine::Outcome& outcome) {
   if (outcome.wrongModel) images_.state.imageValid = false;
-  room_.results.end(outcome, panels_.model.name(), images_.counters.numberInHand());
+  room_.results.end(outcome, panels_.model.name(), numberInHand());
   return outcome.passed() && images_.counters.advanceAfterSuccess();
 }
 

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "download/books_desk.h"
 #include "download/display_panel.h"
 #include "download/download_panel.h"
 #include "download/job_panel.h"
@@ -50,7 +51,7 @@ class PortTaken : private engine::PortHolder {
 class DownloadRoom {
  public:
   DownloadRoom(RunRoom room, platform::Dialogs& dialogs, const JobPanels& panels, DownloadPanel& panel,
-               MainControls controls, images::ImageRoom& images, options::OptionsRoom& options);
+               MainControls controls, images::ImageRoom& images, options::OptionsRoom& options, BooksDesk& books);
 
   void program();            // one chip
   void programRepeatedly();  // one after the other, until a failure or Stop
@@ -71,6 +72,8 @@ class DownloadRoom {
   void run(Mode mode);
   bool prepare();
   std::string refusal();
+  std::string numbersClash() const;
+  std::string numberInHand() const;
   engine::Outcome round(Mode mode);
   bool settle(const engine::Outcome& outcome);
   void countDown();
@@ -84,6 +87,7 @@ class DownloadRoom {
   MainControls controls_;
   images::ImageRoom& images_;
   options::OptionsRoom& options_;
+  BooksDesk& books_;
   PowerArea power_;
   platform::Signal::Token lockToken_;
 };

@@ -20,7 +20,7 @@ MainForm::MainForm(platform::World services, const platform::TextCodec& codec)
       results(world, download, main.textMsg, traces),
       runs{{world.loop, world.clock, lease, stop}, tracedView, results, activity, lock},
       jobPanels{model, download, main.combCommPort, optionsRoom, images},
-      downloads(runs, world.dialogs, jobPanels, download, controls, images, optionsRoom),
+      downloads(runs, world.dialogs, jobPanels, download, controls, images, optionsRoom, noBooks),
       project({world, codec, registry, model, images, optionsRoom, lock, activity}),
       offlineRoom(runs, world.dialogs, jobPanels, images, main.txtDevice, offline),
       comTool({world, lease, activity, lock, tool, {main.combCommPort, main.imgOpen_sys}, codec}),

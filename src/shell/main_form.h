@@ -97,6 +97,7 @@ class MainForm {
   download::ResultsRoom results;
   download::RunRoom runs;
   download::JobPanels jobPanels;
+  download::NoBooksDesk noBooks;
   download::DownloadRoom downloads;
   project::ProjectRoom project;
   offline::OfflineRoom offlineRoom;

@@ -24,7 +24,7 @@ EngineBench::EngineBench(sim::WireConfig wireConfig)
       display(loop, dialogs, controls, options, panel.verdict),
       results(world, panel, textMsg, traces),
       runs{{loop, clock, lease, stop}, tracedView, results, activity, lock},
-      downloads(runs, dialogs, jobPanels, panel, controls, imageRoom, options) {
+      downloads(runs, dialogs, jobPanels, panel, controls, imageRoom, options, noBooks) {
   combCommPort.setItems({"COM1", "COM2", "COM3"});
   combCommPort.setListIndex(0);
   ProgressBar1.setVisible(false);

@@ -77,6 +77,7 @@ class EngineBench : public VirtualWorld {
   download::ResultsRoom results;
   download::RunRoom runs;
   download::JobPanels jobPanels{model, panel, combCommPort, options, imageRoom};
+  download::NoBooksDesk noBooks;
   download::DownloadRoom downloads;
   std::vector<download::RunRecord> records;
   bool terminalWantsPort = false;
