@@ -7,7 +7,7 @@
 
 namespace kvr::batches {
 
-// Of a job whose images carry no running number yet.
+// What the images hold where the running numbers will be does not count.
 records::Fingerprint fingerprintOf(const engine::Job& job, const Layout& layout);
 
 }  // namespace kvr::batches

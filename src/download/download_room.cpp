@@ -120,23 +120,20 @@ std::string DownloadRoom::refusal() {
     if (result == images::ReloadResult::Failed) return "The file could not be loaded again.";
   }
   if (!images_.state.imageValid) return "The file could not be loaded again.";
-  // Before the window's own counters write into the image: the batch compares it.
-  if (std::string clash = numbersClash(); !clash.empty()) return clash;
-  if (!images_.counters.armForRun()) return "The serial number could not be written.";
+  if (!books_.chosen() && !images_.counters.armForRun()) return "The serial number could not be written.";
   if (panels_.model.traits().measuresOscillator() && !options_.checkFrequency())
     return "The R/C frequency is out of range.";
-  if (books_.chosen())
-    if (std::string why = books_.open(readJob(panels_, false)); !why.empty()) return why;
+  if (std::string why = booksRefusal(); !why.empty()) return why;
   // Stop, or the window's close, while the file was waited for: a run that began now would keep the window open.
   if (stopAsked()) return "Operation stopped. ";
   return {};
 }
 
-std::string DownloadRoom::numbersClash() const {
-  const auto counts = [](const images::ImageSlot* slot) { return slot->counterBox.value(); };
-  const auto both = images_.slots.both();
-  if (!books_.chosen() || std::none_of(both.begin(), both.end(), counts)) return {};
-  return "The batch gives the serial numbers. Switch the window's own serial numbers off.";
+std::string DownloadRoom::booksRefusal() {
+  if (!books_.chosen()) return {};
+  std::string why = books_.open(readJob(panels_, false), images_.counters.switchedOn());
+  if (!why.empty()) dialogs_.message(platform::kTitle, why, platform::BoxIcon::Warning);
+  return why;
 }
 
 std::string DownloadRoom::numberInHand() const {
@@ -154,10 +151,11 @@ engine::Outcome DownloadRoom::round(Mode mode) {
   return outcome;
 }
 
-// True: the chip is good, and the images carry the next number.
+// True: the chip is good, and the next one can have its number.
 bool DownloadRoom::settle(const engine::Outcome& outcome) {
   if (outcome.wrongModel) images_.state.imageValid = false;
   room_.results.end(outcome, panels_.model.name(), numberInHand());
+  if (books_.chosen()) return books_.takesMore() && outcome.passed();
   return outcome.passed() && images_.counters.advanceAfterSuccess();
 }
 

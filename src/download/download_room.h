@@ -72,7 +72,7 @@ class DownloadRoom {
   void run(Mode mode);
   bool prepare();
   std::string refusal();
-  std::string numbersClash() const;
+  std::string booksRefusal();
   std::string numberInHand() const;
   engine::Outcome round(Mode mode);
   bool settle(const engine::Outcome& outcome);

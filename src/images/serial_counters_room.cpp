@@ -181,6 +181,13 @@ std::string SerialCounters::numberInHand() const {
   return (code.armed ? code.next : "") + both + (data.armed ? data.next : "");
 }
 
+std::vector<AutoIncrement> SerialCounters::switchedOn() const {
+  std::vector<AutoIncrement> on;
+  for (const ImageSlot* slot : slots_.both())
+    if (slot->counterBox.value()) on.push_back(slot->counter);
+  return on;
+}
+
 void SerialCounters::forgetArmed() {
   for (ImageSlot* slot : slots_.both()) disarm(*slot);
 }

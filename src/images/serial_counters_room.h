@@ -6,6 +6,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "catalogue/selected_model.h"
 #include "images/buffer_view.h"
@@ -30,6 +31,9 @@ class SerialCounters {
 
   // What the chip in hand carries, for a record: the number of each armed counter, code first, a slash between two.
   std::string numberInHand() const;
+
+  // The counters whose box is on, as their boxes were read then.
+  std::vector<AutoIncrement> switchedOn() const;
 
   void forgetArmed();
   // Boxes and buttons of a counter can be used or not; a counter that is on keeps its boxes closed.

@@ -5,13 +5,13 @@ namespace kvr::records {
 const std::vector<FingerprintPart>& fingerprintParts() {
   static const std::vector<FingerprintPart> kParts{
       {"model", "model", &Fingerprint::model},
+      {"numbers", "place of the serial number", &Fingerprint::numbers},  // the sums depend on it
       {"codeSum", "code checksum", &Fingerprint::codeSum},
       {"codeCrc32", "CRC-32 of the code", &Fingerprint::codeCrc32},
       {"dataSum", "EEPROM checksum", &Fingerprint::dataSum},
       {"dataCrc32", "CRC-32 of the EEPROM data", &Fingerprint::dataCrc32},
       {"options", "option bytes", &Fingerprint::options},
       {"frequency", "frequency", &Fingerprint::frequency},
-      {"numbers", "place of the serial number", &Fingerprint::numbers},
   };
   return kParts;
 }

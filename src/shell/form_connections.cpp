@@ -14,6 +14,9 @@ void MainForm::connectEngine() {
   results.writeLog = [this](const download::RunRecord& record) { logRun(record); };
   downloads.wantsPort = [this] { return comTool.autoOpens(); };
   downloads.takePort = [this] { comTool.takePort(); };
+  batches.placeNow = [this] {
+    return portPlace ? portPlace(main.combCommPort.listIndex() + 1) : BatchRoom::Place{main.combCommPort.text(), {}};
+  };
 }
 
 void MainForm::connectFiles() {
@@ -54,6 +57,7 @@ void MainForm::checkConnections() const {
       {"results.writeLog", bool(results.writeLog)},
       {"downloads.wantsPort", bool(downloads.wantsPort)},
       {"downloads.takePort", bool(downloads.takePort)},
+      {"batches.placeNow", bool(batches.placeNow)},
       {"project.applyModel", bool(project.applyModel)},
       {"images.opener.openProject", bool(images.opener.openProject)},
       {"images.watcher.onTrigger", bool(images.watcher.onTrigger)},

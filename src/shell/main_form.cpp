@@ -6,7 +6,7 @@
 
 namespace kvr::shell {
 
-MainForm::MainForm(platform::World services, const platform::TextCodec& codec)
+MainForm::MainForm(platform::World services, const platform::TextCodec& codec, records::RecordDesk& records)
     : tracer(services.loop, services.clock, services.link),
       dialogs(services.dialogs, activity),
       world{services.loop, tracer.link(), dialogs, services.store, services.files, services.clock},
@@ -20,7 +20,8 @@ MainForm::MainForm(platform::World services, const platform::TextCodec& codec)
       results(world, download, main.textMsg, traces),
       runs{{world.loop, world.clock, lease, stop}, tracedView, results, activity, lock},
       jobPanels{model, download, main.combCommPort, optionsRoom, images},
-      downloads(runs, world.dialogs, jobPanels, download, controls, images, optionsRoom, noBooks),
+      batches(records, lock),
+      downloads(runs, world.dialogs, jobPanels, download, controls, images, optionsRoom, batches),
       project({world, codec, registry, model, images, optionsRoom, lock, activity}),
       offlineRoom(runs, world.dialogs, jobPanels, images, main.txtDevice, offline),
       comTool({world, lease, activity, lock, tool, {main.combCommPort, main.imgOpen_sys}, codec}),
@@ -52,6 +53,7 @@ void MainForm::registerControls() {
   userpath.addTo(registry);
   images.panel.addTo(registry);
   project.panel.addTo(registry);
+  batches.panel.addTo(registry);
 }
 
 void MainForm::connectRooms() {

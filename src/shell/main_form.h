@@ -28,6 +28,7 @@
 #include "platform/world.h"
 #include "project/project_room.h"
 #include "shell/areas_room.h"
+#include "shell/batch_room.h"
 #include "shell/main_panel.h"
 #include "shell/model_picker.h"
 #include "shell/notice_room.h"
@@ -43,7 +44,7 @@ class MainForm {
  public:
   static constexpr const char* kCaption = "KVR-ISP.EXE  Version:" KVR_VERSION;
 
-  MainForm(platform::World services, const platform::TextCodec& codec);
+  MainForm(platform::World services, const platform::TextCodec& codec, records::RecordDesk& records);
   MainForm(const MainForm&) = delete;
   MainForm& operator=(const MainForm&) = delete;
 
@@ -97,7 +98,7 @@ class MainForm {
   download::ResultsRoom results;
   download::RunRoom runs;
   download::JobPanels jobPanels;
-  download::NoBooksDesk noBooks;
+  BatchRoom batches;
   download::DownloadRoom downloads;
   project::ProjectRoom project;
   offline::OfflineRoom offlineRoom;
@@ -110,6 +111,9 @@ class MainForm {
   AreasRoom areas;
   NoticeRoom notices;
   PortLine portLine;
+
+  // Which device and adapter a port's number means; without it a record has the number alone.
+  std::function<BatchRoom::Place(int number)> portPlace;
 
   // The window is narrowed to its working pages ("Resume" brings the left column back).
   void shrinkOrResume();

@@ -46,6 +46,9 @@ void addMain(std::vector<SettingBinding>& table) {
   add("PowerSwitchOff", Kind::Number, "500", "txtPowerOff");
   add("BatchLog", Kind::Check, "0", "cheBatchLog");
   add("BatchLogFile", Kind::Text, "", "txtBatchLog");
+  add("Batch", Kind::Text, "", "txtBatch");
+  add("Station", Kind::Text, "", "txtStation");
+  add("Operator", Kind::Text, "", "txtOperator");
   add("KeepTrace", Kind::Check, "1", "cheTrace");
   add("StripOnly", Kind::Check, "0", "cheStripOnly");
 }

@@ -3,12 +3,9 @@
 #include <signal.h>
 #include <sys/resource.h>
 
-#include <QTemporaryDir>
-
-#include "records/qt/qt_record_desk.h"
-#include "records/qt/waiting_rows.h"
 #include "tests/cli/cli_bench.h"
 #include "tests/records/private_server.h"
+#include "tests/records/test_desk.h"
 #include "tests/support/engine_bench.h"
 
 namespace kvr::cli {
@@ -18,19 +15,6 @@ using platform::Millis;
 using records::Places;
 
 constexpr const char* kModel = "Ivy-H20S";
-
-// The books of a test: in its folder, or on its server.
-struct TestDesk : records::QtRecordDesk {
-  explicit TestDesk(const QTemporaryDir& folder)
-      : QtRecordDesk([] { return nullptr; }),
-        place(folder.filePath("records.db").toStdString()),
-        rows(folder.filePath("waiting").toStdString()) {}
-  std::string location() const override { return place; }
-  std::unique_ptr<records::WaitingRoom> waitingFor(const std::string&) const override {
-    return std::make_unique<records::WaitingRows>(rows);
-  }
-  std::string place, rows;
-};
 
 class BatchLine : public testing::Test {
  protected:
@@ -72,7 +56,7 @@ class BatchLine : public testing::Test {
   }
 
   QTemporaryDir folder;
-  TestDesk desk{folder};
+  records::TestDesk desk{folder};
   CliBench bench;
   platform::Bytes image = support::randomBytes(7, 1900);
   std::function<void(std::size_t)> next;

@@ -8,6 +8,7 @@
 
 #include "platform/virtual/plain_codec.h"
 #include "shell/main_form.h"
+#include "tests/support/absent_records.h"
 #include "tests/support/memory_services.h"
 #include "tests/support/no_link.h"
 
@@ -19,7 +20,8 @@ using namespace std::chrono_literals;
 
 class SettingsTest : public ::testing::Test, public support::MemoryServices<> {
  protected:
-  std::unique_ptr<MainForm> make() { return std::make_unique<MainForm>(with(link), codec); }
+  support::AbsentRecords records;
+  std::unique_ptr<MainForm> make() { return std::make_unique<MainForm>(with(link), codec, records); }
   std::unique_ptr<MainForm> start() {
     auto form = make();
     form->load();
@@ -180,7 +182,7 @@ TEST_F(SettingsTest, OfTwoWindowsOnOneFileWriteOnlyWhatChangedInEach) {
   const auto first = start();
   first->settings.saveMainSettings();
   MemoryStore otherStore(store.disk());
-  const auto second = std::make_unique<MainForm>(World{loop, link, dialogs, otherStore, files, clock}, codec);
+  const auto second = std::make_unique<MainForm>(World{loop, link, dialogs, otherStore, files, clock}, codec, records);
   second->load();
   const auto inFile = [&](const char* key) { return store.values().at({"Settings", key}); };
   first->download.txtWrite_OK_Count.setText(" 41");

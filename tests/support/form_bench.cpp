@@ -2,7 +2,8 @@
 
 namespace kvr::support {
 
-FormBench::FormBench(sim::WireConfig wireConfig) : VirtualWorld(std::move(wireConfig)) {
+FormBench::FormBench(sim::WireConfig wireConfig, records::RecordDesk* desk)
+    : VirtualWorld(std::move(wireConfig)), form(world, codec, desk ? *desk : absent) {
   form.load();
 }
 

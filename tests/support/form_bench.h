@@ -5,13 +5,14 @@
 
 #include "platform/virtual/plain_codec.h"
 #include "shell/main_form.h"
+#include "tests/support/absent_records.h"
 #include "tests/support/virtual_world.h"
 
 namespace kvr::support {
 
 class FormBench : public VirtualWorld {
  public:
-  explicit FormBench(sim::WireConfig wireConfig = {});
+  explicit FormBench(sim::WireConfig wireConfig = {}, records::RecordDesk* desk = nullptr);
 
   void select(const std::string& model);
   // Through a file, the button and its dialog.
@@ -23,7 +24,8 @@ class FormBench : public VirtualWorld {
   const std::string& pane() const { return form.main.textMsg.text(); }
 
   platform::PlainCodec codec;
-  shell::MainForm form{world, codec};
+  AbsentRecords absent;
+  shell::MainForm form;
 
  private:
   void open(const char* path, const platform::Bytes& bytes, platform::Button& button);

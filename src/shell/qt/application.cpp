@@ -13,13 +13,23 @@ Application::Application(const std::string& settingsPath)
       ports(store),
       link(loop, [this](int number) { return ports.deviceOf(number); }),
       dialogs(loop),
-      form(platform::World{loop, link, dialogs, store, files, clock}, codec),
+      records([this] { return std::make_unique<platform::QtStore>(store.path()); }),
+      form(platform::World{loop, link, dialogs, store, files, clock}, codec, records),
       portWatch(ports) {
   useClearMarks();
   form.project.openStations = [](const std::string& project) {
     return startStations(QString::fromStdString(project)).toStdString();
   };
+  form.portPlace = [this](int number) { return placeOf(number); };
   form.portLine.deviceOf = [this](int number) { return ports.describe(number); };
+}
+
+// "usb:1a86:7523:SERIAL", as the command names an adapter.
+shell::BatchRoom::Place Application::placeOf(int number) const {
+  const platform::PortEntry& port = ports.map()[static_cast<std::size_t>(number - 1)];
+  if (port.device.empty()) return {"COM" + std::to_string(number), {}};
+  const QString name = QString::fromStdString(port.identity).simplified().replace(QLatin1Char(' '), QLatin1Char(':'));
+  return {port.device, port.usb ? name.toStdString() : std::string()};
 }
 
 Application::~Application() {

@@ -11,6 +11,7 @@
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/qt_serial_link.h"
 #include "platform/qt/qt_store.h"
+#include "records/qt/qt_record_desk.h"
 #include "shell/qt/main_window.h"
 #include "shell/qt/qt_dialogs.h"
 #include "shell/qt/qt_handbook.h"
@@ -36,9 +37,13 @@ class Application {
   platform::QtFiles files;
   platform::QtClock clock;
   platform::IconvCodec codec;
+  records::QtRecordDesk records;
   shell::MainForm form;
   PortWatch portWatch;
   std::unique_ptr<MainWindow> window;
+
+ private:
+  shell::BatchRoom::Place placeOf(int number) const;
 };
 
 }  // namespace kvr::window

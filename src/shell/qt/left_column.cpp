@@ -279,11 +279,23 @@ QLayout* noticeLine(const Maker& maker) {
   return both;
 }
 
+// How far the batch is; there while one is chosen.
+QWidget* batchLine(const Maker& maker) {
+  auto& label = maker.form.batches.panel.labBatch;
+  auto* line = new Note(QStringLiteral("labBatch"));
+  follow(line, label, [line, &label] {
+    line->showNote(qtText(label.caption()), qtText(label.caption()));
+    line->setVisible(label.visible());
+  });
+  return line;
+}
+
 QGroupBox* stepProgram(const Maker& maker) {
   auto& form = maker.form;
   auto* column = new QVBoxLayout;
   column->setSpacing(3);
   column->addLayout(runButtons(maker));
+  column->addWidget(batchLine(maker));
   auto* progress = makeProgress(maker.loop(), form.main.ProgressBar1, QStringLiteral("Progress of the run"));
   auto* kilobytes = maker.label(form.main.labKbyte);
   kilobytes->setMinimumWidth(kilobytes->fontMetrics().averageCharWidth() * 9);
