@@ -25,11 +25,12 @@ Application::Application(const std::string& settingsPath)
 }
 
 // "usb:1a86:7523:SERIAL", as the command names an adapter.
-shell::BatchRoom::Place Application::placeOf(int number) const {
+shell::BatchRoom::Place Application::placeOf(int number) {
+  const std::string device = ports.deviceOf(number);  // looks again when it knows of none
+  if (device.empty()) return {"COM" + std::to_string(number), {}};
   const platform::PortEntry& port = ports.map()[static_cast<std::size_t>(number - 1)];
-  if (port.device.empty()) return {"COM" + std::to_string(number), {}};
   const QString name = QString::fromStdString(port.identity).simplified().replace(QLatin1Char(' '), QLatin1Char(':'));
-  return {port.device, port.usb ? name.toStdString() : std::string()};
+  return {device, port.usb ? name.toStdString() : std::string()};
 }
 
 Application::~Application() {

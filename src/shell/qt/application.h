@@ -43,7 +43,7 @@ class Application {
   std::unique_ptr<MainWindow> window;
 
  private:
-  shell::BatchRoom::Place placeOf(int number) const;
+  shell::BatchRoom::Place placeOf(int number);
 };
 
 }  // namespace kvr::window

@@ -283,6 +283,9 @@ QLayout* noticeLine(const Maker& maker) {
 QWidget* batchLine(const Maker& maker) {
   auto& label = maker.form.batches.panel.labBatch;
   auto* line = new Note(QStringLiteral("labBatch"));
+  QFont weight = line->font();
+  weight.setBold(true);
+  line->setFont(weight);
   follow(line, label, [line, &label] {
     line->showNote(qtText(label.caption()), qtText(label.caption()));
     line->setVisible(label.visible());
