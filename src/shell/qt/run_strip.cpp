@@ -28,19 +28,25 @@ QPushButton* runButton(const Maker& maker, platform::Button& control) {
   return button;
 }
 
-// "Programmed OK: 12", of the counter's box.
+// "Programmed OK: 12", of the counter's box; of a batch that is chosen how far it is.
 class CountLabel : public QLabel {
  public:
-  explicit CountLabel(platform::TextBox& counter) {
+  CountLabel(platform::TextBox& counter, platform::Label& batch) {
     setTextFormat(Qt::PlainText);
     setObjectName(QStringLiteral("strip_count"));
-    const auto show = [this, &counter] { setText(QStringLiteral("Programmed OK: ") + qtText(counter.trimmed())); };
-    token_ = counter.changed.watch(show);
+    setMaximumWidth(fontMetrics().averageCharWidth() * 40);
+    const auto show = [this, &counter, &batch] {
+      const std::string& whole = batch.caption();
+      setText(batch.visible() ? qtText(whole.substr(0, whole.find(". ")))
+                              : QStringLiteral("Programmed OK: ") + qtText(counter.trimmed()));
+      setPlainTip(*this, qtText(whole));
+    };
+    tokens_ = {counter.changed.watch(show), batch.changed.watch(show)};
     show();
   }
 
  private:
-  platform::Signal::Token token_;
+  std::vector<platform::Signal::Token> tokens_;
 };
 
 // While the strip is alone, the button among the tabs is not there.
@@ -95,7 +101,7 @@ QWidget* makeRunStrip(const Maker& maker) {
   auto* kilobytes = renamed(maker.label(main.labKbyte));
   kilobytes->setMinimumWidth(kilobytes->fontMetrics().averageCharWidth() * 9);
   auto* buttons = row({runButton(maker, download.comDownload[0]), runButton(maker, download.comStop_Download),
-                       new CountLabel(download.txtWrite_OK_Count), nullptr});
+                       new CountLabel(download.txtWrite_OK_Count, maker.form.batches.panel.labBatch), nullptr});
   buttons->addSpacing(12);
   buttons->addWidget(maker.check(main.cheStripOnly));
   buttons->addWidget(wayBack(maker));
