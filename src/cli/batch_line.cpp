@@ -42,7 +42,8 @@ Problem BatchLine::start(JobSource& source) {
   const auto found = open_.store->batch(arguments_.batch);
   if (!found.ok()) return problemOf(found.fault);
   const batches::Layout layout = own_.empty() ? batches::layoutOf(found.value.job.numbers) : own_;
-  if (const std::string why = records::refusalOf(found.value, batches::fingerprintOf(source.job, layout)); !why.empty())
+  const records::Fingerprint job = batches::fingerprintOf(source.job, layout);
+  if (const std::string why = records::closedOrOtherJob(found.value, job); !why.empty())
     return {ExitCode::Refused, why, "`kvr batch show` tells what the batch is."};
   books_ = std::make_unique<batches::BatchBooks>(batches::Shelf{*open_.store, *open_.waiting, desk_.records}, bench(),
                                                  layout);
@@ -54,7 +55,7 @@ void BatchLine::tell(const records::Batch& batch) {
   desk_.out.result("batch", batchFields(batch), "Batch " + batch.name + ": " + stateText(batch));
 }
 
-Onward BatchLine::next(JobSource&) {
+Problem BatchLine::next(JobSource&) {
   const auto now = open_.store->batch(arguments_.batch);
   if (!now.ok()) {  // the chip has its row; the next one tells whether the store is there again
     desk_.out.note(now.fault.words);
@@ -63,12 +64,27 @@ Onward BatchLine::next(JobSource&) {
   tell(now.value);
   if (books_->waiting() > 0)
     desk_.out.note(std::to_string(books_->waiting()) + " results on this computer wait for the record store.");
-  return {.problem = {}, .full = now.value.wanted && now.value.places.spent >= *now.value.wanted};
+  return {};
+}
+
+RoomSeen BatchLine::room() {
+  const auto now = open_.store->batch(arguments_.batch);
+  return now.ok() ? RoomSeen{records::roomIn(now.value), records::fullText(now.value)} : RoomSeen{};
+}
+
+bool BatchLine::roomAtAGlance() {
+  const auto now = open_.store->glance(arguments_.batch);
+  return !now.ok() || records::roomIn(now.value) == records::Room::Now;
 }
 
 engine::BooksAnswer BatchLine::claim(engine::Job& job) {
   engine::BooksAnswer answer = books_->claim(job);
   if (answer.fine()) desk_.out.result("number", {{"number", books_->inHand()}, {"place", books_->place() + 1}}, {});
+  turnedAway_ = false;
+  if (answer.fault != engine::BooksFault::Refused) return answer;
+  const RoomSeen seen = room();
+  turnedAway_ = seen.room != records::Room::Now;
+  if (turnedAway_) desk_.out.result("full", fullFields(seen, true), {});
   return answer;
 }
 

@@ -27,7 +27,10 @@ class BatchLine : public Numbering, public engine::RunBooks {
 
   [[nodiscard]] Problem start(JobSource& source) override;
   std::string inHand() const override { return books_ ? books_->inHand() : std::string(); }
-  [[nodiscard]] Onward next(JobSource& source) override;
+  [[nodiscard]] Problem next(JobSource& source) override;
+  [[nodiscard]] RoomSeen room() override;
+  [[nodiscard]] bool roomAtAGlance() override;
+  bool turnedAway() const override { return turnedAway_; }
 
   engine::BooksAnswer claim(engine::Job& job) override;
   engine::BooksAnswer record(const engine::Outcome& outcome) override;
@@ -41,6 +44,7 @@ class BatchLine : public Numbering, public engine::RunBooks {
   batches::Layout own_;
   OpenBooks open_;
   std::unique_ptr<batches::BatchBooks> books_;
+  bool turnedAway_ = false;
 };
 
 }  // namespace kvr::cli

@@ -4,13 +4,20 @@
 #include <string>
 
 #include "cli/job_source.h"
+#include "cli/value.h"
+#include "records/batch.h"
 
 namespace kvr::cli {
 
-struct Onward {
-  Problem problem;    // why no further chip can be programmed
-  bool full = false;  // there is no further chip to program
+struct RoomSeen {
+  records::Room room = records::Room::Now;
+  std::string words;  // how full it is
 };
+
+// Of the event "full". `chipLeft`: a chip has answered, and is as it was.
+inline Fields fullFields(const RoomSeen& seen, bool chipLeft) {
+  return {{"why", seen.words}, {"final", seen.room == records::Room::Never}, {"chipLeft", chipLeft}};
+}
 
 class Numbering {
  public:
@@ -22,8 +29,14 @@ class Numbering {
   // Before the first chip. A problem: there can be none.
   [[nodiscard]] virtual Problem start(JobSource& source) = 0;
   virtual std::string inHand() const = 0;  // of this chip, or the last one; empty: it has none
-  // After a chip that passed; tells the user how it goes on.
-  [[nodiscard]] virtual Onward next(JobSource& source) = 0;
+  // After a chip that passed; tells the user how it goes on. A problem: no further one can be programmed.
+  [[nodiscard]] virtual Problem next(JobSource& source) = 0;
+  // Whether there is a number for another chip. What cannot be known is no reason to wait: the chip's claim tells it.
+  [[nodiscard]] virtual RoomSeen room() { return {}; }
+  // The last chip was turned away, as it was: there was no number for it.
+  virtual bool turnedAway() const { return false; }
+  // Room at once, for while a chip is awaited.
+  [[nodiscard]] virtual bool roomAtAGlance() { return true; }
 };
 
 }  // namespace kvr::cli

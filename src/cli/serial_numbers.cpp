@@ -144,11 +144,11 @@ Problem OwnNumbering::start(JobSource& source) {
   return numbers_.start(source, std::move(counters));
 }
 
-Onward OwnNumbering::next(JobSource& source) {
-  Onward onward{.problem = numbers_.advance(source)};
+Problem OwnNumbering::next(JobSource& source) {
+  Problem problem = numbers_.advance(source);
   const std::string next = numbers_.inHand();
   if (!next.empty()) out_.result("serial", {{"next", next}}, "Next serial number: " + next);
-  return onward;
+  return problem;
 }
 
 }  // namespace kvr::cli

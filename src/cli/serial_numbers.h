@@ -51,7 +51,7 @@ class OwnNumbering : public Numbering {
   OwnNumbering(Output& out, const SerialArguments& arguments, bool yes) : out_(out), arguments_(arguments), yes_(yes) {}
   [[nodiscard]] Problem start(JobSource& source) override;
   std::string inHand() const override { return numbers_.inHand(); }
-  [[nodiscard]] Onward next(JobSource& source) override;
+  [[nodiscard]] Problem next(JobSource& source) override;
 
  private:
   Output& out_;

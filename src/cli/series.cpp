@@ -1,5 +1,7 @@
 #include "cli/series.h"
 
+#include <utility>
+
 #include "cli/checks.h"
 
 #include "cli/outcome_text.h"
@@ -9,6 +11,7 @@ namespace kvr::cli {
 namespace {
 
 constexpr double kLongestDelay = 86400;
+constexpr platform::Millis kLookAgain{500};  // whether others have taken the last numbers
 
 std::string folderOf(const std::string& path) {
   const std::size_t slash = path.find_last_of('/');
@@ -39,24 +42,52 @@ ExitCode Series::program(const Run& run) {
   if (const Problem problem = numbers_.start(source_)) return fail(desk_, problem.code, problem.why, problem.next);
   if (!arguments_.log.empty() && !desk_.files.folderExists(folderOf(desk_.files.absolute(arguments_.log))))
     return fail(desk_, ExitCode::File, "There is no folder for the log: " + arguments_.log);
-  ExitCode worst = ExitCode::Passed;
-  for (int left = arguments_.count.value_or(1);;) {
-    const ExitCode code = programOne(run);
-    if (code == ExitCode::PassedInPart) worst = code;
-    if (code != ExitCode::Passed && code != ExitCode::PassedInPart) return code;
-    if (full_ || (!arguments_.forever && --left == 0)) return worst;
+  while (true) {
+    if (const auto end = awaitRoom()) return *end;
+    const std::optional<ExitCode> code = programOne(run);
+    if (!code || (arguments_.forever && numbers_.turnedAway())) continue;
+    if (*code == ExitCode::PassedInPart) worst_ = *code;
+    if (*code != ExitCode::Passed && *code != ExitCode::PassedInPart) return *code;
+    if (++passed_ == arguments_.count.value_or(1) && !arguments_.forever) return worst_;
+    if (const auto end = awaitRoom()) return *end;
     if (const ExitCode cut = changeChip(); cut != ExitCode::Passed) return cut;
   }
 }
 
-ExitCode Series::programOne(const Run& run) {
+// Nothing: a chip may come. Else there is no number for a further one, or the command was ended, and this is its code.
+std::optional<ExitCode> Series::awaitRoom() {
+  desk_.stopper.chipInHand(false);
+  for (std::string told; desk_.stopper.pending() == Cut::None;) {
+    const RoomSeen seen = numbers_.room();
+    if (seen.room == records::Room::Now) return std::nullopt;
+    const bool inVain = seen.room == records::Room::Never && passed_ == 0;
+    if (std::exchange(told, seen.words) != seen.words)
+      desk_.out.result("full", fullFields(seen, false), inVain ? std::string() : seen.words);
+    if (inVain) return fail(desk_, ExitCode::Refused, seen.words, "`kvr batch show` tells what the batch is.");
+    if (seen.room == records::Room::Never) return worst_;
+    if (!engine::pause(desk_.services(), kLookAgain)) break;
+  }
+  return fail(desk_, exitCodeOf(desk_.stopper.pending()), "Stopped between two chips.");
+}
+
+// Nothing: no chip has come before others had the last numbers.
+std::optional<ExitCode> Series::programOne(const Run& run) {
+  platform::Timer look(
+      desk_.loop,
+      [this] {
+        if (!desk_.stopper.hasChip() && !numbers_.roomAtAGlance()) desk_.stopper.endWait();
+      },
+      platform::Timer::Kind::Periodic);
+  look.setInterval(kLookAgain);
+  look.start();
   const engine::Outcome outcome = run(source_.job);
+  look.stop();
+  if (desk_.stopper.takeWaitEnded() && !outcome.chip && desk_.stopper.cut() == Cut::None) return std::nullopt;
   const ExitCode code = writeLog(outcome, tellOutcome(desk_, console_, source_.job, outcome, numbers_.inHand()));
   if (!outcome.passed()) return code;
-  const Onward onward = numbers_.next(source_);
-  full_ = onward.full;
-  if (!onward.problem) return code;
-  return fail(desk_, onward.problem.code, onward.problem.why + " No further chip is programmed.", onward.problem.next);
+  const Problem problem = numbers_.next(source_);
+  if (!problem) return code;
+  return fail(desk_, problem.code, problem.why + " No further chip is programmed.", problem.next);
 }
 
 // What has become of a chip that nobody recorded is not known on the next day, so the line ends here.

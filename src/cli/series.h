@@ -31,11 +31,13 @@ class Series {
   Series(const Desk& desk, const SeriesArguments& arguments, JobSource& source, RunConsole& console, Numbering& numbers)
       : desk_(desk), arguments_(arguments), source_(source), console_(console), numbers_(numbers) {}
 
-  // Ends after the last chip that was asked for or that there is a number for, or the first one that does not pass.
+  // Ends after the last chip that was asked for or that there is a number for, or the first one that does not pass. While
+  // there may be a number later, no chip is touched.
   [[nodiscard]] ExitCode program(const Run& run);
 
  private:
-  ExitCode programOne(const Run& run);
+  std::optional<ExitCode> awaitRoom();
+  std::optional<ExitCode> programOne(const Run& run);
   ExitCode writeLog(const engine::Outcome& outcome, ExitCode code);
   ExitCode changeChip();
   const Desk& desk_;
@@ -43,7 +45,8 @@ class Series {
   JobSource& source_;
   RunConsole& console_;
   Numbering& numbers_;
-  bool full_ = false;
+  int passed_ = 0;
+  ExitCode worst_ = ExitCode::Passed;
 };
 
 }  // namespace kvr::cli

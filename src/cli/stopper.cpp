@@ -1,5 +1,7 @@
 #include "cli/stopper.h"
 
+#include <utility>
+
 namespace kvr::cli {
 
 void Stopper::end(Cut cut) {
@@ -17,6 +19,18 @@ void Stopper::endAfterChip(Cut cut) {
 void Stopper::chipInHand(bool inHand) {
   chipInHand_ = inHand;
   if (!inHand && afterChip_) end(later_);
+}
+
+void Stopper::endWait() {
+  if (chipInHand_ || pending() != Cut::None) return;
+  waitEnded_ = true;
+  stop.request();
+  lease_.close();
+}
+
+bool Stopper::takeWaitEnded() {
+  if (waitEnded_ && cut_ == Cut::None) stop.clear();
+  return std::exchange(waitEnded_, false);
 }
 
 }  // namespace kvr::cli

@@ -18,6 +18,11 @@ class Stopper {
   // The same when a chip has answered; while none has, there is nothing to finish.
   void endAfterChip(Cut cut);
   void chipInHand(bool inHand);
+  bool hasChip() const { return chipInHand_; }
+  // The wait for a chip ends while none has answered, and the command goes on.
+  void endWait();
+  // Whether a wait has ended like that. Another run may begin then.
+  bool takeWaitEnded();
   Cut cut() const { return cut_; }
   // Why nothing more may begin.
   Cut pending() const { return cut_ == Cut::None ? later_ : cut_; }
@@ -30,6 +35,7 @@ class Stopper {
   Cut later_ = Cut::None;
   bool chipInHand_ = false;
   bool afterChip_ = false;
+  bool waitEnded_ = false;
 };
 
 }  // namespace kvr::cli

@@ -24,17 +24,30 @@ std::string differenceOf(const Fingerprint& batch, const Fingerprint& job) {
   return {};
 }
 
-std::string refusalOf(const Batch& batch, const Fingerprint& job) {
-  if (!batch.closed.empty()) return "The batch \"" + batch.name + "\" is closed.";
-  const std::string difference = differenceOf(batch.job, job);
-  if (!difference.empty()) return "This is not the job of the batch \"" + batch.name + "\": " + difference + ".";
-  const std::int64_t taken = batch.places.given - batch.places.free;
-  if (!batch.wanted || taken < *batch.wanted) return {};
+Room roomIn(const Batch& batch) {
+  const Places& places = batch.places;
+  if (!batch.wanted || places.given - places.free < *batch.wanted) return Room::Now;
+  return places.spent + places.inDoubt < *batch.wanted ? Room::Later : Room::Never;
+}
+
+std::string fullText(const Batch& batch) {
   std::string words = "The batch \"" + batch.name + "\" is full: " + std::to_string(batch.places.spent) + " of " +
-                      std::to_string(*batch.wanted) + " done";
+                      std::to_string(batch.wanted.value_or(0)) + " done";
   if (batch.places.reserved > 0) words += ", " + std::to_string(batch.places.reserved) + " in work";
   if (batch.places.inDoubt > 0) words += ", " + std::to_string(batch.places.inDoubt) + " in doubt";
   return words + ".";
+}
+
+std::string closedOrOtherJob(const Batch& batch, const Fingerprint& job) {
+  if (!batch.closed.empty()) return "The batch \"" + batch.name + "\" is closed.";
+  const std::string difference = differenceOf(batch.job, job);
+  if (difference.empty()) return {};
+  return "This is not the job of the batch \"" + batch.name + "\": " + difference + ".";
+}
+
+std::string refusalOf(const Batch& batch, const Fingerprint& job) {
+  const std::string why = closedOrOtherJob(batch, job);
+  return why.empty() && roomIn(batch) != Room::Now ? fullText(batch) : why;
 }
 
 std::string textOf(const std::vector<std::int64_t>& numbers) {

@@ -66,6 +66,14 @@ struct Batch {
   std::int64_t done() const { return passed + passedInPart; }
 };
 
+// Whether a chip more has a place in the batch. Later: not now, but others have the last ones in work, and one may come
+// back. Never: all are spent, or in doubt until a person settles them.
+enum class Room { Now, Later, Never };
+Room roomIn(const Batch& batch);
+// How full it is: "The batch "B7" is full: 198 of 200 done, 2 in work."
+std::string fullText(const Batch& batch);
+// Why the batch takes no chip with this job, whether it is full or not; empty: it does.
+std::string closedOrOtherJob(const Batch& batch, const Fingerprint& job);
 // Why the batch takes no further chip with this job, in words; empty: it does.
 std::string refusalOf(const Batch& batch, const Fingerprint& job);
 

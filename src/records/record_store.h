@@ -46,6 +46,8 @@ class RecordStore {
   virtual StoreFault addBatch(const NewBatch& batch) = 0;
   virtual StoreFault closeBatch(const std::string& name) = 0;
   virtual Stored<Batch> batch(const std::string& name) = 0;
+  // The same at once, waiting for nobody; a place whose station has just died is still in work there.
+  virtual Stored<Batch> glance(const std::string& name) = 0;
   virtual Stored<std::vector<Batch>> batches() = 0;  // the newest first
 
   // A place for the chip that `station` has in its hands. Refused when the batch is closed or full, or its job differs.

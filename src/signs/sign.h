@@ -3,7 +3,7 @@
 
 namespace kvr::signs {
 
-enum class Sign { Ready, Waiting, Working, Pass, PassInPart, Fail };
+enum class Sign { Ready, Waiting, Working, BatchFull, Pass, PassInPart, Fail };
 
 constexpr const char* wordOf(Sign sign) {
   switch (sign) {
@@ -11,6 +11,8 @@ constexpr const char* wordOf(Sign sign) {
       return "WAITING";
     case Sign::Working:
       return "WORKING";
+    case Sign::BatchFull:
+      return "BATCH FULL";
     case Sign::Pass:
       return "PASS";
     case Sign::PassInPart:

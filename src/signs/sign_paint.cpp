@@ -7,7 +7,8 @@
 namespace kvr::signs {
 namespace {
 
-// Ready: a ring. Waiting: an hourglass. Working: an arrow down. Pass: a tick; in part: in a broken ring. Fail: a cross.
+// Ready: a ring. Waiting: an hourglass. Working: an arrow down. Batch full: a full crate. Pass: a tick; in part: in a
+// broken ring. Fail: a cross.
 QPainterPath shapeOf(Sign sign, const QRectF& box) {
   const auto at = [&](qreal fx, qreal fy) { return QPointF(box.x() + fx * box.width(), box.y() + fy * box.height()); };
   const auto lines = [&](QPainterPath& path, std::initializer_list<QPointF> points) {
@@ -35,6 +36,10 @@ QPainterPath shapeOf(Sign sign, const QRectF& box) {
     case Sign::Working:
       lines(path, {at(0.5, 0.06), at(0.5, 0.9)});
       lines(path, {at(0.14, 0.56), at(0.5, 0.92), at(0.86, 0.56)});
+      break;
+    case Sign::BatchFull:
+      lines(path, {at(0.06, 0.1), at(0.06, 0.92), at(0.94, 0.92), at(0.94, 0.1)});
+      for (const double y : {0.22, 0.44, 0.66}) lines(path, {at(0.28, y), at(0.72, y)});
       break;
     case Sign::Ready:
       path.addEllipse(box.adjusted(box.width() * 0.12, box.height() * 0.12, -box.width() * 0.12, -box.height() * 0.12));
@@ -65,6 +70,8 @@ SignColours coloursOf(Sign sign) {
       return {QColor(0xff, 0xc1, 0x07), QColor(0x1a, 0x1a, 0x1a)};
     case Sign::Working:
       return {QColor(0x0b, 0x5e, 0xd7), Qt::white};
+    case Sign::BatchFull:
+      return {QColor(0x5a, 0x3d, 0x8a), Qt::white};
     case Sign::Pass:
       return {QColor(0x0f, 0x7b, 0x2f), Qt::white};
     case Sign::PassInPart:

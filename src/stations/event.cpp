@@ -26,7 +26,8 @@ std::optional<Event> readEvent(std::string_view line) {
               .why = textOf(object, "why"),
               .next = textOf(object, "next"),
               .number = {},
-              .answered = object.contains(QLatin1String("chip"))};
+              .answered = object.contains(QLatin1String("chip")),
+              .chipLeft = object.value(QLatin1String("chipLeft")).toBool()};
   event.dataSeconds = object.value(QLatin1String("spent")).toObject().value(QLatin1String("program")).toDouble();
   event.number = textOf(object, event.name == "outcome" ? "serial" : "number");
   return event;

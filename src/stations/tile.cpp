@@ -8,7 +8,7 @@ namespace {
 using signs::Sign;
 
 // What kvr ends with.
-constexpr int kPassed = 0, kChipFailed = 1, kPort = 3, kOtherModel = 5, kPassedInPart = 8;
+constexpr int kPassed = 0, kChipFailed = 1, kPort = 3, kOtherModel = 5, kRefused = 7, kPassedInPart = 8;
 
 struct StageWords {
   const char* stage;
@@ -35,6 +35,17 @@ void enter(Tile& tile, const std::string& stage) {
   tile.sign = Sign::Waiting;
   tile.words = "Switch the next chip on";
   tile.number.clear();
+  tile.chipLeft = false;
+}
+
+// Nothing is wrong: there is no chip to program, or none until one of another station fails.
+void fill(Tile& tile, const Event& event) {
+  if (signs::isVerdict(tile.sign)) tile.last = tile.sign;
+  tile.sign = Sign::BatchFull;
+  tile.words = event.why;
+  tile.fraction = -1;
+  tile.number.clear();
+  tile.chipLeft = tile.chipLeft || event.chipLeft;
 }
 
 void pass(Tile& tile, Sign sign) {
@@ -52,6 +63,7 @@ void fail(Tile& tile, const std::string& why) {
 
 // A run that a chip has not answered to says nothing of any chip.
 void takeOutcome(Tile& tile, const Event& event) {
+  if (tile.sign == Sign::BatchFull) return;  // of the chip that was left as it was
   tile.fraction = -1;
   tile.dataSeconds = event.dataSeconds;
   if (!event.number.empty()) tile.number = event.number;
@@ -81,6 +93,7 @@ void take(Tile& tile, const Event& event) {
     enter(tile, event.stage);
     tile.fraction = event.fraction;
   }
+  if (event.name == "full") return fill(tile, event);
   if (event.name == "number") tile.number = event.number;
   if (event.name == "outcome") return takeOutcome(tile, event);
   // It comes after the outcome and says more; a stop between two chips leaves the last verdict as it is.
@@ -94,14 +107,15 @@ Follow takeEnd(Tile& tile, const ProcessEnd& end, bool handsFree) {
   const bool portLost = !end.crashed && end.code == kPort;
   const bool complete = !end.crashed && (end.code == kPassed || end.code == kPassedInPart);
   const bool chipFailed = !end.crashed && (end.code == kChipFailed || end.code == kOtherModel);
+  const bool turnedAway = !end.crashed && end.code == kRefused;
   if (chipInHand) {  // the chip has got an unknown part
     fail(tile, textOf(end) + " The chip in hand is not good.");
     ++tile.counts.failed;
-  } else if (complete && !end.asked) {
-    tile.words = "The batch is full.";
-  } else if (!end.asked && !portLost && !chipFailed) {
+  } else if (tile.sign == Sign::BatchFull && (complete || turnedAway) && !end.asked) {
+    return Follow::Rest;
+  } else if (!end.asked && !portLost && !chipFailed && !complete) {
     fail(tile, tile.sign == Sign::Fail ? tile.lastFailure : textOf(end));
-  } else if (tile.sign == Sign::Waiting) {
+  } else if (tile.sign == Sign::Waiting || tile.sign == Sign::BatchFull) {
     tile.sign = Sign::Ready;
     tile.words.clear();
   }

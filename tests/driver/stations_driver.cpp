@@ -55,11 +55,17 @@ class Demo {
   void signs() {
     for (std::size_t i = 0; i < program_.crew.size(); ++i) {
       stations::Tile tile = program_.crew.station(i).tile();
-      tile.sign = static_cast<signs::Sign>(i % 6);
+      tile.sign = static_cast<signs::Sign>(i % 7);
       if (tile.sign == signs::Sign::Waiting) tile.last = i > 6 ? signs::Sign::Fail : signs::Sign::Pass;
       tile.adapterGone = i == 12;
       tile.running = tile.sign != signs::Sign::Ready && tile.sign != signs::Sign::Fail;
       tile.words = tile.sign == signs::Sign::Working ? "Programming" : "Switch the next chip on";
+      if (tile.sign == signs::Sign::BatchFull) {
+        tile.running = i > 6;
+        tile.words = "The batch \"B7\" is full: 198 of 200 done, 2 in work.";
+        tile.last = signs::Sign::Pass;
+        tile.chipLeft = i > 6;
+      }
       tile.fraction = tile.sign == signs::Sign::Working ? 0.47 : -1;
       tile.number = tile.sign == signs::Sign::Working ? "10042" : "";
       if (tile.sign == signs::Sign::Fail) tile.lastFailure = "Programing failed: block 12 was not confirmed";

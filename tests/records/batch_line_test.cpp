@@ -75,6 +75,30 @@ TEST_F(BatchLine, GivesEachChipANumberOfItsOwnAndEndsWhenTheBatchIsFull) {
   EXPECT_TRUE(bench.writes(",262,Ivy-H20S,")) << bench.streams.written;
 }
 
+TEST_F(BatchLine, LeavesChipsAloneWhileOthersHaveTheLastPlacesAndGoesOnWhenOneComesBack) {
+  addBatch("--wanted 2");
+  const auto other = std::move(desk.open(desk.place).value);
+  std::vector<records::Reservation> theirs;
+  bench.loop.after(Millis(2000), [&] {
+    for (int i = 0; i < 2; ++i) theirs.push_back(other->reserve("B7", "right", batch().job).value);
+  });
+  bench.loop.after(Millis(3000), [&] { bench.insertModel(kModel); });  // which nobody touches until 9 s
+  bench.loop.after(Millis(9000), [&] {
+    EXPECT_EQ(bench.link.opens, 1);
+    EXPECT_EQ(bench.chip->erases(), 0);
+    EXPECT_TRUE(bench.writes("is full: 0 of 2 done, 2 in work.")) << bench.streams.written;
+    EXPECT_TRUE(other->giveBack(theirs[0], {.run = theirs[0].run, .batch = "B7"}).none());
+  });
+  bench.loop.after(Millis(40000), [&] {
+    EXPECT_TRUE(
+        other->spend(theirs[1], {.run = theirs[1].run, .batch = "B7", .verdict = records::Verdict::Passed}).none());
+  });
+  EXPECT_EQ(program("--forever"), 0) << bench.streams.told;
+  EXPECT_EQ(numberOnChip(), 258);
+  EXPECT_GE(bench.loop.now(), platform::Millis(40000)) << "a place might have come back";
+  EXPECT_EQ(batch().places, (Places{.given = 2, .spent = 2}));
+}
+
 TEST_F(BatchLine, AFailedChipAndAStoppedOneLeaveTheirNumberToTheNext) {
   addBatch();
   chips({true});

@@ -21,7 +21,7 @@ stations::Place placeOf(const std::string& word, std::size_t index) {
 bool sameButProgress(stations::Tile a, const stations::Tile& b) {
   a.fraction = b.fraction;
   return a.sign == b.sign && a.words == b.words && a.number == b.number && a.counts == b.counts &&
-         a.running == b.running && a.adapterGone == b.adapterGone;
+         a.running == b.running && a.adapterGone == b.adapterGone && a.chipLeft == b.chipLeft;
 }
 
 Fields fieldsOf(const stations::Tile& tile) {
@@ -34,6 +34,7 @@ Fields fieldsOf(const stations::Tile& tile) {
           {"passedInPart", std::int64_t{tile.counts.inPart}},
           {"failed", std::int64_t{tile.counts.failed}},
           {"lastFailure", tile.lastFailure},
+          {"chipLeft", tile.chipLeft},
           {"running", tile.running}};
 }
 

@@ -46,6 +46,17 @@ Stored<Batch> SqlStore::batch(const std::string& name) {
   return stored;
 }
 
+Stored<Batch> SqlStore::glance(const std::string& name) {
+  Stored<Batch> stored;
+  stored.fault = link_->look([&]() -> StoreFault {
+    const std::optional<Batch> found = read(text(name), false);
+    if (!found) return noBatch(name);
+    stored.value = *found;
+    return {};
+  });
+  return stored;
+}
+
 Stored<std::vector<Batch>> SqlStore::batches() {
   Stored<std::vector<Batch>> stored;
   stored.fault = link_->look([&]() -> StoreFault {

@@ -13,6 +13,7 @@ class SqlStore : public RecordStore {
   StoreFault addBatch(const NewBatch& batch) override;
   StoreFault closeBatch(const std::string& name) override;
   Stored<Batch> batch(const std::string& name) override;
+  Stored<Batch> glance(const std::string& name) override;
   Stored<std::vector<Batch>> batches() override;
   Stored<Reservation> reserve(const std::string& batch, const std::string& station, const Fingerprint& job) override;
   StoreFault spend(const Reservation& place, const RunRow& row) override;

@@ -42,7 +42,7 @@ void TileSign::paintBand(QPainter& painter, const QRectF& band) {
 void TileSign::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   QRectF area(rect());
-  const bool awaits = sign_ == signs::Sign::Waiting || sign_ == signs::Sign::Ready;
+  const bool awaits = sign_ < signs::Sign::Pass && sign_ != signs::Sign::Working;
   if (!remark_.isEmpty() || (awaits && signs::isVerdict(last_))) {
     const QRectF band(area.left(), area.bottom() - area.height() * kBand, area.width(), area.height() * kBand);
     area.setBottom(band.top() - 3);

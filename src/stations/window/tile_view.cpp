@@ -18,6 +18,12 @@ QString countsText(const stations::Counts& counts) {
   return line + QStringLiteral("  %1 FAIL").arg(counts.failed);
 }
 
+QString remarkOf(const stations::Tile& tile) {
+  return tile.adapterGone ? QStringLiteral("ADAPTER GONE")
+         : tile.chipLeft  ? QStringLiteral("THIS CHIP WAS NOT PROGRAMMED")
+                          : QString();
+}
+
 QString wordsText(const stations::Tile& tile) {
   QString line = tile.words == tile.lastFailure ? QString() : text(tile.words);
   if (tile.fraction >= 0) line += QStringLiteral(" %1 %").arg(static_cast<int>(tile.fraction * 100));
@@ -118,7 +124,7 @@ void TileView::show(const stations::Tile& tile) {
   for (QAction* action : {rename_, remove_}) action->setEnabled(!running_);
   port_->setEnabled(!running_);
   run_->setText(running_ ? QStringLiteral("Stop") : QStringLiteral("Start"));
-  sign_->show(tile.sign, tile.last, tile.adapterGone ? QStringLiteral("ADAPTER GONE") : QString());
+  sign_->show(tile.sign, tile.last, remarkOf(tile));
   progress_->setValue(tile.fraction < 0 ? 0 : static_cast<int>(tile.fraction * 1000));
   words_->setText(wordsText(tile));
   counts_->setText(countsText(tile.counts));
