@@ -75,7 +75,7 @@ std::vector<PlanLine> planLines(const Job& job, const JobPlan& plan) {
   if (!plan.refusal.empty()) lines.push_back({"Cannot start", plan.refusal, true});
   lines.push_back({"Model", job.model.name()});
   for (const PlannedSend& send : plan.sends)
-    lines.push_back({send.data ? "Sends data" : "Sends code", sendText(send, job.model.blockSize)});
+    if (send.bytes > 0) lines.push_back({send.data ? "Sends data" : "Sends code", sendText(send, job.model.blockSize)});
   appendWarnings(lines, plan);
   lines.push_back({"Erases", eraseText(plan.erase)});
   appendOptions(lines, plan);

@@ -36,6 +36,21 @@ class Photographer {
     form.areas.toggle(shell::Area::Lower);
     shoot(QStringLiteral("tall-none"));
   }
+  // What the view marks: changed bytes, gaps, what a second file has otherwise, a selection, the serial number.
+  void hexMarks() {
+    auto& slot = program_.form.images.slots.code;
+    auto other = slot.buffer.held();
+    for (const std::size_t at : {0x3022, 0x3023, 0x3031, 0x3056}) other.bytes[at] ^= 0x5A;
+    slot.buffer.edit(0x3030, std::vector<std::uint8_t>{0xDE, 0xAD, 0xBE, 0xEF});
+    slot.buffer.takeIn(0x3000, 0x30FF);
+    slot.pane.model.compareWith("other.hex", std::move(other));
+    slot.pane.model.setField({0x3048, 0x304F});
+    slot.pane.model.selectSpan({0x3025, 0x3028});
+    slot.buffer.touch();
+    slot.pane.refresh();
+    shoot(QStringLiteral("hex-marks"));
+    slot.pane.model.endComparison();
+  }
   void families() {
     for (const auto& traits : catalogue::allFamilies()) {
       const auto* record = firstModel(traits.family);
@@ -122,6 +137,7 @@ void takeShots(Application& program, const QString& folder, const QString& prefi
     camera.tabs(program.form.main.TabStrip2, QStringLiteral("upper-"));
     camera.tabs(program.form.main.TabStrip1, QStringLiteral("lower-"));
     camera.heights();
+    camera.hexMarks();
     camera.verdicts();
     camera.aftermath();
     camera.popups();

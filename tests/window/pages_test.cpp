@@ -196,7 +196,7 @@ TEST_F(Pages, OnALowScreenAPageHasTheHeightAndNothingScrollsSideways) {
 }
 
 // 1920 x 1080 at 200 %.
-TEST_F(Pages, EveryOptionOfEveryFamilyIsInReachWithoutScrollingSideways) {
+TEST_F(Pages, EveryPageAndEveryOptionOfEveryFamilyIsInReachWithoutScrollingSideways) {
   open();
   program->window->resize(960, 508);
   for (const char* model :
@@ -204,6 +204,14 @@ TEST_F(Pages, EveryOptionOfEveryFamilyIsInReachWithoutScrollingSideways) {
     apply(model);
     EXPECT_LE(widget("Frame12").width(), widget("Frame12").parentWidget()->width()) << model;
   }
+  apply("Ivy-HF0S");
+  for (const char* strip : {"TabStrip2", "TabStrip1"})
+    onEachPage(strip, [&] {
+      for (auto* area : program->window->findChildren<QAbstractScrollArea*>())
+        EXPECT_FALSE(area->isVisible() && area->horizontalScrollBar()->isVisible())
+            << area->objectName().toStdString() << " on " << widget<QTabBar>(strip).currentIndex();
+    });
+  EXPECT_LE(program->window->width(), 960);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "shell/qt/clear_marks.h"
+#include "shell/qt/hex_paint.h"
 #include "tests/driver/themes.h"
 #include "tests/window/desk.h"
 
@@ -94,6 +95,15 @@ TEST_F(Themes, AnEmptyBoxIsAsEasyToSeeAsATickedOne) {
         EXPECT_GE(clearPixels(*mark), 30) << theme << (mark == &box ? " box " : " button ") << on;  // about its outline
       }
     }
+  }
+}
+
+TEST_F(Themes, EveryByteOfAnImageIsReadableWhateverItIsMarkedAs) {
+  for (const char* theme : {"light", "dark", "contrast"}) {
+    const HexColours colours(themeOf(QLatin1String(theme)));
+    for (const QColor& ink : {colours.text, colours.faint, colours.changed})
+      for (const QColor& back : {colours.base, colours.differs, colours.field, colours.head})
+        EXPECT_GE(contrast(ink, back), 4.5) << theme << ' ' << ink.name().toStdString() << back.name().toStdString();
   }
 }
 

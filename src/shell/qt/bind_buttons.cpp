@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QStyleOptionGroupBox>
 #include <QStylePainter>
+#include <algorithm>
 
 #include "shell/qt/clear_marks.h"
 
@@ -100,8 +101,58 @@ class Choice : public QRadioButton {
   }
 };
 
+// Its caption goes on in a next line where the place is too narrow.
+class LongCheck : public QCheckBox {
+ public:
+  LongCheck() {
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
+    policy.setHeightForWidth(true);
+    setSizePolicy(policy);
+  }
+  QSize minimumSizeHint() const override {
+    return {std::min(sizeHint().width(), fontMetrics().averageCharWidth() * 30), sizeHint().height()};
+  }
+  int heightForWidth(int width) const override {
+    const QRect place(textAt(), 0, width - textAt(), QWIDGETSIZE_MAX);
+    return std::max(sizeHint().height(), fontMetrics().boundingRect(place, kWrapped, text()).height() + 2);
+  }
+
+ protected:
+  bool hitButton(const QPoint& at) const override { return rect().contains(at); }
+  void paintEvent(QPaintEvent* event) override {
+    if (width() >= sizeHint().width()) return QCheckBox::paintEvent(event);
+    QStylePainter painter(this);
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    option.text.clear();
+    painter.drawControl(QStyle::CE_CheckBox, option);
+    painter.drawItemText(rect().adjusted(textAt(), 0, 0, 0), kWrapped, palette(), isEnabled(), text(),
+                         QPalette::WindowText);
+  }
+
+ private:
+  static constexpr int kWrapped = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextWordWrap | Qt::TextShowMnemonic;
+  int textAt() const {
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    return style()->subElementRect(QStyle::SE_CheckBoxContents, &option, this).left();
+  }
+};
+
 void setTextOf(QAbstractButton& button, const QString& text) {
   if (button.text() != text) button.setText(text);
+}
+
+QCheckBox* bindCheckBox(QCheckBox* box, platform::EventLoop& loop, platform::CheckBox& control, char mnemonic,
+                        const QString& name) {
+  auto* binding = new Binding(loop, control, *box, name, [box, &control, mnemonic, name] {
+    setTextOf(*box, buttonText(control.caption(), mnemonic));
+    if (name.isEmpty()) box->setAccessibleName(qtText(control.caption()).simplified());
+    if (box->isChecked() != control.value()) box->setChecked(control.value());
+  });
+  QObject::connect(box, &QCheckBox::clicked, binding,
+                   [binding, &control](bool on) { binding->post([&control, on] { control.userSet(on); }); });
+  return box;
 }
 
 }  // namespace
@@ -119,15 +170,11 @@ QPushButton* makeButton(platform::EventLoop& loop, platform::Button& control, ch
 }
 
 QCheckBox* makeCheckBox(platform::EventLoop& loop, platform::CheckBox& control, char mnemonic, const QString& name) {
-  auto* box = new QCheckBox;
-  auto* binding = new Binding(loop, control, *box, name, [box, &control, mnemonic, name] {
-    setTextOf(*box, buttonText(control.caption(), mnemonic));
-    if (name.isEmpty()) box->setAccessibleName(qtText(control.caption()).simplified());
-    if (box->isChecked() != control.value()) box->setChecked(control.value());
-  });
-  QObject::connect(box, &QCheckBox::clicked, binding,
-                   [binding, &control](bool on) { binding->post([&control, on] { control.userSet(on); }); });
-  return box;
+  return bindCheckBox(new QCheckBox, loop, control, mnemonic, name);
+}
+
+QCheckBox* makeLongCheckBox(platform::EventLoop& loop, platform::CheckBox& control) {
+  return bindCheckBox(new LongCheck, loop, control, 0, {});
 }
 
 // Which buttons exclude each other is the controls' business; the widget only shows it.

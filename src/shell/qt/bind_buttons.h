@@ -15,6 +15,8 @@ QPushButton* makeButton(platform::EventLoop& loop, platform::Button& control, ch
                         const QString& name = {});
 QCheckBox* makeCheckBox(platform::EventLoop& loop, platform::CheckBox& control, char mnemonic = 0,
                         const QString& name = {});
+// With a caption that goes on in a next line where the place is too narrow.
+QCheckBox* makeLongCheckBox(platform::EventLoop& loop, platform::CheckBox& control);
 QRadioButton* makeOption(platform::EventLoop& loop, platform::OptionButton& control, const QString& name = {});
 // A label whose text can be selected with the mouse.
 class SelectableLabel : public QLabel {

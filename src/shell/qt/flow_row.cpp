@@ -3,6 +3,11 @@
 #include <QWidget>
 
 namespace kvr::window {
+namespace {
+
+constexpr int kBetweenLines = 2;
+
+}  // namespace
 
 FlowRow::FlowRow(int indent) : indent_(indent) {
   setContentsMargins(0, 0, 0, 0);
@@ -39,7 +44,7 @@ QSize FlowRow::minimumSize() const {
 }
 
 QSize FlowRow::sizeHint() const {
-  QSize all;
+  QSize all(0, 0);
   for (const auto& item : items_) {
     if (item->isEmpty()) continue;
     const QSize size = item->sizeHint();
@@ -53,20 +58,28 @@ void FlowRow::setGeometry(const QRect& place) {
   layOut(place, true);
 }
 
-// Line by line; what is lower than its line is in the middle of it. The height that it takes.
+// Puts the items into their line; what is lower than it is in the middle of it.
+void FlowRow::endLine(const std::vector<QLayoutItem*>& line, QRect place) const {
+  int left = place.width() + spacing();
+  for (const auto* item : line) left -= item->sizeHint().width() + spacing();
+  for (auto* item : line) {
+    QSize size = item->sizeHint();
+    if (growing_ && item->widget() == growing_) size.rwidth() += std::max(left, 0);
+    item->setGeometry(QRect({place.x(), place.y() + (place.height() - size.height()) / 2}, size));
+    place.setLeft(place.x() + size.width() + spacing());
+  }
+}
+
+// Line by line. The height that it takes.
 int FlowRow::layOut(const QRect& place, bool move) const {
   std::vector<QLayoutItem*> line;
   int y = place.y();
   int lineHeight = 0;
   int x = place.x();
-  const auto endLine = [&] {
-    int at = y == place.y() ? place.x() : place.x() + indent_;
-    for (auto* item : line) {
-      const QSize size = item->sizeHint();
-      if (move) item->setGeometry(QRect(QPoint(at, y + (lineHeight - size.height()) / 2), size));
-      at += size.width() + spacing();
-    }
-    y += lineHeight;
+  const auto nextLine = [&] {
+    const int start = y == place.y() ? 0 : indent_;
+    if (move) endLine(line, {place.x() + start, y, place.width() - start, lineHeight});
+    y += lineHeight + (line.empty() ? 0 : kBetweenLines);
     line.clear();
     lineHeight = 0;
     x = place.x() + indent_;
@@ -75,15 +88,15 @@ int FlowRow::layOut(const QRect& place, bool move) const {
   for (const auto& item : items_) {
     if (item->isEmpty()) continue;
     const QSize size = item->sizeHint();
-    const bool afterCaption = captionAlone && !line.empty() && line.back() == items_.front().get();
+    const bool afterCaption = captionAlone && y == place.y() && line.size() == 1;
     const bool full = !line.empty() && x + size.width() > place.x() + place.width();
-    if (afterCaption || full) endLine();
+    if (afterCaption || full) nextLine();
     line.push_back(item.get());
     x += size.width() + spacing();
     lineHeight = std::max(lineHeight, size.height());
   }
-  endLine();
-  return y - place.y();
+  nextLine();
+  return std::max(0, y - place.y() - kBetweenLines);
 }
 
 FlowRow* flow(std::initializer_list<QWidget*> widgets) {

@@ -13,7 +13,8 @@ class FlowRow : public QLayout {
   // With `indent` the first widget is a caption: when the others do not all fit after it, they go on below it, that far
   // from the left edge.
   explicit FlowRow(int indent = 0);
-  void clear();  // lets the widgets go; they stay where they are in the window
+  void grow(QWidget* widget) { growing_ = widget; }  // takes what its line leaves
+  void clear();                                      // lets the widgets go; they stay where they are in the window
 
   void addItem(QLayoutItem* item) override;
   int count() const override { return static_cast<int>(items_.size()); }
@@ -28,7 +29,9 @@ class FlowRow : public QLayout {
 
  private:
   int layOut(const QRect& place, bool move) const;
+  void endLine(const std::vector<QLayoutItem*>& line, QRect place) const;
   int indent_;
+  QWidget* growing_ = nullptr;
   std::vector<std::unique_ptr<QLayoutItem>> items_;
 };
 

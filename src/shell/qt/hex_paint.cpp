@@ -97,10 +97,10 @@ HexColours::HexColours(const QPalette& palette)
       highlight(palette.color(QPalette::Highlight)),
       highlightedText(palette.color(QPalette::HighlightedText)) {
   const bool dark = base.lightness() < 128;
-  faint = mixed(text, base, 0.45);
-  changed = dark ? QColor(255, 138, 101) : QColor(190, 30, 30);
-  differs = dark ? QColor(20, 58, 105) : QColor(205, 224, 255);
-  field = dark ? QColor(74, 63, 0) : QColor(255, 240, 180);
+  faint = mixed(text, base, 0.3);
+  changed = dark ? QColor(255, 150, 115) : QColor(175, 20, 20);
+  differs = dark ? QColor(16, 50, 95) : QColor(205, 224, 255);
+  field = dark ? QColor(62, 52, 0) : QColor(255, 240, 180);
   head = mixed(base, text, 0.06);
 }
 
@@ -141,10 +141,12 @@ void HexPainting::drawBehind(QPainter& painter, const images::HexCell& cell, int
     painter.fillRect(x - geometry.charWidth / 2, y, 3 * geometry.charWidth, geometry.lineHeight, back);
     painter.fillRect(geometry.asciiX(column), y, geometry.charWidth, geometry.lineHeight, back);
   }
-  // Colour alone would not tell everyone: a line above what differs, one below what has changed.
+  // Colour alone would not tell everyone: a hood over what differs, one below what has changed.
   if (cell.differs) {
     painter.setPen(cell.selected ? colours.highlightedText : colours.text);
-    painter.drawLine(x, y, x + 2 * geometry.charWidth - 1, y);
+    const int end = x + 2 * geometry.charWidth - 1;
+    painter.drawLine(x, y, end, y);
+    for (const int side : {x - 1, end + 1}) painter.drawLine(side, y, side, y + 3);  // not one below the byte above
   }
   if (!cell.changed) return;
   painter.setPen(colours.changed);

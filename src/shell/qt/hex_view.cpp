@@ -38,7 +38,20 @@ void HexView::showModel() {
   Q_EMIT shown();
 }
 
+// A narrow view takes a somewhat smaller font before it scrolls sideways.
+void HexView::fitFont() {
+  QFont smaller = font();
+  geometry_ = HexGeometry(smaller);
+  for (const double scale : {0.95, 0.9, 0.85}) {
+    if (geometry_.width() <= viewport()->width()) return;
+    smaller.setPointSizeF(font().pointSizeF() * scale);
+    geometry_ = HexGeometry(smaller);
+  }
+  if (geometry_.width() > viewport()->width()) geometry_ = HexGeometry(font());
+}
+
 void HexView::fit() {
+  fitFont();
   const int lines = std::max(1, (viewport()->height() - geometry_.headHeight) / geometry_.lineHeight);
   pane_.model.setPageLines(lines);
   bar_.largeChange = lines;

@@ -45,6 +45,7 @@ class HexView : public TextArea {
  protected:
   void paintEvent(QPaintEvent* event) override;
   void measureFont() override { geometry_ = HexGeometry(font()); }
+  void fitFont();
   void fit() override;
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;

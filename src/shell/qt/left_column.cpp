@@ -134,52 +134,47 @@ class FileDetail : public Note {
   std::vector<platform::Signal::Token> tokens_;
 };
 
+// A file's line: the button with the files opened lately, and how the file is taken.
+QLayout* fileRow(QWidget* open, QWidget* start, QWidget* sum, QWidget* clear) {
+  auto* line = flow({open, together(captionFor(QStringLiteral("Start(HEX)")), start),
+                     together(captionFor(QStringLiteral("Check Sum")), sum), clear});
+  line->setSpacing(3);
+  return line;
+}
+
+QWidget* openButton(const Maker& maker, platform::Button& control, char mnemonic, images::ImageKind kind,
+                    const QString& list) {
+  auto& opener = maker.form.images.opener;
+  return withRecent(
+      maker, maker.button(control, mnemonic), control,
+      {.name = list,
+       .list = [&opener, kind] { return opener.recent(kind).list(); },
+       .open = [&opener,
+                kind](const std::string& path) { return opener.open(path, kind) == images::LoadResult::Loaded; }});
+}
+
 QGroupBox* stepFiles(const Maker& maker) {
   auto& p = maker.form.images.panel;
-  auto* grid = new QGridLayout;
-  grid->setVerticalSpacing(3);
-  grid->setHorizontalSpacing(3);
-  const QString start = QStringLiteral("Start(HEX)");
-  const QString sum = QStringLiteral("Check Sum");
-  auto& opener = maker.form.images.opener;
-  grid->addWidget(withRecent(maker, maker.button(p.comLoadFile, 'O'), p.comLoadFile,
-                             {.name = QStringLiteral("Code files opened lately"),
-                              .list = [&opener] { return opener.recent(images::ImageKind::Code).list(); },
-                              .open =
-                                  [&opener](const std::string& path) {
-                                    return opener.open(path, images::ImageKind::Code) == images::LoadResult::Loaded;
-                                  }}),
-                  0, 0);
-  grid->addWidget(captionFor(start), 0, 1);
-  grid->addWidget(maker.line(p.txtAP_FileStart, QStringLiteral("Start address of the code file, hexadecimal"), 4), 0,
-                  2);
-  grid->addWidget(captionFor(sum), 0, 3);
-  grid->addWidget(maker.line(p.txtFileCheckSum, QStringLiteral("Check sum of the code file"), 8), 0, 4);
-  grid->addWidget(maker.check(p.cheClearAP_Buffer, 0, QStringLiteral("Clear the code buffer before a file is opened")),
-                  0, 5);
   auto& slots = maker.form.images.slots;
-  auto* codeNote = new FileNote(QStringLiteral("codeFileNote"), slots.code, FileNote::Shows::Facts);
-  grid->addWidget(codeNote, 1, 0, 1, 6);
-  grid->addWidget(new FileDetail(QStringLiteral("codeFileDetail"), slots.code), 2, 0, 1, 6);
-  grid->addWidget(withRecent(maker, maker.button(p.comLoadDataFile, 'E'), p.comLoadDataFile,
-                             {.name = QStringLiteral("EEPROM files opened lately"),
-                              .list = [&opener] { return opener.recent(images::ImageKind::Data).list(); },
-                              .open =
-                                  [&opener](const std::string& path) {
-                                    return opener.open(path, images::ImageKind::Data) == images::LoadResult::Loaded;
-                                  }}),
-                  3, 0);
-  grid->addWidget(captionFor(start), 3, 1);
-  grid->addWidget(maker.line(p.txtDataFileStart, QStringLiteral("Start address of the EEPROM file, hexadecimal"), 4), 3,
-                  2);
-  grid->addWidget(captionFor(sum), 3, 3);
-  grid->addWidget(maker.line(p.txtDataFileCheckSum, QStringLiteral("Check sum of the EEPROM file"), 8), 3, 4);
-  grid->addWidget(
-      maker.check(p.cheClearDataBuffer, 0, QStringLiteral("Clear the EEPROM buffer before a file is opened")), 3, 5);
-  auto* dataNote = new FileNote(QStringLiteral("dataFileNote"), slots.data, FileNote::Shows::WarningsFirst);
-  grid->addWidget(dataNote, 4, 0, 1, 6);
-  grid->setColumnStretch(5, 1);
-  return step(maker, 1, grid);
+  auto* code =
+      openButton(maker, p.comLoadFile, 'O', images::ImageKind::Code, QStringLiteral("Code files opened lately"));
+  auto* data =
+      openButton(maker, p.comLoadDataFile, 'E', images::ImageKind::Data, QStringLiteral("EEPROM files opened lately"));
+  code->setMinimumWidth(data->sizeHint().width());  // so that what follows is in columns
+  auto* column = new QVBoxLayout;
+  column->setSpacing(3);
+  column->addLayout(
+      fileRow(code, maker.line(p.txtAP_FileStart, QStringLiteral("Start address of the code file, hexadecimal"), 4),
+              maker.line(p.txtFileCheckSum, QStringLiteral("Check sum of the code file"), 8),
+              maker.check(p.cheClearAP_Buffer, 0, QStringLiteral("Clear the code buffer before a file is opened"))));
+  column->addWidget(new FileNote(QStringLiteral("codeFileNote"), slots.code, FileNote::Shows::Facts));
+  column->addWidget(new FileDetail(QStringLiteral("codeFileDetail"), slots.code));
+  column->addLayout(
+      fileRow(data, maker.line(p.txtDataFileStart, QStringLiteral("Start address of the EEPROM file, hexadecimal"), 4),
+              maker.line(p.txtDataFileCheckSum, QStringLiteral("Check sum of the EEPROM file"), 8),
+              maker.check(p.cheClearDataBuffer, 0, QStringLiteral("Clear the EEPROM buffer before a file is opened"))));
+  column->addWidget(new FileNote(QStringLiteral("dataFileNote"), slots.data, FileNote::Shows::WarningsFirst));
+  return step(maker, 1, column);
 }
 
 // Shown with the box that it speaks of.
@@ -207,11 +202,14 @@ QGroupBox* stepPort(const Maker& maker) {
   auto* port = maker.portBox(form.main.combCommPort, QStringLiteral("Serial port"));
   auto* least = maker.combo(form.download.cobBaudMin, QStringLiteral("Lowest baud rate"));
   auto* most = maker.combo(form.download.cobBaudMax, QStringLiteral("Highest baud rate"));
-  column->addLayout(row({makeLamp(maker.loop(), form.main.imgOpen_sys,
-                                  QStringLiteral("The terminal holds the port; press to take it back")),
-                         captionFor(QStringLiteral("&COM"), port), port, captionFor(QStringLiteral("Ma&x Baud:"), most),
-                         most, captionFor(QStringLiteral("Mi&n Baud:"), least), least,
-                         maker.check(form.download.cheSlowAnswers), nullptr}));
+  auto* line = flow({makeLamp(maker.loop(), form.main.imgOpen_sys,
+                              QStringLiteral("The terminal holds the port; press to take it back")),
+                     together(captionFor(QStringLiteral("&COM"), port), port),
+                     together(captionFor(QStringLiteral("Ma&x Baud:"), most), most),
+                     together(captionFor(QStringLiteral("Mi&n Baud:"), least), least),
+                     maker.check(form.download.cheSlowAnswers)});
+  line->setSpacing(3);
+  column->addLayout(line);
   auto* status = maker.label(form.main.portStatus);
   status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   status->setMinimumHeight(status->fontMetrics().height());
@@ -327,7 +325,11 @@ class ColumnScroll : public QScrollArea {
     setWidget(inner);
     inner->installEventFilter(this);
   }
-  QSize sizeHint() const override { return {minimumSizeHint().width(), widget()->minimumSizeHint().height()}; }
+  QSize sizeHint() const override {
+    const int bar = verticalScrollBar()->sizeHint().width();
+    const int width = isVisible() ? viewport()->width() : widget()->sizeHint().width();
+    return {widget()->sizeHint().width() + bar, widget()->heightForWidth(width)};
+  }
   QSize minimumSizeHint() const override {
     return {widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width(), fontMetrics().height() * 8};
   }
@@ -336,6 +338,10 @@ class ColumnScroll : public QScrollArea {
   bool eventFilter(QObject* object, QEvent* event) override {
     if (event->type() == QEvent::LayoutRequest) updateGeometry();
     return QScrollArea::eventFilter(object, event);
+  }
+  void resizeEvent(QResizeEvent* event) override {  // narrower means higher
+    QScrollArea::resizeEvent(event);
+    if (event->size().width() != event->oldSize().width()) updateGeometry();
   }
 };
 

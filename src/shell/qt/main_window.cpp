@@ -10,6 +10,7 @@
 #include <QShortcut>
 #include <QToolButton>
 #include <QWindow>
+#include <algorithm>
 #include <utility>
 
 #include "platform/qt/raw_names.h"
@@ -50,6 +51,7 @@ MainWindow::MainWindow(shell::MainForm& form, PortWatch& ports, QtDialogs& dialo
   halves_->addWidget(right_);
   halves_->setStretchFactor(0, 0);
   halves_->setStretchFactor(1, 1);
+  connect(halves_, &QSplitter::splitterMoved, this, [this] { dragged_ = true; });
   layout->addWidget(halves_);
   dialogs_.setParent(this);
   dialogs_.openHandbook = [this] { openHandbook(); };
@@ -114,6 +116,16 @@ void MainWindow::showEvent(QShowEvent* event) {
   connect(screen_, &QWindow::screenChanged, this, tell);
   for (const QScreen* one : QGuiApplication::screens()) connect(one, &QScreen::geometryChanged, this, tell);
   tell();
+}
+
+// Where the window is too narrow for both halves, the left one gives first. What the user has dragged stays.
+void MainWindow::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  if (dragged_ || !left_->isVisibleTo(this) || !right_->isVisibleTo(this)) return;
+  const int all = halves_->width() - halves_->handleWidth();
+  const int least = left_->minimumSizeHint().width();
+  const int left = std::clamp(all - right_->sizeHint().width(), least, std::max(least, left_->sizeHint().width()));
+  halves_->setSizes({left, all - left});
 }
 
 void MainWindow::restorePlace() {

@@ -26,6 +26,7 @@ class MainWindow : public QWidget {
  protected:
   void closeEvent(QCloseEvent* event) override;
   void showEvent(QShowEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
@@ -50,6 +51,7 @@ class MainWindow : public QWidget {
   RightSide* pages_ = nullptr;  // of the right side
   QWindow* screen_ = nullptr;   // tells of the screen that it is on
   QSplitter* halves_ = nullptr;
+  bool dragged_ = false;  // the user has chosen the halves' widths
   std::vector<platform::Signal::Token> tokens_;
   // All of it; without the left column; only the strip.
   enum class Shape { Whole, Narrow, Strip };

@@ -26,6 +26,7 @@ struct Maker {
   QCheckBox* check(platform::CheckBox& control, char mnemonic = 0, const QString& name = {}) const {
     return makeCheckBox(loop(), control, mnemonic, name);
   }
+  QCheckBox* longCheck(platform::CheckBox& control) const { return makeLongCheckBox(loop(), control); }
   QRadioButton* option(platform::OptionButton& control, const QString& name = {}) const {
     return makeOption(loop(), control, name);
   }

@@ -183,7 +183,7 @@ void RunPictureView::drawBars(QPainter& painter, const RunPicture& run, const QR
     painter.fillRect(place, colourOf(bar.stage));
     const QString name = qtText(bar.name);
     if (fontMetrics().horizontalAdvance(name) + line() > place.width()) continue;
-    painter.setPen(Qt::white);
+    painter.setPen(qGray(colourOf(bar.stage).rgb()) > 115 ? Qt::black : Qt::white);  // the one that reads better
     painter.drawText(place, Qt::AlignCenter, name);
   }
 }

@@ -3,6 +3,7 @@
 #include <QAccessible>
 #include <QMouseEvent>
 #include <QPainter>
+#include <algorithm>
 
 #include "signs/sign_paint.h"
 
@@ -71,7 +72,8 @@ QSize VerdictView::minimumSizeHint() const {
 
 void VerdictView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  signs::paintSign(painter, QRectF(rect()).adjusted(1, 1, -1, -1), signOf(verdict_.value()),
+  const QRect sign(0, 0, width(), std::min(height(), width() * 5 / 4));  // in a high window not a slab
+  signs::paintSign(painter, QRectF(sign).adjusted(1, 1, -1, -1), signOf(verdict_.value()),
                    signs::Layout::ShapeAboveWord);
 }
 

@@ -1,5 +1,6 @@
 // The pages of the images: both buffers, serial numbers, storing and reloading.
 #include "shell/qt/pages/pages.h"
+#include "shell/qt/stacking.h"
 
 namespace kvr::window {
 namespace {
@@ -32,12 +33,11 @@ QGroupBox* counterGroup(const Maker& maker, platform::CheckBox& box, Boxes& boxe
 
 QWidget* makeIncrementPage(const Maker& maker) {
   auto& p = maker.form.images.panel;
-  auto* line = new QHBoxLayout;
-  line->addWidget(
-      counterGroup(maker, p.cheAuto_Increase, p.texAuto_Increase, p.optAuto_Increase, QStringLiteral("code")));
-  line->addWidget(counterGroup(maker, p.cheData_Auto_Increase, p.texData_Auto_Increase, p.optData_Auto_Increase,
-                               QStringLiteral("EEPROM")));
-  return page("fraAuto_Increase", line);
+  auto* both = new Stacking(
+      counterGroup(maker, p.cheAuto_Increase, p.texAuto_Increase, p.optAuto_Increase, QStringLiteral("code")),
+      counterGroup(maker, p.cheData_Auto_Increase, p.texData_Auto_Increase, p.optData_Auto_Increase,
+                   QStringLiteral("EEPROM")));
+  return page("fraAuto_Increase", row({both}));
 }
 
 QWidget* makeStorePage(const Maker& maker) {
@@ -54,7 +54,7 @@ QWidget* makeStorePage(const Maker& maker) {
   grid->addWidget(maker.button(p.comComp), 1, 2);
   grid->setColumnStretch(3, 1);
   column->addLayout(grid);
-  column->addWidget(maker.check(p.cekReloadFileWhileFileChange));
+  column->addWidget(maker.longCheck(p.cekReloadFileWhileFileChange));
   column->addStretch(1);
   return page("Frame9", column);
 }

@@ -25,9 +25,9 @@ QWidget* makeSelfDefinedPage(const Maker& maker) {
   column->addLayout(row({maker.label(p.labUserCode[5]),
                          maker.line(p.txtUserCode, QStringLiteral("Self-defined command, hexadecimal bytes"))}));
   column->addLayout(
-      row({maker.button(p.comSendUserCode),
-           maker.button(maker.form.main.comHelp[0], 0, QStringLiteral("Help on the self-defined command")), nullptr}));
-  column->addWidget(maker.check(maker.form.images.panel.cekReloadFileWhileFileChange1));
+      flow({maker.button(p.comSendUserCode),
+            maker.button(maker.form.main.comHelp[0], 0, QStringLiteral("Help on the self-defined command"))}));
+  column->addWidget(maker.longCheck(maker.form.images.panel.cekReloadFileWhileFileChange1));
   auto* explanation = maker.label(p.labUserCode[6]);
   explanation->setWordWrap(true);
   column->addWidget(explanation);
@@ -44,9 +44,9 @@ QWidget* makeDemoPage(const Maker& maker) {
   auto& o = maker.form.options;
   auto* column = new QVBoxLayout;
   column->addLayout(
-      row({maker.button(p.com_Demo_DownLoad, 0, QStringLiteral("Program through the demo routine")),
-           maker.button(p.com_Demo_Re_DownLoad, 0, QStringLiteral("Program again and again through the demo routine")),
-           maker.button(p.com_Demo_Stop, 0, QStringLiteral("Stop the run through the demo routine")), nullptr}));
+      flow({maker.button(p.com_Demo_DownLoad, 0, QStringLiteral("Program through the demo routine")),
+            maker.button(p.com_Demo_Re_DownLoad, 0, QStringLiteral("Program again and again through the demo routine")),
+            maker.button(p.com_Demo_Stop, 0, QStringLiteral("Stop the run through the demo routine"))}));
   column->addWidget(maker.label(p.labDemo[0]));
   column->addLayout(lineBoxes(maker, p.demoLine(), maker.label(p.labDemo[1]), maker.label(p.labDemo[2]),
                               maker.label(p.labDemo[3]), maker.label(p.labDemo[4]),
@@ -82,11 +82,11 @@ QWidget* makeOfflinePage(const Maker& maker) {
   column->addLayout(
       row({maker.label(p.labTJXZ[2]),
            maker.line(p.txt_download_max, QStringLiteral("How many chips the board may program"), 9), nullptr}));
-  column->addLayout(row({maker.button(p.comTJXZ),
-                         maker.button(p.com_TJXZ_help, 0, QStringLiteral("Help on the off-line board")), nullptr}));
+  column->addLayout(
+      flow({maker.button(p.comTJXZ), maker.button(p.com_TJXZ_help, 0, QStringLiteral("Help on the off-line board"))}));
   column->addLayout(
       row({maker.label(p.labTJXZ[3]), maker.combo(p.combPins, QStringLiteral("Pins of the package")), nullptr}));
-  for (std::size_t i = 0; i < p.che_staple.size(); ++i) column->addWidget(maker.check(p.che_staple[i]));
+  for (std::size_t i = 0; i < p.che_staple.size(); ++i) column->addWidget(maker.longCheck(p.che_staple[i]));
   column->addStretch(1);
   auto* frame = makeFrame(maker.loop(), p.Frame18);
   frame->setLayout(column);

@@ -58,12 +58,12 @@ QWidget* makeProjectPage(const Maker& maker) {
                            .list = [&project] { return project.recent().list(); },
                            .open = [&project](const std::string& path) { return project.openProject(path); }});
   column->addLayout(
-      row({open, maker.button(p.comSaveBatchFile), maker.button(p.Command1, 0, QStringLiteral("How projects are used")),
-           maker.button(p.comStations)}));
+      flow({open, maker.button(p.comSaveBatchFile),
+            maker.button(p.Command1, 0, QStringLiteral("How projects are used")), maker.button(p.comStations)}));
   column->addLayout(row({captionFor(QStringLiteral("Project file")),
                          maker.line(p.texBatchFileName, QStringLiteral("Path of the project file"))}));
   column->addWidget(maker.label(maker.form.main.Label2[6]));
-  column->addLayout(row({maker.button(p.comLockOptions), maker.button(p.comUnlockOptions), nullptr}));
+  column->addLayout(flow({maker.button(p.comLockOptions), maker.button(p.comUnlockOptions)}));
   column->addWidget(batchBox(maker));
   column->addStretch(1);
   return page("fra_Batch_quantity", column);

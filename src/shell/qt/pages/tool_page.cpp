@@ -2,12 +2,13 @@
 // right. What is rarely changed is in popups, so that the pane keeps its height.
 #include <QKeyEvent>
 #include <QScrollArea>
-#include <QSplitter>
 #include <QTimer>
+#include <array>
 
 #include "shell/qt/flow_row.h"
 #include "shell/qt/pages/pages.h"
 #include "shell/qt/settings_popup.h"
+#include "shell/qt/stacking.h"
 #include "shell/qt/terminal_view.h"
 
 namespace kvr::window {
@@ -178,6 +179,10 @@ QLayout* statusRow(const Maker& maker) {
                maker.label(p.labPaste), maker.label(p.labLog)});
 }
 
+void showLines(QWidget& view, int lines) {
+  view.setMinimumHeight(view.fontMetrics().height() * lines);
+}
+
 QGroupBox* receivePane(const Maker& maker) {
   auto& p = maker.form.tool;
   auto* column = new QVBoxLayout;
@@ -188,15 +193,17 @@ QGroupBox* receivePane(const Maker& maker) {
                           maker.combo(p.comb_TimeStamp, QStringLiteral("Time stamp")), maker.check(p.che_AutoScroll),
                           paneSettings(maker)}));
   auto* view = makeTerminalView(maker.loop(), p);
-  view->setMinimumHeight(view->fontMetrics().height() * 6);
+  showLines(*view, 6);
   column->addWidget(view, 1);
   column->addLayout(statusRow(maker));
   column->addLayout(
       flow({counter(maker, p.labReceiveCount), counter(maker, p.labSendCount), maker.button(p.comDebugClear[0])}));
   auto* find = maker.line(p.texFind, QStringLiteral("Text to find in the receive pane"));
   find->setPlaceholderText(QStringLiteral("Find"));
-  column->addLayout(row({find, maker.button(p.comFindNext), maker.button(p.comFindPrevious),
-                         maker.button(p.comSaveReceive), maker.button(p.comClearCount)}));
+  auto* search = flow({find, maker.button(p.comFindNext), maker.button(p.comFindPrevious),
+                       maker.button(p.comSaveReceive), maker.button(p.comClearCount)});
+  search->grow(find);
+  column->addLayout(search);
   auto* frame = makeFrame(maker.loop(), p.frmReceive);
   frame->setLayout(column);
   return frame;
@@ -240,14 +247,43 @@ QGroupBox* sendPane(const Maker& maker) {
   interval->setLayout(row({maker.button(p.comAutoSend), maker.label(p.labSendCycle[0]),
                            maker.line(p.texSendCycle, QStringLiteral("Interval of the repeated send, milliseconds"), 6),
                            maker.label(p.labSendCycle[1])}));
-  column->addLayout(flow({maker.option(p.optHexSend[0], QStringLiteral("Send as text")),
-                          maker.option(p.optHexSend[1], QStringLiteral("Send as hexadecimal bytes")),
-                          maker.combo(p.comb_LineEnd, QStringLiteral("Line end added to a text")), interval,
-                          maker.button(p.comPaste)}));
+  auto* form = flow({maker.option(p.optHexSend[0], QStringLiteral("Send as text")),
+                     maker.option(p.optHexSend[1], QStringLiteral("Send as hexadecimal bytes")),
+                     maker.combo(p.comb_LineEnd, QStringLiteral("Line end added to a text")), interval,
+                     maker.button(p.comPaste)});
+  form->setSpacing(4);
+  column->addLayout(form);
   auto* frame = makeFrame(maker.loop(), p.frmSend);
   frame->setLayout(column);
   return frame;
 }
+
+// The pane above the send line, as high at least as their rows are at this width; a splitter does not ask for that.
+class TerminalColumn : public QWidget {
+ public:
+  TerminalColumn(QWidget* receive, QWidget* send) : parts_{receive, send} {
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(2);
+    column->addWidget(receive, 1);
+    column->addWidget(send);
+  }
+  QSize minimumSizeHint() const override {
+    const QSize least = layout()->minimumSize();
+    int height = layout()->spacing();
+    for (const QWidget* part : parts_) height += part->layout()->totalMinimumHeightForWidth(width());
+    return {least.width(), std::max(least.height(), height)};
+  }
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QWidget::resizeEvent(event);
+    if (event->size().width() != event->oldSize().width()) updateGeometry();
+  }
+
+ private:
+  std::array<QWidget*, 2> parts_;
+};
 
 // Tells the form of the width at the end of a drag; on the way it changes with every move of the mouse.
 class DragEnd : public QObject {
@@ -256,7 +292,7 @@ class DragEnd : public QObject {
 
  protected:
   bool eventFilter(QObject*, QEvent* event) override {
-    if (event->type() == QEvent::MouseButtonRelease)
+    if (event->type() == QEvent::MouseButtonRelease && halves_.orientation() == Qt::Horizontal)
       form_.world.loop.post([&form = form_, twips = halves_.sizes().at(1) * 15] { form.splitterMoved(twips); });
     return false;
   }
@@ -266,15 +302,22 @@ class DragEnd : public QObject {
   shell::MainForm& form_;
 };
 
-// The width of the strings is the form's to keep; 15 twips to a pixel.
-void followWidth(const Maker& maker, QSplitter& halves) {
+// The width of the strings is the form's to keep; 15 twips to a pixel. In a narrow page they are below the pane, which
+// keeps its lines: the page scrolls.
+void followWidth(const Maker& maker, StackingSplitter& halves, QWidget& view) {
   auto& form = maker.form;
   halves.setStretchFactor(0, 1);
   halves.setStretchFactor(1, 0);
-  QTimer::singleShot(0, &halves, [&halves, &form] {  // once the page has its width
+  const auto share = [&halves, &form] {
+    if (halves.orientation() == Qt::Vertical) return;
     const int strings = form.main.tabWidth / 15;
     halves.setSizes({std::max(halves.width() - strings, 1), strings});
-  });
+  };
+  QTimer::singleShot(0, &halves, share);  // once the page has its width
+  halves.turned = [&view, share](bool stacked) {
+    showLines(view, stacked ? 12 : 6);
+    share();
+  };
   halves.handle(1)->installEventFilter(new DragEnd(halves, form));
 }
 
@@ -282,18 +325,13 @@ void followWidth(const Maker& maker, QSplitter& halves) {
 
 QWidget* makeToolPage(const Maker& maker) {
   auto& p = maker.form.tool;
-  auto* left = new QWidget;
-  auto* column = new QVBoxLayout(left);
-  column->setContentsMargins(0, 0, 0, 0);
-  column->setSpacing(2);
-  column->addWidget(receivePane(maker), 1);
-  column->addWidget(sendPane(maker));
-  auto* halves = new QSplitter(Qt::Horizontal);
+  auto* left = new TerminalColumn(receivePane(maker), sendPane(maker));
+  auto* halves = new StackingSplitter(75);
   halves->setObjectName(QStringLiteral("ImgSplitter"));
   halves->setChildrenCollapsible(false);
   halves->addWidget(left);
   halves->addWidget(stringsPane(maker));
-  followWidth(maker, *halves);
+  followWidth(maker, *halves, *left->findChild<QWidget*>(objectNameOf(p.texReceive)));
   auto* whole = new QVBoxLayout;
   whole->setSpacing(3);
   whole->addLayout(portRow(maker));
