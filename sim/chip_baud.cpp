@@ -1,7 +1,6 @@
 // The change of speed: the chip makes the rate of its own clock and the divider that the host names, answers a test at
 // it and goes back, or stays.
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 #include "sim/chip.h"

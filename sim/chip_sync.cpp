@@ -1,6 +1,5 @@
 // First contact: the chip measures the sync bytes, says who it is, and says so again when the host seems not to have
 // heard.
-#include <algorithm>
 #include <cmath>
 
 #include "sim/chip.h"

@@ -26,7 +26,6 @@ bool FlashMemory::write(std::size_t address, std::span<const std::uint8_t> bytes
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     std::uint8_t& state = state_[address + i];
     if (!(state & kErased)) ++unerasedWrites_;
-    if ((state & kErased) && (state & kWritten) && bytes_[address + i] != bytes[i]) ++changedTwice_;
     bytes_[address + i] &= bytes[i];
     state |= kWritten;
   }

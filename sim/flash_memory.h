@@ -23,7 +23,6 @@ class FlashMemory {
   std::span<const std::uint8_t> bytes() const { return bytes_; }
   bool isWritten(std::size_t address) const { return state_[address] & kWritten; }
   std::int64_t unerasedWrites() const { return unerasedWrites_; }  // bytes stored where no erase had been
-  std::int64_t changedTwice() const { return changedTwice_; }  // bytes written again with another value since an erase
 
  private:
   static constexpr std::uint8_t kErased = 1, kWritten = 2;
@@ -31,7 +30,6 @@ class FlashMemory {
   std::vector<std::uint8_t> state_;
   std::size_t protectedFrom_;
   std::int64_t unerasedWrites_ = 0;
-  std::int64_t changedTwice_ = 0;
 };
 
 }  // namespace sim

@@ -1,8 +1,5 @@
 #include "sim/rc_oscillator.h"
 
-#include <algorithm>
-#include <cmath>
-
 namespace sim {
 
 namespace {

@@ -1,7 +1,5 @@
 #include "sim/target.h"
 
-#include <algorithm>
-
 namespace sim {
 
 namespace {

@@ -81,7 +81,6 @@ class Wire {
   };
   const std::vector<LineMove>& lineMoves() const { return lineMoves_; }
   std::size_t unitsCarried() const { return static_cast<std::size_t>(toDevice_.units + toHost_.units); }
-  int faultsDone() const { return faultsDone_; }
 
  private:
   struct Item {
@@ -127,7 +126,6 @@ class Wire {
   Micros heldSince_ = 0;
   std::deque<std::uint8_t> inbox_;  // the host's
   std::vector<Unit> log_;
-  int faultsDone_ = 0;
   Micros quietUntil_ = -1;        // a fault works on until then: late bytes are still to come
   int exchange_ = 0;              // host units so far
   int lastFaultyExchange_ = -10;  // a late byte reaches into the exchange after its own

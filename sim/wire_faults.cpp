@@ -112,7 +112,6 @@ Micros Wire::carry(Direction direction, std::span<const std::uint8_t> bytes, con
                     fault.has_value()});
   if (!burst.items.empty()) lane.bursts.push_back(std::move(burst));
   if (!fault) return roundedUp(trueEnd);
-  ++faultsDone_;
   if (device_) device_->disturbed(quietUntil_ = std::max(quietUntil_, roundedUp(std::max(trueEnd, lane.freeAt))));
   return roundedUp(trueEnd);
 }

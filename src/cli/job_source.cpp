@@ -1,7 +1,6 @@
 #include "cli/job_source.h"
 
 #include <algorithm>
-#include <charconv>
 #include <sstream>
 
 #include "catalogue/mcu_record.h"

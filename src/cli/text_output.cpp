@@ -10,7 +10,7 @@ namespace kvr::cli {
 namespace {
 
 constexpr std::string_view kWipe = "\r\x1b[K";
-constexpr std::string_view kRed = "\x1b[31m", kGreen = "\x1b[32m", kPlain = "\x1b[0m";
+constexpr std::string_view kRed = "\x1b[31m", kPlain = "\x1b[0m";
 constexpr int kBar = 24;
 constexpr std::array<std::string_view, engine::kStages> kNames = {"Preparing",        "Waiting", "Identifying",
                                                                   "Finding the rate", "Erasing", "Programming",

@@ -1,7 +1,6 @@
 #include "engine/handshake.h"
 
 #include <algorithm>
-#include <array>
 
 #include "engine/status_frame.h"
 #include "platform/text.h"

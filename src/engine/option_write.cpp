@@ -1,6 +1,5 @@
 #include "engine/option_write.h"
 
-#include <algorithm>
 #include <array>
 
 #include "engine/option_plan.h"

@@ -1,7 +1,6 @@
 #include "engine/rc_trim.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 
 #include "engine/baud_plan.h"
