@@ -11,20 +11,16 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
-#include <QMouseEvent>
 #include <QTemporaryDir>
-#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
-#include <deque>
 #include <fstream>
-#include <functional>
-#include <thread>
 
 #include "benchmarks/figure.h"
 #include "benchmarks/terminal_feeder.h"
 #include "shell/qt/application.h"
+#include "tests/window/clicker.h"
 
 namespace {
 
@@ -110,57 +106,6 @@ struct Outcome {
   double longestTurnMs = 0;  // of the window's thread, its own work alone
 };
 
-// Clicks on a check box from outside: the time runs from the moment the click is made to the moment its handler runs.
-class Clicker {
- public:
-  explicit Clicker(kvr::window::Application& program)
-      : box_(program.window->findChild<QWidget*>(QStringLiteral("cheSpreadHex_0"))),
-        handler_(program.form.tool.cheSpreadHex[0].onClick) {
-    if (!box_) return;
-    handler_ = [this] {
-      times.push_back(Seconds(Clock::now() - made_.front()).count() * 1000);
-      made_.pop_front();
-    };
-    thread_ = std::thread([this] {
-      while (!done_) {
-        std::this_thread::sleep_for(kClickEvery);
-        const auto made = Clock::now();
-        QMetaObject::invokeMethod(
-            &here_, [this, made] { click(made); }, Qt::QueuedConnection);
-      }
-    });
-  }
-  // Every click that was made is answered first: none may reach whoever comes next.
-  ~Clicker() {
-    done_ = true;
-    if (thread_.joinable()) thread_.join();
-    QApplication::processEvents();
-    for (const auto end = Clock::now() + std::chrono::seconds(2); !made_.empty() && Clock::now() < end;)
-      QApplication::processEvents();
-    handler_ = {};
-  }
-  Clicker(const Clicker&) = delete;
-  Clicker& operator=(const Clicker&) = delete;
-  bool found() const { return box_ != nullptr; }
-  std::vector<double> times;
-
- private:
-  void click(Clock::time_point made) {
-    made_.push_back(made);
-    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
-      const QPointF at(8, box_->height() / 2.0);
-      QMouseEvent event(type, at, box_->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-      QApplication::sendEvent(box_, &event);
-    }
-  }
-  QWidget* box_;
-  std::function<void()>& handler_;
-  std::deque<Clock::time_point> made_;  // clicks whose handler has not run yet
-  std::atomic<bool> done_{false};
-  std::thread thread_;
-  QObject here_;  // calls that are still queued go with it
-};
-
 std::uint64_t counted(kvr::window::Application& program) {
   const std::string text = program.form.tool.labReceiveCount.caption();
   return std::stoull(text.substr(text.find(':') + 1));
@@ -192,7 +137,7 @@ Outcome feed(kvr::window::Application& program, bench::Feeder& feeder, double se
   const auto begin = Clock::now();
   feeder.start(seconds, rate);
   {
-    Clicker clicker(program);
+    kvr::window::Clicker clicker(program, kClickEvery);
     if (!clicker.found()) return result;
     for (auto cleared = begin; !feeder.ended();) {
       const double before = threadCpuMs();

@@ -51,6 +51,30 @@ class Photographer {
     shoot(QStringLiteral("hex-marks"));
     slot.pane.model.endComparison();
   }
+  // A terminal in use, with all that its page has to say; a notice, and a file that looks wrong.
+  void atWork() {
+    auto& form = program_.form;
+    auto& tool = form.tool;
+    form.main.TabStrip2.userSelect(2);
+    for (int line = 0; line < 40; ++line)
+      tool.texReceive.append("[10:12:" + std::to_string(10 + line) + ".042] adc " + std::to_string(line * 37 % 1024) +
+                             (line % 9 == 0
+                                  ? " \u6E29\u5EA6 23.5 \u00B0C, and a line that is as long as only a firmware "
+                                    "in a talkative mood writes one, on and on\n"
+                                  : " ok\n"));
+    tool.barPaste.setVisible(true);
+    tool.barPaste.setValue(42);
+    tool.comPasteStop.setVisible(true);
+    tool.labFind.setCaption("Went on from the start");
+    tool.labPort.setCaption("Waiting for COM1 to come back");
+    tool.labPaste.setCaption("Paste cancelled: 3312 of 1000000 bytes");
+    tool.labLog.setCaption("Log: terminal-2026-11-24-101210.log, 12.1 KB");
+    tool.labReceiveCount.setCaption("Receive counter:123456789");
+    auto& files = form.images.slots.code;
+    files.warnings.setCaption("Begins with FF, as empty memory does.\nStarts at 0100H, not at 0000H.");
+    form.notices.say("The trace cannot be saved: no space left on the device");
+    shoot(QStringLiteral("at-work"));
+  }
   void families() {
     for (const auto& traits : catalogue::allFamilies()) {
       const auto* record = firstModel(traits.family);
@@ -141,6 +165,7 @@ void takeShots(Application& program, const QString& folder, const QString& prefi
     camera.verdicts();
     camera.aftermath();
     camera.popups();
+    camera.atWork();
     camera.families();
     ended();
   });

@@ -1,8 +1,11 @@
 // The terminal in the real window on a pseudo-terminal.
+#include <QClipboard>
 #include <QFile>
 #include <algorithm>
+#include <ctime>
 
 #include "tests/support/far_end.h"
+#include "tests/window/clicker.h"
 #include "tests/window/desk.h"
 
 namespace kvr::window {
@@ -64,28 +67,48 @@ TEST_F(LiveTerminal, EveryKeyTypedIntoThePaneGoesToTheDeviceAndNoneToTheWindow) 
   EXPECT_EQ(heard(4), "sent");
 }
 
-TEST_F(LiveTerminal, ALongPasteToADeviceThatReadsNothingNeverHoldsUpAClickAndIsCancelled) {
+// The device takes 9600 baud. Each turn is held by the window's own work, which other programs do not disturb; 99
+// clicks of 100 by the clock, which also sees a write that blocks.
+TEST_F(LiveTerminal, APasteOfAMegabyteNeverHoldsUpAClickAndIsCancelledInTheMiddle) {
   openTerminal();
-  ASSERT_TRUE(program->form.tool.texReceive.userPaste(std::string(1'000'000, 'p')));
+  program->form.tool.che_LocalEcho.userSet(true);
+  std::string text;
+  while (text.size() < 1'000'000) text += "line " + std::to_string(text.size()) + " of a long text\n";
+  QApplication::clipboard()->setText(QString::fromStdString(text));
+  std::string device;
+  platform::Timer line(
+      program->loop, [&] { device += heard(19); }, platform::Timer::Kind::Periodic);
+  double longest = 0;  // turn, in milliseconds of a core
   std::vector<double> waits;
-  for (int i = 0; i < 40; ++i) {
-    QElapsedTimer time;
-    time.start();
-    bool answered = false;
-    program->loop.post([&] { answered = true; });
-    ASSERT_TRUE(waitFor([&] { return answered; }));
-    waits.push_back(static_cast<double>(time.nsecsElapsed()) / 1e6);
-    platform::delay(program->loop, platform::Millis(20));
+  {
+    Clicker clicker(*program, std::chrono::milliseconds(10));
+    const auto turnUntil = [&](const std::function<bool()>& done) {
+      for (const auto end = std::chrono::steady_clock::now() + kLimit; !done();) {
+        ASSERT_LT(std::chrono::steady_clock::now(), end);
+        const std::clock_t before = std::clock();
+        program->loop.runOnce();
+        longest = std::max(longest, static_cast<double>(std::clock() - before) * 1e3 / CLOCKS_PER_SEC);
+      }
+    };
+    click("comPaste");
+    turnUntil([&] { return widget("comPasteStop").isVisible(); });
+    line.start(platform::Millis(20));
+    turnUntil([&] { return device.size() > 2500; });
+    EXPECT_LT(program->link.outBytesPending(), 2000U);
+    click("comPasteStop");
+    turnUntil([&] { return !widget("comPasteStop").isVisible(); });
+    line.stop();
+    turnUntil([&] { return clicker.times.size() >= 200; });
+    waits = clicker.times;
   }
   std::sort(waits.begin(), waits.end());
-  EXPECT_LT(waits[waits.size() / 2], 50) << "milliseconds; the slowest: " << waits.back();
-  EXPECT_LT(program->link.outBytesPending(), 2000U);
-  EXPECT_TRUE(widget("comPasteStop").isVisible());
-  click("comPasteStop");
-  settle();
+  const double most = waits[waits.size() * 99 / 100];
+  RecordProperty("paste_click_ms_max", std::to_string(waits.back()));
+  EXPECT_LT(longest, 50) << "milliseconds of a core for one turn";
+  EXPECT_LT(most, 50) << "milliseconds; the slowest of " << waits.size() << ": " << waits.back();
   EXPECT_EQ(program->link.outBytesPending(), 0U);
-  EXPECT_FALSE(widget("comPasteStop").isVisible());
   EXPECT_TRUE(program->form.tool.labPaste.caption().starts_with("Paste cancelled"));
+  EXPECT_EQ(device, text.substr(0, device.size()));
 }
 
 TEST_F(LiveTerminal, ComesBackWithItsAdapterAndItsLogHoldsAllOfIt) {
