@@ -111,8 +111,8 @@ Micros Wire::carry(Direction direction, std::span<const std::uint8_t> bytes, con
                     {bytes.begin(), bytes.end()},
                     fault.has_value()});
   if (!burst.items.empty()) lane.bursts.push_back(std::move(burst));
-  if (!fault) return roundedUp(trueEnd);
-  if (device_) device_->disturbed(quietUntil_ = std::max(quietUntil_, roundedUp(std::max(trueEnd, lane.freeAt))));
+  if (fault && device_)
+    device_->disturbed(quietUntil_ = std::max(quietUntil_, roundedUp(std::max(trueEnd, lane.freeAt))));
   return roundedUp(trueEnd);
 }
 
