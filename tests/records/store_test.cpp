@@ -1,7 +1,9 @@
 // One contract for both databases.
 #include <gtest/gtest.h>
 
+#include <QDateTime>
 #include <QDeadlineTimer>
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QSqlDatabase>
@@ -12,6 +14,9 @@
 #include <memory>
 #include <set>
 
+#include "platform/virtual/virtual_world.h"
+#include "records/qt/qt_record_desk.h"
+#include "records/qt/sql_store.h"
 #include "records/qt/waiting_rows.h"
 #include "records/record_store.h"
 #include "tests/records/private_server.h"
@@ -20,6 +25,7 @@ namespace {
 
 using namespace kvr::records;
 using kvr::test::PrivateServer;
+namespace platform = kvr::platform;
 
 // One server for the whole program: starting one takes seconds.
 std::unique_ptr<PrivateServer> serverOfAll;
@@ -170,10 +176,12 @@ TEST_P(StoreContract, ANumberOfAStationThatDiedIsInDoubtUntilAPersonSettlesIt) {
   EXPECT_TRUE(store_->settle("B7", 0, Settlement::Free).none());
   EXPECT_TRUE(store_->settle("B7", 1, Settlement::Spent).none());
   EXPECT_FALSE(store_->settle("B7", 1, Settlement::Free).none());
+  EXPECT_TRUE(store_->doubt(lostToo, row(lostToo, Verdict::Failed)).none()) << "its row comes later, and asks no more";
   EXPECT_EQ(reserve().ordinal, 0);
   EXPECT_FALSE(store_->spend(lost, row(lost)).none()) << "its number has gone to another chip";
   EXPECT_EQ(batch().places, (Places{.given = 3, .spent = 1, .reserved = 2}));
   EXPECT_EQ(batch().passed, 0);
+  EXPECT_EQ(batch().failed, 1);
 }
 
 TEST_P(StoreContract, AStationThatWasOnlyCutOffKeepsItsNumber) {
@@ -188,6 +196,31 @@ TEST_P(StoreContract, AStationThatWasOnlyCutOffKeepsItsNumber) {
   EXPECT_EQ(batch().places, (Places{.given = 2, .inDoubt = 2}));
   EXPECT_EQ(batch().passed, 0);
   EXPECT_EQ(batch().failed, 2);
+  EXPECT_TRUE(store_->settle("B7", 1, Settlement::Spent).none());
+  EXPECT_TRUE(store_->doubt(next, row(next, Verdict::Failed)).none()) << "the same row once more";
+  EXPECT_EQ(batch().places, (Places{.given = 2, .spent = 1, .inDoubt = 1}));
+}
+
+// A process is known by its lock on a file: by no number that the system gives out again, and by whatever name a folder
+// has.
+TEST(RecordStore, KnowsWhoLivesByTheLockAloneAndUnderEachNameOfItsFolder) {
+  QTemporaryDir folder;
+  ASSERT_TRUE(QDir(folder.path()).mkdir("deep") && QFile::link("deep", folder.filePath("alias")));
+  auto one = std::move(openStore(folder.filePath("deep/records.db").toStdString()).value);
+  auto two = std::move(openStore(folder.filePath("alias/records.db").toStdString()).value);
+  ASSERT_TRUE(one->addBatch({.name = "B"}).none());
+  ASSERT_TRUE(one->reserve("B", "left", {}).ok());
+  EXPECT_EQ(two->batch("B").value.places.reserved, 1);
+  const QStringList locks = QDir(folder.filePath("deep")).entryList({"*.station-*"});
+  ASSERT_EQ(locks.size(), 1);
+  QFile lock(folder.filePath("deep/" + locks.front()));
+  ASSERT_TRUE(lock.open(QIODevice::ReadOnly));
+  const QByteArray owner = lock.readAll();
+  one.reset();
+  QFile left(lock.fileName());  // as after a kill, and this process has got the dead one's number
+  ASSERT_TRUE(left.open(QIODevice::WriteOnly) && left.write(owner) > 0 && left.flush());
+  EXPECT_TRUE(left.setFileTime(QDateTime::currentDateTime().addDays(-1), QFileDevice::FileModificationTime));
+  EXPECT_EQ(two->batch("B").value.places.inDoubt, 1);
 }
 
 TEST_P(StoreContract, LeavesTablesOfANewerVersionAlone) {
@@ -303,6 +336,39 @@ TEST(RecordStore, WhatCouldNotBeRecordedWaitsAndGoesInOnce) {
   EXPECT_EQ(waiting.deliver(*store), 1);
   EXPECT_EQ(store->batch("B").value.failed, 3);
   EXPECT_EQ(store->batch("B").value.places, (Places{.given = 2, .inDoubt = 1, .free = 1}));
+}
+
+// Another station's chip ends while this one hands over.
+struct Meanwhile : SqlStore {
+  Meanwhile(const QString& path, std::function<void()> during)
+      : SqlStore(std::make_unique<SqlLink>(path)), then(std::move(during)) {}
+  StoreFault addRun(const RunRow& row) override {
+    then();
+    return SqlStore::addRun(row);
+  }
+  std::function<void()> then;
+};
+
+TEST(RecordStore, ARowIsKeptWhileOthersAreHandedOver) {
+  QTemporaryDir folder;
+  const QString path = folder.filePath("records.db");
+  ASSERT_TRUE(openStore(path.toStdString()).value->addBatch({.name = "B"}).none());
+  const WaitingRows waiting(folder.filePath("waiting").toStdString());
+  ASSERT_TRUE(waiting.keep({}, {.run = "first", .batch = "B"}));
+  Meanwhile store(path, [&] { EXPECT_TRUE(waiting.keep({}, {.run = "second", .batch = "B"})); });
+  EXPECT_EQ(waiting.deliver(store), 1);
+  store.then = [] {};
+  EXPECT_EQ(waiting.deliver(store), 0);
+  EXPECT_EQ(store.batch("B").value.failed, 2);
+}
+
+TEST(RecordDesk, AStoreIsThatOfItsFolderWhereverTheProgramStands) {
+  const auto shared = std::make_shared<platform::MemoryDisk>();
+  QtRecordDesk desk([&] { return std::make_unique<platform::MemoryStore>(shared); });
+  EXPECT_EQ(desk.keepLocation("line.db"), "");
+  EXPECT_EQ(desk.location(), QDir::current().filePath("line.db").toStdString());
+  EXPECT_EQ(desk.keepLocation("postgresql://line@server/records"), "");
+  EXPECT_EQ(desk.location(), "postgresql://line@server/records");
 }
 
 TEST(RecordStore, RefusesAnAddressWithAPasswordAndAFolderThatCannotBeMade) {

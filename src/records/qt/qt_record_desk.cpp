@@ -3,6 +3,7 @@
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
+#include <QFileInfo>
 #include <QStandardPaths>
 #include <QUuid>
 
@@ -20,6 +21,13 @@ QString folder() {
   return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/KVR-ISP/");
 }
 
+// The same file wherever a program stands when it is asked for.
+std::string absolute(const std::string& location) {
+  const QString place = QString::fromStdString(location);
+  if (place.isEmpty() || place.startsWith("postgresql://")) return location;
+  return QDir::cleanPath(QFileInfo(place).absoluteFilePath()).toStdString();
+}
+
 }  // namespace
 
 std::string QtRecordDesk::location() const {
@@ -31,13 +39,14 @@ std::string QtRecordDesk::location() const {
 
 std::string QtRecordDesk::keepLocation(const std::string& location) {
   const auto settings = settings_();
-  settings->set(kSection, kKey, location);
+  settings->set(kSection, kKey, absolute(location));
   return settings->flush().error;
 }
 
 // A file for each store: what waits for one never goes into another.
 std::unique_ptr<WaitingRoom> QtRecordDesk::waitingFor(const std::string& location) const {
-  const QByteArray name = QCryptographicHash::hash(QByteArray::fromStdString(location), QCryptographicHash::Sha256);
+  const QByteArray name =
+      QCryptographicHash::hash(QByteArray::fromStdString(absolute(location)), QCryptographicHash::Sha256);
   const QString file = folder() + QStringLiteral("waiting-") + QString::fromLatin1(name.toHex().left(kNameDigits));
   return std::make_unique<WaitingRows>(file.toStdString());
 }

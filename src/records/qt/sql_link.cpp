@@ -71,6 +71,15 @@ void SqlLink::open() {
     throw SqlFailure{
         unreachable(QStringLiteral("The record store's folder %1 cannot be made.").arg(QFileInfo(place_).path()))};
   if (!db.open()) fail(db.lastError(), QStringLiteral("cannot be opened"));
+  try {
+    settle();
+  } catch (const SqlFailure&) {
+    db.close();  // one that has only some of its settings, or shows nobody that this process lives
+    throw;
+  }
+}
+
+void SqlLink::settle() {
   static const QStringList file{"PRAGMA journal_mode = WAL", "PRAGMA synchronous = FULL", "PRAGMA foreign_keys = ON"};
   static const QStringList server{"SET synchronous_commit = on", "SET lock_timeout = '10s'",
                                   "SET statement_timeout = '15s'"};
@@ -128,10 +137,12 @@ StoreFault SqlLink::look(const std::function<StoreFault()>& work) {
 }
 
 QString SqlLink::lockFile(qint64 presence) const {
-  return QStringLiteral("%1.station-%2").arg(place_).arg(presence);
+  const QString file = QFileInfo(place_).canonicalFilePath();  // the same for all, by whatever way they reach it
+  return QStringLiteral("%1.station-%2").arg(file.isEmpty() ? place_ : file).arg(presence);
 }
 
-// On one computer a lock file, whose owner the system knows; on a server a lock that goes with the connection.
+// On one computer a file that the process has locked, which the system ends with it; on a server a lock that goes with
+// the connection.
 void SqlLink::showPresence() {
   if (presence_ != 0) return;
   presence_ = static_cast<qint64>(QRandomGenerator::system()->generate64() >> 2) | 1;
@@ -153,8 +164,8 @@ bool SqlLink::isGone(qint64 presence) {
   if (presence == presence_) return false;
   if (!server_) {
     QLockFile other(lockFile(presence));
-    other.setStaleLockTime(0);
-    return other.tryLock(0);  // and takes the dead one's file away
+    other.setStaleLockTime(1);  // the system's lock alone counts: a name or a process's number may be another's by now
+    return other.tryLock(0);    // and takes the dead one's file away
   }
   QSqlQuery query = ask(QStringLiteral("SELECT pg_try_advisory_xact_lock(?)"), {presence});
   return query.next() && query.value(0).toBool();

@@ -50,6 +50,7 @@ class SqlLink {
 
  private:
   void open();
+  void settle();  // of a new connection
   void fail(const QSqlError& error, const QString& doing);
   StoreFault attempt(const QString& begin, const std::function<StoreFault()>& work);
   QString lockFile(qint64 presence) const;

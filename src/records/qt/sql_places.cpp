@@ -74,14 +74,15 @@ StoreFault SqlStore::giveBack(const Reservation& place, const RunRow& row) {
 }
 
 // A PASS may have come into the books although its answer did not come back. The user has seen FAIL, so that holds.
+// What a person has said of the number meanwhile holds, too.
 StoreFault SqlStore::doubt(const Reservation& place, const RunRow& row) {
   return link_->change([&]() -> StoreFault {
     if (!read(text(place.batch), true)) return noBatch(place.batch);
-    dropRow(text(row.run));
-    keepRow(row);
-    link_->ask(
-        "UPDATE places SET state = 'doubt', since = ? WHERE batch = ? AND ordinal = ? AND run = ? AND state <> 'free'",
-        {utcNow(), text(place.batch), qlonglong{place.ordinal}, text(place.run)});
+    const bool passed = dropPass(text(row.run));
+    if (!keepRow(row)) return {};  // it has come before
+    link_->ask("UPDATE places SET state = 'doubt', since = ? WHERE batch = ? AND ordinal = ? AND run = ? AND state = ?",
+               {utcNow(), text(place.batch), qlonglong{place.ordinal}, text(place.run),
+                passed ? QStringLiteral("spent") : QStringLiteral("reserved")});
     return {};
   });
 }

@@ -32,11 +32,13 @@ bool SqlStore::keepRow(const RunRow& row) {
   return added == 1;
 }
 
-void SqlStore::dropRow(const QString& run) {
-  QSqlQuery query = link_->ask(kReadRuns + "WHERE run = ?", {run});
-  if (!query.next()) return;
+// False: there is no such run, or it has failed.
+bool SqlStore::dropPass(const QString& run) {
+  QSqlQuery query = link_->ask(kReadRuns + "WHERE run = ? AND verdict <> ?", {run, nameOf(Verdict::Failed)});
+  if (!query.next()) return false;
   tally(rowOf(query), -1);
   link_->ask("DELETE FROM runs WHERE run = ?", {run});
+  return true;
 }
 
 void SqlStore::tally(const RunRow& row, int runs) {

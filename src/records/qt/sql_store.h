@@ -35,7 +35,7 @@ class SqlStore : public RecordStore {
   void markDoubts(const QString& batch);
   std::int64_t takePlace(const QString& batch);
   bool keepRow(const RunRow& row);
-  void dropRow(const QString& run);
+  bool dropPass(const QString& run);
   void tally(const RunRow& row, int runs);  // runs: 1 or -1
   void tallyOne(const RunRow& row, int runs, const char* kind, const QString& key);
   StoreFault finish(const Reservation& place, const RunRow& row, const char* state);

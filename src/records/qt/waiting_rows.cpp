@@ -9,6 +9,8 @@
 #include <QLockFile>
 #include <QSaveFile>
 #include <array>
+#include <functional>
+#include <optional>
 
 #include "records/qt/row_texts.h"
 
@@ -82,18 +84,34 @@ StoreFault handOver(RecordStore& store, const QByteArray& line) {
   return fault.kind == StoreFault::Kind::Refused ? store.addRun(waiting.row) : fault;
 }
 
-QList<QByteArray> linesOf(const QString& path) {
+using Lines = QList<QByteArray>;
+
+// Nothing: they cannot be read now, and must not be written over.
+std::optional<Lines> linesOf(const QString& path) {
   QFile file(path);
-  QList<QByteArray> lines;
-  if (file.open(QIODevice::ReadOnly)) lines = file.readAll().split('\n');
+  if (!file.exists()) return Lines();
+  if (!file.open(QIODevice::ReadOnly)) return std::nullopt;
+  Lines lines = file.readAll().split('\n');
+  if (file.error() != QFileDevice::NoError) return std::nullopt;
   lines.removeAll(QByteArray());
   return lines;
 }
 
-bool replaceLines(const QString& path, const QList<QByteArray>& lines) {
-  if (lines.isEmpty()) return QFile::remove(path);
+bool replaceLines(const QString& path, const Lines& lines) {
+  if (lines.isEmpty()) return !QFile::exists(path) || QFile::remove(path);
   QSaveFile file(path);
   return file.open(QIODevice::WriteOnly) && file.write(lines.join('\n') + '\n') > 0 && file.commit();
+}
+
+// What has become of the lines by the hand of `change`, written back while nobody else writes. Nothing: it was not
+// possible, and all are as they were.
+std::optional<Lines> changeLines(const QString& path, const std::function<void(Lines&)>& change) {
+  QLockFile alone(path + ".lock");
+  if (!alone.tryLock(5000)) return std::nullopt;
+  std::optional<Lines> lines = linesOf(path);
+  if (!lines) return std::nullopt;
+  change(*lines);
+  return replaceLines(path, *lines) ? lines : std::nullopt;
 }
 
 }  // namespace
@@ -101,29 +119,26 @@ bool replaceLines(const QString& path, const QList<QByteArray>& lines) {
 bool WaitingRows::keep(const Reservation& place, const RunRow& row) const {
   const QString path = QString::fromStdString(path_);
   if (!QDir().mkpath(QFileInfo(path).path())) return false;
-  QLockFile alone(path + ".lock");
-  if (!alone.tryLock(5000)) return false;
-  QList<QByteArray> lines = linesOf(path);
-  lines.append(lineOf({.place = place, .row = row}).trimmed());
-  return replaceLines(path, lines);
+  const QByteArray line = lineOf({.place = place, .row = row}).trimmed();
+  return changeLines(path, [&](Lines& lines) { lines.append(line); }).has_value();
 }
 
+// The file is free while the store is asked, which may take long: another station may have a row to keep. Rows that two
+// hand over at the same time, or that come again, are known to the store by their run.
 int WaitingRows::deliver(RecordStore& store) const {
   const QString path = QString::fromStdString(path_);
-  if (!QFile::exists(path)) return 0;
-  QLockFile alone(path + ".lock");
-  if (!alone.tryLock(5000)) return 1;  // another station is at it, or keeps a row
-  QList<QByteArray> left;
-  bool reachable = true;
-  const QList<QByteArray> lines = linesOf(path);
-  for (const QByteArray& line : lines) {
-    const StoreFault fault = reachable ? handOver(store, line) : StoreFault{StoreFault::Kind::Unreachable, {}};
-    reachable = fault.kind != StoreFault::Kind::Unreachable;
-    if (!fault.none()) left << line;
+  const std::optional<Lines> waiting = linesOf(path);
+  if (!waiting) return 1;  // at least
+  Lines done;
+  for (const QByteArray& line : *waiting) {
+    const StoreFault fault = handOver(store, line);
+    if (fault.kind == StoreFault::Kind::Unreachable) break;
+    if (fault.none()) done << line;
   }
-  // When the file cannot be written, its rows come again: the store knows them by their run.
-  return left.size() == lines.size() || replaceLines(path, left) ? static_cast<int>(left.size())
-                                                                 : static_cast<int>(lines.size());
+  if (done.isEmpty()) return static_cast<int>(waiting->size());
+  const auto left = changeLines(
+      path, [&](Lines& lines) { lines.removeIf([&](const QByteArray& line) { return done.contains(line); }); });
+  return static_cast<int>((left ? *left : *waiting).size());
 }
 
 }  // namespace kvr::records
