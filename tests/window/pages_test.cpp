@@ -63,6 +63,20 @@ TEST_F(Pages, WhateverTakesTheFocusOnAnyPageSaysItsNameAndWhatItIs) {
   };
   for (const char* strip : {"TabStrip1", "TabStrip2"})
     onEachPage(strip, [&] { walk(QAccessible::queryAccessibleInterface(program->window.get()), look); });
+  tab("TabStrip2", "Debug_COM");
+  for (auto* popup : program->window->findChildren<QWidget*>(QStringLiteral("settingsPopup"))) {
+    popup->show();
+    const std::size_t before = seen.size();
+    walk(QAccessible::queryAccessibleInterface(popup), look);
+    EXPECT_GT(seen.size(), before + 5) << popup->accessibleName().toStdString();
+    popup->hide();
+  }
+  program->form.main.cheStripOnly.userSet(true);
+  program->form.main.comMastWindow.press();
+  settle();
+  walk(QAccessible::queryAccessibleInterface(program->window.get()), look);
+  program->form.main.comMastWindow.press();
+  settle();
   EXPECT_GT(seen.size(), 150U);
   const auto role = [](QWidget& shown) { return QAccessible::queryAccessibleInterface(&shown)->role(); };
   EXPECT_EQ(role(*program->window), QAccessible::Window);
@@ -74,6 +88,22 @@ TEST_F(Pages, WhateverTakesTheFocusOnAnyPageSaysItsNameAndWhatItIs) {
     EXPECT_TRUE(widget(range).accessibleName().contains(QLatin1String("address"))) << range;
     EXPECT_FALSE(widget(range).toolTip().isEmpty()) << range;
   }
+}
+
+TEST_F(Pages, TabAloneGoesToEverythingThatTakesInput) {
+  openWithEveryPage();
+  auto& window = *program->window;
+  const auto look = [&] {
+    std::set<const QWidget*> reached;
+    for (QWidget* at = &window; at && reached.insert(at).second; at = window.focusWidget())
+      QTest::keyClick(at, Qt::Key_Tab);
+    for (const auto* child : window.findChildren<QWidget*>())
+      EXPECT_TRUE(!child->isVisible() || !child->isEnabled() || !(child->focusPolicy() & Qt::TabFocus) ||
+                  child->focusProxy() || reached.contains(child))
+          << child->objectName().toStdString() << ' ' << child->metaObject()->className();
+    EXPECT_GT(reached.size(), 40U);
+  };
+  for (const char* strip : {"TabStrip1", "TabStrip2"}) onEachPage(strip, look);
 }
 
 TEST_F(Pages, AltLettersAreUniqueWhicheverPagesAreShown) {

@@ -271,7 +271,6 @@ QLayout* noticeLine(const Maker& maker) {
          [line, &main] { line->showNote(qtText(main.labNotice.caption()), qtText(main.labNotice.caption())); });
   auto* history = maker.button(main.comNotices, 0, QStringLiteral("History of the program's messages"));
   history->setMaximumHeight(history->fontMetrics().height() + 4);
-  history->setFlat(true);
   auto* both = row({line, history});
   both->setStretch(0, 1);
   return both;

@@ -124,7 +124,8 @@ void MainWindow::resizeEvent(QResizeEvent* event) {
   if (dragged_ || !left_->isVisibleTo(this) || !right_->isVisibleTo(this)) return;
   const int all = halves_->width() - halves_->handleWidth();
   const int least = left_->minimumSizeHint().width();
-  const int left = std::clamp(all - right_->sizeHint().width(), least, std::max(least, left_->sizeHint().width()));
+  const int wish = std::max(right_->sizeHint().width(), fontMetrics().averageCharWidth() * 110);
+  const int left = std::clamp(all - wish, least, std::max(least, left_->sizeHint().width()));
   halves_->setSizes({left, all - left});
 }
 
