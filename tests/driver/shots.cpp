@@ -74,6 +74,7 @@ class Photographer {
     files.warnings.setCaption("Begins with FF, as empty memory does.\nStarts at 0100H, not at 0000H.");
     form.notices.say("The trace cannot be saved: no space left on the device");
     shoot(QStringLiteral("at-work"));
+    form.main.TabStrip2.userSelect(0);
   }
   void families() {
     for (const auto& traits : catalogue::allFamilies()) {

@@ -1,4 +1,3 @@
-#include <QGroupBox>
 #include <QGuiApplication>
 
 #include "shell/qt/choice_button.h"
@@ -40,7 +39,7 @@ QGroupBox* batchBox(const Maker& maker) {
   column->addLayout(flow({together(captionFor(QStringLiteral("Name"), name), name),
                           together(captionFor(QStringLiteral("Station"), station), station),
                           together(captionFor(QStringLiteral("Operator"), person), person)}));
-  auto* box = new QGroupBox(QStringLiteral("Batch"));
+  auto* box = makeGroup(QStringLiteral("Batch"));
   box->setLayout(column);
   return box;
 }
