@@ -82,13 +82,13 @@ std::string lineOf(const TraceEvent& event) {
 // --- Reading. ---
 
 std::optional<platform::Micros> timeOf(std::string_view text) {
-  std::int64_t seconds = 0, micros = 0;
+  std::uint32_t seconds = 0, micros = 0;  // no sign is read, and none before a zero
   const char* const end = text.data() + text.size();
   const auto whole = std::from_chars(text.data(), end, seconds);
   if (whole.ec != std::errc() || seconds > 10'000'000 || end - whole.ptr != 7 || *whole.ptr != '.') return std::nullopt;
   const auto rest = std::from_chars(whole.ptr + 1, end, micros);
-  if (rest.ec != std::errc() || rest.ptr != end || seconds < 0 || micros < 0) return std::nullopt;
-  return platform::Micros(seconds * 1000000 + micros);
+  if (rest.ec != std::errc() || rest.ptr != end) return std::nullopt;
+  return platform::Micros(std::int64_t{seconds} * 1000000 + micros);
 }
 
 bool readRemark(std::string_view part, TraceEvent& event) {
