@@ -69,7 +69,8 @@ Problem BatchLine::next(JobSource&) {
 
 RoomSeen BatchLine::room() {
   const auto now = open_.store->batch(arguments_.batch);
-  return now.ok() ? RoomSeen{records::roomIn(now.value), records::fullText(now.value)} : RoomSeen{};
+  if (!now.ok()) return {};
+  return {records::roomIn(now.value), records::fullText(now.value), records::takenText(now.value)};
 }
 
 bool BatchLine::roomAtAGlance() {

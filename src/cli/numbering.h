@@ -11,12 +11,13 @@ namespace kvr::cli {
 
 struct RoomSeen {
   records::Room room = records::Room::Now;
-  std::string words;  // how full it is
+  std::string words, taken;  // how full it is, for a message and for a sign
 };
 
 // Of the event "full". `chipLeft`: a chip has answered, and is as it was.
 inline Fields fullFields(const RoomSeen& seen, bool chipLeft) {
-  return {{"why", seen.words}, {"final", seen.room == records::Room::Never}, {"chipLeft", chipLeft}};
+  return {
+      {"why", seen.words}, {"taken", seen.taken}, {"final", seen.room == records::Room::Never}, {"chipLeft", chipLeft}};
 }
 
 class Numbering {

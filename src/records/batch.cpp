@@ -30,12 +30,16 @@ Room roomIn(const Batch& batch) {
   return places.spent + places.inDoubt < *batch.wanted ? Room::Later : Room::Never;
 }
 
+std::string takenText(const Batch& batch) {
+  const Places& places = batch.places;
+  std::string words = std::to_string(places.spent) + " of " + std::to_string(batch.wanted.value_or(0)) + " done";
+  if (places.reserved > 0) words += ", " + std::to_string(places.reserved) + " in work";
+  if (places.inDoubt > 0) words += ", " + std::to_string(places.inDoubt) + " in doubt";
+  return words;
+}
+
 std::string fullText(const Batch& batch) {
-  std::string words = "The batch \"" + batch.name + "\" is full: " + std::to_string(batch.places.spent) + " of " +
-                      std::to_string(batch.wanted.value_or(0)) + " done";
-  if (batch.places.reserved > 0) words += ", " + std::to_string(batch.places.reserved) + " in work";
-  if (batch.places.inDoubt > 0) words += ", " + std::to_string(batch.places.inDoubt) + " in doubt";
-  return words + ".";
+  return "The batch \"" + batch.name + "\" is full: " + takenText(batch) + ".";
 }
 
 std::string closedOrOtherJob(const Batch& batch, const Fingerprint& job) {

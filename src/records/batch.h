@@ -70,7 +70,9 @@ struct Batch {
 // back. Never: all are spent, or in doubt until a person settles them.
 enum class Room { Now, Later, Never };
 Room roomIn(const Batch& batch);
-// How full it is: "The batch "B7" is full: 198 of 200 done, 2 in work."
+// How many chips of those wanted it has, and what has become of the others' places: "198 of 200 done, 2 in work".
+std::string takenText(const Batch& batch);
+// The same as a message: "The batch "B7" is full: 198 of 200 done, 2 in work."
 std::string fullText(const Batch& batch);
 // Why the batch takes no chip with this job, whether it is full or not; empty: it does.
 std::string closedOrOtherJob(const Batch& batch, const Fingerprint& job);

@@ -48,8 +48,11 @@ QPainterPath shapeOf(Sign sign, const QRectF& box) {
   return path;
 }
 
-QString wordIn(Sign sign) {
-  return sign == Sign::PassInPart ? QStringLiteral("PASS,\nPART LEFT OUT") : QString::fromLatin1(wordOf(sign));
+// The longest word in two lines, but for where one line has the larger letters.
+QString wordIn(Sign sign, const QSizeF& area) {
+  constexpr qreal kFlat = 7;  // width to height
+  const bool two = sign == Sign::PassInPart && area.width() < area.height() * kFlat;
+  return two ? QStringLiteral("PASS,\nPART LEFT OUT") : QString::fromLatin1(wordOf(sign));
 }
 
 // The largest bold type in which the word fits.
@@ -92,7 +95,7 @@ void paintSign(QPainter& painter, const QRectF& area, Sign sign, Layout layout) 
   painter.setBrush(colours.back);
   painter.drawRoundedRect(area, 8, 8);
 
-  const QString word = wordIn(sign);
+  const QString word = wordIn(sign, area.size());
   const qreal lines = static_cast<qreal>(word.count(QLatin1Char('\n')) + 1);
   const qreal side = beside ? std::min(area.height() * 0.6, area.width() * 0.2) : 0;
   const qreal left = area.left() + (beside ? side * 1.7 : 0);

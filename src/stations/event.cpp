@@ -27,6 +27,7 @@ std::optional<Event> readEvent(std::string_view line) {
               .next = textOf(object, "next"),
               .number = {},
               .answered = object.contains(QLatin1String("chip")),
+              .taken = textOf(object, "taken"),
               .chipLeft = object.value(QLatin1String("chipLeft")).toBool()};
   event.dataSeconds = object.value(QLatin1String("spent")).toObject().value(QLatin1String("program")).toDouble();
   event.number = textOf(object, event.name == "outcome" ? "serial" : "number");

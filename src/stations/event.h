@@ -18,6 +18,7 @@ struct Event {
   std::string number;      // that the chip in hand carries, or was to carry; empty: none
   double dataSeconds = 0;  // of an outcome: while the data went out
   bool answered = false;   // of an outcome: a chip has answered
+  std::string taken;       // of a batch that is full: how full
   bool chipLeft = false;   // of a batch that is full: a chip has answered, and is as it was
 };
 

@@ -42,7 +42,7 @@ void enter(Tile& tile, const std::string& stage) {
 void fill(Tile& tile, const Event& event) {
   if (signs::isVerdict(tile.sign)) tile.last = tile.sign;
   tile.sign = Sign::BatchFull;
-  tile.words = event.why;
+  tile.words = event.taken;
   tile.fraction = -1;
   tile.number.clear();
   tile.chipLeft = tile.chipLeft || event.chipLeft;

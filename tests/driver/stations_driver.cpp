@@ -62,7 +62,7 @@ class Demo {
       tile.words = tile.sign == signs::Sign::Working ? "Programming" : "Switch the next chip on";
       if (tile.sign == signs::Sign::BatchFull) {
         tile.running = i > 6;
-        tile.words = "The batch \"B7\" is full: 198 of 200 done, 2 in work.";
+        tile.words = "198 of 200 done, 2 in work";
         tile.last = signs::Sign::Pass;
         tile.chipLeft = i > 6;
       }

@@ -32,8 +32,10 @@ void TileSign::paintBand(QPainter& painter, const QRectF& band) {
   face.setBold(!remark_.isEmpty());
   const qreal wide = remark_.isEmpty() ? kBandText : kBandRemark;
   face.setPixelSize(std::max(11, static_cast<int>(std::min(band.height() * 0.6, band.width() * wide))));
-  painter.setFont(face);
   painter.setPen(palette().color(QPalette::WindowText));
+  const int wanted = QFontMetrics(face).horizontalAdvance(remark_);
+  if (wanted > band.width()) face.setPixelSize(std::max(9, static_cast<int>(face.pixelSize() * band.width() / wanted)));
+  painter.setFont(face);
   if (!remark_.isEmpty()) return painter.drawText(band, static_cast<int>(Qt::AlignCenter), remark_);
   painter.drawText(band, static_cast<int>(Qt::AlignVCenter | Qt::AlignLeft), QStringLiteral("Last chip:"));
   signs::paintSign(painter, band.adjusted(band.width() * kBandIndent, 0, 0, 0), last_, signs::Layout::ShapeBesideWord);

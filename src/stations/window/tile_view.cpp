@@ -20,7 +20,7 @@ QString countsText(const stations::Counts& counts) {
 
 QString remarkOf(const stations::Tile& tile) {
   return tile.adapterGone ? QStringLiteral("ADAPTER GONE")
-         : tile.chipLeft  ? QStringLiteral("THIS CHIP WAS NOT PROGRAMMED")
+         : tile.chipLeft  ? QStringLiteral("CHIP NOT PROGRAMMED")
                           : QString();
 }
 
