@@ -65,6 +65,7 @@ void Station::start(const Work& work) {
   if (tile_.running || busy()) return;
   work_ = work;
   tile_.failedInARow = 0;
+  tile_.chipLeft = false;
   launch();
 }
 

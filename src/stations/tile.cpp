@@ -27,6 +27,7 @@ void enter(Tile& tile, const std::string& stage) {
   for (const StageWords& known : kStages) {
     if (stage != known.stage) continue;
     tile.sign = Sign::Working;
+    tile.chipLeft = false;
     tile.words = known.words;
     return;
   }
@@ -35,7 +36,6 @@ void enter(Tile& tile, const std::string& stage) {
   tile.sign = Sign::Waiting;
   tile.words = "Switch the next chip on";
   tile.number.clear();
-  tile.chipLeft = false;
 }
 
 // Nothing is wrong: there is no chip to program, or none until one of another station fails.

@@ -27,7 +27,7 @@ struct Tile {
   int failedInARow = 0;
   bool running = false;      // a process is there
   bool adapterGone = false;  // it waits for its adapter
-  bool chipLeft = false;     // the batch was full: a chip is there, and as it was
+  bool chipLeft = false;     // the batch was full: a chip is there as it was, until one answers again
 
   // Chips that failed one after the other, at which a station rests by itself: it is the fixture then.
   static constexpr int kFailuresToRest = 3;

@@ -87,14 +87,17 @@ TEST_F(StationTest, AProcessThatBreaksDownOverAChipIsAFailureAndIsNotStartedAgai
 
 TEST_F(StationTest, AFullBatchIsNoFailureAndAChipThatWasLeftIsNamed) {
   const char* left =
-      R"(echo '{"version":1,"event":"full","why":"","taken":"2 of 2 done","final":true,"chipLeft":true}')";
+      R"(echo '{"version":1,"event":"full","why":"","taken":"1 of 2 done, 1 in work","final":false,"chipLeft":true}')";
+  const char* full =
+      R"(echo '{"version":1,"event":"full","why":"","taken":"2 of 2 done","final":true,"chipLeft":false}')";
   const char* refused =
       R"(echo '{"version":1,"event":"outcome","ending":"refused","exitCode":7,"why":"No.","chip":{}}')";
-  Station& station = play({kWaits, kErases, kPasses, kWaits, left, refused, "echo 'kvr: No.' >&2", "exit 7"});
+  Station& station =
+      play({kWaits, kErases, kPasses, kWaits, left, refused, kWaits, full, "echo 'kvr: No.' >&2", "exit 7"});
   station.start(crew->work);
   ASSERT_TRUE(rests());
   EXPECT_EQ(lineOf(station.tile()), "left  /dev/ttyUSB0  BATCH FULL  1 passed, 0 failed  2 of 2 done");
-  EXPECT_TRUE(station.tile().chipLeft);
+  EXPECT_TRUE(station.tile().chipLeft) << "until a chip answers again";
   EXPECT_EQ(station.tile().last, Sign::Pass);
   EXPECT_EQ(verdicts, std::vector{Sign::Pass}) << "no beep";
 }

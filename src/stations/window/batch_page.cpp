@@ -156,11 +156,12 @@ BatchPage::BatchPage(Books& books)
 
 QLayout* BatchPage::choices() {
   auto* row = new QHBoxLayout;
-  const auto captioned = [row](const char* caption, QComboBox* box, const char* name) {
+  const auto captioned = [this, row](const char* caption, QComboBox* box, const char* name) {
     auto* label = new QLabel(QString::fromLatin1(caption));
     label->setBuddy(box);
     box->setObjectName(QString::fromLatin1(name));
     box->setMinimumContentsLength(8);
+    if (box != batch_) box->setSizeAdjustPolicy(QComboBox::AdjustToContents);  // a day comes with its first run
     row->addWidget(label);
     row->addWidget(box);
   };

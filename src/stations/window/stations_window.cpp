@@ -4,6 +4,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
+#include <QScreen>
 #include <QShortcut>
 #include <QVBoxLayout>
 #include <cmath>
@@ -68,7 +69,7 @@ StationsWindow::StationsWindow(Program& program)
   if (program_.crew.size() == 0) addStation();
   layTiles();
   followAll();
-  resize(1180, 720);
+  resize(QSize(1180, 720).boundedTo(screen()->availableSize()));
 }
 
 StationsWindow::~StationsWindow() {

@@ -128,6 +128,8 @@ void TileView::show(const stations::Tile& tile) {
   progress_->setValue(tile.fraction < 0 ? 0 : static_cast<int>(tile.fraction * 1000));
   words_->setText(wordsText(tile));
   counts_->setText(countsText(tile.counts));
+  counts_->setMaximumWidth(counts_->fontMetrics().horizontalAdvance(countsText(tile.counts)) +
+                           2);  // the words get the rest
   failure_->setText(tile.lastFailure.empty() ? QString() : QStringLiteral("Last failure: ") + text(tile.lastFailure));
   setAccessibleName(QStringLiteral("Station ") + text(tile.name));
   setAccessibleDescription(text(stations::lineOf(tile)));
