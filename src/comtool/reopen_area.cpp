@@ -30,7 +30,7 @@ void ReopenArea::end() {
 // Not while a run or a dialog is on. Whatever the system says, the adapter may be on its way.
 void ReopenArea::tryAgain() {
   if (!port_.mayOpen() || port_.tryOpen()) return;
-  if (say) say(name_ + " is open again");
+  if (back) back(name_ + " is open again");
 }
 
 }  // namespace kvr::comtool

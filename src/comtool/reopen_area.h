@@ -14,7 +14,8 @@ class ReopenArea {
   static constexpr platform::Millis kTryEvery{500};
 
   ReopenArea(platform::World world, ToolPanel& panel, PortArea& port);
-  std::function<void(const std::string& words)> say;  // a line in the pane
+  std::function<void(const std::string& words)> say;   // a line in the pane
+  std::function<void(const std::string& words)> back;  // the port is open again
 
   void portVanished(const platform::PortError& error);
   void end();  // no more waiting

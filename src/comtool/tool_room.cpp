@@ -51,6 +51,10 @@ void ToolRoom::connectAreas() {
   port_.onAwaited = [this](const platform::PortError& error) { reopen_.portVanished(error); };
   port_.onReceive = [this] { takeBytes(); };
   reopen_.say = [this](const std::string& words) { receive_.say(words); };
+  reopen_.back = [this](const std::string& words) {
+    receive_.say(words);
+    if (portIsBack) portIsBack(words);
+  };
   receive_.onOverflow = [this] { paneFull(); };
   send_.onSent = [this](std::span<const std::uint8_t> bytes) {
     if (panel_.che_LocalEcho.value()) receive_.echo(bytes);

@@ -24,6 +24,7 @@ class ToolRoom {
 
   std::function<void()> stopRun;                                     // the stop operation of `comStop_Download`
   std::function<void(std::span<const std::uint8_t>)> bytesReceived;  // for the monitor
+  std::function<void(const std::string& words)> portIsBack;          // nobody need look at the terminal for it
   std::function<void()> portClosed;                                  // what the monitor awaits will not come any more
   std::function<void()> clearMonitor;                                // empties the monitor's lists
 

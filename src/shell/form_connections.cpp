@@ -40,6 +40,7 @@ void MainForm::connectFiles() {
 void MainForm::connectTerminal() {
   notices.follow(tool.labPort);
   notices.follow(tool.labLog, "Log: ");  // which counts the bytes
+  comTool.portIsBack = [this](const std::string& words) { notices.say(words); };
   comTool.stopRun = [this] { downloads.stop(); };
   comTool.bytesReceived = [this](std::span<const std::uint8_t> bytes) { sfrMonitor.receive(bytes); };
   comTool.portClosed = [this] { sfrMonitor.portClosed(); };
@@ -65,6 +66,7 @@ void MainForm::checkConnections() const {
       {"images.storeCompare.receivedBytes", bool(images.storeCompare.receivedBytes)},
       {"comTool.stopRun", bool(comTool.stopRun)},
       {"comTool.bytesReceived", bool(comTool.bytesReceived)},
+      {"comTool.portIsBack", bool(comTool.portIsBack)},
       {"comTool.portClosed", bool(comTool.portClosed)},
       {"comTool.clearMonitor", bool(comTool.clearMonitor)},
       {"sfrMonitor.write", bool(sfrMonitor.write)},

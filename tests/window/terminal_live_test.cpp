@@ -127,6 +127,7 @@ TEST_F(LiveTerminal, ComesBackWithItsAdapterAndItsLogHoldsAllOfIt) {
     EXPECT_TRUE(waitFor([&] { return !program->form.comTool.isOpen(); }));
     plugIn();
     ASSERT_TRUE(waitFor([&] { return program->form.comTool.holdsPort(); }));
+    EXPECT_EQ(program->form.main.labNotice.caption(), "COM1 is open again");
   }
   click("che_Log");
   settle();

@@ -7,6 +7,11 @@ namespace {
 
 constexpr int kBetweenLines = 2;
 
+// Hidden, or a label without words.
+bool blank(const QLayoutItem& item) {
+  return item.isEmpty() || item.sizeHint().width() <= 0;
+}
+
 }  // namespace
 
 FlowRow::FlowRow(int indent) : indent_(indent) {
@@ -46,7 +51,7 @@ QSize FlowRow::minimumSize() const {
 QSize FlowRow::sizeHint() const {
   QSize all(0, 0);
   for (const auto& item : items_) {
-    if (item->isEmpty()) continue;
+    if (blank(*item)) continue;
     const QSize size = item->sizeHint();
     all = {all.width() + size.width() + (all.isEmpty() ? 0 : spacing()), std::max(all.height(), size.height())};
   }
@@ -86,7 +91,7 @@ int FlowRow::layOut(const QRect& place, bool move) const {
   };
   const bool captionAlone = indent_ > 0 && sizeHint().width() > place.width();
   for (const auto& item : items_) {
-    if (item->isEmpty()) continue;
+    if (blank(*item)) continue;
     const QSize size = item->sizeHint();
     const bool afterCaption = captionAlone && y == place.y() && line.size() == 1;
     const bool full = !line.empty() && x + size.width() > place.x() + place.width();
