@@ -31,8 +31,8 @@ class Series {
   Series(const Desk& desk, const SeriesArguments& arguments, JobSource& source, RunConsole& console, Numbering& numbers)
       : desk_(desk), arguments_(arguments), source_(source), console_(console), numbers_(numbers) {}
 
-  // Ends after the last chip that was asked for or that there is a number for, or the first one that does not pass. While
-  // there may be a number later, no chip is touched.
+  // Ends after the last chip that was asked for or that there is a number for, or the first one that does not pass.
+  // While there may be a number later, no chip is touched.
   [[nodiscard]] ExitCode program(const Run& run);
 
  private:

@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <limits>
 #include <locale>
 #include <sstream>
 
@@ -84,13 +85,14 @@ bool isNumberText(std::string_view text) {
   return !number.digits.empty() && number.end == text.size();
 }
 
+// The largest one in place of a number that is larger.
 double valueOf(std::string_view text) {
   const Number number = numberIn(text);
   if (number.digits.empty()) return 0;
   double value = 0;
   std::istringstream reader(number.digits);  // not every standard library has a from_chars of doubles
   reader.imbue(std::locale::classic());
-  if (!(reader >> value)) value = isTiny(number.digits) ? 0 : HUGE_VAL;
+  if (!(reader >> value)) value = isTiny(number.digits) ? 0 : std::numeric_limits<double>::max();
   return number.negative ? -value : value;
 }
 
