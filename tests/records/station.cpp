@@ -17,8 +17,11 @@ namespace {
 
 using namespace kvr::records;
 
-void dieSomewhen(std::mt19937& random) {
-  const std::chrono::microseconds after(random() % 20000);
+using Clock = std::chrono::steady_clock;
+
+// Somewhere in this chip, when it takes as long as `usual`.
+void dieSomewhen(std::mt19937& random, Clock::duration usual) {
+  const Clock::duration after = usual * static_cast<int>(random() % 1000) / 1000;
   std::thread([after] {
     std::this_thread::sleep_for(after);
     ::kill(::getpid(), SIGKILL);
@@ -28,8 +31,10 @@ void dieSomewhen(std::mt19937& random) {
 int work(RecordStore& store, char** words, std::mt19937& random) {
   const std::string batch = words[2];
   std::ofstream shown(words[5], std::ios::app);
+  Clock::duration usual = std::chrono::milliseconds(20);
   for (int left = std::stoi(words[4]); left > 0; --left) {
-    if (static_cast<int>(random() % 100) < std::stoi(words[6])) dieSomewhen(random);
+    const auto begin = Clock::now();
+    if (static_cast<int>(random() % 100) < std::stoi(words[6])) dieSomewhen(random, usual);
     const Stored<Reservation> place = store.reserve(batch, words[3], {});
     if (!place.ok()) return place.fault.kind == StoreFault::Kind::Refused ? 0 : 3;
     RunRow row{
@@ -40,6 +45,7 @@ int work(RecordStore& store, char** words, std::mt19937& random) {
     const StoreFault fault = passes ? store.spend(place.value, row) : store.giveBack(place.value, row);
     if (!fault.none()) return 4;
     if (passes) shown << row.numbers << std::endl;
+    usual = Clock::now() - begin;
   }
   return 0;
 }
